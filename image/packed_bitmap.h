@@ -1,0 +1,82 @@
+// PackedBitmap: one image in one movable global memory block.
+//
+// Layout: a 40-byte BITMAPINFOHEADER, then (no colour table in bitmaps made here) the pixel rows,
+// BOTTOM row first, each padded to a multiple of 4 bytes; 24-bit pixels are blue, green, red.
+// Coordinates are top-down: pixel (x, y), y = 0 at the top, lies in stored row height - 1 - y.
+//
+// Every function takes a handle and locks it for the call only (lockBitmapBits excepted). A returned
+// handle belongs to the caller, who frees it with GlobalFree. 0 (or a null handle) means failure and
+// leaves the inputs as they were.
+#pragma once
+
+#include <windows.h>
+
+#include "image/bits_view.h"
+
+// Writes size 40, width, height, planes 1 and the bit count; leaves the other fields alone.
+// Nothing happens when header is null.
+void initBitmapHeader(BITMAPINFOHEADER* header, int width, int height, WORD bitCount);
+
+// A black (zeroed) bitmap. 0 when a size is below 1, the block would not fit the address space, or
+// memory is short.
+HGLOBAL createBitmap(int width, int height, WORD bitCount);
+
+// Copies width, height and bit count to the outputs that are given. 1, or 0 for a null handle or a
+// failed lock.
+int lockBitmapInfo(HGLOBAL image, int* width, int* height, DWORD* bitCount);
+
+// 0 for a null handle or a failed lock.
+int bitmapWidth(HGLOBAL image);
+int bitmapHeight(HGLOBAL image);
+
+// Locks the block, leaves it locked, and returns its first stored (bottom) row, behind the header and
+// the colour table. Null for a null handle. Pair with unlockBitmap.
+BYTE* lockBitmapBits(HGLOBAL image);
+void unlockBitmap(HGLOBAL image);
+
+// A new block of the same size; with its contents when copyContents is nonzero, else zeroed. Works on
+// any global block.
+HGLOBAL duplicateBitmap(HGLOBAL image, int copyContents);
+
+// As duplicateBitmap with contents, but into `reuse` when that is a block of exactly the right size
+// (its handle is then returned); a `reuse` that does not fit is freed. Copying a large image into
+// memory that is already mapped costs a third of a fresh block.
+HGLOBAL duplicateBitmapReusing(HGLOBAL reuse, HGLOBAL image);
+
+// Copies all of the source's bytes into the existing destination block. 0 when the source is null or
+// empty, or larger than the destination; 1 without copying when the destination is null.
+int copyBitmapInto(HGLOBAL destination, HGLOBAL source);
+
+// 0 unless the image is 24-bit and the point lies inside it.
+int getPixelColour(HGLOBAL image, int x, int y, COLORREF* colour);
+
+// The rectangle as a new 24-bit bitmap, at most as wide and high as the image; what lies outside the
+// image is black.
+HGLOBAL extractRect(HGLOBAL image, const RECT* rect);
+
+// extractRect of (x, y, x + width, y + height); pixels whose cell of the 8-bit mask is 0 become fill.
+HGLOBAL extractRectMasked(HGLOBAL image, HGLOBAL mask, int x, int y, int width, int height, COLORREF fill);
+
+// Copies the source into the destination with its corner at (rect->left, rect->top), clipped. When
+// nothing of it lies inside, the source handle's value is the (nonzero) result.
+INT_PTR pasteRect(HGLOBAL destination, HGLOBAL source, const RECT* rect);
+
+// Copies source pixels whose mask pixel has red 0. Source and mask are of equal size; what would fall
+// outside the destination is skipped.
+int pasteMasked(HGLOBAL destination, HGLOBAL source, HGLOBAL mask, POINT at);
+
+// Mirrors in place. Both need a width and height of at least 2. flipVertical leaves the picture's top
+// row and shifts the rest by one row against a true mirror: that is how a flip is meant to come out.
+int flipVertical(HGLOBAL image);
+int flipHorizontal(HGLOBAL image);
+
+// A new bitmap of the new size; a 24-bit source is resampled (nearest neighbour), an 8-bit one gives
+// a black bitmap.
+HGLOBAL scaleBitmap(HGLOBAL image, int width, int height);
+
+// True when the block is a sound packed bitmap: header size, one plane, no compression, positive
+// sizes, and long enough for header, colour table and every row it promises.
+bool isSoundBitmap(HGLOBAL image);
+
+// The locked bits as a view that counts rows from the top; `bits` is what lockBitmapBits returned.
+BitsView viewOfBits(BYTE* bits, int width, int height);

@@ -1,0 +1,3 @@
+#include "session/session_record.h"
+
+SessionRecord* session;
