@@ -1,0 +1,28 @@
+# retouch_add_gtest(TARGET NAME [SESSION] [TIMEOUT seconds])
+# Registers the test program TARGET with ctest, one entry for each of its suites: "NAME.Suite". One
+# entry for each case would start the program thousands of times (0.1 s each under Wine); one entry for
+# the whole program would let a hanging case hide all others.
+#   SESSION   the suites drive real windows with the one real pointer, so nothing runs beside them
+#   TIMEOUT   for one suite, 300 seconds unless given
+# The suites are asked of the program when ctest starts, so a new suite needs no new configuration.
+function(retouch_add_gtest target name)
+  cmake_parse_arguments(arg "SESSION" "TIMEOUT" "" ${ARGN})
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 300)
+  endif()
+  set(serial FALSE)
+  if(arg_SESSION)
+    set(serial TRUE)
+  endif()
+  set(file ${CMAKE_CURRENT_BINARY_DIR}/${target}-suites.cmake)
+  file(GENERATE OUTPUT ${file} CONTENT "
+set(program [==[$<TARGET_FILE:${target}>]==])
+set(emulator [==[${CMAKE_CROSSCOMPILING_EMULATOR}]==])
+set(name [==[${name}]==])
+set(serial ${serial})
+set(timeout ${arg_TIMEOUT})
+set(directory [==[$<TARGET_FILE_DIR:${target}>]==])
+include([==[${CMAKE_SOURCE_DIR}/cmake/list_suites.cmake]==])
+")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${file})
+endfunction()
