@@ -1,0 +1,90 @@
+#!/usr/bin/env python3
+"""Writes the dialog templates and the string table of every language as one resource script.
+
+    generate_dialogs.py OUTPUT.rc
+
+layouts/NAME.txt     one dialog: its size, style and controls, the same in every language
+languages/XX.txt     one language: its captions, its confirmation text and its string offset
+
+A language without a file simply has no templates; the dialogs then open in English.
+"""
+import pathlib
+import re
+import sys
+
+HERE = pathlib.Path(__file__).resolve().parent
+LAYOUTS = ("palette", "contrast", "library")
+STRINGS = {"STRING_CONFIRM_DELETE": "confirm.delete"}
+
+
+def data_lines(path):
+    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        if line.strip() and not line.startswith("#"):
+            yield f"{path.name}:{number}", line.strip()
+
+
+def read_language(path):
+    captions = {}
+    for where, line in data_lines(path):
+        key, separator, caption = line.partition(" = ")
+        if not separator or not caption.strip() or key in captions:
+            sys.exit(f"{where}: expected a new key and its caption: {line}")
+        captions[key.strip()] = caption.strip()
+    return captions
+
+
+def read_layout(path):
+    layout = {"controls": []}
+    for where, line in data_lines(path):
+        if line.startswith("dialog "):
+            _, layout["name"], *layout["place"] = line.split()
+        elif line.startswith("style "):
+            layout["style"] = line[len("style "):]
+        else:
+            fields = [field.strip() for field in line.split(";")]
+            if len(fields) != 5 or len(fields[4].split()) != 4:
+                sys.exit(f"{where}: expected id; class; text; style; x y width height")
+            layout["controls"].append(fields)
+    return layout
+
+
+def quoted(text):
+    return '"' + text.replace("\\", "\\\\").replace('"', '""') + '"'
+
+
+def dialog_script(layout, code, captions):
+    lines = [
+        f"{code}{layout['name']} DIALOG {', '.join(layout['place'])}",
+        f"STYLE {layout['style']} | DS_SETFONT",
+        'FONT 8, "Helv"',
+        "BEGIN",
+    ]
+    for identity, kind, text, style, place in layout["controls"]:
+        caption = re.sub(r"\{(.*?)\}", lambda match: captions[match[1]], text)
+        lines.append(f"    CONTROL {quoted(caption)}, {identity}, {quoted(kind)}, {style}, {', '.join(place.split())}")
+    return lines + ["END", ""]
+
+
+def string_script(captions):
+    return ["STRINGTABLE", "BEGIN"] + [
+        f"    {name} + {captions['offset']}, {quoted(captions[key])}" for name, key in STRINGS.items()
+    ] + ["END", ""]
+
+
+def main():
+    english = read_language(HERE / "languages" / "EN.txt")
+    script = ["#pragma code_page(65001)", "#include <windows.h>", '#include "resources/resource_ids.h"', "",
+              "LANGUAGE LANG_NEUTRAL, SUBLANG_NEUTRAL", ""]
+    for path in sorted((HERE / "languages").glob("??.txt")):
+        captions = read_language(path)
+        difference = sorted(set(captions) ^ set(english))
+        if difference:
+            sys.exit(f"{path.name}: keys differ from English: {', '.join(difference)}")
+        for name in LAYOUTS:
+            script += dialog_script(read_layout(HERE / "layouts" / f"{name}.txt"), path.stem, captions)
+        script += string_script(captions)
+    pathlib.Path(sys.argv[1]).write_text("\n".join(script), encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()
