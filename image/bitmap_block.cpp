@@ -1,0 +1,84 @@
+#include "image/bitmap_block.h"
+
+#include "image/packed_bitmap.h"
+#include "image/pixel_ops.h"
+
+static const uint32_t fixedHeaderBytes = sizeof(BITMAPINFOHEADER);
+
+bool lockBlock(HGLOBAL image, BitmapBlock* block)
+{
+    if (!image) return false;
+    BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(image);
+    if (!header) return false;
+    const uint64_t size = GlobalSize(image);
+    if (size < fixedHeaderBytes) {
+        GlobalUnlock(image);
+        return false;
+    }
+    *block = {image, header, size, header->biWidth, header->biHeight, header->biBitCount};
+    return true;
+}
+
+void unlockBlock(const BitmapBlock& block)
+{
+    GlobalUnlock(block.handle);
+}
+
+bool rowsFit(const BitmapBlock& block, uint64_t headerBytes, int bitsPerPixel)
+{
+    if (block.width < 1 || block.height < 1 || headerBytes < fixedHeaderBytes || headerBytes > block.size) return false;
+    const uint64_t stride = ((uint64_t)block.width * (unsigned)bitsPerPixel + 31) / 32 * 4;
+    if (stride == 0) return false;
+    return (uint64_t)block.height <= (block.size - headerBytes) / stride;
+}
+
+BitsView pixelsBehind(const BitmapBlock& block, uint32_t headerBytes)
+{
+    return bottomUpView((uint8_t*)block.header + headerBytes, block.width, block.height,
+                        (ptrdiff_t)rowStride(block.width, 24));
+}
+
+static bool lockPixelsAt(HGLOBAL image, bool fixedHeader, BitmapBlock* block, BitsView* pixels)
+{
+    if (!lockBlock(image, block)) return false;
+    const uint32_t headerBytes = fixedHeader ? fixedHeaderBytes : block->header->biSize;
+    if (block->bitCount != 24 || !rowsFit(*block, headerBytes, 24)) {
+        unlockBlock(*block);
+        return false;
+    }
+    *pixels = pixelsBehind(*block, headerBytes);
+    return true;
+}
+
+bool lockPixels(HGLOBAL image, BitmapBlock* block, BitsView* pixels)
+{
+    return lockPixelsAt(image, false, block, pixels);
+}
+
+bool lockPixelsBehind40(HGLOBAL image, BitmapBlock* block, BitsView* pixels)
+{
+    return lockPixelsAt(image, true, block, pixels);
+}
+
+uint64_t colourTableBytes(const BitmapBlock& block)
+{
+    uint64_t entries = block.header->biClrUsed;
+    if (entries == 0 && (block.bitCount == 1 || block.bitCount == 4 || block.bitCount == 8)) {
+        entries = 1u << block.bitCount;
+    }
+    return entries * sizeof(RGBQUAD);
+}
+
+HGLOBAL cutRect(HGLOBAL image, int left, int top, int width, int height)
+{
+    BitmapBlock from, to;
+    BitsView source, cut;
+    if (!lockPixels(image, &from, &source)) return nullptr;
+    HGLOBAL result = createBitmap(width, height, 24);
+    if (lockPixels(result, &to, &cut)) {
+        copyFromOffset(cut, source, left, top);
+        unlockBlock(to);
+    }
+    unlockBlock(from);
+    return result;
+}

@@ -1,0 +1,37 @@
+// A packed bitmap's block while it is locked, with what its header promises and what is really there.
+#pragma once
+
+#include <windows.h>
+
+#include "image/bits_view.h"
+
+struct BitmapBlock {
+    HGLOBAL handle;
+    BITMAPINFOHEADER* header;  // start of the block
+    uint64_t size;             // bytes in the block, at least a header
+    int width, height;         // as the header says, unchecked
+    int bitCount;
+};
+
+// False (and nothing stays locked) for a null handle, a failed lock, or a block without room for a header.
+bool lockBlock(HGLOBAL image, BitmapBlock* block);
+void unlockBlock(const BitmapBlock& block);
+
+// Sizes are positive and `height` rows of the stride that `bitsPerPixel` gives lie inside the block
+// behind `headerBytes`.
+bool rowsFit(const BitmapBlock& block, uint64_t headerBytes, int bitsPerPixel);
+
+// The rows behind `headerBytes`, counted from the top. Only after rowsFit(block, headerBytes, 24).
+BitsView pixelsBehind(const BitmapBlock& block, uint32_t headerBytes);
+
+// Locks a 24-bit image whose rows are all there behind a header of biSize bytes.
+bool lockPixels(HGLOBAL image, BitmapBlock* block, BitsView* pixels);
+
+// Locks a 24-bit image whose rows are all there behind 40 bytes, whatever biSize says.
+bool lockPixelsBehind40(HGLOBAL image, BitmapBlock* block, BitsView* pixels);
+
+// Bytes of the colour table: biClrUsed entries, else as many as the depth has colours, none above 8 bits.
+uint64_t colourTableBytes(const BitmapBlock& block);
+
+// The rectangle as a new 24-bit bitmap of exactly its size, black outside the image. 0 on failure.
+HGLOBAL cutRect(HGLOBAL image, int left, int top, int width, int height);
