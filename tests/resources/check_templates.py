@@ -261,7 +261,7 @@ def check_palette_details(name, dialog):
     if controls[200]["style"] & WS_VISIBLE:
         yield f"{name}: the preview's marker is visible"
     _, _, w, h = controls[200]["place"]
-    if w * 6 // 4 < 50 or h * 13 // 8 < 50:  # at the font's base units of 6 x 13 pixels
+    if w * 6 // 4 < 50 or h * 12 // 8 < 50:  # the font's base units are at least 6 x 12 pixels
         yield f"{name}: the preview is smaller than 50 x 50 pixels"
 
 
