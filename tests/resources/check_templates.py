@@ -15,7 +15,6 @@ import sys
 RT_CURSOR, RT_BITMAP, RT_DIALOG, RT_STRING, RT_RCDATA, RT_GROUP_CURSOR = 1, 2, 5, 6, 10, 12
 OFFSETS = {"FR": 0, "EN": 1000, "ES": 2000, "PT": 3000, "IT": 4000, "RU": 5000, "PL": 6000, "NL": 7000, "CH": 8000,
            "DE": 9000, "SK": 10000, "HU": 11000, "JP": 12000, "CS": 13000, "TR": 14000, "LT": 15000, "KO": 16000}
-REQUIRED_LANGUAGES = ("EN", "FR", "DE")
 SEPARATOR = 65535
 CONFIRM_DELETE = 100
 
@@ -330,7 +329,7 @@ def check_strings(library, languages):
 def faults(library):
     dialogs = library["dialogs"]
     languages = sorted({name[:2] for name in dialogs if isinstance(name, str)})
-    for code in REQUIRED_LANGUAGES:
+    for code in OFFSETS:
         if code not in languages:
             yield f"language {code} is missing"
     for code in languages:
@@ -391,6 +390,8 @@ def planted_faults():
     yield "English text", "control 208", change("ENDLGRTCH_CMD", 208, text="BB:Circle")
     yield "visible marker", "marker is visible", change("ENDLGRTCH_CMD", 200, style=0x50000000)
     yield "small preview", "smaller than 50", change("ENDLGRTCH_CMD", 200, place=(1, 183, 30, 31))
+    yield "lost language", "language LT is missing", lambda library: [
+        library["dialogs"].pop("LT" + suffix) for suffix in DIALOGS]
     yield "lost dialog", "DEDLGRTCH_CONTRAST is missing", lambda library: library["dialogs"].pop("DEDLGRTCH_CONTRAST")
     yield "clipped children", "dialog 800", lambda library: library["dialogs"][800].update(
         style=library["dialogs"][800]["style"] | WS_CLIPCHILDREN)
