@@ -18,8 +18,8 @@ void drawBitmap(HDC dc, HGLOBAL image, const RECT* destination, DWORD rop)
         const int oldMode = SetStretchBltMode(dc, COLORONCOLOR);
         StretchDIBits(dc, destination->left, destination->top, destination->right - destination->left,
                       destination->bottom - destination->top, 0, 0, block.width, block.height,
-                      (const BYTE*)block.header + block.header->biSize, (const BITMAPINFO*)block.header,
-                      DIB_RGB_COLORS, rop);
+                      (const BYTE*)block.header + block.header->biSize, (const BITMAPINFO*)block.header, DIB_RGB_COLORS,
+                      rop);
         if (oldMode) SetStretchBltMode(dc, oldMode);
     }
     unlockBlock(block);

@@ -218,11 +218,15 @@ int pasteMasked(HGLOBAL destination, HGLOBAL source, HGLOBAL mask, POINT at)
 static int flippableBytesPerPixel(int bitCount)
 {
     switch (bitCount) {
-    case 24: return 3;
+    case 24:
+        return 3;
     case 16:
-    case 15: return 2;
-    case 8: return 1;
-    default: return 0;
+    case 15:
+        return 2;
+    case 8:
+        return 1;
+    default:
+        return 0;
     }
 }
 
@@ -281,8 +285,8 @@ HGLOBAL scaleBitmap(HGLOBAL image, int width, int height)
 {
     BitmapBlock block;
     if (width < 1 || height < 1 || !lockBlock(image, &block)) return nullptr;
-    const bool scalable = (block.bitCount == 8 || block.bitCount == 24) &&
-                          rowsFit(block, block.header->biSize, block.bitCount);
+    const bool scalable =
+        (block.bitCount == 8 || block.bitCount == 24) && rowsFit(block, block.header->biSize, block.bitCount);
     HGLOBAL scaled = scalable ? createBitmap(width, height, (WORD)block.bitCount) : nullptr;
     if (scaled && block.bitCount == 24) resampleInto(scaled, pixelsBehind(block, block.header->biSize));
     unlockBlock(block);

@@ -48,8 +48,8 @@ bool pasteWithByteSkip(const BitsView& destination, const BitsView& source, int 
     const size_t bytes = (size_t)columns.count * bytesPerPixel;
     const ptrdiff_t destinationByte = (ptrdiff_t)columns.start * bytesPerPixel;
     for (int y = 0; y < rows.count; y++) {
-        memmove(rowOf(destination, rows.start + y) + destinationByte,
-                rowOf(source, rows.skipped + y) + columns.skipped, bytes);
+        memmove(rowOf(destination, rows.start + y) + destinationByte, rowOf(source, rows.skipped + y) + columns.skipped,
+                bytes);
     }
     return true;
 }
@@ -73,7 +73,8 @@ void fillWhereMapIsZero(const BitsView& image, const MapView& map, Rgb colour)
 // First position from x on whose "red is 0" equals `inside`, or width.
 static ptrdiff_t runEnd(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
-    while (x < width && (mask[x * bytesPerPixel + 2] == 0) == inside) x++;
+    while (x < width && (mask[x * bytesPerPixel + 2] == 0) == inside)
+        x++;
     return x;
 }
 
@@ -162,8 +163,10 @@ static void copyPixelLoosely(uint8_t* to, const uint8_t* from)
 static void gatherRow(uint8_t* to, const uint8_t* from, const uint32_t* offsets, int width, int loose)
 {
     int x = 0;
-    for (; x < loose; x++) copyPixelLoosely(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
-    for (; x < width; x++) copyPixel(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
+    for (; x < loose; x++)
+        copyPixelLoosely(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
+    for (; x < width; x++)
+        copyPixel(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
 }
 
 // Turns columns into byte offsets and returns how many may be copied loosely. Columns never decrease.
@@ -192,7 +195,7 @@ bool scaleNearest(const BitsView& result, const BitsView& source)
     for (int j = 0; j < result.height; j++) {
         uint8_t* to = rowOf(result, result.height - 1 - j);
         if (j > 0 && rows[j] == rows[j - 1]) {
-            memcpy(to, to + result.stride, rowBytes);  // the row below: the one written before
+            memcpy(to, to + result.stride, rowBytes); // the row below: the one written before
         } else if (result.width == source.width) {
             memcpy(to, rowOf(source, source.height - 1 - (int)rows[j]), rowBytes);
         } else {

@@ -8,7 +8,8 @@ bool operator==(const ReferencePixel& a, const ReferencePixel& b)
 ReferenceImage randomReference(std::mt19937& random, int width, int height)
 {
     ReferenceImage image(width, height);
-    for (ReferencePixel& p : image.pixels) p = {(uint8_t)random(), (uint8_t)random(), (uint8_t)random()};
+    for (ReferencePixel& p : image.pixels)
+        p = {(uint8_t)random(), (uint8_t)random(), (uint8_t)random()};
     return image;
 }
 
@@ -48,7 +49,8 @@ ReferenceImage referenceExtract(const ReferenceImage& image, int left, int top, 
     extractAxis(top, h, image.height, &rows, &toY);
     const int fromX = left < 0 ? 0 : left, fromY = top < 0 ? 0 : top;
     for (int y = 0; y < rows; y++) {
-        for (int x = 0; x < columns; x++) result.set(toX + x, toY + y, image.get(fromX + x, fromY + y));
+        for (int x = 0; x < columns; x++)
+            result.set(toX + x, toY + y, image.get(fromX + x, fromY + y));
     }
     return result;
 }
@@ -106,7 +108,8 @@ ReferenceImage referenceFlipHorizontal(const ReferenceImage& image)
 {
     ReferenceImage result = image;
     for (int y = 0; y < image.height; y++) {
-        for (int x = 0; x < image.width; x++) result.set(x, y, image.get(image.width - 1 - x, y));
+        for (int x = 0; x < image.width; x++)
+            result.set(x, y, image.get(image.width - 1 - x, y));
     }
     return result;
 }
@@ -171,7 +174,8 @@ std::vector<uint8_t> storedRows(const ReferenceImage& image, uint8_t padding)
             const ReferencePixel p = image.get(x, y);
             rows.insert(rows.end(), {p.blue, p.green, p.red});
         }
-        while (rows.size() % 4 != 0) rows.push_back(padding);
+        while (rows.size() % 4 != 0)
+            rows.push_back(padding);
     }
     return rows;
 }
@@ -181,8 +185,10 @@ ReferenceImage fromStoredRows(const uint8_t* rows, int width, int height)
     ReferenceImage image(width, height);
     for (int y = height - 1; y >= 0; y--) {
         int used = 0;
-        for (int x = 0; x < width; x++, rows += 3, used += 3) image.set(x, y, {rows[0], rows[1], rows[2]});
-        for (; used % 4 != 0; used++) rows++;
+        for (int x = 0; x < width; x++, rows += 3, used += 3)
+            image.set(x, y, {rows[0], rows[1], rows[2]});
+        for (; used % 4 != 0; used++)
+            rows++;
     }
     return image;
 }

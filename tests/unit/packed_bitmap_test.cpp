@@ -113,7 +113,8 @@ TEST(PackedBitmap, CreateIsBlackWithPaddedRows)
 {
     for (int width = 1; width <= 5; width++) {
         Block image(createBitmap(width, 3, 24));
-        std::vector<uint8_t> expected = withHeader(width, 3, 24, std::vector<uint8_t>((size_t)rowStride(width, 24) * 3));
+        std::vector<uint8_t> expected =
+            withHeader(width, 3, 24, std::vector<uint8_t>((size_t)rowStride(width, 24) * 3));
         std::vector<uint8_t> actual = image.bytes();
         ASSERT_GE(actual.size(), expected.size());
         actual.resize(expected.size());
@@ -340,7 +341,8 @@ TEST(PackedBitmap, ExtractMatchesTheReferenceOnEveryRectangle)
 TEST(PackedBitmap, ExtractOverTheCornerIsBlackThereAndInPlaceElsewhere)
 {
     ReferenceImage image(4, 4);
-    for (ReferencePixel& p : image.pixels) p = {9, 9, 9};
+    for (ReferencePixel& p : image.pixels)
+        p = {9, 9, 9};
     Block block(packed(image));
     const RECT rect = {-2, -1, 1, 2};
     Block cut(extractRect(block.handle, &rect));
@@ -388,7 +390,8 @@ TEST(PackedBitmap, ExtractMaskedFillsWhereTheMaskIsZero)
     Block mask(blockOf(withHeader(3, 2, 8, {1, 0, 255, 0xCC, 0, 7, 0, 0xCC})));
     Block cut(extractRectMasked(block.handle, mask.handle, 2, 1, 3, 2, RGB(11, 22, 33)));
     ReferenceImage expected = referenceExtract(image, 2, 1, 5, 3);
-    for (POINT p : {POINT{0, 0}, POINT{2, 0}, POINT{1, 1}}) expected.set(p.x, p.y, {33, 22, 11});
+    for (POINT p : {POINT{0, 0}, POINT{2, 0}, POINT{1, 1}})
+        expected.set(p.x, p.y, {33, 22, 11});
     expectPicture(expected, cut.handle);
     EXPECT_TRUE(isUnlocked(mask.handle));
 }
@@ -399,7 +402,8 @@ TEST(PackedBitmap, ExtractMaskedCutsAMaskLargerThanTheImageOrSmallerThanTheCut)
     Block large(createBitmap(9, 9, 8)), small(createBitmap(1, 1, 8));
     Block all(extractRectMasked(block.handle, large.handle, 0, 0, 9, 9, RGB(1, 2, 3)));
     ReferenceImage filled(2, 2);
-    for (ReferencePixel& p : filled.pixels) p = {3, 2, 1};
+    for (ReferencePixel& p : filled.pixels)
+        p = {3, 2, 1};
     expectPicture(filled, all.handle);
     Block one(extractRectMasked(block.handle, small.handle, 0, 0, 2, 2, RGB(1, 2, 3)));
     ReferenceImage corner(2, 2);
@@ -425,8 +429,8 @@ TEST(PackedBitmap, PasteMatchesTheReference)
 TEST(PackedBitmap, PasteThatMissesReturnsTheSourceHandle)
 {
     Block from(createBitmap(3, 3, 24)), to(createBitmap(5, 5, 24));
-    for (RECT rect : {RECT{5, 0, 0, 0}, RECT{0, 5, 0, 0}, RECT{-3, 0, 0, 0}, RECT{0, -3, 0, 0},
-                      RECT{INT_MAX, 0, 0, 0}, RECT{INT_MIN, 0, 0, 0}}) {
+    for (RECT rect : {RECT{5, 0, 0, 0}, RECT{0, 5, 0, 0}, RECT{-3, 0, 0, 0}, RECT{0, -3, 0, 0}, RECT{INT_MAX, 0, 0, 0},
+                      RECT{INT_MIN, 0, 0, 0}}) {
         EXPECT_EQ((INT_PTR)from.handle, pasteRect(to.handle, from.handle, &rect));
     }
     const RECT corner = {4, 4, 0, 0};
@@ -485,11 +489,13 @@ TEST(PackedBitmap, FlipVerticalKeepsTheTopRowAndShiftsByOne)
 {
     ReferenceImage image(2, 4), expected(2, 4);
     for (int y = 0; y < 4; y++) {
-        for (int x = 0; x < 2; x++) image.set(x, y, {(uint8_t)(10 + y), 0, 0});
+        for (int x = 0; x < 2; x++)
+            image.set(x, y, {(uint8_t)(10 + y), 0, 0});
     }
-    const int rows[] = {10, 13, 12, 11};  // a true mirror would be 13, 12, 11, 10
+    const int rows[] = {10, 13, 12, 11}; // a true mirror would be 13, 12, 11, 10
     for (int y = 0; y < 4; y++) {
-        for (int x = 0; x < 2; x++) expected.set(x, y, {(uint8_t)rows[y], 0, 0});
+        for (int x = 0; x < 2; x++)
+            expected.set(x, y, {(uint8_t)rows[y], 0, 0});
     }
     Block block(packed(image));
     EXPECT_EQ(1, flipVertical(block.handle));

@@ -46,7 +46,8 @@ TEST(PixelOps, CopyFromOffsetMatchesPerPixelCopy)
         for (int y = 0; y < expected.height; y++) {
             for (int x = 0; x < expected.width; x++) {
                 const int sx = left + x, sy = top + y;
-                if (sx >= 0 && sy >= 0 && sx < source.width && sy < source.height) expected.set(x, y, source.get(sx, sy));
+                if (sx >= 0 && sy >= 0 && sx < source.width && sy < source.height)
+                    expected.set(x, y, source.get(sx, sy));
             }
         }
         expectImage(expected, to);
@@ -146,7 +147,8 @@ TEST(PixelOps, FillWhereMapIsZeroLeavesOtherPixels)
         StoredImage image(expected);
         const int width = 1 + (int)(random() % 7), height = 1 + (int)(random() % 7);
         std::vector<uint8_t> cells((size_t)width * height);
-        for (uint8_t& c : cells) c = random() % 2 ? 0 : (uint8_t)(1 + random() % 255);
+        for (uint8_t& c : cells)
+            c = random() % 2 ? 0 : (uint8_t)(1 + random() % 255);
         fillWhereMapIsZero(image.view(), {cells.data(), width, width, height}, {10, 20, 30});
         for (int y = 0; y < expected.height && y < height; y++) {
             for (int x = 0; x < expected.width && x < width; x++) {
@@ -193,7 +195,7 @@ TEST(NearestTable, SmallTablesByHand)
     EXPECT_EQ((std::vector<int>{0}), tableOf(7, 1));
     EXPECT_EQ((std::vector<int>{0, 1, 2}), tableOf(3, 3));
     EXPECT_EQ((std::vector<int>{0, 1, 1}), tableOf(2, 3));
-    EXPECT_EQ((std::vector<int>{0, 1}), tableOf(3, 2));  // err 0 takes the diagonal first, then column 2 is skipped
+    EXPECT_EQ((std::vector<int>{0, 1}), tableOf(3, 2)); // err 0 takes the diagonal first, then column 2 is skipped
     EXPECT_EQ((std::vector<int>{0, 2, 4}), tableOf(6, 3));
 }
 
@@ -207,10 +209,12 @@ static void expectTableMatchesReference(int from, int to)
 TEST(NearestTable, MatchesThe16BitRuleUpTo8192)
 {
     for (int from = 1; from <= 40; from++) {
-        for (int to = 1; to <= 40; to++) expectTableMatchesReference(from, to);
+        for (int to = 1; to <= 40; to++)
+            expectTableMatchesReference(from, to);
     }
     std::mt19937 random(18);
-    for (int n = 0; n < 300; n++) expectTableMatchesReference(1 + random() % 8192, 1 + random() % 8192);
+    for (int n = 0; n < 300; n++)
+        expectTableMatchesReference(1 + random() % 8192, 1 + random() % 8192);
     for (int edge : {1, 2, 4096, 8191, 8192}) {
         expectTableMatchesReference(8192, edge);
         expectTableMatchesReference(edge, 8192);
@@ -243,7 +247,8 @@ TEST(ScaleNearest, MatchesTheReference)
 TEST(ScaleNearest, IsAnchoredAtTheBottomRow)
 {
     ReferenceImage source(1, 4);
-    for (int y = 0; y < 4; y++) source.set(0, y, {(uint8_t)(10 + y), 0, 0});
+    for (int y = 0; y < 4; y++)
+        source.set(0, y, {(uint8_t)(10 + y), 0, 0});
     StoredImage from(source), to(ReferenceImage(1, 1));
     ASSERT_TRUE(scaleNearest(to.view(), from.view()));
     EXPECT_EQ(13, to.rows[0]);

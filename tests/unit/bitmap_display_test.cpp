@@ -1,0 +1,319 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+
+#include "image/bitmap_display.h"
+#include "image/packed_bitmap.h"
+#include "tests/reference/bitmap_reference.h"
+
+static const COLORREF untouched = RGB(0, 128, 255);
+
+static HGLOBAL packed(const ReferenceImage& image)
+{
+    HGLOBAL handle = createBitmap(image.width, image.height, 24);
+    const std::vector<uint8_t> rows = storedRows(image, 0);
+    memcpy(lockBitmapBits(handle), rows.data(), rows.size());
+    unlockBitmap(handle);
+    return handle;
+}
+
+static COLORREF colourOf(ReferencePixel p)
+{
+    return RGB(p.red, p.green, p.blue);
+}
+
+// A 32-bit surface in memory, filled with the untouched colour, and an image to draw on it.
+class DisplayTest : public testing::Test {
+protected:
+    static const int surfaceSize = 32;
+
+    void SetUp() override
+    {
+        dc = CreateCompatibleDC(nullptr);
+        BITMAPINFO info = {};
+        initBitmapHeader(&info.bmiHeader, surfaceSize, surfaceSize, 32);
+        void* bits;
+        surface = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+        oldSurface = SelectObject(dc, surface);
+        fillWith(dc, surfaceSize, surfaceSize);
+        std::mt19937 random(31);
+        picture = randomReference(random, 7, 5);
+        image = packed(picture);
+    }
+
+    void TearDown() override
+    {
+        EXPECT_EQ(0u, GlobalFlags(image) & GMEM_LOCKCOUNT);
+        GlobalFree(image);
+        SelectObject(dc, oldSurface);
+        DeleteObject(surface);
+        DeleteDC(dc);
+    }
+
+    static void fillWith(HDC target, int width, int height)
+    {
+        const RECT all = {0, 0, width, height};
+        HBRUSH brush = CreateSolidBrush(untouched);
+        FillRect(target, &all, brush);
+        DeleteObject(brush);
+    }
+
+    HDC dc = nullptr;
+    HBITMAP surface = nullptr;
+    HGDIOBJ oldSurface = nullptr;
+    ReferenceImage picture{1, 1};
+    HGLOBAL image = nullptr;
+};
+
+TEST_F(DisplayTest, DrawsOneToOneAtEqualSize)
+{
+    const RECT place = {3, 4, 10, 9};
+    drawBitmap(dc, image, &place, SRCCOPY);
+    for (int y = 0; y < surfaceSize; y++) {
+        for (int x = 0; x < surfaceSize; x++) {
+            const bool inside = x >= 3 && x < 10 && y >= 4 && y < 9;
+            EXPECT_EQ(inside ? colourOf(picture.get(x - 3, y - 4)) : untouched, GetPixel(dc, x, y)) << x << ' ' << y;
+        }
+    }
+}
+
+TEST_F(DisplayTest, StretchesWithoutAveraging)
+{
+    const RECT place = {0, 0, 21, 15};
+    drawBitmap(dc, image, &place, SRCCOPY);
+    for (int y = 0; y < 15; y++) {
+        for (int x = 0; x < 21; x++)
+            EXPECT_EQ(colourOf(picture.get(x / 3, y / 3)), GetPixel(dc, x, y));
+    }
+}
+
+TEST_F(DisplayTest, UsesTheRasterOperation)
+{
+    const RECT place = {0, 0, 7, 5};
+    drawBitmap(dc, image, &place, SRCINVERT);
+    EXPECT_EQ(untouched ^ colourOf(picture.get(2, 3)), GetPixel(dc, 2, 3));
+    drawBitmap(dc, image, &place, SRCINVERT);
+    EXPECT_EQ(untouched, GetPixel(dc, 2, 3));
+}
+
+TEST_F(DisplayTest, RestoresTheStretchMode)
+{
+    SetStretchBltMode(dc, BLACKONWHITE);
+    const RECT place = {0, 0, 3, 3};
+    drawBitmap(dc, image, &place, SRCCOPY);
+    EXPECT_EQ(BLACKONWHITE, GetStretchBltMode(dc));
+}
+
+TEST_F(DisplayTest, DrawsNothingForBlocksWithoutTheirRows)
+{
+    const RECT place = {0, 0, 32, 32};
+    drawBitmap(dc, nullptr, &place, SRCCOPY);
+    HGLOBAL bare = createBitmap(4, 4, 8); // no colour table, which GDI would look for behind the header
+    drawBitmap(dc, bare, &place, SRCCOPY);
+    BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(bare);
+    for (WORD bitCount : {(WORD)0, (WORD)24, (WORD)32}) {
+        header->biBitCount = bitCount;
+        header->biHeight = 4000;
+        drawBitmap(dc, bare, &place, SRCCOPY);
+    }
+    GlobalUnlock(bare);
+    EXPECT_EQ(0u, GlobalFlags(bare) & GMEM_LOCKCOUNT);
+    GlobalFree(bare);
+    EXPECT_EQ(untouched, GetPixel(dc, 0, 0));
+    EXPECT_EQ(untouched, GetPixel(dc, 31, 31));
+}
+
+// Adds a window that stands for the host dialog; the canvas paint DC is the memory DC, mapped the way the canvas is.
+class PaintTest : public DisplayTest {
+protected:
+    static const int clientSize = 120;
+
+    // One window for all the tests: showing it can take seconds.
+    static void SetUpTestSuite()
+    {
+        window = CreateWindowExA(WS_EX_TOPMOST, "STATIC", "", WS_POPUP | WS_VISIBLE, 40, 40, clientSize, clientSize,
+                                 nullptr, nullptr, nullptr, nullptr);
+        pumpMessages();
+    }
+    static void TearDownTestSuite() { DestroyWindow(window); }
+
+    void SetUp() override
+    {
+        DisplayTest::SetUp();
+        ASSERT_NE(nullptr, window);
+        windowDC = GetDC(window);
+        fillWith(windowDC, clientSize, clientSize);
+    }
+
+    void TearDown() override
+    {
+        ReleaseDC(window, windowDC);
+        DisplayTest::TearDown();
+    }
+
+    static void pumpMessages()
+    {
+        MSG msg;
+        while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageA(&msg);
+    }
+
+    void showAt(int clientWidth, int clientHeight)
+    {
+        SetMapMode(dc, MM_ANISOTROPIC);
+        SetWindowExtEx(dc, picture.width, picture.height, nullptr);
+        SetViewportExtEx(dc, clientWidth, clientHeight, nullptr);
+    }
+
+    void paint(RECT rect) { paintImageRect(window, dc, image, &rect); }
+
+    COLORREF shown(int x, int y) { return GetPixel(windowDC, x, y); }
+
+    // The picture at (x, y), black outside it.
+    COLORREF expectedAt(int x, int y)
+    {
+        const bool inside = x >= 0 && y >= 0 && x < picture.width && y < picture.height;
+        return inside ? colourOf(picture.get(x, y)) : RGB(0, 0, 0);
+    }
+
+    // At one to one: the rectangle shows the picture or black, everything else is as it was.
+    void expectPaintedOnly(RECT rect)
+    {
+        for (int y = 0; y < 20; y++) {
+            for (int x = 0; x < 20; x++) {
+                const bool painted = x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
+                EXPECT_EQ(painted ? expectedAt(x, y) : untouched, shown(x, y)) << x << ' ' << y;
+            }
+        }
+    }
+
+    static HWND window;
+    HDC windowDC = nullptr;
+};
+
+HWND PaintTest::window = nullptr;
+
+TEST_F(PaintTest, CopiesOneToOneAtEqualSize)
+{
+    showAt(7, 5);
+    paint({0, 0, 7, 5});
+    expectPaintedOnly({0, 0, 7, 5});
+}
+
+TEST_F(PaintTest, PaintsOnlyTheRectangle)
+{
+    showAt(7, 5);
+    paint({2, 1, 5, 4});
+    expectPaintedOnly({2, 1, 5, 4});
+}
+
+TEST_F(PaintTest, IsBlackPastTheRightAndBottomEdge)
+{
+    showAt(7, 5);
+    paint({4, 3, 9, 8});
+    expectPaintedOnly({4, 3, 9, 8});
+}
+
+TEST_F(PaintTest, ARectangleLargerThanTheImageIsNotStretched)
+{
+    showAt(7, 5);
+    paint({-2, -2, 12, 11});
+    expectPaintedOnly({-2, -2, 12, 11});
+}
+
+TEST_F(PaintTest, IsBlackOutsideTheImage)
+{
+    showAt(7, 5);
+    paint({8, 6, 10, 9});
+    expectPaintedOnly({8, 6, 10, 9});
+}
+
+TEST_F(PaintTest, EnlargesEachPixel)
+{
+    showAt(70, 50);
+    paint({1, 1, 4, 3});
+    for (int y = 0; y < 60; y++) {
+        for (int x = 0; x < 80; x++) {
+            const bool painted = x >= 10 && x < 40 && y >= 10 && y < 30;
+            EXPECT_EQ(painted ? expectedAt(x / 10, y / 10) : untouched, shown(x, y)) << x << ' ' << y;
+        }
+    }
+}
+
+TEST_F(PaintTest, PartialRepaintOnTheScaledGridAgreesWithAFullOne)
+{
+    GlobalFree(image);
+    std::mt19937 random(32);
+    picture = randomReference(random, 400, 320);
+    image = packed(picture);
+    showAt(100, 80);
+    paint({0, 0, 400, 320});
+    std::vector<COLORREF> full;
+    for (int y = 0; y < 80; y++) {
+        for (int x = 0; x < 100; x++)
+            full.push_back(shown(x, y));
+    }
+    fillWith(windowDC, clientSize, clientSize);
+    paint({40, 80, 120, 160});
+    for (int y = 20; y < 40; y++) {
+        for (int x = 10; x < 30; x++)
+            EXPECT_EQ(full[(size_t)y * 100 + x], shown(x, y));
+    }
+    EXPECT_EQ(untouched, shown(9, 30));
+    EXPECT_EQ(untouched, shown(30, 30));
+}
+
+TEST_F(PaintTest, PaintsNothingForANullImageOrAnEmptyRectangle)
+{
+    showAt(7, 5);
+    const RECT all = {0, 0, 7, 5};
+    paintImageRect(window, dc, nullptr, &all);
+    paint({3, 3, 3, 3});
+    paint({INT_MIN, 0, INT_MAX, 0});
+    expectPaintedOnly({0, 0, 0, 0});
+}
+
+// Handles are indexes into tables whose free entries are used again. The highest of a handful of new ones
+// rises by what was not given back; a single new one could sit in an old hole.
+struct HandleLevels {
+    ptrdiff_t gdi, memory;
+};
+
+static HandleLevels handleLevels()
+{
+    const int handful = 64;
+    HPEN pens[handful];
+    HGLOBAL blocks[handful];
+    HandleLevels levels = {0, 0};
+    for (int n = 0; n < handful; n++) {
+        pens[n] = CreatePen(PS_SOLID, 1, 0);
+        blocks[n] = GlobalAlloc(GMEM_MOVEABLE, 1);
+        levels.gdi = std::max(levels.gdi, (ptrdiff_t)LOWORD((ULONG_PTR)pens[n]));
+        levels.memory = std::max(levels.memory, (ptrdiff_t)blocks[n] / (2 * (ptrdiff_t)sizeof(void*)));
+    }
+    for (int n = 0; n < handful; n++) {
+        DeleteObject(pens[n]);
+        GlobalFree(blocks[n]);
+    }
+    return levels;
+}
+
+TEST_F(PaintTest, LeavesNothingBehind)
+{
+    showAt(7, 5);
+    SetStretchBltMode(dc, BLACKONWHITE);
+    paint({0, 0, 7, 5});
+    const HandleLevels before = handleLevels();
+    const int turns = 1000;
+    for (int n = 0; n < turns; n++)
+        paint({0, 0, 3, 3});
+    const HandleLevels after = handleLevels();
+    EXPECT_LT(std::abs(after.gdi - before.gdi), turns / 2);
+    EXPECT_LT(std::abs(after.memory - before.memory), turns / 2);
+    EXPECT_EQ(BLACKONWHITE, GetStretchBltMode(dc));
+    paint({0, 0, 7, 5});
+    expectPaintedOnly({0, 0, 7, 5});
+}
