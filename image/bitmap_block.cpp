@@ -60,6 +60,19 @@ bool lockPixelsBehind40(HGLOBAL image, BitmapBlock* block, BitsView* pixels)
     return lockPixelsAt(image, true, block, pixels);
 }
 
+bool lockMap(HGLOBAL mask, BitmapBlock* block, MapView* map)
+{
+    if (!lockBlock(mask, block)) return false;
+    const uint32_t headerBytes = block->header->biSize;
+    if (block->bitCount != 8 || !rowsFit(*block, headerBytes, 8)) {
+        unlockBlock(*block);
+        return false;
+    }
+    const ptrdiff_t stride = (ptrdiff_t)rowStride(block->width, 8);
+    *map = {(uint8_t*)block->header + headerBytes + stride * (block->height - 1), -stride, block->width, block->height};
+    return true;
+}
+
 uint64_t colourTableBytes(const BitmapBlock& block)
 {
     uint64_t entries = block.header->biClrUsed;

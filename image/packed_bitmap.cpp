@@ -149,20 +149,6 @@ HGLOBAL extractRect(HGLOBAL image, const RECT* rect)
     return cutRect(image, rect->left, rect->top, (int)width, (int)height);
 }
 
-// Locks an 8-bit map whose rows follow its header directly.
-static bool lockMap(HGLOBAL mask, BitmapBlock* block, MapView* map)
-{
-    if (!lockBlock(mask, block)) return false;
-    const uint32_t headerBytes = block->header->biSize;
-    if (block->bitCount != 8 || !rowsFit(*block, headerBytes, 8)) {
-        unlockBlock(*block);
-        return false;
-    }
-    const ptrdiff_t stride = (ptrdiff_t)rowStride(block->width, 8);
-    *map = {(uint8_t*)block->header + headerBytes + stride * (block->height - 1), -stride, block->width, block->height};
-    return true;
-}
-
 HGLOBAL extractRectMasked(HGLOBAL image, HGLOBAL mask, int x, int y, int width, int height, COLORREF fill)
 {
     BitmapBlock maskBlock, cutBlock;

@@ -30,7 +30,9 @@ int bitmapWidth(HGLOBAL image);
 int bitmapHeight(HGLOBAL image);
 
 // Locks the block, leaves it locked, and returns its first stored (bottom) row, behind the header and
-// the colour table. Null for a null handle. Pair with unlockBitmap.
+// the colour table. Null for a null handle, and when the block does not hold what the header promises.
+// 8-bit bitmaps made here store no colour table: theirs are locked with lockMap of bitmap_block.h.
+// Pair with unlockBitmap.
 BYTE* lockBitmapBits(HGLOBAL image);
 void unlockBitmap(HGLOBAL image);
 
