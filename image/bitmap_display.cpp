@@ -1,6 +1,7 @@
 #include "image/bitmap_display.h"
 
 #include "image/bitmap_block.h"
+#include "image/packed_bitmap.h"
 
 // GDI takes the colour table from behind the header, where the rows are: both must be inside the block.
 static bool isDrawable(const BitmapBlock& block)
@@ -25,13 +26,26 @@ void drawBitmap(HDC dc, HGLOBAL image, const RECT* destination, DWORD rop)
     unlockBlock(block);
 }
 
+static bool isWholeImage(HGLOBAL image, const RECT& rect)
+{
+    int width, height;
+    DWORD bitCount;
+    return rect.left == 0 && rect.top == 0 && lockBitmapInfo(image, &width, &height, &bitCount) &&
+           rect.right == width && rect.bottom == height && bitCount == 24;
+}
+
 // The rectangle's pixels, black where it leaves the image, stretched over the whole of the memory DC.
 static void drawCut(HDC memory, HGLOBAL image, const RECT& rect, int width, int height)
 {
+    const RECT whole = {0, 0, width, height};
+    // A cut of everything would be the image again: a full repaint of a large photo needs no copy of it.
+    if (isWholeImage(image, rect)) {
+        drawBitmap(memory, image, &whole, SRCCOPY);
+        return;
+    }
     if ((int64_t)rect.right - rect.left > INT32_MAX || (int64_t)rect.bottom - rect.top > INT32_MAX) return;
     HGLOBAL cut = cutRect(image, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
     if (!cut) return;
-    const RECT whole = {0, 0, width, height};
     drawBitmap(memory, cut, &whole, SRCCOPY);
     GlobalFree(cut);
 }
