@@ -1,0 +1,13 @@
+// The Rubber: brings back the image as it was when the session began.
+//
+// `original` has the image's size; every pixel goes towards the same pixel of it. There is no coverage
+// map: each dab acts again on the image as it is. `opacity` is percent, 0 to 100.
+#pragma once
+
+#include "tools/dab_placement.h"
+
+void hardRubberKernel(BitsView image, const DabPlacement& dab, MapView mask, BitsView original, int opacity);
+
+// The weight falls off with the squared distance from the dab's middle and is a fraction of a percent:
+// opacity x (1 - t).
+void softRubberKernel(BitsView image, const DabPlacement& dab, MapView mask, BitsView original, int opacity);

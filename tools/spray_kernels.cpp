@@ -1,0 +1,34 @@
+#include "tools/spray_kernels.h"
+
+#include <cmath>
+
+#include "tools/pixel_mix.h"
+#include "tools/soft_falloff.h"
+
+void hardSprayKernel(BitsView image, const DabPlacement& dab, MapView mask, Rgb colour, int opacity)
+{
+    if (!dab.visible) return;
+    const PixelBytes over = pixelBytes(colour);
+    for (int j = 0; j < dab.height; ++j) {
+        const uint8_t* cells = rowOf(mask, dab.maskY + j) + dab.maskX;
+        uint8_t* pixel = rowOf(image, dab.imageY + j) + dab.imageX * 3;
+        for (int i = 0; i < dab.width; ++i, pixel += 3) {
+            if (cells[i]) mixPixel(pixel, pixel, over.byte, opacity);
+        }
+    }
+}
+
+void softSprayKernel(BitsView image, const DabPlacement& dab, MapView mask, Rgb colour, int opacity)
+{
+    const SoftFalloff falloff = softFalloff(dab);
+    if (!dab.visible || !hasRoom(falloff)) return;
+    const PixelBytes over = pixelBytes(colour);
+    for (int j = 0; j < dab.height; ++j) {
+        const uint8_t* cells = rowOf(mask, dab.maskY + j) + dab.maskX;
+        uint8_t* pixel = rowOf(image, dab.imageY + j) + dab.imageX * 3;
+        for (int i = 0; i < dab.width; ++i, pixel += 3) {
+            if (!cells[i]) continue;
+            mixPixelFraction(pixel, over.byte, opacity * (1 - std::sqrt(falloffDistance(falloff, i, j))));
+        }
+    }
+}
