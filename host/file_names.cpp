@@ -1,0 +1,65 @@
+#include "host/file_names.h"
+
+namespace {
+
+struct FormatName {
+    const wchar_t* extension;
+    PhotoFormat format;
+};
+const FormatName formatNames[] = {
+    {L".jpg", PhotoFormat::Jpeg}, {L".jpeg", PhotoFormat::Jpeg}, {L".jpe", PhotoFormat::Jpeg},
+    {L".png", PhotoFormat::Png},  {L".tif", PhotoFormat::Tiff},  {L".tiff", PhotoFormat::Tiff},
+    {L".bmp", PhotoFormat::Bmp},  {L".dib", PhotoFormat::Bmp},
+};
+
+size_t nameStart(const std::wstring& path)
+{
+    const size_t separator = path.find_last_of(L"\\/:");
+    return separator == std::wstring::npos ? 0 : separator + 1;
+}
+
+// Where the extension starts, its dot included; the end when there is none. A leading dot starts none.
+size_t extensionStart(const std::wstring& path)
+{
+    const size_t dot = path.rfind(L'.');
+    return dot == std::wstring::npos || dot <= nameStart(path) ? path.size() : dot;
+}
+
+bool sameLetters(const std::wstring& text, const wchar_t* lowerCase)
+{
+    size_t i = 0;
+    for (; i < text.size() && lowerCase[i]; i++) {
+        const wchar_t letter = text[i] >= L'A' && text[i] <= L'Z' ? (wchar_t)(text[i] + 32) : text[i];
+        if (letter != lowerCase[i]) return false;
+    }
+    return i == text.size() && !lowerCase[i];
+}
+
+} // namespace
+
+PhotoFormat formatOfName(const std::wstring& path)
+{
+    const std::wstring extension = path.substr(extensionStart(path));
+    for (const FormatName& entry : formatNames)
+        if (sameLetters(extension, entry.extension)) return entry.format;
+    return PhotoFormat::Unknown;
+}
+
+std::wstring retouchedName(const std::wstring& path, int number)
+{
+    const size_t end = extensionStart(path);
+    const std::wstring extension = formatOfName(path) == PhotoFormat::Unknown ? L".png" : path.substr(end);
+    std::wstring name = path.substr(0, end) + L"-retouched";
+    if (number > 1) name += L"-" + std::to_wstring(number);
+    return name + extension;
+}
+
+std::wstring folderOfPath(const std::wstring& path)
+{
+    return path.substr(0, nameStart(path));
+}
+
+std::wstring nameOfPath(const std::wstring& path)
+{
+    return path.substr(nameStart(path));
+}

@@ -1,0 +1,24 @@
+// What the program tells its user, and its exit codes.
+#pragma once
+
+#include <string>
+
+enum ExitCode {
+    exitSaved = 0,
+    exitNothingSaved = 1,     // the user closed the editor, or cancelled a file dialog
+    exitUsage = 2,
+    exitMissing = 3,          // no such photo, a folder, or access denied
+    exitNotAPhoto = 4,        // unknown format or damaged
+    exitTooLarge = 5,
+    exitNoLibrary = 6,        // KOVRTCH32.dll or the system's imaging component cannot be loaded
+    exitCannotWrite = 7,
+};
+
+// With windows true sentences appear in a message box, else on standard output and standard error.
+void reportTo(bool windows);
+
+void tell(const std::wstring& sentence);
+void complain(const std::wstring& sentence);
+
+// The system's own words for an error code, e.g. "Access denied."
+std::wstring systemErrorText(unsigned long error);
