@@ -170,6 +170,10 @@ ExitCode editPhoto(const std::wstring& photo, HGLOBAL* image)
         complain(L"KOVRTCH32.dll could not be loaded from the folder of retouch.exe.");
         return exitNoLibrary;
     }
+    if (result == SessionResult::NoWindow) {
+        complain(L"No window can be opened here; is there a display?");
+        return exitNoLibrary;
+    }
     tell(L"Nothing saved.");
     return exitNothingSaved;
 }

@@ -10,7 +10,7 @@ enum ExitCode {
     exitMissing = 3,          // no such photo, a folder, or access denied
     exitNotAPhoto = 4,        // unknown format or damaged
     exitTooLarge = 5,
-    exitNoLibrary = 6,        // KOVRTCH32.dll or the system's imaging component cannot be loaded
+    exitNoLibrary = 6,        // KOVRTCH32.dll or the system's imaging component cannot be loaded, no display
     exitCannotWrite = 7,
 };
 

@@ -77,7 +77,7 @@ SessionResult runSession(HGLOBAL image, const std::wstring& name)
     HWND host = retouch ? createHostWindow(name) : nullptr;
     if (!host) {
         if (library) FreeLibrary(library);
-        return SessionResult::NoLibrary;
+        return retouch ? SessionResult::NoWindow : SessionResult::NoLibrary;
     }
     const Placement place = placeSession(host, sizeOfImage(image));
     RECT dialog = {place.dialog.left, place.dialog.top, place.dialog.right, place.dialog.bottom};

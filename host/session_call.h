@@ -4,7 +4,7 @@
 #include <string>
 #include <windows.h>
 
-enum class SessionResult { Saved, Closed, NoLibrary };
+enum class SessionResult { Saved, Closed, NoLibrary, NoWindow };
 
 // image stays the caller's; after Saved it holds the edited photo, else what it held before (see
 // include/kovrtch32.h). name is shown in the window's title.
