@@ -1,0 +1,3 @@
+#include "color/contrast_dialog.h"
+
+void openContrastDialog(HWND, int) {}

@@ -1,0 +1,3 @@
+#include "library/library_dialog.h"
+
+void showLibraryDialog(int, HWND) {}
