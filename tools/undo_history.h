@@ -1,0 +1,26 @@
+// Undo and redo of painting strokes, any number of steps. A step keeps only the rectangle that its
+// stroke could have changed; undo and redo swap it with the image.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+struct UndoStep {
+    uint32_t toolId;  // current tool when the step was pushed
+    RECT rect;        // image pixels, clamped to the image
+    HGLOBAL patch;    // the rectangle's other content: before the step while applied, after it while undone
+};
+
+// Registers what the stroke may have changed, cut from undoSnapshot (the image at the press); drops every
+// step that could have been redone. Returns 0 when the image cannot be read or memory is short.
+int pushUndoStep(const RECT* rect);
+
+constexpr int UNDO = 1;
+constexpr int REDO = 0;
+
+// Returns 0 when there is no step at all, else 1.
+int applyUndo(int direction);
+
+// Frees all steps with their patches.
+void freeUndoHistory();
