@@ -1,0 +1,161 @@
+#include "canvas/canvas.h"
+
+#include <windowsx.h>
+
+#include "canvas/canvas_coordinates.h"
+#include "canvas/cursor_outline.h"
+#include "canvas/pointer_input.h"
+#include "canvas/session_defaults.h"
+#include "image/bitmap_display.h"
+#include "image/packed_bitmap.h"
+#include "selection/selection.h"
+#include "session/entry.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+#include "text/text_tool.h"
+#include "tools/dab_engine.h"
+#include "tools/undo_history.h"
+
+namespace {
+
+HGLOBAL imageOf(HWND canvas)
+{
+    return (HGLOBAL)windowProp(GetParent(canvas), PROP_IMAGE);
+}
+
+LRESULT onCreate(HWND canvas)
+{
+    writeSessionDefaults();
+    session->canvasWindow = canvas;
+    rebuildOutline(canvas, 1);
+    freeUndoHistory();
+    return 0;
+}
+
+void onDestroy(HWND canvas)
+{
+    clearSelection();
+    endText(canvas);
+    freeOutline();
+}
+
+void onSize(HWND canvas)
+{
+    mapCanvas(canvas);
+    rebuildOutline(canvas, 0);
+}
+
+// The invalid part of the client area. Taken as a region, because it is in device units on every
+// system, whatever the mapping of the canvas's own device context is.
+RECT updateBox(HWND canvas)
+{
+    RECT box = {0, 0, 0, 0};
+    const HRGN region = CreateRectRgn(0, 0, 0, 0);
+    if (!region) return box;
+    GetUpdateRgn(canvas, region, FALSE);
+    GetRgnBox(region, &box);
+    DeleteObject(region);
+    return box;
+}
+
+void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, const RECT& box)
+{
+    RECT client;
+    GetClientRect(canvas, &client);
+    int width, height;
+    if (!lockBitmapInfo(image, &width, &height, nullptr)) return;
+    const RECT part = coveringImageRect(box, {client.right, client.bottom}, {width, height});
+    paintImageRect(GetParent(canvas), dc, image, &part);
+}
+
+LRESULT onPaint(HWND canvas)
+{
+    hideOutline(canvas);
+    const RECT box = updateBox(canvas);
+    PAINTSTRUCT paint;
+    const HDC dc = BeginPaint(canvas, &paint);
+    const HGLOBAL image = imageOf(canvas);
+    if (dc && image && !IsRectEmpty(&box)) {
+        drawImagePart(canvas, dc, image, box);
+        drawSelection(dc);
+        paintTextOverlay(canvas, dc);
+    }
+    EndPaint(canvas, &paint);
+    showOutline(canvas);
+    return 0;
+}
+
+LRESULT onEraseBackground(HWND canvas, WPARAM wParam, LPARAM lParam)
+{
+    if (imageOf(canvas)) return 0;  // the image covers everything: nothing to erase, no flicker
+    hideOutline(canvas);
+    const LRESULT result = DefWindowProcA(canvas, WM_ERASEBKGND, wParam, lParam);
+    showOutline(canvas);
+    return result;
+}
+
+LRESULT onTimer(HWND canvas, WPARAM id)
+{
+    if (id == SPRAY_TIMER) paintSegmentOfStroke(canvas);
+    return 0;
+}
+
+LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (!session) return DefWindowProcA(canvas, message, wParam, lParam);
+    // Signed on purpose: with the mouse captured, points left of and above the client are negative.
+    const POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    switch (message) {
+    case WM_CREATE: return onCreate(canvas);
+    case WM_DESTROY: onDestroy(canvas); break;
+    case WM_SIZE: onSize(canvas); break;
+    case WM_PAINT: return onPaint(canvas);
+    case WM_ERASEBKGND: return onEraseBackground(canvas, wParam, lParam);
+    case WM_SETCURSOR:
+        if (setSelectionCursor(canvas)) return 0;
+        break;
+    case WM_KEYDOWN: textKeyDown(canvas, (UINT)wParam); return 0;
+    case WM_CHAR: textChar(canvas, (UINT)wParam); return 0;
+    case WM_TIMER: return onTimer(canvas, wParam);
+    case WM_LBUTTONDOWN: pressButton(canvas, imagePointOf(canvas, at)); return 0;
+    case WM_MOUSEMOVE: movePointer(canvas, imagePointOf(canvas, at), (wParam & MK_LBUTTON) != 0); return 0;
+    case WM_LBUTTONUP: releaseButton(canvas, imagePointOf(canvas, at)); return 0;
+    case WM_CAPTURECHANGED: losePress(canvas, (HWND)lParam); break;
+    case CANVAS_POINTER_ENTERED: showOutline(canvas); return 0;
+    case CANVAS_POINTER_LEFT: hideOutline(canvas); return 0;
+    }
+    return DefWindowProcA(canvas, message, wParam, lParam);
+}
+
+}  // namespace
+
+int registerCanvasClass(HINSTANCE instance)
+{
+    WNDCLASSA canvasClass = {};
+    canvasClass.style = CS_OWNDC | CS_BYTEALIGNCLIENT;  // the mapping set at WM_SIZE persists
+    canvasClass.lpfnWndProc = canvasProc;
+    canvasClass.hInstance = instance;
+    canvasClass.hCursor = LoadCursorA(nullptr, (LPCSTR)IDC_ARROW);
+    canvasClass.lpszClassName = CANVAS_CLASS;
+    return RegisterClassA(&canvasClass);
+}
+
+void unregisterCanvasClass(HINSTANCE instance)
+{
+    UnregisterClassA(CANVAS_CLASS, instance);
+}
+
+void mapCanvas(HWND canvas)
+{
+    RECT client;
+    if (!GetClientRect(canvas, &client) || client.right < 1 || client.bottom < 1) return;
+    int width = client.right, height = client.bottom;
+    lockBitmapInfo(imageOf(canvas), &width, &height, nullptr);
+    const HDC dc = GetDC(canvas);
+    SetMapMode(dc, MM_ANISOTROPIC);
+    SetWindowOrgEx(dc, 0, 0, nullptr);
+    SetWindowExtEx(dc, width, height, nullptr);
+    SetViewportOrgEx(dc, 0, 0, nullptr);
+    SetViewportExtEx(dc, client.right, client.bottom, nullptr);
+    ReleaseDC(canvas, dc);
+}

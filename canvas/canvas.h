@@ -1,0 +1,15 @@
+// The canvas: the editing window's only child. Shows the host's image scaled to its client area and
+// routes mouse and keyboard input to the current tool. It owns no image.
+#pragma once
+
+#include <windows.h>
+
+constexpr char CANVAS_CLASS[] = "KOVRETOUCH";
+
+// Registers the window class; returns RegisterClassA's result, 0 on failure.
+int registerCanvasClass(HINSTANCE instance);
+void unregisterCanvasClass(HINSTANCE instance);
+
+// Sets the mapping of the canvas's own device context: one logical unit is one image pixel, y downward.
+// Without an image one logical unit is one device pixel.
+void mapCanvas(HWND canvas);

@@ -1,0 +1,17 @@
+// What the mouse does on the canvas. Points are image pixels.
+#pragma once
+
+#include <windows.h>
+
+constexpr UINT_PTR SPRAY_TIMER = 1;  // armed while the Aerographe's button is down
+
+void pressButton(HWND canvas, POINT at);
+void movePointer(HWND canvas, POINT at, bool buttonDown);
+void releaseButton(HWND canvas, POINT at);
+
+// WM_CAPTURECHANGED: another window took the mouse away (a task switch, a message box) and no release
+// will come. Ends the press as a release at the last point would.
+void losePress(HWND canvas, HWND newOwner);
+
+// Paints the stroke's newest segment, from strokePoint to strokePrevPoint.
+void paintSegmentOfStroke(HWND canvas);
