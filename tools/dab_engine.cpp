@@ -1,0 +1,214 @@
+#include "tools/dab_engine.h"
+
+#include <cstring>
+
+#include "canvas/canvas_coordinates.h"
+#include "canvas/cursor_outline.h"
+#include "image/bitmap_block.h"
+#include "image/packed_bitmap.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+#include "tools/brush_kernels.h"
+#include "tools/brush_mask.h"
+#include "tools/dab_placement.h"
+#include "tools/digital_line.h"
+#include "tools/patch_kernel.h"
+#include "tools/rubber_kernels.h"
+#include "tools/smooth_kernel.h"
+#include "tools/spray_kernels.h"
+
+namespace {
+
+// What a kernel is given besides the tool's own sources.
+struct Dab {
+    BitsView image;
+    MapView mask;
+    DabPlacement place;
+    Rgb colour;
+    int opacity;
+    bool softEdge;
+};
+
+int paintBrush(const Dab& dab)
+{
+    BitmapBlock coverageBlock, startBlock;
+    MapView coverage;
+    BitsView start;
+    if (!lockMap(session->strokeCoverage, &coverageBlock, &coverage)) return 0;
+    const bool ready = !dab.softEdge || lockPixels(session->strokeStartImage, &startBlock, &start);
+    if (ready && dab.softEdge) {
+        softBrushKernel(dab.image, start, dab.place, dab.mask, coverage, dab.colour, dab.opacity);
+        unlockBlock(startBlock);
+    } else if (ready) {
+        hardBrushKernel(dab.image, dab.place, dab.mask, coverage, dab.colour, dab.opacity);
+    }
+    unlockBlock(coverageBlock);
+    return ready;
+}
+
+int paintSmooth(const Dab& dab)
+{
+    return smoothKernel(dab.image, dab.place, dab.mask, dab.opacity);
+}
+
+int paintPatch(const Dab& dab)
+{
+    BitmapBlock block;
+    BitsView patch;
+    if (!lockPixels(session->maskCache, &block, &patch)) return 1;
+    patchKernel(dab.image, dab.place, dab.mask, patch, dab.opacity);
+    unlockBlock(block);
+    return 1;
+}
+
+int paintRubber(const Dab& dab)
+{
+    BitmapBlock block;
+    BitsView original;
+    if (!lockPixels(session->originalImage, &block, &original)) return 1;
+    const auto kernel = dab.softEdge ? softRubberKernel : hardRubberKernel;
+    kernel(dab.image, dab.place, dab.mask, original, dab.opacity);
+    unlockBlock(block);
+    return 1;
+}
+
+int paintSpray(const Dab& dab)
+{
+    const auto kernel = dab.softEdge ? softSprayKernel : hardSprayKernel;
+    kernel(dab.image, dab.place, dab.mask, dab.colour, dab.opacity);
+    return 1;
+}
+
+struct PaintingTool {
+    uint32_t tool;
+    int (*paint)(const Dab& dab);
+    bool walksLine;   // a dab at every point between two positions, not only at the positions
+    bool carriesPatch;
+};
+
+const PaintingTool paintingTools[] = {
+    {TOOL_BRUSH, paintBrush, true, false},       {TOOL_SMOOTH, paintSmooth, false, false},
+    {TOOL_STAMP, paintPatch, false, true},       {TOOL_SPOONBILL, paintPatch, true, true},
+    {TOOL_RUBBER, paintRubber, false, false},    {TOOL_AEROGRAPHE, paintSpray, false, false},
+};
+
+const PaintingTool* findPaintingTool(uint32_t tool)
+{
+    for (const PaintingTool& row : paintingTools) {
+        if (row.tool == tool) return &row;
+    }
+    return nullptr;
+}
+
+int paintOn(const PaintingTool& tool, const PixelRect& rect, const BitsView& image, const MapView& mask)
+{
+    const Dab dab = {image,
+                     mask,
+                     placeDab(rect, mask.width, mask.height, image.width, image.height),
+                     rgbFromColorref(session->paintColour),
+                     (int)session->opacity,
+                     session->edgeMode == EDGE_SMOOTH};
+    return dab.place.visible ? tool.paint(dab) : 1;
+}
+
+// The Aerographe's halves are taken before scaling, so its soft dab stays centred.
+PixelRect dabRectAt(int x, int y)
+{
+    return dabRect({x, y}, (int)session->brushWidth, (int)session->brushHeight, (int)session->maskScale);
+}
+
+RECT layDab(const PaintingTool& tool, int x, int y)
+{
+    const PixelRect rect = dabRectAt(x, y);
+    extendDirtyBox(x, y);
+    paintDab(tool.tool, rect);
+    return {rect.left, rect.top, rect.right, rect.bottom};
+}
+
+RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to)
+{
+    RECT touched = {0, 0, 0, 0};
+    DigitalLine line = beginLine(from, to);
+    do {
+        const RECT dab = layDab(tool, line.x, line.y);
+        UnionRect(&touched, &touched, &dab);
+    } while (nextPoint(line));
+    return touched;
+}
+
+void pickUpPatch(HWND canvas, int x, int y)
+{
+    const int width = (int)session->brushWidth, height = (int)session->brushHeight;
+    session->maskCache = extractRectMasked(editedImage(), session->brushMask, x - width / 2, y - height / 2, width,
+                                           height, session->previewBackground);
+    buildBrushMask(width, height);
+    rebuildOutline(canvas, 0);
+}
+
+// A zeroed map of the image's size; the block of the stroke before is used again when it fits.
+HGLOBAL freshCoverage(HGLOBAL old, int width, int height)
+{
+    BitmapBlock block;
+    MapView map;
+    if (lockMap(old, &block, &map)) {
+        const bool fits = map.width == width && map.height == height;
+        if (fits) memset(rowOf(map, height - 1), 0, (size_t)rowStride(width, 8) * height);
+        unlockBlock(block);
+        if (fits) return old;
+    }
+    if (old) GlobalFree(old);
+    return createBitmap(width, height, 8);
+}
+
+}  // namespace
+
+int beginStroke()
+{
+    int width, height;
+    if (!lockBitmapInfo(editedImage(), &width, &height, nullptr)) return 0;
+    session->strokeCoverage = freshCoverage(session->strokeCoverage, width, height);
+    session->strokeStartImage = duplicateBitmapReusing(session->strokeStartImage, editedImage());
+    return session->strokeCoverage && session->strokeStartImage;
+}
+
+void extendDirtyBox(int x, int y)
+{
+    DirtyBox& box = session->dirtyBox;
+    if (x < box.minX) box.minX = x;
+    if (x > box.maxX) box.maxX = x;
+    if (y < box.minY) box.minY = y;
+    if (y > box.maxY) box.maxY = y;
+}
+
+int paintDab(uint32_t toolId, const PixelRect& dab)
+{
+    const PaintingTool* tool = findPaintingTool(toolId);
+    BitmapBlock imageBlock, maskBlock;
+    BitsView image;
+    MapView mask;
+    if (!tool || !lockPixels(editedImage(), &imageBlock, &image)) return 0;
+    int painted = 0;
+    if (lockMap(session->brushMask, &maskBlock, &mask)) {
+        painted = paintOn(*tool, dab, image, mask);
+        unlockBlock(maskBlock);
+    }
+    unlockBlock(imageBlock);
+    return painted;
+}
+
+int strokeTo(HWND canvas, int previousX, int previousY, int x, int y)
+{
+    const PaintingTool* tool = findPaintingTool(session->currentTool);
+    if (!tool) return 0;
+    if (tool->carriesPatch && !session->maskCache) {
+        pickUpPatch(canvas, previousX, previousY);
+        if (tool->tool == TOOL_STAMP) return 1;
+    }
+    buildBrushMask((int)session->brushWidth, (int)session->brushHeight);
+    const bool moved = previousX != x || previousY != y;
+    const RECT touched = moved && tool->walksLine ? layDabsAlong(*tool, {previousX, previousY}, {x, y})
+                                                  : layDab(*tool, x, y);
+    invalidateImageRect(canvas, touched);
+    UpdateWindow(canvas);
+    return 1;
+}
