@@ -1,6 +1,12 @@
 #include <windows.h>
 
-extern "C" int WINAPI entry(HWND, HGLOBAL, RECT*, POINT*)
+#include "session/language.h"
+#include "session/module_state.h"
+
+// The reason is not looked at: every call renews the instance handle and the profile's language.
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD, LPVOID)
 {
-    return 0;
+    moduleInstance = instance;
+    readProfileLanguage();
+    return instance != nullptr;
 }

@@ -33,7 +33,7 @@ struct SessionRecord {
     HWND libraryDialog;                       // 3: modeless selections library while it is open
     uint32_t currentTool;                     // 4: a ToolId; 0 while none is chosen
     uint32_t frameSizing;                     // 5: 1 when the last non-client press was on the top or bottom border or a corner
-    uint32_t scratch6;                        // 6
+    uint32_t pressActive;                        // 6
     uint32_t mouseInside;                     // 7: 1 while the pointer is over the canvas
     HGLOBAL previewSource;                    // 8: contrast dialog: reduced copy of the image
     HGLOBAL previewImage;                     // 9: contrast dialog: its adjusted copy, the one that is painted
@@ -156,7 +156,7 @@ FIELD_AT(paletteDialog, 2);
 FIELD_AT(libraryDialog, 3);
 FIELD_AT(currentTool, 4);
 FIELD_AT(frameSizing, 5);
-FIELD_AT(scratch6, 6);
+FIELD_AT(pressActive, 6);
 FIELD_AT(mouseInside, 7);
 FIELD_AT(previewSource, 8);
 FIELD_AT(previewImage, 9);

@@ -1,0 +1,259 @@
+#include "session/host_dialog.h"
+
+#include <initializer_list>
+
+#include "canvas/canvas.h"
+#include "image/packed_bitmap.h"
+#include "resources/resource_ids.h"
+#include "session/aspect_ratio.h"
+#include "session/entry.h"
+#include "session/frame.h"
+#include "session/language.h"
+#include "session/module_state.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+#include "tools/palette.h"
+
+namespace {
+
+SIZE clientSizeFor(const RECT& dialogRect, HGLOBAL image)
+{
+    const int frameX = 2 * GetSystemMetrics(SM_CXFRAME);
+    const int frameY = 2 * GetSystemMetrics(SM_CYFRAME) + GetSystemMetrics(SM_CYCAPTION);
+    const SIZE client = {dialogRect.right - dialogRect.left - frameX, dialogRect.bottom - dialogRect.top - frameY};
+    if (client.cx >= 1 && client.cy >= 1) return client;
+    return {bitmapWidth(image), bitmapHeight(image)};
+}
+
+void fitCanvas(HWND dialog)
+{
+    const HWND canvas = (HWND)windowProp(dialog, PROP_CANVAS);
+    if (!IsWindow(canvas)) return;
+    RECT client;
+    GetClientRect(dialog, &client);
+    SetWindowPos(canvas, nullptr, client.left, client.top, client.right - client.left, client.bottom - client.top,
+                 SWP_NOZORDER);
+}
+
+void placeDialog(HWND dialog, const RECT& dialogRect, SIZE client)
+{
+    SetWindowPos(dialog, nullptr, dialogRect.left, dialogRect.top, client.cx + 2 * GetSystemMetrics(SM_CXFRAME),
+                 client.cy + 2 * GetSystemMetrics(SM_CYFRAME) + GetSystemMetrics(SM_CYCAPTION), SWP_NOZORDER);
+    fitCanvas(dialog);
+    mapCanvas((HWND)windowProp(dialog, PROP_CANVAS));  // the image is new even when the size is not
+}
+
+bool openPalette(HWND dialog, const POINT& at)
+{
+    readLocaleLanguage();
+    session->paletteDialog = openLocalDialog(moduleInstance, PALETTE_TEMPLATE, dialog, paletteDialogProc, 0);
+    if (!session->paletteDialog) return false;
+    SetWindowPos(session->paletteDialog, nullptr, at.x, at.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_SHOWWINDOW);
+    return true;
+}
+
+// False when the session cannot start.
+bool prepareSession(HWND dialog, const SessionArguments& arguments)
+{
+    if (!arguments.dialogRect || !arguments.palettePos || !isSoundBitmap(arguments.image)) return false;
+    session->hostDialog = dialog;
+    setWindowProp(dialog, PROP_CANVAS, GetDlgItem(dialog, CONTROL_CANVAS));
+    const SIZE client = clientSizeFor(*arguments.dialogRect, arguments.image);
+    setWindowProp(dialog, PROP_IMAGE, arguments.image);
+    setWindowProp(dialog, PROP_ASPECT_WIDTH, (HANDLE)(INT_PTR)client.cx);
+    setWindowProp(dialog, PROP_ASPECT_HEIGHT, (HANDLE)(INT_PTR)client.cy);
+    placeDialog(dialog, *arguments.dialogRect, client);
+    if (!openPalette(dialog, *arguments.palettePos)) return false;
+    session->originalImage = duplicateBitmap(arguments.image, 1);
+    return session->originalImage != nullptr;  // without the original, Close could not keep its promise
+}
+
+INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
+{
+    setWindowProp(dialog, PROP_FORWARD_TARGET, nullptr);
+    if (!prepareSession(dialog, *(const SessionArguments*)lParam)) session->hostDialog = nullptr;
+    return 1;
+}
+
+INT_PTR onSize(HWND dialog, WPARAM, LPARAM)
+{
+    fitCanvas(dialog);
+    if (session->canvasWindow) InvalidateRect(session->canvasWindow, nullptr, TRUE);
+    return 0;
+}
+
+AspectRatio aspectOf(HWND dialog, WindowSize& current)
+{
+    RECT window, client;
+    GetWindowRect(dialog, &window);
+    GetClientRect(dialog, &client);
+    current = {(uint32_t)(window.right - window.left), (uint32_t)(window.bottom - window.top)};
+    return {(uint32_t)(UINT_PTR)windowProp(dialog, PROP_ASPECT_WIDTH),
+            (uint32_t)(UINT_PTR)windowProp(dialog, PROP_ASPECT_HEIGHT), current.width - (uint32_t)client.right,
+            current.height - (uint32_t)client.bottom};
+}
+
+INT_PTR onSizing(HWND dialog, WPARAM, LPARAM lParam)
+{
+    RECT& rect = *(RECT*)lParam;
+    WindowSize current;
+    const AspectRatio ratio = aspectOf(dialog, current);
+    const WindowSize proposed = {(uint32_t)(rect.right - rect.left), (uint32_t)(rect.bottom - rect.top)};
+    const WindowSize kept = keepAspect(ratio, current, proposed, session->frameSizing != 0);
+    rect.right = rect.left + (LONG)kept.width;
+    rect.bottom = rect.top + (LONG)kept.height;
+    return 1;
+}
+
+INT_PTR onWindowPosChanging(HWND dialog, WPARAM, LPARAM lParam)
+{
+    WINDOWPOS& pos = *(WINDOWPOS*)lParam;
+    WindowSize current;
+    const AspectRatio ratio = aspectOf(dialog, current);
+    const WindowSize proposed = {(uint32_t)pos.cx, (uint32_t)pos.cy};
+    WindowSize size = keepAspect(ratio, current, proposed, session->frameSizing != 0);
+    size = cutToScreen(ratio, size, (uint32_t)GetSystemMetrics(SM_CXSCREEN), (uint32_t)GetSystemMetrics(SM_CYSCREEN));
+    pos.cx = (int)size.width;
+    pos.cy = (int)size.height;
+    return 0;
+}
+
+INT_PTR onNcButtonDown(HWND, WPARAM hitCode, LPARAM)
+{
+    session->frameSizing = hitCode >= HTTOP && hitCode <= HTBOTTOMRIGHT;
+    return 0;
+}
+
+INT_PTR onNcPaint(HWND dialog, WPARAM, LPARAM)
+{
+    paintFrame(dialog);
+    return 1;
+}
+
+INT_PTR onNcActivate(HWND dialog, WPARAM active, LPARAM)
+{
+    activateFrame(dialog, active);
+    SetWindowLongPtrA(dialog, DWLP_MSGRESULT, TRUE);
+    return 1;
+}
+
+INT_PTR onPaint(HWND dialog, WPARAM, LPARAM)
+{
+    paintFrame(dialog);
+    return 0;
+}
+
+INT_PTR onEraseBackground(HWND dialog, WPARAM wParam, LPARAM)
+{
+    RECT clip;
+    GetClipBox((HDC)wParam, &clip);
+    if (!windowProp(dialog, PROP_IMAGE)) {
+        FillRect((HDC)wParam, &clip, (HBRUSH)GetStockObject(BLACK_BRUSH));
+    } else {
+        InflateRect(&clip, 1, 1);
+        InvalidateRect(session->canvasWindow, &clip, FALSE);
+    }
+    return 1;
+}
+
+// The palette, not this dialog, carries the commands: the target stays null, so what is posted here
+// reaches no window.
+INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM lParam)
+{
+    const HWND target = (HWND)windowProp(dialog, PROP_FORWARD_TARGET);
+    if (LOWORD(wParam) == IDCANCEL) {
+        PostMessageA(target, WM_CLOSE, 0, 0);
+        EndDialog(dialog, 0);
+        PostMessageA(dialog, WM_CLOSE, 0, 0);  // ending a modeless dialog only hides it; the host must not stay frozen
+    } else {
+        PostMessageA(target, WM_COMMAND, wParam, lParam);
+    }
+    return 1;
+}
+
+INT_PTR onClose(HWND dialog, WPARAM, LPARAM)
+{
+    DestroyWindow(dialog);
+    return 1;
+}
+
+// Every way out but Save gives the host its original back.
+void leaveAsCloseUnlessSaved(HWND dialog)
+{
+    if (sessionLeaving != LEAVING_UNDECIDED || !session->originalImage) return;
+    copyBitmapInto((HGLOBAL)windowProp(dialog, PROP_IMAGE), session->originalImage);
+    sessionResult = 0;
+}
+
+void tearDown(HWND dialog)
+{
+    leaveAsCloseUnlessSaved(dialog);
+    if (session->originalImage) {
+        GlobalFree(session->originalImage);
+        session->originalImage = nullptr;
+    }
+    if (IsWindow(session->paletteDialog)) DestroyWindow(session->paletteDialog);
+    for (int key : {PROP_ASPECT_WIDTH, PROP_ASPECT_HEIGHT, PROP_IMAGE, PROP_FORWARD_TARGET, PROP_CANVAS}) {
+        removeWindowProp(dialog, key);
+    }
+    session->canvasWindow = nullptr;
+    if (IsWindow(session->libraryDialog)) DestroyWindow(session->libraryDialog);
+    session->libraryDialog = nullptr;
+}
+
+INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
+{
+    const bool started = session->hostDialog != nullptr;
+    tearDown(dialog);
+    if (started) PostQuitMessage(0);
+    return 1;
+}
+
+INT_PTR onEndSession(HWND dialog, WPARAM ending, LPARAM)
+{
+    if (ending) DestroyWindow(dialog);  // the system is going down: leave as by Close
+    return 1;
+}
+
+INT_PTR forwardPaletteMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (!session->canvasWindow) return 0;
+    SendMessageA(session->canvasWindow, message, wParam, lParam);
+    SetWindowLongPtrA(dialog, DWLP_MSGRESULT, 1);
+    return 1;
+}
+
+struct Route {
+    UINT message;
+    INT_PTR (*handle)(HWND dialog, WPARAM wParam, LPARAM lParam);
+};
+
+const Route routes[] = {
+    {WM_INITDIALOG, onInitDialog},
+    {WM_SIZE, onSize},
+    {WM_SIZING, onSizing},
+    {WM_WINDOWPOSCHANGING, onWindowPosChanging},
+    {WM_NCLBUTTONDOWN, onNcButtonDown},
+    {WM_NCPAINT, onNcPaint},
+    {WM_NCACTIVATE, onNcActivate},
+    {WM_PAINT, onPaint},
+    {WM_ERASEBKGND, onEraseBackground},
+    {WM_COMMAND, onCommand},
+    {WM_CLOSE, onClose},
+    {WM_DESTROY, onDestroy},
+    {WM_ENDSESSION, onEndSession},
+};
+
+}  // namespace
+
+INT_PTR CALLBACK hostDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (!session) return 0;
+    for (const Route& route : routes) {
+        if (route.message == message) return route.handle(dialog, wParam, lParam);
+    }
+    if (message == WM_QUERYNEWPALETTE || message == WM_PALETTECHANGED) {
+        return forwardPaletteMessage(dialog, message, wParam, lParam);
+    }
+    return 0;
+}
