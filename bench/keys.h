@@ -1,0 +1,13 @@
+// The groups of keys, one file each (keys_painting.cpp and so on), in the order in which they run.
+#pragma once
+
+#include "bench/harness.h"
+
+extern const BenchGroup paintingKeys;
+extern const BenchGroup yardstickKeys;
+
+// A new group is declared above and added here.
+static const BenchGroup* const benchGroups[] = {
+    &paintingKeys,
+    &yardstickKeys,
+};

@@ -1,0 +1,27 @@
+// kovbench [key ...]: runs the keys that are named (all without arguments) and prints for each
+//
+//     BENCH <key> <value> <unit>
+//     CHECK <key> <CRC-32 of the result>
+//
+// Unknown keys are ignored. The exit code is 1 when a key could not be measured.
+#include <cstdio>
+#include <cstring>
+
+#include "bench/keys.h"
+
+static bool wanted(const char* name, int argc, char** argv)
+{
+    for (int k = 1; k < argc; ++k)
+        if (strcmp(name, argv[k]) == 0) return true;
+    return argc < 2;
+}
+
+int main(int argc, char** argv)
+{
+    if (!holdOnOneCore()) fprintf(stderr, "the process could not be held on one core\n");
+    bool allMeasured = true;
+    for (const BenchGroup* group : benchGroups)
+        for (size_t k = 0; k < group->count; ++k)
+            if (wanted(group->keys[k].name, argc, argv)) allMeasured &= runBenchKey(group->keys[k]);
+    return allMeasured ? 0 : 1;
+}
