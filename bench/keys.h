@@ -4,10 +4,12 @@
 #include "bench/harness.h"
 
 extern const BenchGroup paintingKeys;
+extern const BenchGroup imageKeys;
 extern const BenchGroup yardstickKeys;
 
 // A new group is declared above and added here.
 static const BenchGroup* const benchGroups[] = {
     &paintingKeys,
+    &imageKeys,
     &yardstickKeys,
 };
