@@ -6,6 +6,7 @@
 #include "image/packed_bitmap.h"
 #include "resources/resource_ids.h"
 #include "session/aspect_ratio.h"
+#include "session/dialog_face.h"
 #include "session/entry.h"
 #include "session/frame.h"
 #include "session/language.h"
@@ -223,12 +224,7 @@ INT_PTR forwardPaletteMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM l
     return 1;
 }
 
-struct Route {
-    UINT message;
-    INT_PTR (*handle)(HWND dialog, WPARAM wParam, LPARAM lParam);
-};
-
-const Route routes[] = {
+const DialogRoute routes[] = {
     {WM_INITDIALOG, onInitDialog},
     {WM_SIZE, onSize},
     {WM_SIZING, onSizing},
@@ -249,11 +245,8 @@ const Route routes[] = {
 INT_PTR CALLBACK hostDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (!session) return 0;
-    for (const Route& route : routes) {
-        if (route.message == message) return route.handle(dialog, wParam, lParam);
-    }
     if (message == WM_QUERYNEWPALETTE || message == WM_PALETTECHANGED) {
         return forwardPaletteMessage(dialog, message, wParam, lParam);
     }
-    return 0;
+    return dispatchDialogMessage(routes, dialog, message, wParam, lParam);
 }

@@ -4,6 +4,7 @@
 #include "resources/resource_ids.h"
 #include "selection/selection.h"
 #include "session/button_pictures.h"
+#include "session/dialog_face.h"
 #include "session/module_state.h"
 #include "session/session_record.h"
 #include "session/window_props.h"
@@ -13,8 +14,6 @@
 #include "tools/settings_file.h"
 
 namespace {
-
-constexpr int BACKGROUND_STYLE = 0x42;
 
 INT_PTR onInitDialog(HWND palette, WPARAM, LPARAM)
 {
@@ -55,32 +54,6 @@ INT_PTR onPaint(HWND palette, WPARAM, LPARAM)
     return TRUE;
 }
 
-INT_PTR onEraseBackground(HWND palette, WPARAM wParam, LPARAM)
-{
-    paintDialogBackground(palette, (HDC)wParam, BACKGROUND_STYLE);
-    SetWindowLongPtrA(palette, DWLP_MSGRESULT, TRUE);
-    return TRUE;
-}
-
-// Any point that is not a control is the title bar: the palette is dragged by it.
-INT_PTR onHitTest(HWND palette, WPARAM, LPARAM)
-{
-    SetWindowLongPtrA(palette, DWLP_MSGRESULT, HTCAPTION);
-    return TRUE;
-}
-
-INT_PTR onNcButtonDown(HWND, WPARAM, LPARAM)
-{
-    SetCursor(LoadCursorA(moduleInstance, MAKEINTRESOURCEA(CURSOR_DRAG_DIALOG)));
-    return FALSE;
-}
-
-INT_PTR onNcButtonUp(HWND, WPARAM, LPARAM)
-{
-    SetCursor(LoadCursorA(nullptr, (LPCSTR)IDC_ARROW));
-    return FALSE;
-}
-
 INT_PTR onDestroy(HWND palette, WPARAM, LPARAM)
 {
     if (session->selectionActive) clearSelection();
@@ -91,21 +64,16 @@ INT_PTR onDestroy(HWND palette, WPARAM, LPARAM)
     return TRUE;
 }
 
-struct Route {
-    UINT message;
-    INT_PTR (*handle)(HWND palette, WPARAM wParam, LPARAM lParam);
-};
-
-const Route routes[] = {
+const DialogRoute routes[] = {
     {WM_INITDIALOG, onInitDialog},
     {WM_COMMAND, onCommand},
     {WM_HSCROLL, onScroll},
     {WM_VSCROLL, onScroll},
     {WM_PAINT, onPaint},
-    {WM_ERASEBKGND, onEraseBackground},
-    {WM_NCHITTEST, onHitTest},
-    {WM_NCLBUTTONDOWN, onNcButtonDown},
-    {WM_NCLBUTTONUP, onNcButtonUp},
+    {WM_ERASEBKGND, paintFaceBackground},
+    {WM_NCHITTEST, hitFace},
+    {WM_NCLBUTTONDOWN, grabFace},
+    {WM_NCLBUTTONUP, releaseFace},
     {WM_DESTROY, onDestroy},
 };
 
@@ -113,11 +81,7 @@ const Route routes[] = {
 
 INT_PTR CALLBACK paletteDialogProc(HWND palette, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (!session) return FALSE;
-    for (const Route& route : routes) {
-        if (route.message == message) return route.handle(palette, wParam, lParam);
-    }
-    return FALSE;
+    return session ? dispatchDialogMessage(routes, palette, message, wParam, lParam) : FALSE;
 }
 
 RECT previewArea(HWND palette)
