@@ -1,3 +1,244 @@
 #include "color/contrast_dialog.h"
 
-void openContrastDialog(HWND, int) {}
+#include "color/colour_adjustment.h"
+#include "color/contrast_preview.h"
+#include "controls/kovctrl32.h"
+#include "image/bitmap_block.h"
+#include "image/bitmap_display.h"
+#include "image/packed_bitmap.h"
+#include "resources/resource_ids.h"
+#include "session/button_pictures.h"
+#include "session/dialog_face.h"
+#include "session/language.h"
+#include "session/module_state.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+#include "tools/scroll_bars.h"
+
+namespace {
+
+constexpr int NEUTRAL_SATURATION = 50;
+
+struct AdjustmentBar {
+    int barId, resetId;
+    ScrollRange range;
+    int neutral;
+};
+
+// In the order in which the colour engine takes the values.
+const AdjustmentBar bars[] = {
+    {BAR_CONTRAST, BUTTON_RESET_CONTRAST, {-100, 100, 1, 10}, 0},
+    {BAR_BRIGHTNESS, BUTTON_RESET_BRIGHTNESS, {-100, 100, 1, 10}, 0},
+    {BAR_SATURATION, BUTTON_RESET_SATURATION, {0, 100, 1, 10}, NEUTRAL_SATURATION},
+    {BAR_HUE, BUTTON_RESET_HUE, {-127, 127, 1, 10}, 0},
+};
+
+struct Adjustment {
+    int contrast, brightness, saturation, hue;
+};
+
+Adjustment adjustmentOf(HWND dialog)
+{
+    return {scrollPosition(dialog, BAR_CONTRAST), scrollPosition(dialog, BAR_BRIGHTNESS),
+            scrollPosition(dialog, BAR_SATURATION), scrollPosition(dialog, BAR_HUE)};
+}
+
+void adjustInto(HGLOBAL image, HGLOBAL target, const Adjustment& a)
+{
+    adjustImageColours(image, target, a.contrast, a.brightness, a.saturation, a.hue);
+}
+
+void freePreview()
+{
+    if (session->previewImage) GlobalFree(session->previewImage);
+    if (session->previewSource) GlobalFree(session->previewSource);
+    session->previewImage = session->previewSource = nullptr;
+}
+
+bool fillPreview(HGLOBAL preview, const BitsView& image)
+{
+    BitmapBlock block;
+    BitsView pixels;
+    if (!lockPixels(preview, &block, &pixels)) return false;
+    samplePreview(pixels, image);
+    unlockBlock(block);
+    return true;
+}
+
+// Makes previewSource, and previewImage as a copy of it. 0 when there is no room, no 24-bit image or no
+// memory; the dialog then works without a preview.
+int createContrastPreview(const RECT& client)
+{
+    BitmapBlock block;
+    BitsView image;
+    if (!lockPixels(editedImage(), &block, &image)) return 0;
+    const PreviewSize size = previewSizeFor(image.width, image.height, client.right, client.bottom);
+    session->previewSource = createBitmap(size.width, size.height, 24);
+    if (session->previewSource && fillPreview(session->previewSource, image)) {
+        session->previewImage = duplicateBitmap(session->previewSource, 1);
+    }
+    unlockBlock(block);
+    if (!session->previewImage) freePreview();
+    return session->previewImage != nullptr;
+}
+
+// Flush right, at the top of the client area.
+RECT previewRect(HWND dialog)
+{
+    RECT client;
+    GetClientRect(dialog, &client);
+    return {client.right - bitmapWidth(session->previewImage), 0, client.right, bitmapHeight(session->previewImage)};
+}
+
+void invalidatePreview(HWND dialog)
+{
+    const RECT rect = previewRect(dialog);
+    InvalidateRect(dialog, &rect, FALSE);
+}
+
+void recomputePreview(HWND dialog, const Adjustment& adjustment)
+{
+    adjustInto(session->previewSource, session->previewImage, adjustment);
+    invalidatePreview(dialog);
+}
+
+// Width that the dialog needs: up to the last bar, then the preview, as tall as the dialog is.
+int widthWithPreview(HWND dialog, int height)
+{
+    const HWND lastBar = GetDlgItem(dialog, BAR_HUE);
+    RECT bar;
+    GetClientRect(lastBar, &bar);
+    MapWindowPoints(lastBar, dialog, (POINT*)&bar, 2);
+    int imageWidth, imageHeight;
+    if (!lockBitmapInfo(editedImage(), &imageWidth, &imageHeight, nullptr) || imageHeight < 1) return bar.right;
+    const LONGLONG width = bar.right + (LONGLONG)height * imageWidth / imageHeight;
+    return width < SHRT_MAX ? (int)width : SHRT_MAX;  // windows are not wider
+}
+
+// Keeps a span on the screen: its far end first, then its near one.
+int onScreen(int start, int length, int screen)
+{
+    if (start + length > screen) start = screen - length;
+    return start > 0 ? start : 0;
+}
+
+void layoutContrastDialog(HWND dialog, const RECT& button)
+{
+    attachButtonPictures(dialog, PICTURE_TABLE_CONTRAST_RESET, moduleInstance);
+    RECT window;
+    GetWindowRect(dialog, &window);
+    const int height = window.bottom - window.top;
+    const int width = widthWithPreview(dialog, height);
+    SetWindowPos(dialog, nullptr, onScreen(button.right, width, GetSystemMetrics(SM_CXSCREEN)),
+                 onScreen(button.top, height, GetSystemMetrics(SM_CYSCREEN)), width, height, SWP_NOZORDER);
+    for (const AdjustmentBar& bar : bars) setScrollBar(dialog, bar.barId, bar.range, bar.neutral);
+    RECT client;
+    GetClientRect(dialog, &client);
+    createContrastPreview(client);
+}
+
+INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
+{
+    attachPicturesUnlessLibraryDoes(dialog, PICTURE_TABLE_CONTRAST_END, moduleInstance);
+    session->previewSource = session->previewImage = nullptr;
+    layoutContrastDialog(dialog, *(const RECT*)lParam);
+    return TRUE;
+}
+
+INT_PTR onPaint(HWND dialog, WPARAM, LPARAM)
+{
+    PAINTSTRUCT paint;
+    const HDC dc = BeginPaint(dialog, &paint);
+    const RECT rect = previewRect(dialog);
+    if (dc) drawBitmap(dc, session->previewImage, &rect, SRCCOPY);
+    EndPaint(dialog, &paint);
+    return TRUE;
+}
+
+// While saturation and hue are neutral the preview follows every movement; otherwise it is made again
+// only when a bar is let go.
+INT_PTR onScroll(HWND dialog, WPARAM wParam, LPARAM lParam)
+{
+    const int id = GetDlgCtrlID((HWND)lParam);
+    for (const AdjustmentBar& bar : bars) {
+        if (bar.barId == id) scrollStep((HWND)lParam, wParam, bar.range);
+    }
+    const Adjustment adjustment = adjustmentOf(dialog);
+    const bool neutralColour = adjustment.saturation == NEUTRAL_SATURATION && adjustment.hue == 0;
+    if (LOWORD(wParam) == SB_ENDSCROLL || neutralColour) recomputePreview(dialog, adjustment);
+    return TRUE;
+}
+
+// The message's lParam names no bar, by design: what counts is its code, on which the preview is made
+// again from all four positions.
+void resetBar(HWND dialog, const AdjustmentBar& bar)
+{
+    const HWND control = GetDlgItem(dialog, bar.barId);
+    SetScrollPos(control, SB_CTL, bar.neutral, TRUE);
+    PostMessageA(dialog, WM_VSCROLL, SB_ENDSCROLL, MAKELPARAM(bar.neutral, (DWORD_PTR)control & 0xFFFF));
+}
+
+void applyToImage(HWND dialog)
+{
+    const HGLOBAL image = editedImage();
+    if (!image) return;
+    const HCURSOR before = SetCursor(LoadCursorA(nullptr, (LPCSTR)IDC_WAIT));
+    adjustInto(image, nullptr, adjustmentOf(dialog));
+    InvalidateRect(session->canvasWindow, nullptr, TRUE);
+    copyBitmapInto(session->originalImage, image);
+    SetCursor(before);
+}
+
+INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM)
+{
+    const int id = LOWORD(wParam);
+    for (const AdjustmentBar& bar : bars) {
+        if (bar.resetId == id) resetBar(dialog, bar);
+    }
+    if (id == BUTTON_OK) applyToImage(dialog);
+    if (id == BUTTON_OK || id == BUTTON_CANCEL) EndDialog(dialog, id == BUTTON_OK);
+    return TRUE;
+}
+
+INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
+{
+    freePreview();
+    releaseDialog(dialog);
+    removeAllProps(dialog);
+    return TRUE;
+}
+
+const DialogRoute routes[] = {
+    {WM_INITDIALOG, onInitDialog},
+    {WM_PAINT, onPaint},
+    {WM_ERASEBKGND, paintFaceBackground},
+    {WM_VSCROLL, onScroll},
+    {WM_COMMAND, onCommand},
+    {WM_NCHITTEST, hitFace},
+    {WM_NCLBUTTONDOWN, grabFace},
+    {WM_NCLBUTTONUP, releaseFace},
+    {WM_DESTROY, onDestroy},
+};
+
+INT_PTR CALLBACK contrastDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return session ? dispatchDialogMessage(routes, dialog, message, wParam, lParam) : FALSE;
+}
+
+void enableSessionWindows(BOOL enable)
+{
+    EnableWindow(session->hostDialog, enable);
+    if (IsWindow(session->libraryDialog)) EnableWindow(session->libraryDialog, enable);
+}
+
+}  // namespace
+
+void openContrastDialog(HWND palette, int buttonId)
+{
+    RECT button;
+    GetWindowRect(GetDlgItem(palette, buttonId), &button);
+    readLocaleLanguage();
+    enableSessionWindows(FALSE);
+    runLocalDialog(moduleInstance, CONTRAST_TEMPLATE, palette, contrastDialogProc, (LPARAM)&button);
+    enableSessionWindows(TRUE);
+}
