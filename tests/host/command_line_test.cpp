@@ -1,0 +1,89 @@
+// retouch.exe as a user starts it: every way in which it ends before the editor opens.
+#include "host/report.h"
+#include "tests/host/test_folder.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+namespace {
+
+struct Outcome {
+    int code;
+    std::wstring said;
+};
+
+Outcome runRetouch(const std::wstring& arguments, const TestFolder& folder)
+{
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::wstring line = program;
+    line.resize(line.find_last_of(L'\\') + 1);
+    line = L"\"" + line + L"retouch.exe\" " + arguments;
+    const std::wstring log = folder.path + L"said.txt";
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = startup.hStdError =
+        CreateFileW(log.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0, nullptr);
+    PROCESS_INFORMATION process;
+    DWORD code = (DWORD)-1;
+    if (CreateProcessW(nullptr, &line[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process)) {
+        if (WaitForSingleObject(process.hProcess, 60000) != WAIT_OBJECT_0) TerminateProcess(process.hProcess, 999);
+        GetExitCodeProcess(process.hProcess, &code);
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+    CloseHandle(startup.hStdOutput);
+    const std::vector<uint8_t> bytes = readBytes(log);
+    DeleteFileW(log.c_str());
+    std::wstring said(bytes.size(), L'\0');
+    said.resize(MultiByteToWideChar(CP_UTF8, 0, (const char*)bytes.data(), (int)bytes.size(), &said[0], (int)said.size()));
+    return {(int)code, said};
+}
+
+} // namespace
+
+TEST(HostCommandLine, HelpIsToldAndIsNoError)
+{
+    TestFolder folder;
+    const Outcome outcome = runRetouch(L"--help", folder);
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_NE(outcome.said.find(L"Usage:"), std::wstring::npos) << outcome.said.size();
+}
+
+TEST(HostCommandLine, AMissingPhotoIsNamed)
+{
+    TestFolder folder;
+    const std::wstring name = folder.path + L"żółw 写真.jpg";
+    const Outcome outcome = runRetouch(L"\"" + name + L"\"", folder);
+    EXPECT_EQ(outcome.code, exitMissing);
+    EXPECT_NE(outcome.said.find(name), std::wstring::npos);
+}
+
+TEST(HostCommandLine, BadInputHasItsOwnCodes)
+{
+    TestFolder folder;
+    const std::wstring photo = L"\"" + folder.path + L"a.jpg\"";
+    writeBytes(folder.path + L"a.jpg", std::vector<uint8_t>(100, 'x'));
+    EXPECT_EQ(runRetouch(photo, folder).code, exitNotAPhoto);
+    EXPECT_EQ(runRetouch(L"\"" + folder.path + L".\"", folder).code, exitMissing);
+    EXPECT_EQ(runRetouch(photo + L" --fast", folder).code, exitUsage);
+    EXPECT_EQ(runRetouch(photo + L" -o", folder).code, exitUsage);
+    EXPECT_EQ(runRetouch(photo + L" -o \"" + folder.path + L"b.gif\"", folder).code, exitUsage);
+    EXPECT_EQ(runRetouch(photo + L" -o \"" + folder.path + L"none\\b.png\"", folder).code, exitCannotWrite);
+    EXPECT_EQ(namesIn(folder).size(), 1u);
+}
+
+TEST(HostCommandLine, NothingIsReplacedUnasked)
+{
+    TestFolder folder;
+    const std::wstring photo = L"\"" + folder.path + L"a.jpg\"", other = L"\"" + folder.path + L"b.png\"";
+    writeBytes(folder.path + L"a.jpg", std::vector<uint8_t>(100, 'x'));
+    writeBytes(folder.path + L"b.png", std::vector<uint8_t>(100, 'y'));
+    EXPECT_EQ(runRetouch(photo + L" -o " + photo, folder).code, exitCannotWrite);
+    EXPECT_EQ(runRetouch(photo + L" -o " + other, folder).code, exitCannotWrite);
+    // With the flag it goes on, as far as opening the photo, which is none.
+    EXPECT_EQ(runRetouch(photo + L" --overwrite -o " + other, folder).code, exitNotAPhoto);
+    EXPECT_EQ(readBytes(folder.path + L"b.png"), std::vector<uint8_t>(100, 'y'));
+}

@@ -1,0 +1,201 @@
+#include "host/photo_file.h"
+#include "host/photo_rows.h"
+#include "tests/host/test_folder.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct ImagingTest : testing::Test {
+    TestFolder folder;
+    void SetUp() override { ASSERT_TRUE(startImaging()); }
+    void TearDown() override { stopImaging(); }
+};
+using HostPhotoFile = ImagingTest;
+
+const wchar_t* const extensions[] = {L".png", L".bmp", L".tif", L".jpg"};
+const SIZE sizes[] = {{1, 1}, {3, 5}, {7, 2}, {33, 130}, {640, 65}};
+
+uint8_t noise(int x, int y, int channel)
+{
+    return (uint8_t)((x * 7 + y * 13 + channel * 57) * 2654435761u >> 24);
+}
+
+// JPEG keeps slow changes only.
+uint8_t slope(int x, int y, int channel)
+{
+    return (uint8_t)(40 + channel * 50 + (x + y) / 8);
+}
+
+HGLOBAL makePhoto(SIZE size, uint8_t (*value)(int, int, int), LONG pelsPerMetre)
+{
+    HGLOBAL image = GlobalAlloc(GHND, packedPhotoSize(size.cx, size.cy));
+    BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(image);
+    *header = {sizeof *header, size.cx, size.cy, 1, 24, BI_RGB, 0, pelsPerMetre, pelsPerMetre, 0, 0};
+    uint8_t* bits = (uint8_t*)(header + 1);
+    for (int y = 0; y < size.cy; y++)
+        for (int x = 0; x < size.cx; x++)
+            for (int channel = 0; channel < 3; channel++)
+                bits[(size.cy - 1 - y) * packedRowSize(size.cx) + x * 3 + channel] = value(x, y, channel);
+    GlobalUnlock(image);
+    return image;
+}
+
+std::vector<uint8_t> encoded(HGLOBAL image, const std::wstring& name, const wchar_t* original = nullptr)
+{
+    HGLOBAL file;
+    size_t size;
+    EXPECT_EQ(encodePhoto(image, formatOfName(name), original, &file, &size), PhotoStatus::Ok);
+    if (!file) return {};
+    const uint8_t* bytes = (const uint8_t*)GlobalLock(file);
+    std::vector<uint8_t> result(bytes, bytes + size);
+    GlobalUnlock(file);
+    GlobalFree(file);
+    return result;
+}
+
+// The largest difference of a pixel byte; 256 when the sizes differ.
+int difference(HGLOBAL one, HGLOBAL other)
+{
+    const BITMAPINFOHEADER* a = (const BITMAPINFOHEADER*)GlobalLock(one);
+    const BITMAPINFOHEADER* b = (const BITMAPINFOHEADER*)GlobalLock(other);
+    int largest = 256;
+    if (a && b && a->biWidth == b->biWidth && a->biHeight == b->biHeight && a->biBitCount == b->biBitCount) {
+        largest = 0;
+        const ptrdiff_t stride = packedRowSize(a->biWidth);
+        for (int y = 0; y < a->biHeight; y++)
+            for (int i = 0; i < a->biWidth * 3; i++)
+                largest = std::max(largest, abs(((const uint8_t*)(a + 1))[y * stride + i] - ((const uint8_t*)(b + 1))[y * stride + i]));
+    }
+    GlobalUnlock(one);
+    GlobalUnlock(other);
+    return largest;
+}
+
+LONG resolutionOf(HGLOBAL image)
+{
+    const LONG value = ((const BITMAPINFOHEADER*)GlobalLock(image))->biXPelsPerMeter;
+    GlobalUnlock(image);
+    return value;
+}
+
+} // namespace
+
+TEST_F(HostPhotoFile, EveryFormatComesBackAsItWasWritten)
+{
+    for (const wchar_t* extension : extensions)
+        for (SIZE size : sizes) {
+            const bool lossy = formatOfName(std::wstring(L"a") + extension) == PhotoFormat::Jpeg;
+            const std::wstring name = folder.path + L"zdjęcie 写真" + extension;
+            HGLOBAL image = makePhoto(size, lossy ? slope : noise, 11811);
+            writeBytes(name, encoded(image, name));
+            HGLOBAL back;
+            ASSERT_EQ(readPhoto(name.c_str(), &back), PhotoStatus::Ok) << extension << size.cx;
+            EXPECT_LE(difference(image, back), lossy ? 8 : 0) << extension << " " << size.cx << " x " << size.cy;
+            EXPECT_NEAR(resolutionOf(back), 11811, 40) << extension;   // 300 dots per inch, which JPEG rounds
+            GlobalFree(back);
+            GlobalFree(image);
+        }
+}
+
+TEST_F(HostPhotoFile, TheOriginalsExtrasNeverSpoilTheResult)
+{
+    HGLOBAL image = makePhoto({9, 7}, noise, 2835);
+    for (const wchar_t* from : extensions) {
+        const std::wstring original = folder.path + L"original" + from;
+        writeBytes(original, encoded(image, original));
+        const std::wstring result = folder.path + L"result.png";
+        writeBytes(result, encoded(image, result, original.c_str()));
+        HGLOBAL back;
+        ASSERT_EQ(readPhoto(result.c_str(), &back), PhotoStatus::Ok);
+        EXPECT_EQ(difference(image, back), 0) << from;
+        GlobalFree(back);
+    }
+    GlobalFree(image);
+}
+
+TEST_F(HostPhotoFile, ANotedOrientationTurnsThePhoto)
+{
+    const std::wstring name = folder.path + L"a.jpg";
+    HGLOBAL image = makePhoto({48, 16}, slope, 0);
+    std::vector<uint8_t> file = encoded(image, name);
+    const uint8_t note[] = {0xFF, 0xE1, 0, 34, 'E', 'x', 'i', 'f', 0, 0, 'M', 'M', 0, 42, 0, 0, 0, 8,
+                            0, 1, 1, 0x12, 0, 3, 0, 0, 0, 1, 0, 6, 0, 0, 0, 0, 0, 0};
+    file.insert(file.begin() + 2, note, note + sizeof note);
+    writeBytes(name, file);
+    HGLOBAL back;
+    ASSERT_EQ(readPhoto(name.c_str(), &back), PhotoStatus::Ok);
+    const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(back);
+    EXPECT_EQ(header->biWidth, 16);
+    EXPECT_EQ(header->biHeight, 48);
+    // The file's first pixel, its darkest, is now the upright photo's top right one.
+    const uint8_t* bits = (const uint8_t*)(header + 1);
+    EXPECT_LT(bits[47 * 48 + 15 * 3], bits[0] - 3);
+    GlobalUnlock(back);
+    GlobalFree(back);
+    GlobalFree(image);
+}
+
+TEST_F(HostPhotoFile, MissingFilesAndFoldersAreToldApart)
+{
+    HGLOBAL image;
+    EXPECT_EQ(readPhoto((folder.path + L"none.jpg").c_str(), &image), PhotoStatus::Missing);
+    EXPECT_EQ(readPhoto((folder.path + L"no\\none.jpg").c_str(), &image), PhotoStatus::Missing);
+    EXPECT_EQ(readPhoto(folder.path.c_str(), &image), PhotoStatus::Unreadable);
+    EXPECT_EQ(image, nullptr);
+}
+
+TEST_F(HostPhotoFile, WhatIsNoPhotoIsRefused)
+{
+    HGLOBAL image;
+    const std::wstring name = folder.path + L"a.jpg";
+    writeBytes(name, {});
+    EXPECT_EQ(readPhoto(name.c_str(), &image), PhotoStatus::NotAPhoto);
+    writeBytes(name, std::vector<uint8_t>(5000, 'x'));
+    EXPECT_EQ(readPhoto(name.c_str(), &image), PhotoStatus::NotAPhoto);
+}
+
+// Cut at many places: refused, or (where a decoder makes the best of it) a photo of the right size.
+TEST_F(HostPhotoFile, CutFilesNeverCrash)
+{
+    for (const wchar_t* extension : extensions) {
+        const std::wstring name = folder.path + L"cut" + extension;
+        HGLOBAL image = makePhoto({40, 30}, noise, 0);
+        const std::vector<uint8_t> whole = encoded(image, name);
+        GlobalFree(image);
+        int refused = 0;
+        for (size_t part = 0; part < 16; part++) {
+            writeBytes(name, {whole.begin(), whole.begin() + (ptrdiff_t)(whole.size() * part / 16)});
+            HGLOBAL back;
+            const PhotoStatus status = readPhoto(name.c_str(), &back);
+            if (status == PhotoStatus::Ok) {
+                EXPECT_GE(GlobalSize(back), packedPhotoSize(40, 30));
+            } else {
+                refused++;
+                EXPECT_EQ(back, nullptr);
+            }
+            GlobalFree(back);
+        }
+        EXPECT_GE(refused, 1) << extension;
+    }
+}
+
+TEST_F(HostPhotoFile, ASizeBeyondMemoryIsTooLarge)
+{
+    // A bitmap file whose header promises 60000 x 60000 pixels and that ends there.
+    BITMAPFILEHEADER file = {};
+    file.bfType = 0x4D42;
+    file.bfOffBits = sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER);
+    file.bfSize = file.bfOffBits;
+    const BITMAPINFOHEADER header = {sizeof header, 60000, 60000, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    std::vector<uint8_t> bytes(file.bfOffBits);
+    memcpy(bytes.data(), &file, sizeof file);
+    memcpy(bytes.data() + sizeof file, &header, sizeof header);
+    const std::wstring name = folder.path + L"large.bmp";
+    writeBytes(name, bytes);
+    HGLOBAL image;
+    const PhotoStatus status = readPhoto(name.c_str(), &image);
+    EXPECT_EQ(status, PhotoStatus::TooLarge);
+    EXPECT_EQ(image, nullptr);
+}

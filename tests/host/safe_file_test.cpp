@@ -1,0 +1,69 @@
+#include "host/safe_file.h"
+#include "tests/host/test_folder.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+namespace {
+const std::vector<uint8_t> oldBytes = {1, 2, 3}, newBytes = {9, 8, 7, 6};
+
+bool write(const std::wstring& path, bool replace, unsigned long* error)
+{
+    return writeWholeFile(path, newBytes.data(), newBytes.size(), replace, error);
+}
+} // namespace
+
+TEST(HostSafeFile, WritesANewFileAndNothingElse)
+{
+    TestFolder folder;
+    unsigned long error;
+    EXPECT_TRUE(write(folder.path + L"ż.png", false, &error));
+    EXPECT_EQ(readBytes(folder.path + L"ż.png"), newBytes);
+    EXPECT_EQ(namesIn(folder).size(), 1u);
+}
+
+TEST(HostSafeFile, ReplacesOnlyWhenAsked)
+{
+    TestFolder folder;
+    const std::wstring name = folder.path + L"a.png";
+    writeBytes(name, oldBytes);
+    unsigned long error = 0;
+    EXPECT_FALSE(write(name, false, &error));
+    EXPECT_NE(error, 0u);
+    EXPECT_EQ(readBytes(name), oldBytes);
+    EXPECT_EQ(namesIn(folder).size(), 1u);
+    EXPECT_TRUE(write(name, true, &error));
+    EXPECT_EQ(readBytes(name), newBytes);
+    EXPECT_EQ(namesIn(folder).size(), 1u);
+}
+
+TEST(HostSafeFile, LeavesNothingBehindWhenItCannotRename)
+{
+    TestFolder folder;
+    CreateDirectoryW((folder.path + L"a.png").c_str(), nullptr);
+    unsigned long error = 0;
+    EXPECT_FALSE(write(folder.path + L"a.png", true, &error));
+    EXPECT_NE(error, 0u);
+    EXPECT_EQ(namesIn(folder).size(), 1u);
+}
+
+TEST(HostSafeFile, FailsInAFolderThatIsNotThere)
+{
+    TestFolder folder;
+    unsigned long error = 0;
+    EXPECT_FALSE(write(folder.path + L"none\\a.png", true, &error));
+    EXPECT_NE(error, 0u);
+    EXPECT_FALSE(folderIsWritable(folder.path + L"none\\a.png", &error));
+    EXPECT_TRUE(folderIsWritable(folder.path + L"a.png", &error));
+    EXPECT_TRUE(namesIn(folder).empty());
+}
+
+TEST(HostSafeFile, KnowsOneFileUnderTwoNames)
+{
+    TestFolder folder;
+    writeBytes(folder.path + L"a.png", oldBytes);
+    writeBytes(folder.path + L"b.png", oldBytes);
+    EXPECT_TRUE(sameFile(folder.path + L"a.png", folder.path + L".\\A.PNG"));
+    EXPECT_FALSE(sameFile(folder.path + L"a.png", folder.path + L"b.png"));
+    EXPECT_FALSE(sameFile(folder.path + L"none", folder.path + L"none"));
+}
