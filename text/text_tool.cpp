@@ -1,12 +1,259 @@
 #include "text/text_tool.h"
 
-int textClick(HWND, int, int)
+#include <commdlg.h>
+
+#include <cstdlib>
+
+#include "canvas/canvas_coordinates.h"
+#include "image/packed_bitmap.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+#include "text/text_line.h"
+#include "text/text_strip.h"
+
+namespace {
+
+constexpr int CARET_WIDTH = 2;
+
+// textBuffer stays locked for the time of one operation.
+TextLine openLine()
 {
-    return 0;
+    return {(char*)GlobalLock(session->textBuffer), &session->caretIndex};
 }
 
-void textKeyDown(HWND, UINT) {}
-void textChar(HWND, UINT) {}
-void paintTextOverlay(HWND, HDC) {}
-void endText(HWND) {}
-void chooseTextFont(HWND) {}
+void closeLine()
+{
+    GlobalUnlock(session->textBuffer);
+}
+
+bool lineIsOpen()
+{
+    return session->textBuffer != nullptr;
+}
+
+void invalidateStrip(HWND canvas)
+{
+    RECT strip = deviceRectOf(canvas, textStripRect());
+    InvalidateRect(canvas, &strip, TRUE);
+}
+
+void renderLine(HWND canvas, const TextLine& line)
+{
+    renderTextStrip(line.buffer);
+    invalidateStrip(canvas);
+}
+
+void showTextCaret(HWND canvas)
+{
+    if (!session->caretCreated) {
+        session->caretCreated = CreateCaret(canvas, nullptr, CARET_WIDTH, textLineHeight()) != 0;
+    }
+    SetCaretPos(session->caretX, session->caretY);
+    ShowCaret(canvas);
+}
+
+void dropTextCaret(HWND canvas)
+{
+    if (!session->caretCreated) return;
+    HideCaret(canvas);
+    DestroyCaret();
+    session->caretCreated = 0;
+}
+
+// Behind the end the caret is drawn after the last character.
+void computeCaretX(const TextLine& line)
+{
+    const int length = textLength(line);
+    const int shown = session->caretIndex < length ? session->caretIndex : length;
+    session->caretX = session->textOriginX + measureText(line.buffer, shown);
+}
+
+void moveCaret(HWND canvas, const TextLine& line)
+{
+    computeCaretX(line);
+    HideCaret(canvas);
+    SetCaretPos(session->caretX, session->caretY);
+    ShowCaret(canvas);
+}
+
+// The terminator counts as a character, so the line ends a little before the image's edge.
+bool lineFits(const TextLine& line)
+{
+    int imageWidth;
+    if (!lockBitmapInfo(editedImage(), &imageWidth, nullptr, nullptr)) return false;
+    return measureText(line.buffer, textLength(line) + 1) + session->textOriginX < imageWidth;
+}
+
+void stampLine(HWND canvas)
+{
+    stampTextStrip();
+    invalidateStrip(canvas);
+}
+
+void startLineAt(HWND canvas, const TextLine& line, int x, int y)
+{
+    session->textOriginX = session->caretX = x;
+    session->textOriginY = session->caretY = y;
+    clearLine(line);
+    renderLine(canvas, line);
+    showTextCaret(canvas);
+}
+
+int openFirstLine(HWND canvas, int x, int y)
+{
+    endText(canvas);
+    int imageWidth;
+    if (!lockBitmapInfo(editedImage(), &imageWidth, nullptr, nullptr) || !createTextStrip(imageWidth)) return 0;
+    session->textBuffer = GlobalAlloc(GHND, TEXT_BUFFER_SIZE);
+    if (!session->textBuffer) {
+        freeTextStrip();
+        return 0;
+    }
+    // Typing goes to the window with the focus.
+    if (GetFocus() != canvas) SetFocus(canvas);
+    startLineAt(canvas, openLine(), x, y - textLineHeight());
+    closeLine();
+    return 1;
+}
+
+bool insideStrip(int x, int y)
+{
+    const RECT strip = textStripRect();
+    return x >= strip.left && x <= strip.right && y >= strip.top && y <= strip.bottom;
+}
+
+// The caret goes before the character under the point. Right of the text it is left one past the end,
+// where typing does not show: that is how the tool is meant to act.
+void moveCaretToPoint(HWND canvas, const TextLine& line, int x)
+{
+    const int length = textLength(line);
+    int index = 0;
+    for (; index <= length; ++index) {
+        session->caretIndex = index;
+        computeCaretX(line);
+        if (session->caretX >= x) break;
+    }
+    session->caretIndex = index > length ? index : index > 0 ? index - 1 : 0;
+    moveCaret(canvas, line);
+}
+
+void enterLine(HWND canvas, const TextLine& line)
+{
+    stampLine(canvas);
+    const int next = session->textOriginY + textLineHeight();
+    if (next >= bitmapHeight(editedImage())) return;  // the last line stays open, and can be stamped again
+    startLineAt(canvas, line, session->textOriginX, next);
+}
+
+struct CaretKey {
+    UINT key;
+    void (*move)(const TextLine& line);
+};
+
+const CaretKey caretKeys[] = {
+    {VK_END, moveCaretEnd},    {VK_HOME, moveCaretHome},   {VK_LEFT, moveCaretLeft},
+    {VK_UP, moveCaretLeft},    {VK_RIGHT, moveCaretRight}, {VK_DOWN, moveCaretRight},
+};
+
+bool moveCaretByKey(HWND canvas, const TextLine& line, UINT key)
+{
+    for (const CaretKey& row : caretKeys) {
+        if (row.key != key) continue;
+        row.move(line);
+        moveCaret(canvas, line);
+        return true;
+    }
+    return false;
+}
+
+void editByKey(HWND canvas, const TextLine& line, UINT key)
+{
+    const bool changed = (key == VK_INSERT && lineFits(line) && insertSpace(line)) ||
+                         (key == VK_DELETE && deleteAtCaret(line));
+    if (!changed) return;
+    moveCaret(canvas, line);
+    renderLine(canvas, line);
+}
+
+}  // namespace
+
+int textClick(HWND canvas, int x, int y)
+{
+    if (!lineIsOpen()) return openFirstLine(canvas, x, y);
+    const TextLine line = openLine();
+    if (insideStrip(x, y)) {
+        moveCaretToPoint(canvas, line, x);
+    } else {
+        stampLine(canvas);
+        startLineAt(canvas, line, x, y - textLineHeight() / 2);
+    }
+    closeLine();
+    return 1;
+}
+
+void textKeyDown(HWND canvas, UINT key)
+{
+    if (!lineIsOpen()) return;
+    if (key == VK_ESCAPE) return endText(canvas);
+    const TextLine line = openLine();
+    if (key == VK_RETURN) {
+        enterLine(canvas, line);
+    } else if (!moveCaretByKey(canvas, line, key)) {
+        editByKey(canvas, line, key);
+    }
+    closeLine();
+}
+
+void textChar(HWND canvas, UINT character)
+{
+    if (!lineIsOpen()) return;
+    const TextLine line = openLine();
+    const bool changed = character == VK_BACK ? backspace(line)
+                         : character >= ' '   ? lineFits(line) && typeCharacter(line, (char)character)
+                                              : false;
+    if (changed) {
+        moveCaret(canvas, line);
+        renderLine(canvas, line);
+    }
+    closeLine();
+}
+
+void paintTextOverlay(HWND canvas, HDC dc)
+{
+    if (!session->textStrip || !lineIsOpen()) return;
+    HideCaret(canvas);
+    drawTextStrip(dc);
+    if (session->caretCreated) ShowCaret(canvas);
+}
+
+void endText(HWND canvas)
+{
+    if (lineIsOpen()) {
+        invalidateStrip(canvas);
+        GlobalFree(session->textBuffer);
+        session->textBuffer = nullptr;
+    }
+    dropTextCaret(canvas);
+    freeTextStrip();
+    session->caretIndex = 0;
+}
+
+void chooseTextFont(HWND palette)
+{
+    endText(session->canvasWindow);
+    LOGFONTA& font = session->textFont;
+    font.lfHeight = (LONG)session->brushHeight;
+    CHOOSEFONTA dialog = {};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = palette;
+    dialog.lpLogFont = &font;
+    dialog.rgbColors = session->paintColour;
+    dialog.Flags = CF_SCREENFONTS | CF_INITTOLOGFONTSTRUCT | CF_EFFECTS;
+    dialog.nFontType = SCREEN_FONTTYPE;
+    EnableWindow(session->hostDialog, FALSE);
+    if (ChooseFontA(&dialog)) {
+        session->brushHeight = (uint32_t)abs((int)font.lfHeight);
+        session->paintColour = dialog.rgbColors;
+    }
+    EnableWindow(session->hostDialog, TRUE);
+}

@@ -1,12 +1,24 @@
-// The text tool, as the canvas and the palette see it. Typing is not built yet: the routes are here,
-// and there is never an open line.
+// The text tool: one line at a time is typed over the image, in the paint colour and the text font, and
+// stamped into it. Coordinates are image pixels.
+//
+// The caret is placed at image coordinates taken as client coordinates, so it sits on the text only when
+// the canvas shows the image at its own size. That is meant so.
 #pragma once
 
 #include <windows.h>
 
-int textClick(HWND canvas, int x, int y);  // image pixels; 1 when a line was opened or moved
+// The canvas was pressed: opens a line whose bottom is at y; or, with a line open, moves the caret in it,
+// or stamps it and opens the next one centred on y. Returns 1 when a line is open afterwards.
+int textClick(HWND canvas, int x, int y);
+
 void textKeyDown(HWND canvas, UINT key);
 void textChar(HWND canvas, UINT character);
+
+// Draws the open line over the canvas's picture.
 void paintTextOverlay(HWND canvas, HDC dc);
-void endText(HWND canvas);  // discards the open line
+
+// Discards the open line, if there is one: nothing is stamped.
+void endText(HWND canvas);
+
+// The font dialog: font, height and colour of the text.
 void chooseTextFont(HWND palette);

@@ -1,0 +1,26 @@
+// The open line's picture: textStrip, a 1-bit bitmap as wide as the image and one line high, text white
+// on black.
+#pragma once
+
+#include <windows.h>
+
+// Makes textFontHandle from textFont and brushHeight, and textStrip for an image of this width. False
+// when one of them cannot be made.
+bool createTextStrip(int imageWidth);
+void freeTextStrip();
+
+// Pixels: the absolute height of the font, and the width of the first `count` characters.
+int textLineHeight();
+int measureText(const char* text, int count);
+
+// Draws the string into the strip from textOriginX on.
+void renderTextStrip(const char* text);
+
+// Lays the strip over a canvas device context: its text takes the paint colour.
+void drawTextStrip(HDC dc);
+
+// Stamps the strip into the edited image at textOriginY. False when there is no 24-bit image.
+bool stampTextStrip();
+
+// The image rectangle that the strip covers.
+RECT textStripRect();
