@@ -22,12 +22,15 @@ ToolSettings* findSettings(uint32_t toolId)
     return nullptr;
 }
 
-// Settings come from a file that anybody can edit; sizes outside the bars' range are brought inside.
-uint32_t brushSize(uint32_t stored)
+// The height of the Text tool is its font's, which the font dialog may set beyond the bars' range.
+constexpr int LARGEST_FONT_HEIGHT = 4096;
+
+// Settings come from a file that anybody can edit; sizes outside the range are brought inside.
+uint32_t sizeWithin(uint32_t stored, int maximum)
 {
     const int size = (int)stored;
     if (size < BRUSH_SIZE_RANGE.minimum) return (uint32_t)BRUSH_SIZE_RANGE.minimum;
-    return size > BRUSH_SIZE_RANGE.maximum ? (uint32_t)BRUSH_SIZE_RANGE.maximum : stored;
+    return size > maximum ? (uint32_t)maximum : stored;
 }
 
 uint32_t percent(uint32_t stored)
@@ -47,8 +50,9 @@ void takeSettings(const ToolSettings& settings)
 {
     session->brushShape = settings.shape;
     session->edgeMode = settings.edge;
-    session->brushWidth = brushSize(settings.width);
-    session->brushHeight = brushSize(settings.height);
+    const bool text = settings.toolId == TOOL_TEXT;
+    session->brushWidth = sizeWithin(settings.width, BRUSH_SIZE_RANGE.maximum);
+    session->brushHeight = sizeWithin(settings.height, text ? LARGEST_FONT_HEIGHT : BRUSH_SIZE_RANGE.maximum);
     session->paintColour = settings.colour & 0x00FFFFFF;
     session->opacity = percent(settings.opacity);
 }
