@@ -1,0 +1,74 @@
+// The smallest host: loads a 24-bit BMP file, lets the user retouch it, writes retouched.bmp.
+//
+//     i686-w64-mingw32-g++-posix -std=c++17 -I. docs/host-example.cpp -o host-example.exe -static
+//
+// KOVRTCH32.dll and KOVCTRL32.dll lie beside the program.
+#include "include/kovrtch32.h"
+
+#include <cstdio>
+
+// The bitmap without its file header is what the library takes. The caller frees the block.
+static HGLOBAL loadBitmapFile(const char* path)
+{
+    FILE* file = fopen(path, "rb");
+    if (!file) return nullptr;
+    BITMAPFILEHEADER head = {};
+    BITMAPINFOHEADER info = {};
+    HGLOBAL image = nullptr;
+    if (fread(&head, sizeof head, 1, file) == 1 && fread(&info, sizeof info, 1, file) == 1 && info.biSize == sizeof info &&
+        info.biBitCount == 24 && info.biCompression == BI_RGB && info.biWidth > 0 && info.biHeight > 0) {
+        const size_t stride = ((size_t)info.biWidth * 3 + 3) & ~(size_t)3;
+        const size_t pixels = stride * (size_t)info.biHeight;
+        if (info.biWidth < 20000 && info.biHeight < 20000) image = GlobalAlloc(GMEM_MOVEABLE, sizeof info + pixels);
+        BITMAPINFOHEADER* packed = image ? (BITMAPINFOHEADER*)GlobalLock(image) : nullptr;
+        fseek(file, (long)head.bfOffBits, SEEK_SET);
+        const bool whole = packed && fread(packed + 1, pixels, 1, file) == 1;
+        if (packed) {
+            *packed = info;
+            GlobalUnlock(image);   // the library locks it itself
+        }
+        if (!whole) image = GlobalFree(image);
+    }
+    fclose(file);
+    return image;
+}
+
+static bool saveBitmapFile(const char* path, HGLOBAL image)
+{
+    FILE* file = fopen(path, "wb");
+    if (!file) return false;
+    const BITMAPINFOHEADER* packed = (const BITMAPINFOHEADER*)GlobalLock(image);
+    const size_t stride = ((size_t)packed->biWidth * 3 + 3) & ~(size_t)3;
+    const size_t size = sizeof *packed + stride * (size_t)packed->biHeight;
+    BITMAPFILEHEADER head = {};
+    head.bfType = 0x4D42;   // "BM"
+    head.bfSize = (DWORD)(sizeof head + size);
+    head.bfOffBits = sizeof head + sizeof *packed;
+    bool written = fwrite(&head, sizeof head, 1, file) == 1 && fwrite(packed, size, 1, file) == 1;
+    GlobalUnlock(image);
+    written = fclose(file) == 0 && written;
+    return written;
+}
+
+int main(int count, char** words)
+{
+    HMODULE library = LoadLibraryA("KOVRTCH32.dll");
+    RetouchEntry retouch =
+        library ? (RetouchEntry)(void*)GetProcAddress(library, MAKEINTRESOURCEA(KOVRTCH32_ENTRY_ORDINAL)) : nullptr;
+    HGLOBAL image = count == 2 ? loadBitmapFile(words[1]) : nullptr;
+    if (!retouch || !image) {
+        fprintf(stderr, retouch ? "Usage: host-example PHOTO.bmp (24 bits a pixel)\n" : "KOVRTCH32.dll is missing.\n");
+        return 2;
+    }
+    HWND window = CreateWindowA("STATIC", "Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1200, 800, nullptr, nullptr,
+                                nullptr, nullptr);
+    RECT dialog = {140, 60, 1140, 760};   // where the editor goes, frame included
+    POINT palette = {20, 60};             // the tool palette's top-left corner
+    const int saved = retouch(window, image, &dialog, &palette);   // returns when the user is done
+    const bool written = saved == 1 && saveBitmapFile("retouched.bmp", image);
+    DestroyWindow(window);
+    GlobalFree(image);   // the image has stayed ours
+    FreeLibrary(library);
+    puts(written ? "Saved: retouched.bmp" : "Nothing saved.");
+    return written ? 0 : 1;
+}
