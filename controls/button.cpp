@@ -1,0 +1,145 @@
+#include "controls/button.h"
+
+#include <windowsx.h>
+
+#include "controls/button_paint.h"
+#include "controls/superclass.h"
+#include "controls/tooltip.h"
+
+static const wchar_t className[] = L"Bouton";
+static const wchar_t baseName[] = L"Button";
+
+static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM lp);
+
+Button* buttonFromWindow(HWND window)
+{
+    DWORD process = 0;
+    if (!GetWindowThreadProcessId(window, &process) || process != GetCurrentProcessId()) return nullptr;
+    if ((WNDPROC)GetClassLongPtrW(window, GCLP_WNDPROC) != buttonProc) return nullptr;
+    return (Button*)ownSlot(window);
+}
+
+static Button* createButton(HWND window)
+{
+    WNDPROC base = baseProcedure(baseName);
+    Button* button = base ? (Button*)HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(Button)) : nullptr;
+    if (!button) return nullptr;
+    button->base = base;
+    setOwnSlot(window, (LONG_PTR)button);
+    return button;
+}
+
+static LRESULT onNcDestroy(HWND window, Button* button, WPARAM wp, LPARAM lp)
+{
+    const LRESULT result = CallWindowProcW(button->base, window, WM_NCDESTROY, wp, lp);
+    setOwnSlot(window, 0);
+    releasePictures(button);
+    HeapFree(GetProcessHeap(), 0, button);
+    return result;
+}
+
+static void setHot(HWND window, Button* button, bool hot)
+{
+    if (button->hot == hot) return;
+    button->hot = hot;
+    InvalidateRect(window, nullptr, FALSE);
+    if (!hot) return;
+    TRACKMOUSEEVENT leave = {sizeof leave, TME_LEAVE, window, 0};
+    TrackMouseEvent(&leave);
+}
+
+static void onMouseMessage(HWND window, Button* button, UINT message, WPARAM wp, LPARAM lp)
+{
+    if (message == WM_MOUSEMOVE) {
+        RECT client;
+        GetClientRect(window, &client);
+        const POINT at = {GET_X_LPARAM(lp), GET_Y_LPARAM(lp)};
+        setHot(window, button, PtInRect(&client, at) != FALSE);  // a captured pointer may be outside
+    }
+    relayToTooltip(window, message, wp, lp);
+}
+
+static void muteSystemDrawing(HWND window)
+{
+    muteWindow(window, !drawnBySystem(GetWindowLongW(window, GWL_STYLE)));
+}
+
+// After the system's procedure has dealt with a message. The window may be gone by now.
+static void showChange(HWND window, UINT message)
+{
+    switch (message) {
+    case BM_SETSTYLE:
+    case WM_STYLECHANGED:
+        muteSystemDrawing(window);
+        break;
+    case WM_SETTEXT:
+        updateTooltip(window);
+        break;
+    case BM_SETSTATE:
+    case BM_SETCHECK:
+        // Shown at once: the command that follows a click may take its time.
+        RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        return;
+    case BM_SETIMAGE:
+    case WM_SETFONT:
+    case WM_ENABLE:
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+    case WM_UPDATEUISTATE:
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED: break;
+    default: return;
+    }
+    InvalidateRect(window, nullptr, FALSE);
+}
+
+// Redraws after a check or press message only when it changed anything.
+static LRESULT onStateMessage(HWND window, Button* button, UINT message, WPARAM wp, LPARAM lp)
+{
+    WNDPROC base = button->base;
+    const LRESULT before = CallWindowProcW(base, window, BM_GETSTATE, 0, 0);
+    const LRESULT result = CallWindowProcW(base, window, message, wp, lp);
+    if (IsWindow(window) && CallWindowProcW(base, window, BM_GETSTATE, 0, 0) != before) showChange(window, message);
+    return result;
+}
+
+static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM lp)
+{
+    Button* button = (Button*)ownSlot(window);
+    if (!button && message == WM_NCCREATE) button = createButton(window);
+    if (!button) return message == WM_NCCREATE ? FALSE : DefWindowProcW(window, message, wp, lp);
+
+    WNDPROC base = button->base;
+    const bool ours = !drawnBySystem(GetWindowLongW(window, GWL_STYLE));
+    switch (message) {
+    case WM_CREATE: muteSystemDrawing(window); break;
+    case WM_DESTROY: removeFromTooltip(window); break;
+    case WM_NCDESTROY: return onNcDestroy(window, button, wp, lp);
+    case WM_ERASEBKGND: if (ours) return 1; break;
+    case WM_PAINT: if (ours) return paintOwnWindow(window, drawButton), 0; break;
+    case WM_PRINTCLIENT: if (ours) return printOwnWindow(window, (HDC)wp, drawButton), 0; break;
+    case WM_MOUSEMOVE:
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP: onMouseMessage(window, button, message, wp, lp); break;
+    case WM_MOUSELEAVE: setHot(window, button, false); break;
+    case BM_SETSTATE:
+    case BM_SETCHECK: return onStateMessage(window, button, message, wp, lp);
+    }
+    const LRESULT result = CallWindowProcW(base, window, message, wp, lp);
+    showChange(window, message);
+    return result;
+}
+
+BOOL registerButtonClass(HINSTANCE instance)
+{
+    return registerSuperclass(instance, className, baseName, buttonProc);
+}
+
+void unregisterButtonClass(HINSTANCE instance)
+{
+    UnregisterClassW(className, instance);
+}
