@@ -12,9 +12,9 @@ struct ButtonLook {
     LONG style;
     bool pressed, checked, mixed, disabled, hot, isDefault;
     bool focusShown;   // has the focus, and focus rectangles are shown
-    bool prefixShown;  // access keys are underlined
+    bool prefixShown;  // access keys are underlined; else `text` has no marks for them
     HBITMAP picture;   // null: the caption is drawn
-    bool ownPicture;   // the picture is the one given for this state, no stand-in
+    bool ownPicture;  // the picture is the one given for this state, no stand-in
     wchar_t text[TEXT_LENGTH];
 };
 
@@ -80,7 +80,7 @@ static LONG placeVertically(LONG style, const RECT& room, LONG height)
 static RECT drawCaption(HDC dc, const RECT& room, const ButtonLook& look, UINT usualFormat)
 {
     const UINT horizontal = horizontalFormat(look.style, usualFormat);
-    UINT format = horizontal | (look.prefixShown ? 0 : DT_HIDEPREFIX) | DT_SINGLELINE;
+    UINT format = horizontal | (look.prefixShown ? 0 : DT_NOPREFIX) | DT_SINGLELINE;
     RECT measured = room;
     DrawTextW(dc, look.text, -1, &measured, format | DT_CALCRECT);
     if (look.style & BS_MULTILINE || measured.right - measured.left > room.right - room.left) {
@@ -238,6 +238,7 @@ static void readLook(HWND window, const Button& button, ButtonLook& look)
     look.prefixShown = !(cues & UISF_HIDEACCEL);
     GetWindowTextW(window, look.text, TEXT_LENGTH);
     shownText(look.text);
+    if (!look.prefixShown) removeAccessKeys(look.text);  // DT_HIDEPREFIX is not known everywhere
     choosePicture(look, button);
 }
 

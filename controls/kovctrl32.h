@@ -6,6 +6,9 @@
 // " BMP:..." (picture references of the resource format, ignored): TEXT is its caption when it has no
 // picture, and its tooltip.
 //
+// A picture is scaled to fit the control; its pixels of colour (192, 192, 192) are transparent. Check
+// boxes and radio buttons with a picture, or with BS_PUSHLIKE, look like buttons that stay down.
+//
 // All functions are exported by ordinal only.
 #pragma once
 
@@ -18,7 +21,8 @@ extern "C" {
 // Ordinal 6. Gives a button its picture for a state: 0 normal, 1 pressed or checked, 2 disabled. A
 // state without a picture uses picture 0. The library owns the bitmap from here on and deletes it
 // when it is replaced or the control goes away. A null picture removes the state's picture.
-// Returns 1, or 0 (the bitmap stays the caller's) when the window is no "Bouton" or the state no state.
+// Returns 1, or 0 (the bitmap stays the caller's) when the window is no "Bouton", the
+// state no state or the handle no bitmap.
 int WINAPI setButtonPicture(HWND button, HBITMAP picture, int state);  // @6
 
 // Ordinal 56. The display mode: always 2, which tells dialogs to attach their own pictures.

@@ -34,12 +34,16 @@ static UINT alignmentOf(LONG style)
     }
 }
 
-static void drawLabel(HWND window, HDC dc, const RECT& client, const wchar_t* text)
+static void drawLabel(HWND window, HDC dc, const RECT& client, wchar_t* text)
 {
     const LONG style = GetWindowLongW(window, GWL_STYLE);
     UINT format = alignmentOf(style) | DT_EXPANDTABS;
-    if (style & SS_NOPREFIX) format |= DT_NOPREFIX;
-    if (SendMessageW(window, WM_QUERYUISTATE, 0, 0) & UISF_HIDEACCEL) format |= DT_HIDEPREFIX;
+    if (style & SS_NOPREFIX) {
+        format |= DT_NOPREFIX;
+    } else if (SendMessageW(window, WM_QUERYUISTATE, 0, 0) & UISF_HIDEACCEL) {
+        removeAccessKeys(text);  // DT_HIDEPREFIX is not known everywhere
+        format |= DT_NOPREFIX;
+    }
 
     HFONT font = (HFONT)SendMessageW(window, WM_GETFONT, 0, 0);
     HGDIOBJ before = SelectObject(dc, font ? font : GetStockObject(SYSTEM_FONT));

@@ -143,16 +143,31 @@ TEST_F(Buttons, CaptionLeavesOutPrefixAndPictureReferences)
     EXPECT_FALSE(printed(item(2)) == whole);
 }
 
-TEST_F(Buttons, FocusRectangleFollowsTheKeyboardCues)
+// Answers for the keyboard cues of a button; not every system keeps them.
+static WPARAM cues;
+static WNDPROC cueless;
+static LRESULT CALLBACK answerCues(HWND window, UINT message, WPARAM wp, LPARAM lp)
 {
+    if (message == WM_QUERYUISTATE) return (LRESULT)cues;
+    return CallWindowProcW(cueless, window, message, wp, lp);
+}
+
+TEST_F(Buttons, FocusRectangleAndAccessKeysFollowTheKeyboardCues)
+{
+    SetFocus(item(2));
+    ASSERT_EQ(item(2), GetFocus());
+    cueless = (WNDPROC)SetWindowLongPtrW(item(2), GWLP_WNDPROC, (LONG_PTR)answerCues);
+    cues = 0;
+    const Picture all = printed(item(2));
+    cues = UISF_HIDEFOCUS;
+    const Picture withoutFocus = printed(item(2));
+    cues = UISF_HIDEFOCUS | UISF_HIDEACCEL;
+    const Picture plain = printed(item(2));
+    EXPECT_FALSE(withoutFocus == all);
+    EXPECT_FALSE(plain == withoutFocus);
+    cues = 0;
     SetFocus(item(206));
-    ASSERT_EQ(item(206), GetFocus());
-    SendMessageW(item(206), WM_UPDATEUISTATE, MAKEWPARAM(UIS_SET, UISF_HIDEFOCUS), 0);
-    ASSERT_TRUE(SendMessageW(item(206), WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS);
-    const Picture hidden = printed(item(206));
-    SendMessageW(item(206), WM_UPDATEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
-    ASSERT_FALSE(SendMessageW(item(206), WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS);
-    EXPECT_FALSE(printed(item(206)) == hidden);
+    EXPECT_TRUE(printed(item(2)).count(systemPixel(COLOR_BTNTEXT)) == withoutFocus.count(systemPixel(COLOR_BTNTEXT)));
 }
 
 // The system's procedure draws into the window in these messages, past WM_PAINT. At no time may the
