@@ -16,6 +16,7 @@
 #include "tools/rubber_kernels.h"
 #include "tools/smooth_kernel.h"
 #include "tools/spray_kernels.h"
+#include "tools/stroke_kernels.h"
 
 namespace {
 
@@ -82,14 +83,21 @@ int paintSpray(const Dab& dab)
 struct PaintingTool {
     uint32_t tool;
     int (*paint)(const Dab& dab);
-    bool walksLine;   // a dab at every point between two positions, not only at the positions
+    RECT (*layDabs)(const PaintingTool& tool, PixelPoint from, PixelPoint to);  // returns what they may have touched
     bool carriesPatch;
 };
 
+RECT layDabAtEnd(const PaintingTool& tool, PixelPoint from, PixelPoint to);
+RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to);
+RECT layBrushSegment(const PaintingTool& tool, PixelPoint from, PixelPoint to);
+
 const PaintingTool paintingTools[] = {
-    {TOOL_BRUSH, paintBrush, true, false},       {TOOL_SMOOTH, paintSmooth, false, false},
-    {TOOL_STAMP, paintPatch, false, true},       {TOOL_SPOONBILL, paintPatch, true, true},
-    {TOOL_RUBBER, paintRubber, false, false},    {TOOL_AEROGRAPHE, paintSpray, false, false},
+    {TOOL_BRUSH, paintBrush, layBrushSegment, false},
+    {TOOL_SMOOTH, paintSmooth, layDabAtEnd, false},
+    {TOOL_STAMP, paintPatch, layDabAtEnd, true},
+    {TOOL_SPOONBILL, paintPatch, layDabsAlong, true},
+    {TOOL_RUBBER, paintRubber, layDabAtEnd, false},
+    {TOOL_AEROGRAPHE, paintSpray, layDabAtEnd, false},
 };
 
 const PaintingTool* findPaintingTool(uint32_t tool)
@@ -117,14 +125,26 @@ PixelRect dabRectAt(int x, int y)
     return dabRect({x, y}, (int)session->brushWidth, (int)session->brushHeight, (int)session->maskScale);
 }
 
-RECT layDab(const PaintingTool& tool, int x, int y)
+RECT rectOfDab(PixelPoint at)
 {
-    const PixelRect rect = dabRectAt(x, y);
-    extendDirtyBox(x, y);
-    paintDab(tool.tool, rect);
+    const PixelRect rect = dabRectAt(at.x, at.y);
     return {rect.left, rect.top, rect.right, rect.bottom};
 }
 
+RECT layDab(const PaintingTool& tool, int x, int y)
+{
+    extendDirtyBox(x, y);
+    paintDab(tool.tool, dabRectAt(x, y));
+    return rectOfDab({x, y});
+}
+
+// Positions only, nothing in between.
+RECT layDabAtEnd(const PaintingTool& tool, PixelPoint, PixelPoint to)
+{
+    return layDab(tool, to.x, to.y);
+}
+
+// A dab at every point of the digital line, both ends included.
 RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to)
 {
     RECT touched = {0, 0, 0, 0};
@@ -133,6 +153,40 @@ RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to)
         const RECT dab = layDab(tool, line.x, line.y);
         UnionRect(&touched, &touched, &dab);
     } while (nextPoint(line));
+    return touched;
+}
+
+void paintSegmentOf(BrushStroke& stroke, PixelPoint from, PixelPoint to)
+{
+    BitmapBlock start;
+    if (stroke.soft && !lockPixels(session->strokeStartImage, &start, &stroke.start)) return;
+    paintBrushSegment(stroke, from, to);
+    if (stroke.soft) unlockBlock(start);
+}
+
+// The same dabs as layDabsAlong, with the blocks locked once for all of them.
+RECT layBrushSegment(const PaintingTool&, PixelPoint from, PixelPoint to)
+{
+    extendDirtyBox(from.x, from.y);
+    extendDirtyBox(to.x, to.y);
+    BrushStroke stroke = {};
+    stroke.colour = rgbFromColorref(session->paintColour);
+    stroke.opacity = (int)session->opacity;
+    stroke.soft = session->edgeMode == EDGE_SMOOTH;
+    BitmapBlock image, mask, coverage;
+    if (lockPixels(editedImage(), &image, &stroke.image)) {
+        if (lockMap(session->brushMask, &mask, &stroke.mask)) {
+            if (lockMap(session->strokeCoverage, &coverage, &stroke.coverage)) {
+                paintSegmentOf(stroke, from, to);
+                unlockBlock(coverage);
+            }
+            unlockBlock(mask);
+        }
+        unlockBlock(image);
+    }
+    const RECT first = rectOfDab(from), last = rectOfDab(to);
+    RECT touched;
+    UnionRect(&touched, &first, &last);
     return touched;
 }
 
@@ -205,9 +259,7 @@ int strokeTo(HWND canvas, int previousX, int previousY, int x, int y)
         if (tool->tool == TOOL_STAMP) return 1;
     }
     buildBrushMask((int)session->brushWidth, (int)session->brushHeight);
-    const bool moved = previousX != x || previousY != y;
-    const RECT touched = moved && tool->walksLine ? layDabsAlong(*tool, {previousX, previousY}, {x, y})
-                                                  : layDab(*tool, x, y);
+    const RECT touched = tool->layDabs(*tool, {previousX, previousY}, {x, y});
     invalidateImageRect(canvas, touched);
     UpdateWindow(canvas);
     return 1;
