@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-static const int HLS_MAX = 252;      // a full turn, and the highest lightness and saturation
+static const int HLS_MAX = 252; // a full turn, and the highest lightness and saturation
 static const int RGB_MAX = 255;
 static const int SIXTH = HLS_MAX / 6;
 static const int THIRD = HLS_MAX / 3;
@@ -31,8 +31,7 @@ static int hueOf(int red, int green, int blue, int highest, int d)
     return hue;
 }
 
-void rgbToHls(uint16_t red, uint16_t green, uint16_t blue, uint16_t* hue, uint16_t* lightness,
-              uint16_t* saturation)
+void rgbToHls(uint16_t red, uint16_t green, uint16_t blue, uint16_t* hue, uint16_t* lightness, uint16_t* saturation)
 {
     const int highest = std::max({red, green, blue});
     const int lowest = std::min({red, green, blue});
@@ -75,8 +74,7 @@ static uint8_t byteFromLevel(int level)
     return (uint8_t)((level * RGB_MAX + HLS_MAX / 2) / HLS_MAX);
 }
 
-void hlsToRgb(uint16_t hue, uint16_t lightness, uint16_t saturation, uint8_t* red, uint8_t* green,
-              uint8_t* blue)
+void hlsToRgb(uint16_t hue, uint16_t lightness, uint16_t saturation, uint8_t* red, uint8_t* green, uint8_t* blue)
 {
     if (saturation == 0) {
         // Gray truncates where colours round, so it can come out one darker.

@@ -6,11 +6,9 @@
 
 #include <cstdint>
 
-void rgbToHls(uint16_t red, uint16_t green, uint16_t blue, uint16_t* hue, uint16_t* lightness,
-              uint16_t* saturation);
+void rgbToHls(uint16_t red, uint16_t green, uint16_t blue, uint16_t* hue, uint16_t* lightness, uint16_t* saturation);
 
-void hlsToRgb(uint16_t hue, uint16_t lightness, uint16_t saturation, uint8_t* red, uint8_t* green,
-              uint8_t* blue);
+void hlsToRgb(uint16_t hue, uint16_t lightness, uint16_t saturation, uint8_t* red, uint8_t* green, uint8_t* blue);
 
 // One channel of a hue, 0..252, between the levels m1 (lowest) and m2 (highest). The hue may lie up to
 // one turn outside 0..252.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-static const int NO_CROSSING = 32766;  // the end mark of a row's list, and everything above it
+static const int NO_CROSSING = 32766; // the end mark of a row's list, and everything above it
 
 struct Span {
     int entry, exit;
@@ -47,7 +47,7 @@ static double stretchOf(const Span& from, const Span& onto)
 struct RowPair {
     const uint8_t *sourcePixels, *sourceMask;
     uint8_t *targetPixels, *targetMask;
-    int sourceLeft, sourceWidth;  // image column of the first pixel, pixels
+    int sourceLeft, sourceWidth; // image column of the first pixel, pixels
     int targetLeft, targetWidth;
 };
 
@@ -82,9 +82,8 @@ static void reshapeRow(const MaskedPixels& source, const MaskedPixels& target, c
     if (sourceY < 0 || sourceY >= source.pixels.height) return;
     if (!firstUsablePair(sourceOutline.spans, sourceRow, &from)) return;
 
-    const RowPair rows = {rowOf(source.pixels, sourceY), rowOf(source.mask, sourceY),
-                          rowOf(target.pixels, targetY), rowOf(target.mask, targetY),
-                          sourceOutline.rect.left,       source.pixels.width,
+    const RowPair rows = {rowOf(source.pixels, sourceY), rowOf(source.mask, sourceY), rowOf(target.pixels, targetY),
+                          rowOf(target.mask, targetY),   sourceOutline.rect.left,     source.pixels.width,
                           targetOutline.rect.left,       target.pixels.width};
     const RowSpans& spans = targetOutline.spans.rows[imageRow];
     for (int i = 0; i + 1 < spans.count; i += 2) {

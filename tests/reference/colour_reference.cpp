@@ -43,8 +43,10 @@ Hls hlsFromRgb(Colour c)
     } else {
         H = 168 + Gd - Rd;
     }
-    while (H < 0) H += 252;
-    while (H > 252) H -= 252;
+    while (H < 0)
+        H += 252;
+    while (H > 252)
+        H -= 252;
     if (S < 0) S = 0;
     if (S > 252) S = 252;
     return Hls{H, L, S};
@@ -168,8 +170,7 @@ void adjustSelection(const Image& source, const Image& sourceMask, Image& target
 }
 
 void reshapeSpans(const Image& source, const Image& sourceMask, Image& target, Image& targetMask,
-                  const Crossings& sourceCrossings, Rect sourceRect, const Crossings& targetCrossings,
-                  Rect targetRect)
+                  const Crossings& sourceCrossings, Rect sourceRect, const Crossings& targetCrossings, Rect targetRect)
 {
     const int SW = sourceRect.right - sourceRect.left, TW = targetRect.right - targetRect.left;
     const int SH = sourceRect.bottom - sourceRect.top, TH = targetRect.bottom - targetRect.top;
@@ -178,7 +179,8 @@ void reshapeSpans(const Image& source, const Image& sourceMask, Image& target, I
         const int row = targetRect.bottom - 1 - y;
         const int sr = (int)((double)(sourceRect.top + 1) + (double)(row - (targetRect.top + 1)) * SH / TH);
         const int sy = sourceRect.bottom - 1 - sr;
-        for (int i = 0; i < stride; ++i) targetMask.bytes[(size_t)y * stride + i] = 255;
+        for (int i = 0; i < stride; ++i)
+            targetMask.bytes[(size_t)y * stride + i] = 255;
         if (row < 0 || row >= (int)targetCrossings.size()) continue;
         const std::vector<int>& spans = targetCrossings[row];
         for (size_t s = 0; s + 1 < spans.size(); s += 2) {

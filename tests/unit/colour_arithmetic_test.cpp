@@ -189,8 +189,7 @@ TEST(Hls, EqualsTheReferenceForEveryColour)
                 const reference::Hls expected = reference::hlsFromRgb(Colour{red, green, blue});
                 uint16_t hue, lightness, saturation;
                 rgbToHls((uint16_t)red, (uint16_t)green, (uint16_t)blue, &hue, &lightness, &saturation);
-                ASSERT_TRUE(expected.hue == hue && expected.lightness == lightness &&
-                            expected.saturation == saturation)
+                ASSERT_TRUE(expected.hue == hue && expected.lightness == lightness && expected.saturation == saturation)
                     << red << "," << green << "," << blue;
                 const Colour back = reference::rgbFromHls(expected);
                 uint8_t r, g, b;
@@ -254,8 +253,8 @@ static void walkAllColours(const Values& values, bool wholeImage)
         uint8_t* p = level.expected.data();
         for (int i = 0; i < 65536; ++i, p += 3) {
             const Colour in = {red, i >> 8, i & 255};
-            const Colour out = wholeImage ? reference::adjustedForImage(in, values)
-                                          : reference::adjustedForSelection(in, values);
+            const Colour out =
+                wholeImage ? reference::adjustedForImage(in, values) : reference::adjustedForSelection(in, values);
             p[0] = (uint8_t)out.blue;
             p[1] = (uint8_t)out.green;
             p[2] = (uint8_t)out.red;
@@ -265,9 +264,8 @@ static void walkAllColours(const Values& values, bool wholeImage)
 }
 
 static const Values spread[] = {
-    {0, 0, 50, 0, 0},      {-20, -10, 50, 0, 0},  {0, 0, 35, 20, 0},      {0, 0, 50, 1, 0},
-    {0, 0, 0, 0, 0},       {0, 0, 100, -60, 0},   {-100, 100, 3, 127, 0}, {100, -100, 50, -127, 0},
-    {37, -42, 77, -64, 0}, {-63, 15, 51, 126, 0},
+    {0, 0, 50, 0, 0},    {-20, -10, 50, 0, 0},   {0, 0, 35, 20, 0},        {0, 0, 50, 1, 0},      {0, 0, 0, 0, 0},
+    {0, 0, 100, -60, 0}, {-100, 100, 3, 127, 0}, {100, -100, 50, -127, 0}, {37, -42, 77, -64, 0}, {-63, 15, 51, 126, 0},
 };
 
 class EveryColour : public testing::TestWithParam<Values> {};
@@ -300,9 +298,8 @@ TEST(ColourMethods, AgreeForEverySaturationAndHue)
                 byte = (uint8_t)random();
             }
             for (size_t i = 0; i < pixelCount; ++i) {
-                const Colour out = reference::adjustedForImage(
-                    Colour{input[i * 3 + 2], input[i * 3 + 1], input[i * 3]},
-                    Values{contrast, brightness, saturation, hue, 0});
+                const Colour out = reference::adjustedForImage(Colour{input[i * 3 + 2], input[i * 3 + 1], input[i * 3]},
+                                                               Values{contrast, brightness, saturation, hue, 0});
                 expected[i * 3] = (uint8_t)out.blue;
                 expected[i * 3 + 1] = (uint8_t)out.green;
                 expected[i * 3 + 2] = (uint8_t)out.red;
@@ -325,8 +322,8 @@ TEST(ColourMethods, AgreeOnTheToneLineForEveryContrastAndBrightness)
     }
     for (int contrast = -100; contrast <= 100; ++contrast) {
         for (int brightness = -100; brightness <= 100; brightness += redStep > 1 ? 8 : 1) {
-            for (const ColourAdjustment& adjustment : {imageAdjustment(contrast, brightness, 50, 0),
-                                                       selectionAdjustment(contrast, brightness, 50, 0)}) {
+            for (const ColourAdjustment& adjustment :
+                 {imageAdjustment(contrast, brightness, 50, 0), selectionAdjustment(contrast, brightness, 50, 0)}) {
                 for (int m = 0; m < COLOUR_METHOD_COUNT; ++m) {
                     if (!COLOUR_METHODS[m].supported()) continue;
                     COLOUR_METHODS[m].toneBytes(adjustment, input, actual, sizeof input);
@@ -348,7 +345,7 @@ TEST(ColourMethods, TouchNothingBeyondTheirPixels)
         for (size_t count = 0; count < 70; ++count) {
             for (const ColourAdjustment* adjustment : {&tone, &hls}) {
                 const size_t bytes = count * 3;
-                std::vector<uint8_t> input(bytes, 90);  // read one byte too far and a sanitizer tells
+                std::vector<uint8_t> input(bytes, 90); // read one byte too far and a sanitizer tells
                 std::vector<uint8_t> output(bytes + 64, 0xCC);
                 adjustPixelsBy(COLOUR_METHODS[m], *adjustment, input.data(), output.data(), count);
                 for (size_t i = bytes; i < output.size(); ++i) {

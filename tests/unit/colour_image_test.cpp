@@ -47,9 +47,8 @@ static BitsView viewOf(Image& image)
 
 static Values randomValues(std::mt19937& random)
 {
-    return Values{(int)(random() % 201) - 100, (int)(random() % 201) - 100,
-                  random() % 3 ? (int)(random() % 101) : 50, random() % 3 ? (int)(random() % 255) - 127 : 0,
-                  random() % 2 ? (int)(random() % 5) : 0};
+    return Values{(int)(random() % 201) - 100, (int)(random() % 201) - 100, random() % 3 ? (int)(random() % 101) : 50,
+                  random() % 3 ? (int)(random() % 255) - 127 : 0, random() % 2 ? (int)(random() % 5) : 0};
 }
 
 TEST(AdjustImage, EqualsTheReferenceAndZeroesThePaddingOfEveryRow)
@@ -104,9 +103,9 @@ TEST(AdjustSelection, EqualsTheReferenceAtRandomSizes)
     for (int i = 0; i < 600; ++i) {
         const int sourceWidth = 1 + (int)(random() % 40), sourceHeight = 1 + (int)(random() % 14);
         const bool sameSize = random() % 3 == 0;
-        SelectionCase c = randomSelection(random, sourceWidth, sourceHeight,
-                                          sameSize ? sourceWidth : 1 + (int)(random() % 80),
-                                          sameSize ? sourceHeight : 1 + (int)(random() % 20));
+        SelectionCase c =
+            randomSelection(random, sourceWidth, sourceHeight, sameSize ? sourceWidth : 1 + (int)(random() % 80),
+                            sameSize ? sourceHeight : 1 + (int)(random() % 20));
         SelectionCase expected = c;
         const Values v = randomValues(random);
         reference::adjustSelection(expected.source, expected.sourceMask, expected.target, expected.targetMask, v);
@@ -137,7 +136,7 @@ TEST(AdjustSelection, ATargetTwiceTheSizeRepeatsEachPixelAndRowTwice)
 TEST(AdjustSelection, OnlyTheRedByteOfTheMaskDecides)
 {
     SelectionCase c = {{2, 1, {1, 2, 3, 4, 5, 6, 0, 0}},
-                       {2, 1, {0, 0, 255, 255, 255, 0, 0, 0}},  // outside, inside
+                       {2, 1, {0, 0, 255, 255, 255, 0, 0, 0}}, // outside, inside
                        {2, 1, {70, 71, 72, 73, 74, 75, 76, 77}},
                        {2, 1, {9, 9, 9, 9, 9, 9, 9, 9}}};
     runSelection(c, Values{0, 0, 50, 0, 0});
@@ -223,8 +222,8 @@ static void reshape(SelectionCase& c, const Outline& from, const Outline& onto)
 static void expectReshaped(SelectionCase c, const Outline& from, const Outline& onto, int number)
 {
     SelectionCase expected = c;
-    reference::reshapeSpans(expected.source, expected.sourceMask, expected.target, expected.targetMask,
-                            from.crossings, from.rect, onto.crossings, onto.rect);
+    reference::reshapeSpans(expected.source, expected.sourceMask, expected.target, expected.targetMask, from.crossings,
+                            from.rect, onto.crossings, onto.rect);
     reshape(c, from, onto);
     ASSERT_EQ(expected.target.bytes, c.target.bytes) << "case " << number;
     ASSERT_EQ(expected.targetMask.bytes, c.targetMask.bytes) << "case " << number;
