@@ -16,21 +16,21 @@ static ColourAdjustment makeAdjustment(int a, int b, int saturationFactor, int s
     adjustment.saturationFactor = saturationFactor;
     adjustment.hueShift = hue;
     adjustment.toneOnly = saturation == 50 && hue == 0;
-    adjustment.inRange = a >= 0 && a <= 256 && b >= 0 && b <= 256 && saturation >= 0 && saturation <= 100 &&
-                         hue >= -127 && hue <= 127;
+    adjustment.inRange =
+        a >= 0 && a <= 256 && b >= 0 && b <= 256 && saturation >= 0 && saturation <= 100 && hue >= -127 && hue <= 127;
     return adjustment;
 }
 
 ColourAdjustment imageAdjustment(int contrast, int brightness, int saturation, int hue)
 {
-    return makeAdjustment((100 - contrast) * 256 / 200, (100 - brightness) * 256 / 200,
-                          (100 - saturation) * 256 / 100, saturation, hue);
+    return makeAdjustment((100 - contrast) * 256 / 200, (100 - brightness) * 256 / 200, (100 - saturation) * 256 / 100,
+                          saturation, hue);
 }
 
 ColourAdjustment selectionAdjustment(int contrast, int brightness, int saturation, int hue)
 {
-    return makeAdjustment((100 - contrast) * 255 / 200, (100 - brightness) * 255 / 200,
-                          (100 - saturation) * 255 / 100, saturation, hue);
+    return makeAdjustment((100 - contrast) * 255 / 200, (100 - brightness) * 255 / 200, (100 - saturation) * 255 / 100,
+                          saturation, hue);
 }
 
 void toneBytesPlain(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount)
@@ -72,6 +72,9 @@ const ColourMethod COLOUR_METHODS[] = {
 #ifdef COLOUR_VECTORS
     {"sse2", alwaysSupported, toneBytesSse2, hlsPixelsSse2},
     {"avx2", avx2Supported, toneBytesAvx2, hlsPixelsAvx2},
+#endif
+#ifdef COLOUR_WIDEST_VECTORS
+    {"avx512", avx512Supported, toneBytesAvx512, hlsPixelsAvx512},
 #endif
 };
 const int COLOUR_METHOD_COUNT = (int)(sizeof COLOUR_METHODS / sizeof COLOUR_METHODS[0]);

@@ -17,6 +17,16 @@ void toneBytesAvx2(const ColourAdjustment& adjustment, const uint8_t* source, ui
 void hlsPixelsAvx2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
 #endif
 
+// With the eight registers of 32-bit code the widest vectors are slower than AVX2.
+#if defined(COLOUR_VECTORS) && defined(__x86_64__)
+#define COLOUR_WIDEST_VECTORS 1
+
+// Thirty-two pixels at a time, where the processor and the system know AVX-512.
+bool avx512Supported();
+void toneBytesAvx512(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
+void hlsPixelsAvx512(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
+#endif
+
 // Byte by byte and pixel by pixel.
 void toneBytesPlain(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
 void hlsPixelsPlain(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);

@@ -41,100 +41,120 @@ struct Lanes {
     __m128i blue, green, red;
 };
 
-inline __m128i choose(__m128i mask, __m128i yes, __m128i no)
+inline __m128i lanes16(int value)
 {
-    return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
+    return _mm_set1_epi16((short)value);
 }
 
-inline __m128 quotient(__m128i numerator32, __m128i divisor32)
-{
-    return _mm_div_ps(_mm_cvtepi32_ps(numerator32), _mm_cvtepi32_ps(divisor32));
-}
+// 16-bit lanes as floats: the lower four and the upper four.
+struct Floats {
+    __m128 low, high;
+};
 
-inline __m128i divide(__m128i numerator, __m128i divisor)
+inline Floats toFloats(__m128i lanes)
 {
     const __m128i zero = _mm_setzero_si128();
-    const __m128 low = quotient(_mm_unpacklo_epi16(numerator, zero), _mm_unpacklo_epi16(divisor, zero));
-    const __m128 high = quotient(_mm_unpackhi_epi16(numerator, zero), _mm_unpackhi_epi16(divisor, zero));
-    return _mm_packs_epi32(_mm_cvttps_epi32(low), _mm_cvttps_epi32(high));
+    return Floats{_mm_cvtepi32_ps(_mm_unpacklo_epi16(lanes, zero)), _mm_cvtepi32_ps(_mm_unpackhi_epi16(lanes, zero))};
 }
 
-inline __m128i distance(__m128i a, __m128i b)
+inline __m128i roundedQuotient(__m128 numerator, __m128 divisor)
 {
-    const __m128i difference = _mm_sub_epi16(a, b);
-    return _mm_max_epi16(difference, _mm_sub_epi16(_mm_setzero_si128(), difference));
+    return _mm_cvttps_epi32(_mm_add_ps(_mm_div_ps(numerator, divisor), _mm_set1_ps(0.5f)));
 }
 
-inline __m128i turnUp(__m128i hue)
+inline __m128i divideRounding(Floats numerator, Floats divisor)
 {
-    return _mm_add_epi16(hue, _mm_and_si128(_mm_srai_epi16(hue, 15), _mm_set1_epi16(252)));
+    return _mm_packs_epi32(roundedQuotient(numerator.low, divisor.low), roundedQuotient(numerator.high, divisor.high));
+}
+
+inline Floats timesFullTurn(Floats value)
+{
+    const __m128 turn = _mm_set1_ps(252);
+    return Floats{_mm_mul_ps(value.low, turn), _mm_mul_ps(value.high, turn)};
+}
+
+// -252..503 to 0..251.
+inline __m128i withinOneTurn(__m128i hue)
+{
+    hue = _mm_add_epi16(hue, _mm_and_si128(_mm_srai_epi16(hue, 15), lanes16(252)));
+    return _mm_sub_epi16(hue, _mm_and_si128(_mm_cmpgt_epi16(hue, lanes16(251)), lanes16(252)));
+}
+
+struct Hls {
+    __m128i hue, lightness, saturation;
+    __m128i bright; // all ones where the lightness is above 126
+};
+
+inline __m128i hueLanes(const Lanes& in, __m128i steps, __m128i otherHigher, __m128i shift)
+{
+    const __m128i blueAboveGreen = _mm_cmpgt_epi16(in.blue, in.green);
+    const __m128i backwards = _mm_xor_si128(
+        _mm_xor_si128(_mm_cmpgt_epi16(in.green, in.red), _mm_cmpgt_epi16(in.blue, in.red)), blueAboveGreen);
+    const __m128i third =
+        _mm_and_si128(otherHigher, _mm_add_epi16(_mm_and_si128(blueAboveGreen, lanes16(84)), lanes16(84)));
+    const __m128i way = _mm_sub_epi16(_mm_xor_si128(steps, backwards), backwards);
+    return withinOneTurn(_mm_add_epi16(_mm_add_epi16(third, shift), way));
+}
+
+inline Hls toHls(const Lanes& in, __m128i factor, __m128i shift)
+{
+    const __m128i higher = _mm_max_epi16(in.green, in.blue);
+    const __m128i lower = _mm_min_epi16(in.green, in.blue);
+    const __m128i highest = _mm_max_epi16(higher, in.red);
+    const __m128i lowest = _mm_min_epi16(lower, in.red);
+    const __m128i middle = _mm_max_epi16(lower, _mm_min_epi16(higher, in.red));
+    const __m128i sum = _mm_add_epi16(highest, lowest);
+    const __m128i d = _mm_sub_epi16(highest, lowest);
+    const Floats range = toFloats(d);
+
+    const __m128i bright = _mm_cmpgt_epi16(sum, lanes16(256));
+    // 510 - sum where bright: the ones' complement and 511 more.
+    const __m128i room = _mm_add_epi16(_mm_xor_si128(sum, bright), _mm_and_si128(bright, lanes16(511)));
+    __m128i saturation = divideRounding(timesFullTurn(range), toFloats(_mm_max_epi16(room, lanes16(1))));
+    saturation = _mm_srli_epi16(_mm_mullo_epi16(saturation, factor), 7);
+
+    const __m128i distance = _mm_mullo_epi16(_mm_sub_epi16(highest, middle), lanes16(42));
+    const __m128 one = _mm_set1_ps(1);
+    const __m128i steps =
+        _mm_sub_epi16(lanes16(42), divideRounding(toFloats(distance),
+                                                  Floats{_mm_max_ps(range.low, one), _mm_max_ps(range.high, one)}));
+
+    return Hls{hueLanes(in, steps, _mm_cmpgt_epi16(higher, in.red), shift),
+               _mm_mulhi_epu16(_mm_add_epi16(sum, lanes16(1)), lanes16(LIGHTNESS_FACTOR)),
+               _mm_min_epi16(saturation, lanes16(252)), bright};
 }
 
 // One channel: m1 + (2 * chroma * weight + 21) / 42, then to 0..255.
 inline __m128i channel(__m128i lowest, __m128i chroma, __m128i weight, __m128i rounding)
 {
-    const __m128i raised = _mm_mulhi_epu16(_mm_add_epi16(_mm_mullo_epi16(chroma, weight), _mm_set1_epi16(10)),
-                                           _mm_set1_epi16(RECIPROCAL_21));
+    const __m128i limited = _mm_min_epi16(weight, lanes16(42));
+    const __m128i raised =
+        _mm_mulhi_epu16(_mm_add_epi16(_mm_mullo_epi16(chroma, limited), lanes16(10)), lanes16(RECIPROCAL_21));
     const __m128i level = _mm_add_epi16(lowest, raised);
-    return _mm_add_epi16(level, _mm_mulhi_epu16(_mm_add_epi16(level, rounding), _mm_set1_epi16(RECIPROCAL_84)));
+    return _mm_add_epi16(level, _mm_mulhi_epu16(_mm_add_epi16(level, rounding), lanes16(RECIPROCAL_84)));
 }
 
-inline Lanes hlsLanes(Lanes in, __m128i factor, __m128i shift)
+inline __m128i hueDistance(__m128i hue, int from)
 {
-    const __m128i one = _mm_set1_epi16(1);
-    const __m128i highest = _mm_max_epi16(_mm_max_epi16(in.red, in.green), in.blue);
-    const __m128i lowest = _mm_min_epi16(_mm_min_epi16(in.red, in.green), in.blue);
-    const __m128i sum = _mm_add_epi16(highest, lowest);
-    const __m128i d = _mm_sub_epi16(highest, lowest);
-    const __m128i middle = _mm_sub_epi16(_mm_add_epi16(_mm_add_epi16(in.red, in.green), in.blue), sum);
+    return _mm_sub_epi16(_mm_max_epi16(hue, lanes16(from)), _mm_min_epi16(hue, lanes16(from)));
+}
 
-    // Lightness and saturation. Gray has d = 0, so its saturation comes out as 0 by itself.
-    const __m128i lightness =
-        _mm_srli_epi16(_mm_mulhi_epu16(_mm_add_epi16(_mm_mullo_epi16(sum, _mm_set1_epi16(84)), _mm_set1_epi16(85)),
-                                       _mm_set1_epi16((short)RECIPROCAL_170)),
-                       SHIFT_170);
-    const __m128i bright = _mm_cmpgt_epi16(lightness, _mm_set1_epi16(126));
-    const __m128i divisor =
-        _mm_max_epi16(choose(bright, _mm_sub_epi16(_mm_set1_epi16(510), sum), sum), one);
-    __m128i saturation = divide(
-        _mm_add_epi16(_mm_mullo_epi16(d, _mm_set1_epi16(252)), _mm_srli_epi16(divisor, 1)), divisor);
-    saturation = _mm_srli_epi16(_mm_mullo_epi16(saturation, factor), 7);
-    saturation = _mm_min_epi16(saturation, _mm_set1_epi16(252));
-
-    // Hue: so many steps to one side of the highest channel's third.
-    const __m128i way =
-        divide(_mm_add_epi16(_mm_mullo_epi16(_mm_sub_epi16(highest, middle), _mm_set1_epi16(42)),
-                             _mm_srli_epi16(d, 1)),
-               _mm_max_epi16(d, one));
-    const __m128i steps = _mm_sub_epi16(_mm_set1_epi16(42), way);
-    const __m128i redHighest = _mm_cmpeq_epi16(in.red, highest);
-    const __m128i greenHighest = _mm_cmpeq_epi16(in.green, highest);
-    const __m128i third = choose(redHighest, _mm_setzero_si128(),
-                                 choose(greenHighest, _mm_set1_epi16(84), _mm_set1_epi16(168)));
-    const __m128i side = choose(redHighest, _mm_sub_epi16(in.green, in.blue),
-                                choose(greenHighest, _mm_sub_epi16(in.blue, in.red), _mm_sub_epi16(in.red, in.green)));
-    const __m128i backwards = _mm_srai_epi16(side, 15);
-    __m128i hue = _mm_add_epi16(third, _mm_sub_epi16(_mm_xor_si128(steps, backwards), backwards));
-    hue = turnUp(hue);
-    hue = turnUp(_mm_add_epi16(hue, shift));
-    hue = _mm_sub_epi16(hue, _mm_and_si128(_mm_cmpgt_epi16(hue, _mm_set1_epi16(252)), _mm_set1_epi16(252)));
-
-    // Back to red, green and blue.
-    const __m128i product = _mm_add_epi16(_mm_mullo_epi16(lightness, saturation), _mm_set1_epi16(126));
-    const __m128i part =
-        _mm_srli_epi16(_mm_mulhi_epu16(_mm_srli_epi16(product, 2), _mm_set1_epi16((short)RECIPROCAL_63)), SHIFT_63);
-    const __m128i chroma = choose(bright, _mm_sub_epi16(saturation, part), part);
-    const __m128i base = _mm_sub_epi16(lightness, chroma);
+inline Lanes fromHls(const Hls& in)
+{
+    const __m128i nearer = _mm_min_epi16(in.lightness, _mm_sub_epi16(lanes16(252), in.lightness));
+    // 126 for dark, 125 for bright: the mask is -1 there.
+    const __m128i product =
+        _mm_add_epi16(_mm_mullo_epi16(nearer, in.saturation), _mm_add_epi16(in.bright, lanes16(126)));
+    const __m128i chroma = _mm_srli_epi16(_mm_mulhi_epu16(product, lanes16(RECIPROCAL_252)), SHIFT_252);
+    const __m128i base = _mm_sub_epi16(in.lightness, chroma);
     const __m128i rounding =
-        _mm_andnot_si128(_mm_cmpeq_epi16(saturation, _mm_setzero_si128()), _mm_set1_epi16(42));
+        _mm_and_si128(_mm_cmpgt_epi16(in.saturation, _mm_setzero_si128()), lanes16(42)); // none without saturation
 
-    const __m128i sixth = _mm_set1_epi16(42);
-    const __m128i redWeight = _mm_subs_epu16(distance(hue, _mm_set1_epi16(126)), sixth);
-    const __m128i greenWeight = _mm_subs_epu16(_mm_set1_epi16(84), distance(hue, _mm_set1_epi16(84)));
-    const __m128i blueWeight = _mm_subs_epu16(_mm_set1_epi16(84), distance(hue, _mm_set1_epi16(168)));
-    return Lanes{channel(base, chroma, _mm_min_epi16(blueWeight, sixth), rounding),
-                 channel(base, chroma, _mm_min_epi16(greenWeight, sixth), rounding),
-                 channel(base, chroma, _mm_min_epi16(redWeight, sixth), rounding)};
+    const __m128i redWeight = _mm_subs_epu16(hueDistance(in.hue, 126), lanes16(42));
+    const __m128i greenWeight = _mm_subs_epu16(lanes16(84), hueDistance(in.hue, 84));
+    const __m128i blueWeight = _mm_subs_epu16(lanes16(84), hueDistance(in.hue, 168));
+    return Lanes{channel(base, chroma, blueWeight, rounding), channel(base, chroma, greenWeight, rounding),
+                 channel(base, chroma, redWeight, rounding)};
 }
 
 inline __m128i load4(const uint8_t* bytes)
@@ -201,12 +221,12 @@ void hlsPixelsSse2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t p
     const __m128i factor = _mm_set1_epi16((short)adjustment.saturationFactor);
     const __m128i shift = _mm_set1_epi16((short)adjustment.hueShift);
     for (; pixelCount >= PIXELS; pixelCount -= PIXELS, pixels += PIXELS * 3) {
-        storePixels(pixels, hlsLanes(loadPixels(pixels), factor, shift));
+        storePixels(pixels, fromHls(toHls(loadPixels(pixels), factor, shift)));
     }
     if (pixelCount > 0) {
         uint8_t rest[PIXELS * 3] = {};
         memcpy(rest, pixels, pixelCount * 3);
-        storePixels(rest, hlsLanes(loadPixels(rest), factor, shift));
+        storePixels(rest, fromHls(toHls(loadPixels(rest), factor, shift)));
         memcpy(pixels, rest, pixelCount * 3);
     }
 }
