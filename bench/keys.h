@@ -3,12 +3,14 @@
 
 #include "bench/harness.h"
 
+extern const BenchGroup colourKeys;
 extern const BenchGroup paintingKeys;
 extern const BenchGroup imageKeys;
 extern const BenchGroup yardstickKeys;
 
 // A new group is declared above and added here.
 static const BenchGroup* const benchGroups[] = {
+    &colourKeys,
     &paintingKeys,
     &imageKeys,
     &yardstickKeys,

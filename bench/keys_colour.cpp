@@ -1,0 +1,97 @@
+// Colour adjustment of whole images. Beside each way that users get, the plain one: the measure for the
+// faster ones, in the same run.
+#include "bench/keys.h"
+
+#include "bench/synthetic.h"
+#include "color/adjust.h"
+#include "color/colour_adjustment.h"
+#include "image/packed_bitmap.h"
+
+enum Work { TONE, HLS, HLS_NOISE, TONE_PLAIN, HLS_PLAIN, PREVIEW };
+
+static HGLOBAL image, target;
+
+struct ColourValues {
+    int saturation, hue;
+};
+
+static ColourValues valuesOf(int work)
+{
+    return work == TONE || work == TONE_PLAIN ? ColourValues{50, 0} : ColourValues{35, 20};
+}
+
+static bool fillInput(int work, int width, int height)
+{
+    image = createBitmap(width, height, 24);
+    BYTE* bits = lockBitmapBits(image);
+    if (!bits) return false;
+    const BitsView view = viewOfBits(bits, width, height);
+    bool right = true;
+    if (work == HLS_NOISE) {
+        fillNoise(view, 1);
+        right = inputIsRight(view, NOISE1_6000X4000);
+    } else {
+        fillPhoto(view, 1);
+        right = work == PREVIEW || inputIsRight(view, PHOTO1_6000X4000);
+    }
+    unlockBitmap(image);
+    return right;
+}
+
+// Written before: the target begins as a copy, so that no run meets fresh pages.
+static bool prepareImages(int work)
+{
+    const bool small = work == PREVIEW;
+    if (!fillInput(work, small ? 150 : 6000, small ? 150 : 4000)) return false;
+    target = duplicateBitmap(image, 1);
+    return target != nullptr;
+}
+
+static void releaseImages(int)
+{
+    if (image) GlobalFree(image);
+    if (target) GlobalFree(target);
+    image = target = nullptr;
+}
+
+static bool adjust(int work)
+{
+    const ColourValues values = valuesOf(work);
+    adjustImageColours(image, target, -20, -10, values.saturation, values.hue);
+    return true;
+}
+
+static bool adjustPlainly(int work)
+{
+    const ColourValues values = valuesOf(work);
+    const ColourAdjustment adjustment = imageAdjustment(-20, -10, values.saturation, values.hue);
+    const int width = bitmapWidth(image), height = bitmapHeight(image);
+    const size_t stride = (size_t)rowStride(width, 24);
+    const BYTE* from = lockBitmapBits(image);
+    BYTE* to = lockBitmapBits(target);
+    for (int y = 0; y < height; ++y) {
+        adjustPixelsBy(COLOUR_METHODS[0], adjustment, from + stride * y, to + stride * y, (size_t)width);
+    }
+    unlockBitmap(target);
+    unlockBitmap(image);
+    return true;
+}
+
+static uint32_t crcOfTarget(int)
+{
+    const int width = bitmapWidth(target), height = bitmapHeight(target);
+    const uint32_t crc = crcOfImage(viewOfBits(lockBitmapBits(target), width, height));
+    unlockBitmap(target);
+    return crc;
+}
+
+static const BenchKey keys[] = {
+    {"tone_24mp", "MP/s", 24, TONE, prepareImages, nullptr, adjust, crcOfTarget, releaseImages},
+    {"hls_24mp", "MP/s", 24, HLS, prepareImages, nullptr, adjust, crcOfTarget, releaseImages},
+    {"hls_noise_24mp", "MP/s", 24, HLS_NOISE, prepareImages, nullptr, adjust, crcOfTarget, releaseImages},
+    {"tone_scalar_24mp", "MP/s", 24, TONE_PLAIN, prepareImages, nullptr, adjustPlainly, crcOfTarget, releaseImages},
+    {"hls_scalar_24mp", "MP/s", 24, HLS_PLAIN, prepareImages, nullptr, adjustPlainly, crcOfTarget, releaseImages},
+    {"hls_preview_150x150", "previews/s", 1, PREVIEW, prepareImages, nullptr, adjust, crcOfTarget, releaseImages},
+};
+
+const BenchGroup colourKeys = {keys, sizeof keys / sizeof keys[0]};
