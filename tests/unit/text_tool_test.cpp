@@ -1,0 +1,552 @@
+// The text tool's procedures over a hidden window, held against a model of the line: its buffer, its caret
+// and its origin after every click, key and character, and the image after every stamp.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "image/packed_bitmap.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+#include "text/text_line.h"
+#include "text/text_strip.h"
+#include "text/text_tool.h"
+
+namespace {
+
+typedef std::vector<uint8_t> Bytes;
+
+struct Model {
+    int width, height;  // of the image
+    Bytes image;        // its rows, the bottom row first, padded to 4 bytes
+    COLORREF colour;
+    int opacity, lineHeight;
+
+    bool open;
+    char buffer[TEXT_BUFFER_SIZE];
+    int caret, originX, originY, caretX;
+};
+
+int strideOf(int width)
+{
+    return (width * 3 + 3) / 4 * 4;
+}
+
+// A device context of the test's own with the font as the tool must make it.
+struct OwnContext {
+    HDC dc;
+    HFONT font;
+    HGDIOBJ oldFont;
+};
+
+OwnContext ownContext(int height)
+{
+    LOGFONTA description = session->textFont;
+    description.lfHeight = height;
+    OwnContext context = {CreateCompatibleDC(nullptr), CreateFontIndirectA(&description), nullptr};
+    context.oldFont = SelectObject(context.dc, context.font);
+    return context;
+}
+
+void release(const OwnContext& context)
+{
+    SelectObject(context.dc, context.oldFont);
+    DeleteObject(context.font);
+    DeleteDC(context.dc);
+}
+
+int ownWidth(const Model& model, int count)
+{
+    if (count == 0) return 0;
+    const OwnContext context = ownContext(model.lineHeight);
+    RECT extent = {0, 0, 0, 0};
+    DrawTextA(context.dc, model.buffer, count, &extent, DT_CALCRECT);
+    release(context);
+    return extent.right;
+}
+
+// The line as the system draws it: one byte a pixel, 1 where there is text.
+Bytes ownRendering(const Model& model, const char* text)
+{
+    const OwnContext context = ownContext(model.lineHeight);
+    const HBITMAP bitmap = CreateBitmap(model.width, model.lineHeight, 1, 1, nullptr);
+    const HGDIOBJ old = SelectObject(context.dc, bitmap);
+    PatBlt(context.dc, 0, 0, model.width, model.lineHeight, BLACKNESS);
+    SetTextColor(context.dc, RGB(255, 255, 255));
+    SetBkMode(context.dc, TRANSPARENT);
+    RECT place = {model.originX, 0, model.width, model.lineHeight};
+    DrawTextA(context.dc, text, -1, &place, 0);
+    GdiFlush();
+    const int stride = (model.width + 15) / 16 * 2;
+    Bytes bits((size_t)stride * model.lineHeight);
+    GetBitmapBits(bitmap, (LONG)bits.size(), bits.data());
+    SelectObject(context.dc, old);
+    DeleteObject(bitmap);
+    release(context);
+
+    Bytes pixels((size_t)model.width * model.lineHeight);
+    for (int y = 0; y < model.lineHeight; ++y)
+        for (int x = 0; x < model.width; ++x)
+            pixels[(size_t)y * model.width + x] = bits[(size_t)y * stride + x / 8] >> (7 - x % 8) & 1;
+    return pixels;
+}
+
+int lengthOf(const Model& model)
+{
+    return (int)strlen(model.buffer);
+}
+
+void modelStamp(Model& model)
+{
+    const Bytes text = ownRendering(model, model.buffer);
+    const int channels[] = {GetBValue(model.colour), GetGValue(model.colour), GetRValue(model.colour)};
+    for (int y = std::max(0, model.originY); y < std::min(model.originY + model.lineHeight, model.height - 1); ++y)
+        for (int x = 0; x < model.width; ++x) {
+            if (!text[(size_t)(y - model.originY) * model.width + x]) continue;
+            uint8_t* pixel = &model.image[(size_t)strideOf(model.width) * (model.height - 1 - y) + 3 * x];
+            for (int c = 0; c < 3; ++c)
+                pixel[c] = (uint8_t)((pixel[c] * (100 - model.opacity) + channels[c] * model.opacity) / 100);
+        }
+}
+
+void modelStart(Model& model, int x, int y)
+{
+    model.open = true;
+    model.originX = model.caretX = x;
+    model.originY = y;
+    memset(model.buffer, 0, sizeof model.buffer);
+    model.caret = 0;
+}
+
+void modelCaretX(Model& model)
+{
+    model.caretX = model.originX + ownWidth(model, std::min(model.caret, lengthOf(model)));
+}
+
+void modelClick(Model& model, int x, int y)
+{
+    if (!model.open) return modelStart(model, x, y - model.lineHeight);
+    if (x < 0 || x > model.width || y < model.originY || y > model.originY + model.lineHeight) {
+        modelStamp(model);
+        return modelStart(model, x, y - model.lineHeight / 2);
+    }
+    const int length = lengthOf(model);
+    for (model.caret = 0; model.caret <= length; ++model.caret) {
+        modelCaretX(model);
+        if (model.caretX < x) continue;
+        model.caret = std::max(0, model.caret - 1);
+        return modelCaretX(model);
+    }
+    modelCaretX(model);  // one past the end; drawn at it
+}
+
+bool modelFits(const Model& model)
+{
+    return ownWidth(model, lengthOf(model) + 1) + model.originX < model.width;
+}
+
+void modelEnter(Model& model)
+{
+    modelStamp(model);
+    if (model.originY + model.lineHeight < model.height)
+        modelStart(model, model.originX, model.originY + model.lineHeight);
+}
+
+void modelRemove(Model& model)
+{
+    std::string text = model.buffer;
+    text.erase((size_t)model.caret, 1);
+    memcpy(model.buffer, text.c_str(), text.size() + 1);
+}
+
+void modelKey(Model& model, UINT key)
+{
+    if (!model.open) return;
+    const int length = lengthOf(model);
+    if (key == VK_ESCAPE) {
+        model.open = false;
+        model.caret = 0;
+        return;
+    }
+    if (key == VK_RETURN) return modelEnter(model);
+    if (key == VK_HOME) model.caret = 0;
+    if (key == VK_END) model.caret = length;
+    if ((key == VK_LEFT || key == VK_UP) && model.caret > 0) --model.caret;
+    if ((key == VK_RIGHT || key == VK_DOWN) && model.caret < length) ++model.caret;
+    if (key == VK_INSERT && length && model.caret < length && modelFits(model)) {
+        std::string text = model.buffer;
+        text.insert((size_t)model.caret, " ");
+        memcpy(model.buffer, text.c_str(), text.size() + 1);
+    }
+    if (key == VK_DELETE && model.caret < length) modelRemove(model);
+    modelCaretX(model);
+}
+
+void modelChar(Model& model, UINT character)
+{
+    if (!model.open) return;
+    const int length = lengthOf(model);
+    if (character == VK_BACK && length) {
+        if (model.caret > 0) --model.caret;
+        if (model.caret < length) modelRemove(model);
+    } else if (character >= 32 && modelFits(model)) {
+        model.buffer[model.caret] = (char)character;
+        if (model.caret == length) model.buffer[length + 1] = 0;
+        ++model.caret;
+    } else {
+        return;
+    }
+    modelCaretX(model);
+}
+
+// A session's record, a hidden host window with an image, a canvas that is as large.
+struct TextTool : testing::Test {
+    SessionRecord record = {};
+    HGLOBAL image = nullptr;
+    HWND canvas = nullptr;
+    Model model = {};
+
+    void SetUp() override
+    {
+        session = &record;
+        LOGFONTA& font = record.textFont;
+        font.lfWeight = FW_BOLD;
+        font.lfQuality = PROOF_QUALITY;
+        font.lfPitchAndFamily = VARIABLE_PITCH | FF_SWISS;
+        strcpy(font.lfFaceName, "Arial");
+        record.hostDialog = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 400, 300, nullptr, nullptr, nullptr, nullptr);
+        canvas = CreateWindowA("STATIC", "", WS_CHILD, 0, 0, 400, 300, record.hostDialog, nullptr, nullptr, nullptr);
+        record.canvasWindow = canvas;
+    }
+
+    void TearDown() override
+    {
+        endText(canvas);
+        removeAllProps(record.hostDialog);
+        DestroyWindow(record.hostDialog);
+        if (image) GlobalFree(image);
+        session = nullptr;
+    }
+
+    void use(int width, int height, int lineHeight, int opacity = 100)
+    {
+        endText(canvas);
+        if (image) GlobalFree(image);
+        image = createBitmap(width, height, 24);
+        setWindowProp(record.hostDialog, PROP_IMAGE, image);
+        record.brushHeight = (uint32_t)lineHeight;
+        record.opacity = (uint32_t)opacity;
+        record.paintColour = RGB(200, 30, 90);
+        model = {};
+        model.width = width;
+        model.height = height;
+        model.image.resize((size_t)strideOf(width) * height);
+        model.colour = record.paintColour;
+        model.opacity = opacity;
+        model.lineHeight = lineHeight;
+        std::mt19937 random((unsigned)(width * 31 + height));
+        for (uint8_t& byte : model.image) byte = (uint8_t)random();
+        memcpy(lockBitmapBits(image), model.image.data(), model.image.size());
+        unlockBitmap(image);
+    }
+
+    void click(int x, int y)
+    {
+        textClick(canvas, x, y);
+        modelClick(model, x, y);
+        expectEqual();
+    }
+
+    void key(UINT virtualKey)
+    {
+        textKeyDown(canvas, virtualKey);
+        modelKey(model, virtualKey);
+        expectEqual();
+    }
+
+    void character(UINT code)
+    {
+        textChar(canvas, code);
+        modelChar(model, code);
+        expectEqual();
+    }
+
+    void type(const char* text)
+    {
+        for (; *text; ++text) character((uint8_t)*text);
+    }
+
+    std::string line() const
+    {
+        const std::string text = (const char*)GlobalLock(record.textBuffer);
+        GlobalUnlock(record.textBuffer);
+        return text;
+    }
+
+    void expectEqual()
+    {
+        ASSERT_EQ(model.open, record.textBuffer != nullptr);
+        ASSERT_EQ(model.caret, record.caretIndex);
+        if (!model.open) return;
+        ASSERT_EQ(model.originX, record.textOriginX);
+        ASSERT_EQ(model.originY, record.textOriginY);
+        ASSERT_EQ(model.caretX, record.caretX);
+        ASSERT_EQ(model.originY, record.caretY);
+        const int same = memcmp(model.buffer, GlobalLock(record.textBuffer), TEXT_BUFFER_SIZE);
+        GlobalUnlock(record.textBuffer);
+        ASSERT_EQ(0, same);
+        POINT caret;
+        GetCaretPos(&caret);
+        EXPECT_EQ(model.caretX, caret.x);
+        EXPECT_EQ(model.originY, caret.y);
+    }
+
+    void expectImage()
+    {
+        const bool same = memcmp(model.image.data(), lockBitmapBits(image), model.image.size()) == 0;
+        unlockBitmap(image);
+        EXPECT_TRUE(same);
+    }
+
+    bool stampChanges()
+    {
+        const Bytes before = model.image;
+        modelStamp(model);
+        const bool changes = before != model.image;
+        model.image = before;
+        return changes;
+    }
+};
+
+const UINT keys[] = {VK_END, VK_HOME, VK_LEFT, VK_UP, VK_RIGHT, VK_DOWN, VK_INSERT, VK_DELETE, VK_F5, VK_SHIFT};
+
+UINT randomCharacter(std::mt19937& random)
+{
+    const unsigned kind = random() % 12;
+    if (kind == 0) return VK_BACK;
+    if (kind == 1) return random() % 32;  // tab, carriage return and other codes that are no text
+    if (kind == 2) return '&';
+    return 32 + random() % 224;
+}
+
+void randomStep(TextTool& test, std::mt19937& random)
+{
+    const unsigned kind = random() % 100;
+    const Model& model = test.model;
+    if (!model.open || kind < 4) {
+        test.click((int)(random() % (unsigned)model.width), (int)(random() % (unsigned)model.height));
+    } else if (kind < 8) {
+        test.click((int)(random() % (unsigned)model.width), model.originY + (int)(random() % 20));
+    } else if (kind < 9) {
+        test.key(VK_ESCAPE);
+    } else if (kind < 11) {
+        test.key(VK_RETURN);
+    } else if (kind < 35) {
+        test.key(keys[random() % (sizeof keys / sizeof *keys)]);
+    } else {
+        test.character(randomCharacter(random));
+    }
+}
+
+}  // namespace
+
+TEST_F(TextTool, FollowsTheModelThroughRandomSteps)
+{
+    std::mt19937 random(71);
+    for (const SIZE size : {SIZE{900, 70}, SIZE{120, 90}, SIZE{37, 200}}) {
+        use(size.cx, size.cy, 20, size.cx == 120 ? 50 : 100);
+        for (int step = 0; step < 1500 && !HasFatalFailure(); ++step) {
+            SCOPED_TRACE(step);
+            randomStep(*this, random);
+        }
+        expectImage();
+    }
+}
+
+TEST_F(TextTool, OpensWithItsBottomAtTheClickAndThenCentred)
+{
+    use(200, 100, 24);
+    click(30, 10);
+    EXPECT_EQ(-14, record.textOriginY);
+    click(50, 60);
+    EXPECT_EQ(48, record.textOriginY);
+    EXPECT_EQ(50, record.textOriginX);
+}
+
+TEST_F(TextTool, TypingWritesOver)
+{
+    use(300, 60, 20);
+    click(5, 40);
+    type("abc");
+    key(VK_HOME);
+    type("X");
+    EXPECT_EQ("Xbc", line());
+    key(VK_HOME);
+    character(VK_BACK);
+    EXPECT_EQ("bc", line());
+}
+
+// Right of the text the caret stays one past the end: what is typed there does not show, and nothing is
+// written behind the buffer.
+TEST_F(TextTool, ClickRightOfTheTextLeavesTheCaretPastTheEnd)
+{
+    use(300, 60, 20);
+    click(5, 40);
+    type("ab");
+    click(290, 30);
+    EXPECT_EQ(3, record.caretIndex);
+    type("hidden");
+    EXPECT_EQ("ab", line());
+}
+
+TEST_F(TextTool, NothingIsWrittenBehindTheBuffer)
+{
+    use(300, 60, 20);
+    click(5, 40);
+    click(290, 30);  // past the end of an empty line, which always fits
+    char* buffer = (char*)GlobalLock(record.textBuffer);
+    const size_t size = GlobalSize(record.textBuffer);
+    ASSERT_EQ((size_t)TEXT_BUFFER_SIZE, size);
+    for (int i = 0; i < 20; ++i) textChar(canvas, 'x');
+    record.caretIndex = TEXT_BUFFER_SIZE - 20;  // as after so many more characters
+    for (int i = 0; i < 60; ++i) textChar(canvas, 'x');
+    EXPECT_LT(record.caretIndex, TEXT_BUFFER_SIZE);
+    EXPECT_EQ(0, buffer[TEXT_BUFFER_SIZE - 1]);
+    GlobalUnlock(record.textBuffer);
+    key(VK_ESCAPE);
+}
+
+// The terminator's width counts: what fits is decided before each character, against the right edge.
+TEST_F(TextTool, TypingStopsAtTheRightEdge)
+{
+    for (int x = 60; x < 100; ++x) {
+        use(100, 60, 20);
+        click(x, 40);
+        type("iWiWiWiWiWiWiWiWiW");
+        const int length = lengthOf(model);
+        EXPECT_LT(length, 10);
+        EXPECT_GE(x + ownWidth(model, length + 1), 100);
+        key(VK_HOME);
+        key(VK_INSERT);  // has to fit too
+        EXPECT_EQ(length, lengthOf(model));
+        type("Z");  // and so does a character typed over another
+        EXPECT_EQ(std::string::npos, line().find('Z'));
+    }
+}
+
+TEST_F(TextTool, StampEqualsTheSystemsRenderingAtEveryBorder)
+{
+    static const POINT places[] = {{0, 40}, {1, 40}, {95, 40}, {60, 40}, {10, 3}, {10, 0}, {10, 89}, {10, 79}, {99, 89}};
+    for (int opacity : {100, 50, 49, 16}) {
+        for (int lineHeight : {1, 7, 20, 48, 80}) {
+            for (const POINT& place : places) {
+                SCOPED_TRACE(testing::Message() << opacity << " " << lineHeight << " " << place.x << " " << place.y);
+                use(100, 90, lineHeight, opacity);
+                click(place.x, place.y);
+                type("Wj&g\xC4\xFC\xDF");
+                key(VK_RETURN);
+                expectImage();
+            }
+        }
+    }
+}
+
+// Where not even the terminator fits nothing can be typed; in a little more room a cut letter is stamped.
+TEST_F(TextTool, StampsInImagesNarrowerThanALetter)
+{
+    int cutLetters = 0;
+    for (int width = 1; width < 40; ++width) {
+        use(width, 60, 40);
+        click(0, 50);
+        type("WW");
+        if (lengthOf(model) == 1 && ownWidth(model, 1) > width && stampChanges()) ++cutLetters;
+        key(VK_RETURN);
+        expectImage();
+    }
+    EXPECT_GT(cutLetters, 3);
+    use(60, 1, 20);  // of a single row nothing is stamped: it is the last one
+    click(0, 0);
+    type("W");
+    EXPECT_FALSE(stampChanges());
+    key(VK_RETURN);
+    expectImage();
+}
+
+TEST_F(TextTool, EnterOpensTheNextLineAndStampsTheLastOneAgain)
+{
+    use(200, 50, 20, 50);
+    click(10, 22);
+    type("one");
+    EXPECT_TRUE(stampChanges());
+    key(VK_RETURN);
+    expectImage();
+    EXPECT_EQ(22, record.textOriginY);
+    EXPECT_EQ("", line());
+    type("two");
+    key(VK_RETURN);
+    EXPECT_EQ(42, record.textOriginY);
+    type("end");
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(stampChanges());  // at half opacity each one shows
+        key(VK_RETURN);
+        EXPECT_EQ("end", line());
+        EXPECT_EQ(42, record.textOriginY);
+        expectImage();
+    }
+}
+
+TEST_F(TextTool, ClickElsewhereStamps)
+{
+    use(200, 100, 20);
+    click(10, 30);
+    type("stamped");
+    EXPECT_TRUE(stampChanges());
+    click(100, 80);
+    expectImage();
+    EXPECT_EQ(70, record.textOriginY);
+}
+
+TEST_F(TextTool, EscapeAndEndStampNothing)
+{
+    use(200, 100, 20);
+    click(10, 30);
+    type("gone");
+    key(VK_ESCAPE);
+    expectImage();
+    click(10, 30);
+    type("gone");
+    endText(canvas);
+    expectImage();
+    EXPECT_EQ(nullptr, record.textBuffer);
+    EXPECT_EQ(nullptr, record.textStrip);
+    EXPECT_EQ(nullptr, record.textFontHandle);
+    EXPECT_EQ(0u, record.caretCreated);
+    EXPECT_EQ(0, record.caretIndex);
+}
+
+// A byte above 127 is the character that the system's code page has there.
+TEST_F(TextTool, BytesAreCharactersOfTheFontsCodePage)
+{
+    struct Script {
+        BYTE charSet;
+        UINT codePage;
+    };
+    for (const Script script : {Script{DEFAULT_CHARSET, CP_ACP}, Script{RUSSIAN_CHARSET, 1251}, Script{GREEK_CHARSET, 1253}}) {
+        record.textFont.lfCharSet = script.charSet;
+        use(400, 40, 24);
+        click(4, 32);
+        type("\xC0\xE9\xF1\xFB\xC6");
+        WCHAR wide[16];
+        MultiByteToWideChar(script.codePage, 0, line().c_str(), -1, wide, 16);
+        const OwnContext context = ownContext(24);
+        RECT extent = {0, 0, 0, 0};
+        DrawTextW(context.dc, wide, -1, &extent, DT_CALCRECT);
+        release(context);
+        EXPECT_EQ(4 + extent.right, record.caretX) << script.codePage;
+        key(VK_RETURN);
+        expectImage();
+    }
+}
