@@ -15,18 +15,28 @@ static int64_t sourceIndex(int64_t targetIndex, int sourceSize, int targetSize)
     return targetIndex * sourceSize / targetSize;
 }
 
-// Nearest pixels of a source row for every pixel of a target row.
+// Nearest pixels of a source row for every pixel of a target row. The index x * sourceWidth / targetWidth is
+// carried on with its remainder: a 64-bit division for each pixel is slow in 32-bit code.
 static void scaleRow(const uint8_t* sourceRow, int sourceWidth, uint8_t* targetRow, int targetWidth)
 {
     if (sourceWidth == targetWidth) {
         memmove(targetRow, sourceRow, (size_t)targetWidth * 3);
         return;
     }
+    const size_t wholeStep = (size_t)(sourceWidth / targetWidth) * 3;
+    const int restStep = sourceWidth % targetWidth;
+    int rest = 0;
     for (int x = 0; x < targetWidth; ++x, targetRow += 3) {
-        const uint8_t* pixel = sourceRow + sourceIndex(x, sourceWidth, targetWidth) * 3;
-        targetRow[0] = pixel[0];
-        targetRow[1] = pixel[1];
-        targetRow[2] = pixel[2];
+        targetRow[0] = sourceRow[0];
+        targetRow[1] = sourceRow[1];
+        targetRow[2] = sourceRow[2];
+        sourceRow += wholeStep;
+        rest += restStep - targetWidth; // never above targetWidth, so that no width overflows
+        if (rest >= 0) {
+            sourceRow += 3;
+        } else {
+            rest += targetWidth;
+        }
     }
 }
 
