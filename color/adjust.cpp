@@ -72,8 +72,6 @@ const ColourMethod COLOUR_METHODS[] = {
 #ifdef COLOUR_VECTORS
     {"sse2", alwaysSupported, toneBytesSse2, hlsPixelsSse2},
     {"avx2", avx2Supported, toneBytesAvx2, hlsPixelsAvx2},
-#endif
-#ifdef COLOUR_WIDEST_VECTORS
     {"avx512", avx512Supported, toneBytesAvx512, hlsPixelsAvx512},
 #endif
 };

@@ -1,6 +1,6 @@
 #include "color/adjust_methods.h"
 
-#ifdef COLOUR_WIDEST_VECTORS
+#ifdef COLOUR_VECTORS
 
 #include <cstring>
 

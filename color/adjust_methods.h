@@ -15,11 +15,6 @@ void hlsPixelsSse2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t p
 bool avx2Supported();
 void toneBytesAvx2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
 void hlsPixelsAvx2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
-#endif
-
-// With the eight registers of 32-bit code the widest vectors are slower than AVX2.
-#if defined(COLOUR_VECTORS) && defined(__x86_64__)
-#define COLOUR_WIDEST_VECTORS 1
 
 // Thirty-two pixels at a time, where the processor and the system know AVX-512.
 bool avx512Supported();
