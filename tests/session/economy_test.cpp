@@ -1,0 +1,123 @@
+// What a session may use and must give back.
+#include "tests/session/session_fixture.h"
+
+struct Economy : SessionTest {};
+
+static ULONGLONG threadTime(HANDLE thread)
+{
+    FILETIME created, exited, kernel, user;
+    GetThreadTimes(thread, &created, &exited, &kernel, &user);
+    return (((ULONGLONG)kernel.dwHighDateTime << 32) | kernel.dwLowDateTime) +
+           (((ULONGLONG)user.dwHighDateTime << 32) | user.dwLowDateTime);  // units of 100 ns
+}
+
+// The one sleep that is no wait for a condition: it is the time over which is measured.
+static double loadWhileResting(HANDLE thread)
+{
+    const ULONGLONG before = threadTime(thread);
+    const ULONGLONG start = GetTickCount64();
+    Sleep(2000);
+    const double elapsed = (double)(GetTickCount64() - start) * 1e4;
+    return (double)(threadTime(thread) - before) / elapsed;
+}
+
+TEST_F(Economy, RestingPointerUsesLittleOfACore)
+{
+    usePhoto(900, 600);
+    ASSERT_TRUE(open());
+    StrokeReplay replay = beginReplay(host, photo);
+    ASSERT_TRUE(chooseBrush(&host, &replay));
+    ASSERT_TRUE(movePointerOnCanvas(&host, 300, 300));
+    ASSERT_TRUE(waitUntil("entering", [&] { return wasSeen(0, host.canvas, POINTER_ENTERED); }));
+    const double load = loadWhileResting(host.thread);
+    printf("load while the pointer rests on the canvas: %.2f %% of a core\n", load * 100);
+    EXPECT_LT(load, 0.02);
+}
+
+// How many more objects of a kind the process could make. Exact: the system's tables are bounded.
+static int freeMemoryHandles()
+{
+    std::vector<HGLOBAL> blocks;
+    while (const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 0))
+        blocks.push_back(block);
+    for (HGLOBAL block : blocks)
+        GlobalFree(block);
+    return (int)blocks.size();
+}
+
+static int freeGraphicsHandles()
+{
+    std::vector<HGDIOBJ> brushes;
+    for (COLORREF colour = 0; const HGDIOBJ brush = CreateSolidBrush(colour); ++colour)
+        brushes.push_back(brush);
+    for (HGDIOBJ brush : brushes)
+        DeleteObject(brush);
+    return (int)brushes.size();
+}
+
+static void runOneSession(SessionTest* test, int number)
+{
+    ASSERT_TRUE(test->open());
+    StrokeReplay replay = beginReplay(test->host, test->photo);
+    ASSERT_TRUE(chooseBrush(&test->host, &replay));
+    ASSERT_TRUE(chooseEdge(&test->host, &replay, number & 1));
+    ASSERT_TRUE(drawStroke(&test->host, {{30, 30}, {90, 70}}));
+    ASSERT_TRUE(drawStroke(&test->host, {{90, 30}, {30, 70}}));
+    ASSERT_TRUE(clickControl(&test->host, 118));
+    if (number & 1) test->saveAndCheck();
+    else test->closeAndCheck(replay.before);
+}
+
+TEST_F(Economy, FortySessionsLeaveNothingBehind)
+{
+    for (int i = 0; i < 4; ++i)  // the system fills caches of its own at first
+        ASSERT_NO_FATAL_FAILURE(runOneSession(this, i));
+    const int memoryBefore = freeMemoryHandles(), graphicsBefore = freeGraphicsHandles();
+    for (int i = 0; i < 40; ++i)
+        ASSERT_NO_FATAL_FAILURE(runOneSession(this, i));
+    const int memoryUsed = memoryBefore - freeMemoryHandles();
+    const int graphicsUsed = graphicsBefore - freeGraphicsHandles();
+    printf("after 40 sessions: %d memory handles and %d graphics objects more in use\n", memoryUsed, graphicsUsed);
+    // Less than one a session is not a leak of the session's.
+    EXPECT_LT(memoryUsed, 20);
+    EXPECT_LT(graphicsUsed, 20);
+}
+
+TEST_F(Economy, RefusedCallsLeaveNothingBehind)
+{
+    CallArguments with = arguments();
+    with.image = nullptr;
+    ASSERT_TRUE(callAndReturn(&host, with));
+    const int memoryBefore = freeMemoryHandles(), graphicsBefore = freeGraphicsHandles();
+    for (int i = 0; i < 60; ++i)
+        ASSERT_TRUE(callAndReturn(&host, with));
+    EXPECT_LT(memoryBefore - freeMemoryHandles(), 20);
+    EXPECT_LT(graphicsBefore - freeGraphicsHandles(), 20);
+}
+
+TEST_F(Economy, StrokesLeaveNothingBehind)
+{
+    ASSERT_TRUE(open());
+    StrokeReplay replay = beginReplay(host, photo);
+    ASSERT_TRUE(chooseBrush(&host, &replay));
+    ASSERT_TRUE(drawStroke(&host, {{30, 30}, {50, 40}, {70, 60}}));
+    const int graphicsBefore = freeGraphicsHandles();
+    for (int i = 0; i < 40; ++i)
+        ASSERT_TRUE(drawStroke(&host, {{30, 30}, {50, 40}, {70, 60}}));
+    EXPECT_LT(graphicsBefore - freeGraphicsHandles(), 20);
+    expectPainted(&replay, host, photo);
+    closeAndCheck(replay.before);
+}
+
+// The library can be unloaded and loaded again from elsewhere.
+TEST_F(Economy, LibraryUnloadsCompletely)
+{
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_NO_FATAL_FAILURE(runOneSession(this, i));
+        const std::string path = library.directory + "KOVRTCH32.dll";
+        unloadLibrary(&library);
+        EXPECT_EQ(nullptr, GetModuleHandleA(path.c_str()));
+        EXPECT_EQ(nullptr, GetModuleHandleA("KOVCTRL32.dll"));
+        ASSERT_TRUE(loadLibrary(&library));
+    }
+}

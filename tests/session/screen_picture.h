@@ -1,0 +1,7 @@
+// A picture of the whole screen, or where the system gives none, of nothing: for a look after a failure.
+#pragma once
+
+#include <string>
+
+// Writes the screen as a 24-bit bitmap file. False when it cannot.
+bool writeScreen(const std::string& path);

@@ -1,0 +1,126 @@
+// Runs the library's entry on a thread of its own, as a host would, while the test's thread moves the
+// real pointer, presses its button, and watches what the session's thread retrieves.
+//
+// Nothing here sleeps for a guessed time: waitUntil polls a condition and fails the test, with a picture
+// of the screen, when it has not come true within WAIT_LIMIT_MS.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "include/kovrtch32.h"
+#include "tests/session/host_image.h"
+
+constexpr DWORD WAIT_LIMIT_MS = 10000;
+
+constexpr int CANVAS_ID = 12345;
+constexpr UINT POINTER_ENTERED = 1025;
+constexpr UINT POINTER_LEFT = 1026;
+
+// Control ids of the palette.
+enum PaletteId {
+    ID_CLOSE = 2,
+    ID_SAVE = 8,
+    ID_BRUSH = 117,
+    ID_PREVIEW = 200,
+    ID_WIDTH = 202,
+    ID_HEIGHT = 204,
+    ID_LOCK = 206,
+    ID_CIRCLE = 208,
+    ID_RECTANGLE = 209,
+    ID_OPACITY = 212,
+    ID_FULL = 213,
+    ID_SOFT = 214,
+};
+
+// The library, loaded from a fresh directory of its own: its settings file lies beside it.
+struct Library {
+    std::string directory;
+    HMODULE module;
+    RetouchEntry entry;
+};
+
+bool loadLibrary(Library* library);
+void unloadLibrary(Library* library);  // also removes the directory
+
+// A message that the session's thread retrieved from its queue, or (sent) that was sent to one of its windows.
+struct SeenMessage {
+    HWND window;
+    UINT message;
+    WPARAM wParam;
+    LPARAM lParam;
+    POINT screen;  // pointer position of a retrieved message
+    bool sent;
+};
+
+// What one call of the entry is given. stackOffset (i686 only): how far the stack pointer is from a
+// multiple of 16 at the call.
+struct CallArguments {
+    HGLOBAL image;
+    RECT* dialogRect;
+    POINT* palettePos;
+    HWND parent;
+    unsigned stackOffset;
+};
+
+// What one call of the entry left behind.
+struct CallOutcome {
+    int result;
+    int windowsLeft;      // top-level windows of the thread besides the host's own
+    bool quitLeft;        // a quit message in the thread's queue
+    bool classLeft;       // the canvas class still registered
+    bool parentDisabled;  // the host's window still disabled
+};
+
+// The host: a thread with a plain window and a message loop.
+struct Host {
+    Library* library;
+    HANDLE thread;
+    DWORD threadId;
+    HWND control;  // message-only window that takes the test's orders
+    HWND parent;   // the host's visible window
+    CallArguments arguments;
+    CallOutcome outcome;
+    HANDLE ready;
+    volatile LONG running;  // 1 while the entry has not returned
+
+    HWND dialog, canvas, palette;  // of the running session; 0 until found
+};
+
+bool startHost(Host* host, Library* library);
+void stopHost(Host* host);  // ends a session that still runs, then the thread
+
+// Calls the entry on the host's thread without waiting for anything.
+void beginCall(Host* host, const CallArguments& arguments);
+// Waits until the entry has returned.
+bool waitForReturn(Host* host);
+// beginCall and waitForReturn, for calls that are expected not to open a session.
+bool callAndReturn(Host* host, const CallArguments& arguments);
+// beginCall, then waits until dialog, canvas and palette are visible and the thread is at rest.
+bool openSession(Host* host, const CallArguments& arguments);
+
+// Looks for the session's windows; true when dialog and palette are visible.
+bool sessionIsOpen(Host* host);
+
+// Polls; on failure adds a test failure that names `what` and saves a picture of the screen.
+bool waitUntil(const char* what, const std::function<bool()>& condition);
+// Waits until the session's thread has dispatched all that is queued (posted, input, paint).
+bool settle(Host* host);
+
+// The log of messages, in order.
+size_t seenCount();
+std::vector<SeenMessage> seenSince(size_t first);
+bool wasSeen(size_t first, HWND window, UINT message);  // window 0: any
+int countSeen(size_t first, HWND window, UINT message);
+
+// Runs the function on the host's thread, from its message loop (also one inside the library), and waits for it.
+void runOnHost(Host* host, const std::function<void()>& function);
+
+// Class name of a window.
+std::string classOf(HWND window);
+
+// Saves the screen to <directory of the test program>/failures/<test>-<n>.bmp and prints the path.
+void savePicture(const char* reason);
