@@ -149,11 +149,7 @@ TEST_F(Leaving, WhileTheButtonIsHeld)
     ASSERT_TRUE(movePointerOnCanvas(&host, 140, 120));
     PostMessageA(host.dialog, WM_CLOSE, 0, 0);
     expectClosed();
-    SetCursorPos(1590, 600);
-    INPUT up = {};
-    up.type = INPUT_MOUSE;
-    up.mi.dwFlags = MOUSEEVENTF_LEFTUP;
-    SendInput(1, &up, sizeof up);
+    letGoOfButton();
     expectNextSessionWorks();
 }
 
@@ -178,6 +174,7 @@ TEST_F(Leaving, SaveAfterCloseByTitleBarOfAnEarlierSession)
     openAndPaint();
     saveAndCheck();
     EXPECT_FALSE(before == snapshot(photo));
+    usePhoto(300, 200);
     openAndPaint();  // and the 1 of that Save is not repeated
     PostMessageA(host.dialog, WM_CLOSE, 0, 0);
     expectClosed();

@@ -3,12 +3,29 @@
 #include <algorithm>
 #include <cstdlib>
 
-static void sendMouse(DWORD flags)
+static void sendMouse(DWORD flags, LONG x = 0, LONG y = 0)
 {
     INPUT input = {};
     input.type = INPUT_MOUSE;
+    input.mi.dx = x;
+    input.mi.dy = y;
     input.mi.dwFlags = flags;
     SendInput(1, &input, sizeof input);
+}
+
+// Screen pixel to the units of an absolute move, so that truncation gives the pixel back.
+static LONG absoluteUnits(LONG pixel, int screenSize)
+{
+    return (LONG)(((LONGLONG)pixel * 65536 + screenSize - 1) / screenSize);
+}
+
+static POINT pointerPlace = {-1, -1};  // where the last move went; a move to the same place is no input
+
+static void sendMove(POINT screen)
+{
+    pointerPlace = screen;
+    sendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, absoluteUnits(screen.x, GetSystemMetrics(SM_CXSCREEN)),
+              absoluteUnits(screen.y, GetSystemMetrics(SM_CYSCREEN)));
 }
 
 static bool samePoint(POINT a, POINT b)
@@ -21,8 +38,7 @@ static bool isMouseMove(UINT message)
     return message == WM_MOUSEMOVE || message == WM_NCMOUSEMOVE;
 }
 
-// True when the newest pointer message that the thread retrieved since `first` is at the point. (A move
-// may be echoed by the display with an older position; the pointer then comes back to the newer one.)
+// True when the newest pointer message that the thread retrieved since `first` is at the point.
 static bool arrived(size_t first, POINT screen)
 {
     bool there = false;
@@ -42,26 +58,42 @@ static bool isTold(const Host& host, POINT screen)
     return IsWindowEnabled(GetAncestor(window, GA_ROOT));
 }
 
+static HANDLE guardReady;
+
+// Swallows what the display's own pointer does; only injected input passes.
+static LRESULT CALLBACK guardInput(int code, WPARAM wp, LPARAM lp)
+{
+    const MSLLHOOKSTRUCT* event = (const MSLLHOOKSTRUCT*)lp;
+    if (code == HC_ACTION && !(event->flags & LLMHF_INJECTED)) return 1;
+    return CallNextHookEx(nullptr, code, wp, lp);
+}
+
+static DWORD WINAPI guardThread(void*)
+{
+    SetWindowsHookExA(WH_MOUSE_LL, guardInput, GetModuleHandleA(nullptr), 0);
+    SetEvent(guardReady);
+    MSG message;
+    while (GetMessageA(&message, nullptr, 0, 0) > 0)
+        DispatchMessageA(&message);
+    return 0;
+}
+
+void takeOverPointer()
+{
+    if (guardReady) return;
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2);
+    guardReady = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    CloseHandle(CreateThread(nullptr, 0, guardThread, nullptr, 0, nullptr));
+    WaitForSingleObject(guardReady, WAIT_LIMIT_MS);
+}
+
 bool movePointer(Host* host, POINT screen)
 {
-    POINT now;
-    GetCursorPos(&now);
     const size_t first = seenCount();
-    const bool told = isTold(*host, screen) && !samePoint(now, screen);
-    SetCursorPos(screen.x, screen.y);
-    if (!told) {
-        return waitUntil("the pointer to be where it was put", [&] {
-            POINT at;
-            return GetCursorPos(&at) && samePoint(at, screen);
-        });
-    }
-    const bool ok = waitUntil("the pointer's move to be retrieved", [&] {
-        if (arrived(first, screen)) return true;
-        POINT at;
-        if (GetCursorPos(&at) && !samePoint(at, screen)) SetCursorPos(screen.x, screen.y);
-        return false;
-    });
-    return ok && settle(host);
+    const bool told = isTold(*host, screen) && !samePoint(pointerPlace, screen);
+    sendMove(screen);
+    return (!told || waitUntil("the pointer's move to be retrieved", [&] { return arrived(first, screen); })) &&
+           settle(host);
 }
 
 static bool buttonSeen(size_t first, const UINT* messages, size_t count)
@@ -88,6 +120,11 @@ bool releaseButton(Host* host)
         return buttonSeen(first, releases, 2) || !host->running;  // a release may end the session
     });
     return ok && settle(host);
+}
+
+void letGoOfButton()
+{
+    sendMouse(MOUSEEVENTF_LEFTUP);
 }
 
 POINT onCanvas(const Host& host, int x, int y)

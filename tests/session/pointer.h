@@ -1,12 +1,22 @@
-// The real pointer and keyboard: positions are screen pixels, and every call waits until the session's
-// thread has retrieved and dispatched the input.
+// The pointer and the keyboard as the system has them, not posted messages: positions are screen pixels,
+// and every call waits until the session's thread has retrieved and dispatched the input.
+//
+// Moves go in as absolute input events, and nothing else is let through. Otherwise Wine would warp the
+// display's own pointer along with every move and hear of that a little later, once at the old and once at
+// the new position: the button would then at times go down in the wrong place. (Nor could a person at the
+// desk disturb a test.) The price: GetCursorPos tells where the display's pointer rests.
 #pragma once
 
 #include "tests/session/session_driver.h"
 
+// To be called before the first move. The display's pointer goes to the right border, where no test opens a
+// window. Holds until the program ends.
+void takeOverPointer();
+
 bool movePointer(Host* host, POINT screen);
 bool pressButton(Host* host);
 bool releaseButton(Host* host);
+void letGoOfButton();  // waits for nothing: there may be no window left to hear of it
 
 // The same relative to the canvas's client area.
 POINT onCanvas(const Host& host, int x, int y);

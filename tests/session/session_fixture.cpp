@@ -8,16 +8,16 @@ RECT dialogRectForClient(int left, int top, int clientWidth, int clientHeight)
 
 void SessionTest::SetUp()
 {
+    takeOverPointer();
     ASSERT_TRUE(loadLibrary(&library));
     ASSERT_TRUE(startHost(&host, &library));
-    SetCursorPos(1590, 600);  // over nothing of ours
     usePhoto(300, 200);
 }
 
 void SessionTest::TearDown()
 {
     if (HasFailure() && host.running) savePicture("at the end of a failed test");
-    if (GetAsyncKeyState(VK_LBUTTON) & 0x8000) releaseButton(&host);
+    if (GetAsyncKeyState(VK_LBUTTON) & 0x8000) letGoOfButton();
     stopHost(&host);
     unloadLibrary(&library);
     freeImage(&photo);

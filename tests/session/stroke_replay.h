@@ -1,6 +1,5 @@
-// What a session should have painted: replays the canvas messages that its thread really retrieved (the
-// display may echo a move with an older position, so the intended path is not the true one) through an
-// independent telling of the Brush.
+// What a session should have painted: replays the canvas messages that its thread really retrieved (not
+// the path that the test intended: the system may merge moves) through an independent telling of the Brush.
 #pragma once
 
 #include "tests/reference/painting_reference.h"
