@@ -35,8 +35,8 @@ static bool findHitCode(HWND window, LRESULT code, POINT* found)
     GetWindowRect(window, &rect);
     int count = 0;
     POINT sum = {0, 0};
-    for (int y = rect.top; y < rect.top + 40; ++y)
-        for (int x = rect.right - 1; x > rect.right - 120; --x)
+    for (int y = rect.top; y < rect.top + 40; y += 4)
+        for (int x = rect.right - 1; x > rect.right - 120; x -= 4)
             if (SendMessageA(window, WM_NCHITTEST, 0, MAKELPARAM(x, y)) == code) {
                 sum = {sum.x + x, sum.y + y};
                 ++count;
