@@ -52,7 +52,7 @@ TEST_F(Leaving, CloseButtonOfTheTitleBar)
     POINT button;
     ASSERT_TRUE(findHitCode(host.dialog, HTCLOSE, &button));
     ASSERT_TRUE(movePointer(&host, button));
-    ASSERT_TRUE(pressButton(&host));
+    ASSERT_TRUE(pressButtonOnly());
     ASSERT_TRUE(releaseButton(&host));
     expectClosed();
     expectNextSessionWorks();

@@ -103,12 +103,17 @@ static bool buttonSeen(size_t first, const UINT* messages, size_t count)
     return false;
 }
 
-bool pressButton(Host* host)
+bool pressButtonOnly()
 {
     static const UINT presses[] = {WM_LBUTTONDOWN, WM_NCLBUTTONDOWN, WM_LBUTTONDBLCLK, WM_NCLBUTTONDBLCLK};
     const size_t first = seenCount();
     sendMouse(MOUSEEVENTF_LEFTDOWN);
-    return waitUntil("the press to be retrieved", [&] { return buttonSeen(first, presses, 4); }) && settle(host);
+    return waitUntil("the press to be retrieved", [&] { return buttonSeen(first, presses, 4); });
+}
+
+bool pressButton(Host* host)
+{
+    return pressButtonOnly() && settle(host);
 }
 
 bool releaseButton(Host* host)

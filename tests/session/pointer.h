@@ -15,6 +15,7 @@ void takeOverPointer();
 
 bool movePointer(Host* host, POINT screen);
 bool pressButton(Host* host);
+bool pressButtonOnly();  // for places where the system then retrieves nothing but mouse messages
 bool releaseButton(Host* host);
 void letGoOfButton();  // waits for nothing: there may be no window left to hear of it
 

@@ -7,8 +7,11 @@
 
 constexpr UINT RUN_CALL = WM_APP + 1;       // posted to the control window: call the entry
 constexpr UINT RUN_FUNCTION = WM_APP + 2;   // sent: lParam is a std::function<void()>*
-constexpr UINT IS_QUEUE_EMPTY = WM_APP + 3; // sent: answers 1 or 0
+constexpr UINT LOOK_AT_QUEUE = WM_APP + 3;  // posted: sets queueState
 constexpr UINT STOP_THREAD = WM_APP + 4;    // posted
+
+enum QueueState : LONG { QUEUE_UNKNOWN, QUEUE_EMPTY, QUEUE_BUSY };
+static volatile LONG queueState;
 
 static Host* currentHost;  // one host at a time in the test program
 
@@ -136,12 +139,18 @@ static void runCall(Host* host)
     InterlockedExchange(&host->running, 0);
 }
 
+static void lookAtQueue()
+{
+    const bool busy = HIWORD(GetQueueStatus(QS_INPUT | QS_POSTMESSAGE | QS_PAINT)) != 0;
+    InterlockedExchange(&queueState, busy ? QUEUE_BUSY : QUEUE_EMPTY);
+}
+
 static LRESULT CALLBACK controlProc(HWND window, UINT message, WPARAM wp, LPARAM lp)
 {
     switch (message) {
     case RUN_CALL:       runCall(currentHost); return 0;
     case RUN_FUNCTION:   (*(const std::function<void()>*)lp)(); return 0;
-    case IS_QUEUE_EMPTY: return HIWORD(GetQueueStatus(QS_INPUT | QS_POSTMESSAGE | QS_PAINT)) == 0;
+    case LOOK_AT_QUEUE:  lookAtQueue(); return 0;
     case STOP_THREAD:    PostQuitMessage(0); return 0;
     }
     return DefWindowProcA(window, message, wp, lp);
@@ -272,6 +281,16 @@ bool openSession(Host* host, const CallArguments& arguments)
                                                        !IsWindowEnabled(host->arguments.parent); });
 }
 
+static void printNewestMessages()
+{
+    const size_t count = seenCount();
+    printf("newest messages of the session's thread:\n");
+    for (const SeenMessage& seen : seenSince(count > 20 ? count - 20 : 0))
+        printf("  window %p (%s) message %u at (%d, %d) wParam %u, screen (%ld, %ld)%s\n", (void*)seen.window,
+               classOf(seen.window).c_str(), seen.message, (short)LOWORD(seen.lParam), (short)HIWORD(seen.lParam),
+               (unsigned)seen.wParam, seen.screen.x, seen.screen.y, seen.sent ? ", sent" : "");
+}
+
 bool waitUntil(const char* what, const std::function<bool()>& condition)
 {
     const DWORD start = GetTickCount();
@@ -279,6 +298,7 @@ bool waitUntil(const char* what, const std::function<bool()>& condition)
         if (GetTickCount() - start > WAIT_LIMIT_MS) {
             ADD_FAILURE() << "waited in vain for " << what;
             savePicture(what);
+            printNewestMessages();
             return false;
         }
         Sleep(1);
@@ -286,15 +306,17 @@ bool waitUntil(const char* what, const std::function<bool()>& condition)
     return true;
 }
 
-static bool isQueueEmpty(const Host& host)
-{
-    DWORD_PTR empty = 0;
-    return SendMessageTimeoutA(host.control, IS_QUEUE_EMPTY, 0, 0, SMTO_NORMAL, WAIT_LIMIT_MS, &empty) && empty;
-}
-
+// The question is posted: a sent one would also be answered in the middle of a handler that itself waits.
 bool settle(Host* host)
 {
-    return waitUntil("the session's queue to be empty", [&] { return isQueueEmpty(*host); });
+    InterlockedExchange(&queueState, QUEUE_BUSY);
+    return waitUntil("the session's queue to be empty", [&] {
+        if (queueState == QUEUE_BUSY) {
+            InterlockedExchange(&queueState, QUEUE_UNKNOWN);
+            PostMessageA(host->control, LOOK_AT_QUEUE, 0, 0);
+        }
+        return queueState == QUEUE_EMPTY;
+    });
 }
 
 void runOnHost(Host* host, const std::function<void()>& function)
