@@ -29,7 +29,9 @@ TEST_F(Economy, RestingPointerUsesLittleOfACore)
     ASSERT_TRUE(chooseBrush(&host, &replay));
     ASSERT_TRUE(movePointerOnCanvas(&host, 300, 300));
     ASSERT_TRUE(waitUntil("entering", [&] { return wasSeen(0, host.canvas, POINTER_ENTERED); }));
+    const size_t first = seenCount();
     const double load = loadWhileResting(host.thread);
+    EXPECT_FALSE(wasSeen(first, host.canvas, POINTER_LEFT)) << "the pointer was to rest on the canvas";
     printf("load while the pointer rests on the canvas: %.2f %% of a core\n", load * 100);
     EXPECT_LT(load, 0.02);
 }
