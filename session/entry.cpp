@@ -10,7 +10,7 @@
 
 // While the pointer rests on the canvas, its place is looked at this often (milliseconds). A message
 // that arrives ends the wait at once.
-constexpr DWORD POINTER_POLL_INTERVAL = 15;
+constexpr DWORD POINTER_POLL_INTERVAL = 40;
 
 static HGLOBAL sessionBlock;
 static volatile LONG sessionRunning;
@@ -115,13 +115,14 @@ static int callSession(HWND parent, SessionArguments& arguments)
     if (!startSession(moduleInstance)) return 0;
     const HWND dialog = CreateDialogParamA(moduleInstance, MAKEINTRESOURCEA(DIALOG_HOST), parent, hostDialogProc,
                                            (LPARAM)&arguments);
-    if (session->hostDialog && session->canvasWindow) {
+    const bool started = session->hostDialog && session->canvasWindow;
+    if (started) {
         runSession(parent);
     } else if (dialog) {
         DestroyWindow(dialog);  // before its class goes; posts no quit message, as no loop ran
     }
     endSession();
-    return sessionResult;
+    return started ? sessionResult : 0;  // a failed start does not repeat the Save of an earlier session
 }
 
 extern "C" int WINAPI entry(HWND parent, HGLOBAL image, RECT* dialogRect, POINT* palettePos)
