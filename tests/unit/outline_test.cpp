@@ -34,6 +34,7 @@ static void expectCrossings(const ReferenceCrossings& expected, const RowHead* t
     }
 }
 
+namespace {
 struct Picture {
     int width, height;
     std::vector<uint8_t> rows;
@@ -45,6 +46,7 @@ struct Picture {
     }
     BitsView view() { return bottomUpView(rows.data(), width, height, (ptrdiff_t)rowStride(width, 24)); }
 };
+} // namespace
 
 static void expectBounds(const ReferenceBounds& expected, const RowHead* table, PixelRect& rect)
 {
