@@ -6,6 +6,7 @@
 extern const BenchGroup colourKeys;
 extern const BenchGroup paintingKeys;
 extern const BenchGroup imageKeys;
+extern const BenchGroup selectionKeys;
 extern const BenchGroup yardstickKeys;
 
 // A new group is declared above and added here.
@@ -13,5 +14,6 @@ static const BenchGroup* const benchGroups[] = {
     &colourKeys,
     &paintingKeys,
     &imageKeys,
+    &selectionKeys,
     &yardstickKeys,
 };
