@@ -68,13 +68,15 @@ static ReferenceTrace referenceTrace(const ReferenceImage& mask, ReferencePoint 
     }
 }
 
+// '#' is black, 'o' inside by its blue byte only.
 static ReferenceImage maskOf(const std::vector<const char*>& rows)
 {
     ReferenceImage mask((int)strlen(rows[0]), (int)rows.size());
     for (int y = 0; y < mask.height; y++) {
         for (int x = 0; x < mask.width; x++) {
-            const uint8_t value = rows[(size_t)y][x] == '#' ? 0 : 255;
-            mask.set(x, y, {value, value, value});
+            const char cell = rows[(size_t)y][x];
+            const uint8_t value = cell == '#' ? 0 : 255;
+            mask.set(x, y, {cell == 'o' ? (uint8_t)0 : value, value, value});
         }
     }
     return mask;
@@ -126,6 +128,12 @@ TEST(MaskTrace, OnePixelHasNoOutline)
     EXPECT_EQ(TRACE_DEAD_END, trace(maskOf({"...", ".#.", "..."}), {0, 0}).result);
     EXPECT_EQ(TRACE_DEAD_END, trace(maskOf({"#"}), {0, 0}).result);
     EXPECT_EQ(TRACE_EMPTY, trace(maskOf({"..", ".."}), {0, 0}).result);
+}
+
+// The start is the first black pixel; a pixel above it that only the walk takes for inside leads away for good.
+TEST(MaskTrace, WalkThatNeverComesBackIsGivenUp)
+{
+    EXPECT_EQ(TRACE_ENDLESS, trace(maskOf({".o##..#", "#.#.o##", "#####.#", ".##.#o."}), {0, 0}).result);
 }
 
 TEST(MaskTrace, LineOfOnePixelIsWalkedThereAndBack)
