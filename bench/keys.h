@@ -7,6 +7,7 @@ extern const BenchGroup colourKeys;
 extern const BenchGroup paintingKeys;
 extern const BenchGroup imageKeys;
 extern const BenchGroup selectionKeys;
+extern const BenchGroup fileKeys;
 extern const BenchGroup yardstickKeys;
 
 // A new group is declared above and added here.
@@ -15,5 +16,6 @@ static const BenchGroup* const benchGroups[] = {
     &paintingKeys,
     &imageKeys,
     &selectionKeys,
+    &fileKeys,
     &yardstickKeys,
 };
