@@ -1,4 +1,4 @@
-// A picture of the whole screen, or where the system gives none, of nothing: for a look after a failure.
+// A picture of the whole screen, for a look after a failure.
 #pragma once
 
 #include <string>
