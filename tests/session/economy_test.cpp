@@ -8,7 +8,7 @@ static ULONGLONG threadTime(HANDLE thread)
     FILETIME created, exited, kernel, user;
     GetThreadTimes(thread, &created, &exited, &kernel, &user);
     return (((ULONGLONG)kernel.dwHighDateTime << 32) | kernel.dwLowDateTime) +
-           (((ULONGLONG)user.dwHighDateTime << 32) | user.dwLowDateTime);  // units of 100 ns
+           (((ULONGLONG)user.dwHighDateTime << 32) | user.dwLowDateTime); // units of 100 ns
 }
 
 // The one sleep that is no wait for a condition: it is the time over which is measured.
@@ -66,13 +66,15 @@ static void runOneSession(SessionTest* test, int number)
     ASSERT_TRUE(drawStroke(&test->host, {{30, 30}, {90, 70}}));
     ASSERT_TRUE(drawStroke(&test->host, {{90, 30}, {30, 70}}));
     ASSERT_TRUE(clickControl(&test->host, 118));
-    if (number & 1) test->saveAndCheck();
-    else test->closeAndCheck(replay.before);
+    if (number & 1)
+        test->saveAndCheck();
+    else
+        test->closeAndCheck(replay.before);
 }
 
 TEST_F(Economy, FortySessionsLeaveNothingBehind)
 {
-    for (int i = 0; i < 4; ++i)  // the system fills caches of its own at first
+    for (int i = 0; i < 4; ++i) // the system fills caches of its own at first
         runOneSession(this, i);
     const int memoryBefore = freeMemoryHandles(), graphicsBefore = freeGraphicsHandles();
     for (int i = 0; i < 40; ++i)

@@ -16,7 +16,7 @@ static void fillPhoto(uint8_t* rows, size_t stride, int width, int height, uint3
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             uint8_t* pixel = rows + stride * (size_t)y + (size_t)x * 3;
-            const int shade = ((x / 24 + y / 17) & 1) ? 40 : 0;  // hard edges between soft gradients
+            const int shade = ((x / 24 + y / 17) & 1) ? 40 : 0; // hard edges between soft gradients
             const uint32_t noise = nextRandom(&state);
             pixel[0] = (uint8_t)(x * 190 / width + shade + (noise & 15));
             pixel[1] = (uint8_t)(y * 190 / height + shade + ((noise >> 8) & 15));
@@ -50,8 +50,10 @@ HostImage makePhoto(int width, int height, uint32_t seed, int bitCount)
     uint8_t* colours = bytes + sizeof *header;
     for (size_t i = 0; i < table; ++i)
         colours[i] = (i & 3) == 3 ? 0 : (uint8_t)(i / 4);
-    if (bitCount == 24) fillPhoto(colours + table, stride, width, height, seed);
-    else fillAnything(colours + table, stride * (size_t)height, seed);
+    if (bitCount == 24)
+        fillPhoto(colours + table, stride, width, height, seed);
+    else
+        fillAnything(colours + table, stride * (size_t)height, seed);
     GlobalUnlock(image.block);
     return image;
 }

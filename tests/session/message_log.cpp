@@ -1,7 +1,7 @@
 #include "tests/session/message_log.h"
 
 static SRWLOCK lock = SRWLOCK_INIT;
-static std::vector<SeenMessage>* log;  // on the heap: outlives the thread's last message
+static std::vector<SeenMessage>* log; // on the heap: outlives the thread's last message
 static HHOOK retrievedHook, sentHook;
 
 // Sent messages worth keeping; all others would only fill the log.

@@ -33,8 +33,8 @@ TEST_F(Palette, OpensWithTheDefaults)
 TEST_F(Palette, HasEveryControl)
 {
     ASSERT_TRUE(open());
-    static const int ids[] = {2,   8,   114, 116, 117, 118, 119, 120, 121, 122, 123, 124, 154,
-                              190, 191, 200, 202, 204, 206, 208, 209, 212, 213, 214};
+    static const int ids[] = {2,   8,   114, 116, 117, 118, 119, 120, 121, 122, 123, 124,
+                              154, 190, 191, 200, 202, 204, 206, 208, 209, 212, 213, 214};
     for (int id : ids)
         EXPECT_NE(nullptr, GetDlgItem(host.palette, id)) << id;
     EXPECT_EQ(nullptr, GetDlgItem(host.palette, 115));

@@ -19,7 +19,7 @@ static LONG absoluteUnits(LONG pixel, int screenSize)
     return (LONG)(((LONGLONG)pixel * 65536 + screenSize - 1) / screenSize);
 }
 
-static POINT pointerPlace = {-1, -1};  // where the last move went; a move to the same place is no input
+static POINT pointerPlace = {-1, -1}; // where the last move went; a move to the same place is no input
 
 static void sendMove(POINT screen)
 {
@@ -122,7 +122,7 @@ bool releaseButton(Host* host)
     const size_t first = seenCount();
     sendMouse(MOUSEEVENTF_LEFTUP);
     const bool ok = waitUntil("the release to be retrieved", [&] {
-        return buttonSeen(first, releases, 2) || !host->running;  // a release may end the session
+        return buttonSeen(first, releases, 2) || !host->running; // a release may end the session
     });
     return ok && settle(host);
 }
@@ -186,11 +186,14 @@ bool clickScrollBar(Host* host, int id, int step)
     const size_t first = seenCount();
     const UINT scroll = (GetWindowLongA(GetDlgItem(host->palette, id), GWL_STYLE) & SBS_VERT) ? WM_VSCROLL : WM_HSCROLL;
     const bool pressed = pressButton(host);
-    return releaseButton(host) && pressed && waitUntil("the scroll bar's end message", [&] {
-               for (const SeenMessage& seen : seenSince(first))
-                   if (seen.message == scroll && LOWORD(seen.wParam) == SB_ENDSCROLL) return true;
-               return false;
-           }) && settle(host);
+    return releaseButton(host) && pressed &&
+           waitUntil("the scroll bar's end message",
+                     [&] {
+                         for (const SeenMessage& seen : seenSince(first))
+                             if (seen.message == scroll && LOWORD(seen.wParam) == SB_ENDSCROLL) return true;
+                         return false;
+                     }) &&
+           settle(host);
 }
 
 int scrollPosition(const Host& host, int id)

@@ -5,15 +5,15 @@
 #include "tests/session/message_log.h"
 #include "tests/session/screen_picture.h"
 
-constexpr UINT RUN_CALL = WM_APP + 1;       // posted to the control window: call the entry
-constexpr UINT RUN_FUNCTION = WM_APP + 2;   // sent: lParam is a std::function<void()>*
-constexpr UINT LOOK_AT_QUEUE = WM_APP + 3;  // posted: sets queueState
-constexpr UINT STOP_THREAD = WM_APP + 4;    // posted
+constexpr UINT RUN_CALL = WM_APP + 1;      // posted to the control window: call the entry
+constexpr UINT RUN_FUNCTION = WM_APP + 2;  // sent: lParam is a std::function<void()>*
+constexpr UINT LOOK_AT_QUEUE = WM_APP + 3; // posted: sets queueState
+constexpr UINT STOP_THREAD = WM_APP + 4;   // posted
 
 enum QueueState : LONG { QUEUE_UNKNOWN, QUEUE_EMPTY, QUEUE_BUSY };
 static volatile LONG queueState;
 
-static Host* currentHost;  // one host at a time in the test program
+static Host* currentHost; // one host at a time in the test program
 
 // Files of the library's directory.
 static const char* const libraryFiles[] = {"KOVRTCH32.dll", "KOVCTRL32.dll"};
@@ -31,8 +31,8 @@ bool loadLibrary(Library* library)
     static unsigned number;
     char temp[MAX_PATH];
     GetTempPathA(sizeof temp, temp);
-    library->directory = std::string(temp) + "retouch-" + std::to_string(GetCurrentProcessId()) + "-" +
-                         std::to_string(++number) + "\\";
+    library->directory =
+        std::string(temp) + "retouch-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number) + "\\";
     CreateDirectoryA(library->directory.c_str(), nullptr);
     for (const char* file : libraryFiles)
         if (!CopyFileA((programDirectory() + file).c_str(), (library->directory + file).c_str(), FALSE)) {
@@ -40,14 +40,13 @@ bool loadLibrary(Library* library)
             return false;
         }
     // The altered search path finds the control library in the same directory, not beside the test program.
-    library->module = LoadLibraryExA((library->directory + libraryFiles[0]).c_str(), nullptr,
-                                     LOAD_WITH_ALTERED_SEARCH_PATH);
+    library->module =
+        LoadLibraryExA((library->directory + libraryFiles[0]).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (!library->module) {
         ADD_FAILURE() << "the library cannot be loaded, error " << GetLastError();
         return false;
     }
-    library->entry =
-        (RetouchEntry)(void*)GetProcAddress(library->module, MAKEINTRESOURCEA(KOVRTCH32_ENTRY_ORDINAL));
+    library->entry = (RetouchEntry)(void*)GetProcAddress(library->module, MAKEINTRESOURCEA(KOVRTCH32_ENTRY_ORDINAL));
     EXPECT_NE(nullptr, library->entry);
     return library->entry != nullptr;
 }
@@ -117,8 +116,7 @@ static int callEntry(const Host& host)
     const CallArguments& with = host.arguments;
 #if defined(__i386__)
     if (with.stackOffset) {
-        const RawCall call = {{with.parent, with.image, with.dialogRect, with.palettePos},
-                              (void*)host.library->entry};
+        const RawCall call = {{with.parent, with.image, with.dialogRect, with.palettePos}, (void*)host.library->entry};
         return callWithStackOffset(&call, with.stackOffset);
     }
 #endif
@@ -148,10 +146,18 @@ static void lookAtQueue()
 static LRESULT CALLBACK controlProc(HWND window, UINT message, WPARAM wp, LPARAM lp)
 {
     switch (message) {
-    case RUN_CALL:       runCall(currentHost); return 0;
-    case RUN_FUNCTION:   (*(const std::function<void()>*)lp)(); return 0;
-    case LOOK_AT_QUEUE:  lookAtQueue(); return 0;
-    case STOP_THREAD:    PostQuitMessage(0); return 0;
+    case RUN_CALL:
+        runCall(currentHost);
+        return 0;
+    case RUN_FUNCTION:
+        (*(const std::function<void()>*)lp)();
+        return 0;
+    case LOOK_AT_QUEUE:
+        lookAtQueue();
+        return 0;
+    case STOP_THREAD:
+        PostQuitMessage(0);
+        return 0;
     }
     return DefWindowProcA(window, message, wp, lp);
 }
@@ -172,8 +178,7 @@ static void makeHostWindows(Host* host)
     plain.lpszClassName = "RetouchTestHost";
     RegisterClassA(&plain);
 
-    host->control =
-        CreateWindowA("RetouchTestControl", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, program, nullptr);
+    host->control = CreateWindowA("RetouchTestControl", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, program, nullptr);
     host->parent = CreateWindowA("RetouchTestHost", "Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 1200, 950, 300, 200,
                                  nullptr, nullptr, program, nullptr);
 }
@@ -269,16 +274,15 @@ bool callAndReturn(Host* host, const CallArguments& arguments)
 bool openSession(Host* host, const CallArguments& arguments)
 {
     beginCall(host, arguments);
-    const bool open =
-        waitUntil("the session's windows to open", [&] { return sessionIsOpen(host) || !host->running; });
+    const bool open = waitUntil("the session's windows to open", [&] { return sessionIsOpen(host) || !host->running; });
     if (open && !host->running) {
         ADD_FAILURE() << "the entry returned " << host->outcome.result << " without opening a session";
         return false;
     }
     // The parent is disabled last, just before the loop starts.
-    return open && settle(host) &&
-           waitUntil("the loop to start", [&] { return !IsWindow(host->arguments.parent) ||
-                                                       !IsWindowEnabled(host->arguments.parent); });
+    return open && settle(host) && waitUntil("the loop to start", [&] {
+               return !IsWindow(host->arguments.parent) || !IsWindowEnabled(host->arguments.parent);
+           });
 }
 
 static void printNewestMessages()

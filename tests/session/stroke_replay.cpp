@@ -90,16 +90,24 @@ static void onMove(StrokeReplay* replay, WPARAM wp, LPARAM lp)
         replay->strokePoint = toImage(*replay, lp);
         paintSegment(replay, replay->strokePoint, previous);
     }
-    replay->pointerInside = true;  // counts from the next message on
+    replay->pointerInside = true; // counts from the next message on
 }
 
 static void replayMessage(StrokeReplay* replay, const SeenMessage& seen)
 {
     switch (seen.message) {
-    case WM_LBUTTONDOWN: onPress(replay, seen.lParam); break;
-    case WM_MOUSEMOVE:   onMove(replay, seen.wParam, seen.lParam); break;
-    case WM_LBUTTONUP:   replay->strokePoint = toImage(*replay, seen.lParam); break;
-    case POINTER_LEFT:   replay->pointerInside = false; break;
+    case WM_LBUTTONDOWN:
+        onPress(replay, seen.lParam);
+        break;
+    case WM_MOUSEMOVE:
+        onMove(replay, seen.wParam, seen.lParam);
+        break;
+    case WM_LBUTTONUP:
+        replay->strokePoint = toImage(*replay, seen.lParam);
+        break;
+    case POINTER_LEFT:
+        replay->pointerInside = false;
+        break;
     }
 }
 
@@ -138,8 +146,7 @@ static void reportDifference(const StrokeReplay& replay, const std::vector<uint8
                 ADD_FAILURE() << "pixel (" << x << ", " << y << ") was " << (int)replay.before[at] << ' '
                               << (int)replay.before[at + 1] << ' ' << (int)replay.before[at + 2] << ", should be "
                               << (int)expected[at] << ' ' << (int)expected[at + 1] << ' ' << (int)expected[at + 2]
-                              << ", is " << (int)actual[at] << ' ' << (int)actual[at + 1] << ' '
-                              << (int)actual[at + 2];
+                              << ", is " << (int)actual[at] << ' ' << (int)actual[at + 1] << ' ' << (int)actual[at + 2];
         }
     ADD_FAILURE() << wrong << " pixels differ (0: header, padding or guard)";
     for (const SeenMessage& seen : seenSince(0))

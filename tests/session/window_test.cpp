@@ -61,7 +61,8 @@ TEST_F(EditingWindow, OccupiesTheRectangleOfTheCall)
     usePhoto(300, 200, 450, 300);
     ASSERT_TRUE(open());
     const RECT rect = windowRect();
-    EXPECT_TRUE(EqualRect(&dialogRect, &rect)) << rect.left << ' ' << rect.top << ' ' << rect.right << ' ' << rect.bottom;
+    EXPECT_TRUE(EqualRect(&dialogRect, &rect))
+        << rect.left << ' ' << rect.top << ' ' << rect.right << ' ' << rect.bottom;
     EXPECT_EQ(450, clientSize().cx);
     EXPECT_EQ(300, clientSize().cy);
     expectCanvasFillsClient();
@@ -79,7 +80,8 @@ TEST_F(EditingWindow, RectangleTooSmallGivesTheImagesSize)
 {
     const int frameX = 2 * GetSystemMetrics(SM_CXFRAME);
     const int frameY = 2 * GetSystemMetrics(SM_CYFRAME) + GetSystemMetrics(SM_CYCAPTION);
-    const RECT tooSmall[] = {{70, 60, 70 + frameX, 400}, {70, 60, 500, 60 + frameY}, {70, 60, 70, 60}, {500, 400, 70, 60}};
+    const RECT tooSmall[] = {
+        {70, 60, 70 + frameX, 400}, {70, 60, 500, 60 + frameY}, {70, 60, 70, 60}, {500, 400, 70, 60}};
     for (const RECT& rect : tooSmall) {
         dialogRect = rect;
         ASSERT_TRUE(open());
