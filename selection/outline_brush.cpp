@@ -184,8 +184,8 @@ static PointList reshapePartly(const PointList& all, const BrushDab& dab, PixelR
     return replaceRuns(all, dab, canvas, longestArc(all, dab));
 }
 
-BrushResult reshapeOutline(const PixelPoint* points, int count, BrushDab dab, PixelRect canvas,
-                           PixelPoint*& reshaped, int& reshapedCount)
+BrushResult reshapeOutline(const PixelPoint* points, int count, BrushDab dab, PixelRect canvas, PixelPoint*& reshaped,
+                           int& reshapedCount)
 {
     reshaped = nullptr;
     reshapedCount = 0;

@@ -10,9 +10,9 @@
 #include "selection/outline.h"
 
 enum BrushResult {
-    BRUSH_MISSED,    // no point inside the circle: nothing to do
-    BRUSH_RESHAPED,  // there is a new outline
-    BRUSH_CLEARED,   // all points inside and cut away: nothing of the selection is left
+    BRUSH_MISSED,   // no point inside the circle: nothing to do
+    BRUSH_RESHAPED, // there is a new outline
+    BRUSH_CLEARED,  // all points inside and cut away: nothing of the selection is left
     BRUSH_NO_MEMORY,
 };
 
@@ -25,5 +25,5 @@ struct BrushDab {
 // Makes the points of the reshaped outline, whose neighbours may lie apart: replay them. New points are
 // clamped to the canvas as pointer positions are. On BRUSH_RESHAPED the caller owns `reshaped`
 // (freeOutlinePoints); else it is null and the count 0.
-BrushResult reshapeOutline(const PixelPoint* points, int count, BrushDab dab, PixelRect canvas,
-                           PixelPoint*& reshaped, int& reshapedCount);
+BrushResult reshapeOutline(const PixelPoint* points, int count, BrushDab dab, PixelRect canvas, PixelPoint*& reshaped,
+                           int& reshapedCount);

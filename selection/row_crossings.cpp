@@ -13,8 +13,8 @@ struct NodeBlock {
 // Lies before head 0.
 struct TableHeader {
     NodeBlock* blocks;
-    RowHead* spare;   // cancelled nodes
-    RowHead** hints;  // per head: where a search may begin. Never a node that has been cancelled
+    RowHead* spare;  // cancelled nodes
+    RowHead** hints; // per head: where a search may begin. Never a node that has been cancelled
     int rowCount;
 };
 

@@ -213,15 +213,24 @@ struct DraggedSides {
 static DraggedSides draggedSides(int hit)
 {
     switch (hit) {
-    case HIT_LEFT_EDGE: return {true, false, false, false};
-    case HIT_RIGHT_EDGE: return {false, false, true, false};
-    case HIT_TOP_EDGE: return {false, true, false, false};
-    case HIT_BOTTOM_EDGE: return {false, false, false, true};
-    case HIT_TOP_LEFT: return {true, true, false, false};
-    case HIT_TOP_RIGHT: return {false, true, true, false};
-    case HIT_BOTTOM_LEFT: return {true, false, false, true};
-    case HIT_BOTTOM_RIGHT: return {false, false, true, true};
-    default: return {false, false, false, false};
+    case HIT_LEFT_EDGE:
+        return {true, false, false, false};
+    case HIT_RIGHT_EDGE:
+        return {false, false, true, false};
+    case HIT_TOP_EDGE:
+        return {false, true, false, false};
+    case HIT_BOTTOM_EDGE:
+        return {false, false, false, true};
+    case HIT_TOP_LEFT:
+        return {true, true, false, false};
+    case HIT_TOP_RIGHT:
+        return {false, true, true, false};
+    case HIT_BOTTOM_LEFT:
+        return {true, false, false, true};
+    case HIT_BOTTOM_RIGHT:
+        return {false, false, true, true};
+    default:
+        return {false, false, false, false};
     }
 }
 
@@ -229,8 +238,12 @@ PixelPoint bandGrabOffset(PixelRect band, int hit, PixelPoint pointer)
 {
     if (hit == HIT_INSIDE) return PixelPoint{pointer.x - band.left, pointer.y - band.top};
     const DraggedSides sides = draggedSides(hit);
-    return PixelPoint{sides.left ? pointer.x - band.left : sides.right ? pointer.x - band.right : 0,
-                      sides.top ? pointer.y - band.top : sides.bottom ? pointer.y - band.bottom : 0};
+    return PixelPoint{sides.left    ? pointer.x - band.left
+                      : sides.right ? pointer.x - band.right
+                                    : 0,
+                      sides.top      ? pointer.y - band.top
+                      : sides.bottom ? pointer.y - band.bottom
+                                     : 0};
 }
 
 // How far the band stays from the client rectangle's sides.

@@ -45,7 +45,9 @@ static ReferenceTrace referenceTrace(const ReferenceImage& mask, ReferencePoint 
         }
     }
     if (startX < 0) return {TRACE_EMPTY, {}};
-    const auto place = [&](int column, int stored) { return ReferencePoint{origin.x + column, origin.y + h - 1 - stored}; };
+    const auto place = [&](int column, int stored) {
+        return ReferencePoint{origin.x + column, origin.y + h - 1 - stored};
+    };
     std::vector<ReferencePoint> points = {place(startX, startUp)};
     std::set<std::tuple<int, int, int>> seen;
     int x = startX, up = startUp, last = 3;

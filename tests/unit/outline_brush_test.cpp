@@ -72,7 +72,8 @@ static Reshaped reshape(const std::vector<ReferencePoint>& given, BrushDab dab)
 
 // Inside the circle everything is selected, or nothing; outside of it nothing changes. Left out is the
 // rim, where the arc is rounded to pixels.
-static void expectDisk(const std::vector<ReferencePoint>& before, const std::vector<ReferencePoint>& after, BrushDab dab)
+static void expectDisk(const std::vector<ReferencePoint>& before, const std::vector<ReferencePoint>& after,
+                       BrushDab dab)
 {
     const std::vector<std::vector<bool>> old = regionOf(before), now = regionOf(after);
     for (int y = 0; y < size; y++) {
@@ -128,7 +129,8 @@ TEST(OutlineBrush, CircleBetweenTwoPointsIsFound)
 TEST(OutlineBrush, GapBetweenTwoPartsIsFilledOrWidened)
 {
     // A comb: the circle meets four edges and lies over two teeth and the gap between them.
-    const std::vector<ReferencePoint> comb = {{20, 100}, {20, 20}, {60, 20}, {60, 80}, {72, 80}, {72, 20}, {110, 20}, {110, 100}};
+    const std::vector<ReferencePoint> comb = {{20, 100}, {20, 20}, {60, 20},  {60, 80},
+                                              {72, 80},  {72, 20}, {110, 20}, {110, 100}};
     for (bool adds : {true, false}) {
         const BrushDab dab = {{64, 50}, 20, adds};
         const Reshaped reshaped = reshape(comb, dab);
@@ -145,8 +147,10 @@ TEST(OutlineBrush, RandomOutlinesGainOrLoseTheWholeDisk)
         const std::vector<ReferencePoint> region = randomOutline(random, n % 3, size, size, 3 + n % 40);
         const int radius = 2 + (int)(random() % 23);
         const int room = size - 2 * radius - 4;
-        const BrushDab dab = {{radius + 2 + (int)(random() % (unsigned)room), radius + 2 + (int)(random() % (unsigned)room)},
-                              radius, random() % 2 == 0};
+        const BrushDab dab = {
+            {radius + 2 + (int)(random() % (unsigned)room), radius + 2 + (int)(random() % (unsigned)room)},
+            radius,
+            random() % 2 == 0};
         const Reshaped reshaped = reshape(region, dab);
         if (reshaped.result != BRUSH_RESHAPED) continue;
         reshapedCount++;

@@ -78,10 +78,10 @@ TEST(Outline, RandomOutlinesMatchTheReference)
     std::mt19937 random(71);
     for (int n = 0; n < 600; n++) {
         const int width = 4 + (int)(random() % 60), height = 4 + (int)(random() % 60);
-        const std::vector<ReferencePoint> given =
-            randomOutline(random, n, width, height, 1 + (int)(random() % 80));
+        const std::vector<ReferencePoint> given = randomOutline(random, n, width, height, 1 + (int)(random() % 80));
         // Most are released where they were dragged to; some jump at the last moment.
-        const ReferencePoint release = n % 5 ? given.back() : ReferencePoint{1, 1 + (int)(random() % (unsigned)(height - 2))};
+        const ReferencePoint release =
+            n % 5 ? given.back() : ReferencePoint{1, 1 + (int)(random() % (unsigned)(height - 2))};
         const ReferenceOutline expected = referenceOutline(height, width, given, release);
         Outline outline = {};
         ASSERT_TRUE(startOutline(outline, height, PixelPoint{given[0].x, given[0].y}));
@@ -91,8 +91,7 @@ TEST(Outline, RandomOutlinesMatchTheReference)
         ASSERT_FALSE(outline.incomplete);
         ASSERT_EQ(expected.points, pointsOf(outline)) << "outline " << n;
         ASSERT_NO_FATAL_FAILURE(expectCrossings(expected.crossings, outline.crossings));
-        ASSERT_NO_FATAL_FAILURE(
-            expectImages(expected, outline.crossings, randomReference(random, width, height)));
+        ASSERT_NO_FATAL_FAILURE(expectImages(expected, outline.crossings, randomReference(random, width, height)));
         freeOutline(outline);
     }
 }

@@ -261,7 +261,8 @@ TEST(SelectionTransform, FullTurnOfPixelsIsACopy)
     std::mt19937 random(54);
     std::vector<PixelPoint> points;
     Floating a = {{}, ReferenceImage(0, 0), ReferenceImage(0, 0)};
-    while (!makeFloating(random, 0, 50, points, a)) {}
+    while (!makeFloating(random, 0, 50, points, a)) {
+    }
     Picture target(a.pixels.width, a.pixels.height), source(a.pixels), mask(a.mask);
     turnPixels(PlacedImage{target.view(), mask.view(), a.rect}, PlacedImage{source.view(), mask.view(), a.rect},
                turnAbout(boxOfPoints(points.data(), (int)points.size()), 0));
