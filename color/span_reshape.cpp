@@ -14,15 +14,20 @@ static bool isCrossing(int x)
     return x != 0 && x < NO_CROSSING;
 }
 
-static bool firstUsablePair(const SpanTable& table, int row, Span* pair)
+static bool usablePair(const RowSpans& spans, int index, Span* pair)
 {
-    if (row < 0 || row >= table.rowCount) return false;
-    const RowSpans& spans = table.rows[row];
-    for (int i = 0; i + 1 < spans.count; i += 2) {
-        if (isCrossing(spans.crossings[i]) && isCrossing(spans.crossings[i + 1])) {
-            *pair = Span{spans.crossings[i], spans.crossings[i + 1]};
-            return true;
-        }
+    const int entry = spans.crossings[2 * index], exit = spans.crossings[2 * index + 1];
+    *pair = Span{entry, exit};
+    return isCrossing(entry) && isCrossing(exit);
+}
+
+// Rows with equally many spans belong together span by span; otherwise the first usable one serves all.
+static bool pairForSpan(const RowSpans& from, const RowSpans& onto, int index, Span* pair)
+{
+    const int pairs = from.count / 2;
+    if (pairs == onto.count / 2 && usablePair(from, index, pair)) return true;
+    for (int i = 0; i < pairs; ++i) {
+        if (usablePair(from, i, pair)) return true;
     }
     return false;
 }
@@ -31,7 +36,8 @@ static int sourceRowFor(int row, const PixelRect& source, const PixelRect& targe
 {
     const double sourceHeight = source.bottom - source.top;
     const double targetHeight = target.bottom - target.top;
-    return (int)((source.top + 1) + (row - (target.top + 1)) * sourceHeight / targetHeight);
+    const int sourceRow = (int)((source.top + 1) + (row - (target.top + 1)) * sourceHeight / targetHeight);
+    return std::max(source.top, std::min(sourceRow, source.bottom - 1));
 }
 
 // Source columns per target column. The last pixel of one span meets the last pixel of the other, which
@@ -78,16 +84,18 @@ static void reshapeRow(const MaskedPixels& source, const MaskedPixels& target, c
     const int sourceRow = sourceRowFor(imageRow, sourceOutline.rect, targetOutline.rect);
     // Stored rows count from the rectangle's bottom.
     const int sourceY = source.pixels.height - 1 - (sourceOutline.rect.bottom - 1 - sourceRow);
-    Span from;
     if (sourceY < 0 || sourceY >= source.pixels.height) return;
-    if (!firstUsablePair(sourceOutline.spans, sourceRow, &from)) return;
+    if (sourceRow < 0 || sourceRow >= sourceOutline.spans.rowCount) return;
+    const RowSpans& fromSpans = sourceOutline.spans.rows[sourceRow];
 
     const RowPair rows = {rowOf(source.pixels, sourceY), rowOf(source.mask, sourceY), rowOf(target.pixels, targetY),
                           rowOf(target.mask, targetY),   sourceOutline.rect.left,     source.pixels.width,
                           targetOutline.rect.left,       target.pixels.width};
     const RowSpans& spans = targetOutline.spans.rows[imageRow];
-    for (int i = 0; i + 1 < spans.count; i += 2) {
-        stretchSpan(rows, from, Span{spans.crossings[i], spans.crossings[i + 1]});
+    for (int i = 0; 2 * i + 1 < spans.count; ++i) {
+        Span from;
+        if (!pairForSpan(fromSpans, spans, i, &from)) continue;
+        stretchSpan(rows, from, Span{spans.crossings[2 * i], spans.crossings[2 * i + 1]});
     }
 }
 

@@ -23,8 +23,9 @@ struct SpanOutline {
 };
 
 // Redraws the target row by row. Every row of its mask is first set to outside (all bytes 255, padding
-// too); then each target span is filled by stretching over it the first usable pair of the matching
-// source row, pixels and mask alike: always the first one, also for a row's second and third span.
+// too); then each target span is filled by stretching over it a span of the matching source row (kept
+// inside the source's rectangle), pixels and mask alike: the k-th goes to the k-th where both rows have
+// equally many and it is usable, else the first usable one serves.
 // A pair is usable when both values are neither 0 nor 32766 and above. A span whose source row has no
 // usable pair stays outside. Target pixels outside all spans, and columns and rows that fall outside
 // either image, keep their bytes.

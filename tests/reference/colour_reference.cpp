@@ -177,7 +177,9 @@ void reshapeSpans(const Image& source, const Image& sourceMask, Image& target, I
     const int stride = strideOf(target.width);
     for (int y = target.height - 1; y >= 0; --y) {
         const int row = targetRect.bottom - 1 - y;
-        const int sr = (int)((double)(sourceRect.top + 1) + (double)(row - (targetRect.top + 1)) * SH / TH);
+        int sr = (int)((double)(sourceRect.top + 1) + (double)(row - (targetRect.top + 1)) * SH / TH);
+        if (sr > sourceRect.bottom - 1) sr = sourceRect.bottom - 1;
+        if (sr < sourceRect.top) sr = sourceRect.top;
         const int sy = sourceRect.bottom - 1 - sr;
         for (int i = 0; i < stride; ++i)
             targetMask.bytes[(size_t)y * stride + i] = 255;
@@ -190,7 +192,11 @@ void reshapeSpans(const Image& source, const Image& sourceMask, Image& target, I
             int a1 = sourceRect.left + (x1 - targetRect.left) * SW / TW;
             if (sr >= 0 && sr < (int)sourceCrossings.size()) {
                 const std::vector<int>& from = sourceCrossings[sr];
-                for (size_t p = 0; p + 1 < from.size() && !found; p += 2) {
+                std::vector<size_t> order;  // the span's own pair first, when the rows match
+                if (from.size() / 2 == spans.size() / 2) order.push_back(s);
+                for (size_t p = 0; p + 1 < from.size(); p += 2) order.push_back(p);
+                for (size_t p : order) {
+                    if (found) break;
                     if (from[p] != 0 && from[p] < 32766 && from[p + 1] != 0 && from[p + 1] < 32766) {
                         a0 = from[p];
                         a1 = from[p + 1];

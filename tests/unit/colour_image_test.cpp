@@ -293,10 +293,17 @@ TEST(ReshapeSpans, StretchesTheSpanSoThatItsEndsMeet)
     EXPECT_EQ((std::vector<int>{255, 0, 0, 0, 0, 0, 0, 0, 255}), blues(c.targetMask));
 }
 
-TEST(ReshapeSpans, EverySpanOfARowTakesTheFirstSourcePair)
+TEST(ReshapeSpans, RowsWithEquallyManySpansBelongTogetherSpanBySpan)
 {
     SelectionCase c = countedRow(6, 6);
     reshape(c, oneRow({1, 3, 4, 6}, 1, 7), oneRow({1, 3, 4, 6}, 1, 7));
+    EXPECT_EQ((std::vector<int>{1, 2, 0xEE, 4, 5, 0xEE}), blues(c.target));
+}
+
+TEST(ReshapeSpans, OtherwiseEverySpanOfARowTakesTheFirstSourcePair)
+{
+    SelectionCase c = countedRow(6, 6);
+    reshape(c, oneRow({1, 3}, 1, 7), oneRow({1, 3, 4, 6}, 1, 7));
     EXPECT_EQ((std::vector<int>{1, 2, 0xEE, 1, 2, 0xEE}), blues(c.target));
 }
 
