@@ -72,6 +72,7 @@ LRESULT onPaint(HWND canvas)
 {
     hideOutline(canvas);
     const RECT box = updateBox(canvas);
+    InvalidateRect(canvas, &box, FALSE);  // the image is drawn over the whole box, so the overlays must be, too
     PAINTSTRUCT paint;
     const HDC dc = BeginPaint(canvas, &paint);
     const HGLOBAL image = imageOf(canvas);
