@@ -1,15 +1,140 @@
+// Routes from the canvas: drawing an outline, and clicks on the frame.
 #include "selection/selection.h"
 
-void pressSelection(HWND, POINT) {}
-void moveSelectionPointer(HWND, POINT) {}
-void releaseSelection(HWND, POINT) {}
-void pressOutlineBrush(HWND, POINT) {}
-void releaseOutlineBrush(HWND) {}
-void drawSelection(HDC) {}
+#include "canvas/canvas_coordinates.h"
+#include "image/packed_bitmap.h"
+#include "selection/selection_operations.h"
+#include "selection/selection_state.h"
+#include "selection/selection_tracking.h"
+#include "session/module_state.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+#include "resources/resource_ids.h"  // last: its names are macros
 
-bool setSelectionCursor(HWND)
+namespace {
+
+int hitTest(POINT at)
 {
-    return false;
+    return hitTestFrame(pixelRectOf(session->frameInnerRect), pixelRectOf(session->frameOuterRect), frameButtons(),
+                        frameBand(), {(int)at.x, (int)at.y});
 }
 
-void clearSelection() {}
+// ---- the outline while it is drawn
+
+void startDrawing(HWND canvas, POINT at)
+{
+    clearSelection();
+    session->rowCount = bitmapHeight(editedImage());
+    const PixelPoint first = clampToCanvas({(int)at.x, (int)at.y}, pixelRectOf(canvasArea(canvas)));
+    Outline outline = {};
+    if (session->rowCount < 1 || !startOutline(outline, session->rowCount, first)) return;
+    putOutline(outline);
+    session->selectionRect = {first.x, first.y, first.x, first.y};
+}
+
+bool drawingRuns()
+{
+    return session->rowCrossings && !session->selectionActive;
+}
+
+void continueDrawing(HWND canvas, POINT at)
+{
+    const PixelPoint point = clampOutlinePoint({(int)at.x, (int)at.y}, pixelRectOf(canvasArea(canvas)));
+    Outline outline = takeOutline();
+    if (point.x == outline.last.x && point.y == outline.last.y) return;
+    extendOutline(outline, point);
+    putOutline(outline);
+    showSelection(canvas);
+}
+
+void finishDrawing(HWND canvas, POINT at)
+{
+    Outline outline = takeOutline();
+    if (at.x != outline.start.x || at.y != outline.start.y) {
+        closeOutline(outline, clampOutlinePoint({(int)at.x, (int)at.y}, pixelRectOf(canvasArea(canvas))));
+    }
+    putOutline(outline);
+    if (!floatOutline()) return clearSelection();
+    session->selectionActive = 1;
+    redrawSelection();
+}
+
+// ---- cursors over the frame
+
+struct HitCursor {
+    int hit;
+    LPCSTR systemCursor;  // or
+    int cursorId;         // one of the module's
+};
+
+const HitCursor hitCursors[] = {
+    {HIT_LEFT_EDGE, (LPCSTR)IDC_SIZEWE, 0},      {HIT_RIGHT_EDGE, (LPCSTR)IDC_SIZEWE, 0},
+    {HIT_TOP_EDGE, (LPCSTR)IDC_SIZENS, 0},       {HIT_BOTTOM_EDGE, (LPCSTR)IDC_SIZENS, 0},
+    {HIT_TOP_LEFT, (LPCSTR)IDC_SIZENWSE, 0},     {HIT_BOTTOM_RIGHT, (LPCSTR)IDC_SIZENWSE, 0},
+    {HIT_TOP_RIGHT, (LPCSTR)IDC_SIZENESW, 0},    {HIT_BOTTOM_LEFT, (LPCSTR)IDC_SIZENESW, 0},
+    {HIT_APPLY, nullptr, CURSOR_STAMP},          {HIT_FLIP_HORIZONTAL, nullptr, CURSOR_FLIP_HORIZONTAL},
+    {HIT_FLIP_VERTICAL, nullptr, CURSOR_FLIP_VERTICAL}, {HIT_DARKER, nullptr, CURSOR_DARKER},
+    {HIT_BRIGHTER, nullptr, CURSOR_BRIGHTER},    {HIT_ROTATE, nullptr, CURSOR_ROTATE},
+    {HIT_HUE_DOWN, nullptr, CURSOR_HUE_DOWN},    {HIT_HUE_UP, nullptr, CURSOR_HUE_UP},
+    {HIT_SATURATION_MORE, nullptr, CURSOR_SATURATION_MORE},
+    {HIT_SATURATION_LESS, nullptr, CURSOR_SATURATION_LESS},
+    {HIT_CONTRAST_MORE, nullptr, CURSOR_CONTRAST_MORE}, {HIT_CONTRAST_LESS, nullptr, CURSOR_CONTRAST_LESS},
+    {HIT_LIFT_UP, nullptr, CURSOR_LIFT_UP},      {HIT_CLOSE, nullptr, CURSOR_CLOSE},
+    {HIT_LIFT_DOWN, nullptr, CURSOR_LIFT_DOWN},
+};
+
+HCURSOR cursorOfHit(int hit)
+{
+    for (const HitCursor& row : hitCursors) {
+        if (row.hit != hit) continue;
+        return row.systemCursor ? LoadCursorA(nullptr, row.systemCursor)
+                                : LoadCursorA(moduleInstance, MAKEINTRESOURCEA(row.cursorId));
+    }
+    return LoadCursorA(moduleInstance, MAKEINTRESOURCEA(CURSOR_MOVE_SELECTION));
+}
+
+}  // namespace
+
+void pressSelection(HWND canvas, POINT at)
+{
+    const int hit = hitTest(at);
+    session->trackingSelection = 0;
+    session->selectionHitCode = (uint32_t)hit;
+    switch (operationOfHit(hit)) {
+    case OPERATION_NONE:
+        if (!session->selectionActive) startDrawing(canvas, at);
+        break;
+    case OPERATION_MOVE:
+    case OPERATION_RESIZE:
+    case OPERATION_ROTATE: beginTracking(canvas, at, hit); break;
+    default: runSelectionOperation(canvas, hit); break;
+    }
+}
+
+void moveSelectionPointer(HWND canvas, POINT at)
+{
+    if (trackingRuns()) {
+        trackPointer(canvas, at);
+    } else if (session->selectionHitCode == 0 && drawingRuns()) {
+        continueDrawing(canvas, at);
+    }
+}
+
+void releaseSelection(HWND canvas, POINT at)
+{
+    if (trackingRuns()) {
+        endTracking(canvas, at);
+    } else if (session->selectionHitCode == 0 && drawingRuns()) {
+        finishDrawing(canvas, at);
+    }
+    session->selectionHitCode = 0;
+}
+
+bool setSelectionCursor(HWND canvas)
+{
+    if (IsRectEmpty(&session->selectionRect) || session->currentTool == TOOL_OUTLINE_BRUSH) return false;
+    const int hit = hitTest(imagePointOf(canvas, pointerIn(canvas)));
+    if (hit == HIT_NONE) return false;
+    SetCursor(cursorOfHit(hit));
+    return true;
+}

@@ -1,5 +1,7 @@
 // The freehand selection, as the canvas and the palette see it. Points are image pixels.
-// Selecting is not built yet: the routes are here, and there is never a selection.
+//
+// A press outside any frame draws an outline; its release lifts what lies inside into a floating
+// selection with a frame of buttons. While one floats, presses act on its frame only.
 #pragma once
 
 #include <windows.h>
@@ -8,16 +10,18 @@ void pressSelection(HWND canvas, POINT at);
 void moveSelectionPointer(HWND canvas, POINT at);
 void releaseSelection(HWND canvas, POINT at);
 
-// The outline brush (tool 115).
+// The outline brush (tool 115): pressed inside the selection it adds its disk, outside it cuts it away.
+// The selection is reshaped at the release.
 void pressOutlineBrush(HWND canvas, POINT at);
 void releaseOutlineBrush(HWND canvas);
 
 // Draws the floating selection, its outline and its frame; logical units of the canvas.
 void drawSelection(HDC dc);
 
-// Sets the cursor for the part of the frame under the pointer. False when there is none: the tool's
-// own cursor shows.
+// Sets the cursor for the part of the frame under the pointer. False when the pointer is on none: the
+// tool's own cursor shows.
 bool setSelectionCursor(HWND canvas);
 
-// Drops the selection and everything that belongs to it.
+// Drops the selection, or the outline being drawn, and everything that belongs to it, and takes it off
+// the screen. Pixels that were not applied are gone.
 void clearSelection();

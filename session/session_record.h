@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "image/bits_view.h"
 #include "tools/tool_table.h"
 
 struct RowHead;   // selection/row_crossings.h
@@ -44,7 +45,7 @@ struct SessionRecord {
     COLORREF previewBackground;               // 14: key (transparent) colour of the brush pictures
     uint32_t opacity;                         // 15: percent; 100 = paint replaces the pixel
     COLORREF previousColour;                  // 16: paintColour before a colour pick
-    uint32_t scratch17;                       // 17
+    uint32_t outlineIncomplete;               // 17: 1 when memory ran out while the outline was drawn
     int32_t overlayHideCount;                 // 18: the cursor outline is drawn only while this is above 0
     uint32_t overlayEnabled;                  // 19
     HBITMAP saveUnderBitmap;                  // 20: screen pixels under the cursor outline
@@ -67,8 +68,8 @@ struct SessionRecord {
     RowHead* rowCrossings;                    // 166
     int32_t rowCount;                         // 167
     uint32_t selectionHitCode;                // 168
-    POINT* outlineSnapshot;                   // 169
-    POINT* outlinePoints;                     // 170
+    PixelPoint* outlineSnapshot;               // 169
+    PixelPoint* outlinePoints;                 // 170
     int32_t outlinePointCount;                // 171
     RECT selectionRect;                       // 172..175: image pixels
     RECT applyButton;                         // 176..179
@@ -99,13 +100,13 @@ struct SessionRecord {
     int32_t selectionRotation;                // 266: accumulated whole degrees
     int32_t rotationDegrees;                  // 267: of the last drag
     RECT referenceRectB;                      // 268..271
-    POINT* referencePointsA;                  // 272
+    PixelPoint* referencePointsA;              // 272
     RowHead* referenceCrossingsA;             // 273
     HGLOBAL referenceImageA;                  // 274
     HGLOBAL referenceMaskA;                   // 275
     int32_t referencePointCountA;             // 276
     RECT referenceRectA;                      // 277..280
-    POINT* referencePointsB;                  // 281
+    PixelPoint* referencePointsB;              // 281
     RowHead* referenceCrossingsB;             // 282
     HGLOBAL referenceImageB;                  // 283
     HGLOBAL referenceMaskB;                   // 284
@@ -167,7 +168,7 @@ FIELD_AT(paintColour, 13);
 FIELD_AT(previewBackground, 14);
 FIELD_AT(opacity, 15);
 FIELD_AT(previousColour, 16);
-FIELD_AT(scratch17, 17);
+FIELD_AT(outlineIncomplete, 17);
 FIELD_AT(overlayHideCount, 18);
 FIELD_AT(overlayEnabled, 19);
 FIELD_AT(saveUnderBitmap, 20);

@@ -1,0 +1,159 @@
+// Drawing the floating selection, its dotted outline and its frame of buttons. Logical units of the
+// canvas, that is image pixels.
+#include <initializer_list>
+
+#include "image/bitmap_block.h"
+#include "image/bitmap_display.h"
+#include "image/packed_bitmap.h"
+#include "selection/selection.h"
+#include "selection/selection_images.h"
+#include "selection/selection_state.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+
+namespace {
+
+struct LockedPixels {
+    BitmapBlock block;
+    BitsView view;
+    bool locked;
+};
+
+LockedPixels lockImage(HGLOBAL image)
+{
+    LockedPixels pixels = {};
+    pixels.locked = lockPixels(image, &pixels.block, &pixels.view);
+    return pixels;
+}
+
+void unlockImage(const LockedPixels& pixels)
+{
+    if (pixels.locked) unlockBlock(pixels.block);
+}
+
+// The image with the selection over it, at selectionRect; the caller frees it.
+HGLOBAL composite()
+{
+    const RECT& rect = session->selectionRect;
+    const HGLOBAL composed = createBitmap(rect.right - rect.left, rect.bottom - rect.top, 24);
+    const LockedPixels target = lockImage(composed), image = lockImage(editedImage());
+    const LockedPixels pixels = lockImage(session->selectionImage), mask = lockImage(session->selectionMask);
+    const bool ready = target.locked && image.locked && pixels.locked && mask.locked;
+    if (ready) composeSelection(target.view, image.view, pixels.view, mask.view, pixelRectOf(rect));
+    for (const LockedPixels* locked : {&mask, &pixels, &image, &target}) unlockImage(*locked);
+    if (ready) return composed;
+    if (composed) GlobalFree(composed);
+    return nullptr;
+}
+
+void drawFloatingPixels(HDC dc)
+{
+    if (IsRectEmpty(&session->selectionRect)) return;
+    const HGLOBAL composed = composite();
+    if (!composed) return;
+    drawBitmap(dc, composed, &session->selectionRect, SRCCOPY);
+    GlobalFree(composed);
+}
+
+// White dots on black: visible on any image.
+void drawDottedOutline(HDC dc)
+{
+    const HPEN pen = CreatePen(PS_DOT, 0, RGB(255, 255, 255));
+    if (!pen) return;
+    SelectObject(dc, pen);
+    SetBkColor(dc, RGB(0, 0, 0));
+    SetBkMode(dc, OPAQUE);
+    static_assert(sizeof(PixelPoint) == sizeof(POINT), "outline points are drawn as they are");
+    Polyline(dc, (const POINT*)session->outlinePoints, session->outlinePointCount);
+    SelectObject(dc, GetStockObject(WHITE_PEN));
+    DeleteObject(pen);
+}
+
+// Inverts what lies under it: drawn twice, it is gone.
+void drawInvertedFrame(HDC dc)
+{
+    const HPEN pen = CreatePen(PS_INSIDEFRAME, 2, RGB(255, 255, 255));
+    if (!pen) return;
+    SelectObject(dc, pen);
+    SelectObject(dc, GetStockObject(NULL_BRUSH));
+    SetROP2(dc, R2_NOT);
+    const RECT& frame = session->frameInnerRect;
+    Rectangle(dc, frame.left, frame.top, frame.right, frame.bottom);
+    SetROP2(dc, R2_COPYPEN);
+    SelectObject(dc, GetStockObject(WHITE_PEN));
+    DeleteObject(pen);
+}
+
+void drawCorner(HDC dc, COLORREF colour, const POINT (&points)[3])
+{
+    const HPEN pen = CreatePen(PS_INSIDEFRAME, 1, colour);
+    if (!pen) return;
+    SelectObject(dc, pen);
+    Polyline(dc, points, 3);
+    SelectObject(dc, GetStockObject(WHITE_PEN));
+    DeleteObject(pen);
+}
+
+// A flat raised face in the system's colours.
+void drawFace(HDC dc, const RECT& r)
+{
+    FillRect(dc, &r, GetSysColorBrush(COLOR_BTNFACE));
+    drawCorner(dc, GetSysColor(COLOR_BTNHIGHLIGHT), {{r.left, r.bottom}, {r.left, r.top}, {r.right, r.top}});
+    drawCorner(dc, GetSysColor(COLOR_BTNSHADOW), {{r.right, r.top}, {r.right, r.bottom}, {r.left, r.bottom}});
+}
+
+void blacken(HDC dc, int left, int top, int right, int bottom)
+{
+    PatBlt(dc, left, top, right - left, bottom - top, BLACKNESS);
+}
+
+// The corner cells and the centre of a three-by-three grid: a cross.
+void drawCloseButton(HDC dc)
+{
+    drawFace(dc, session->closeButton);
+    RECT r = session->closeButton;
+    InflateRect(&r, -5, -1);
+    const int w = (r.right - r.left) / 3, h = (r.bottom - r.top) / 3;
+    blacken(dc, r.left, r.top, r.left + w, r.top + h);
+    blacken(dc, r.right - w, r.top, r.right, r.top + h);
+    blacken(dc, r.left + w, r.top + h, r.right - w, r.bottom - h);
+    blacken(dc, r.left, r.bottom - h, r.left + w, r.bottom);
+    blacken(dc, r.right - w, r.bottom - h, r.right, r.bottom);
+}
+
+void drawHandles(HDC dc)
+{
+    SelectObject(dc, GetStockObject(WHITE_BRUSH));
+    for (const RECT* r : {&session->topLeftHandle, &session->topRightHandle, &session->bottomRightHandle,
+                          &session->bottomLeftHandle}) {
+        PatBlt(dc, r->left, r->top, r->right - r->left, r->bottom - r->top, PATCOPY);
+    }
+}
+
+void drawFaces(HDC dc)
+{
+    const SessionRecord& s = *session;
+    for (const RECT* r : {&s.applyButton, &s.flipVerticalButton, &s.flipHorizontalButton, &s.brighterButton,
+                          &s.darkerButton, &s.rotateButton, &s.hueDownButton, &s.hueUpButton,
+                          &s.saturationMoreButton, &s.saturationLessButton, &s.contrastMoreButton,
+                          &s.contrastLessButton, &s.liftUpButton, &s.liftDownButton}) {
+        drawFace(dc, *r);
+    }
+}
+
+}  // namespace
+
+void drawSelection(HDC dc)
+{
+    if (!session->outlinePoints || session->outlinePointCount < 1) return;
+    const int saved = SaveDC(dc);
+    drawFloatingPixels(dc);
+    drawDottedOutline(dc);
+    if (!IsRectEmpty(&session->frameInnerRect)) {  // an outline still being drawn has no frame
+        drawInvertedFrame(dc);
+        drawCloseButton(dc);
+        drawHandles(dc);
+        drawFaces(dc);
+    }
+    RestoreDC(dc, saved);
+}

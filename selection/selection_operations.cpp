@@ -1,0 +1,403 @@
+#include "selection/selection_operations.h"
+
+#include <cstdlib>
+#include <initializer_list>
+
+#include "canvas/canvas_coordinates.h"
+#include "color/span_reshape.h"
+#include "image/bitmap_block.h"
+#include "image/packed_bitmap.h"
+#include "selection/row_crossings.h"
+#include "selection/selection.h"
+#include "selection/selection_images.h"
+#include "selection/selection_state.h"
+#include "selection/selection_transform.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+
+namespace {
+
+// ---- new shapes
+
+// An outline with its unadjusted pixels, made complete before it takes the place of the present one.
+struct Shape {
+    PixelPoint* points;
+    int pointCount;
+    RowHead* crossings;
+    PixelRect rect;
+    HGLOBAL image, mask;
+};
+
+void freeShape(Shape& shape)
+{
+    freeOutlinePoints(shape.points);
+    freeCrossings(shape.crossings);
+    if (shape.image) GlobalFree(shape.image);
+    if (shape.mask) GlobalFree(shape.mask);
+    shape = {};
+}
+
+bool createImages(Shape& shape)
+{
+    const int width = shape.rect.right - shape.rect.left, height = shape.rect.bottom - shape.rect.top;
+    shape.image = createBitmap(width, height, 24);
+    shape.mask = createBitmap(width, height, 24);
+    return shape.image && shape.mask;
+}
+
+void takeShape(Shape& shape)
+{
+    freeOutlinePoints(session->outlinePoints);
+    freeCrossings(session->homeCrossings);
+    GlobalFree(session->selectionImageSource);
+    GlobalFree(session->selectionMaskSource);
+    session->outlinePoints = shape.points;
+    session->outlinePointCount = shape.pointCount;
+    session->homeCrossings = shape.crossings;
+    session->selectionImageSource = shape.image;
+    session->selectionMaskSource = shape.mask;
+    setSelectionRect(shape.rect);
+    session->selectionHomeRect = session->selectionRect;
+    deriveShownImages();
+}
+
+// ---- pixels with their mask, locked
+
+struct LockedPair {
+    BitmapBlock imageBlock, maskBlock;
+    BitsView image, mask;
+    bool locked;
+};
+
+LockedPair lockPair(HGLOBAL image, HGLOBAL mask)
+{
+    LockedPair pair = {};
+    if (!lockPixels(image, &pair.imageBlock, &pair.image)) return pair;
+    pair.locked = lockPixels(mask, &pair.maskBlock, &pair.mask);
+    if (!pair.locked) unlockBlock(pair.imageBlock);
+    return pair;
+}
+
+void unlockPair(const LockedPair& pair)
+{
+    if (!pair.locked) return;
+    unlockBlock(pair.maskBlock);
+    unlockBlock(pair.imageBlock);
+}
+
+// ---- apply, flip, colours
+
+void apply(HWND, int)
+{
+    const LockedPair pair = lockPair(session->selectionImage, session->selectionMask);
+    BitmapBlock block;
+    BitsView image;
+    if (pair.locked && lockPixels(editedImage(), &block, &image)) {
+        applySelection(image, pair.image, pair.mask, session->selectionRect.left, session->selectionRect.top);
+        unlockBlock(block);
+    }
+    unlockPair(pair);
+    redrawSelection();
+}
+
+void flip(HWND canvas, int hit)
+{
+    if (!session->selectionImage || !session->selectionImageSource || !session->selectionMask ||
+        !session->selectionMaskSource) {
+        return;
+    }
+    const bool vertical = hit == HIT_FLIP_VERTICAL;
+    const auto mirrored = vertical ? mirrorCrossingsVertically : mirrorCrossingsHorizontally;
+    RowHead* const crossings = mirrored(session->homeCrossings, pixelRectOf(session->selectionHomeRect));
+    if (!crossings) return;
+    const auto flipImage = vertical ? flipVertical : flipHorizontal;
+    for (HGLOBAL image : {session->selectionImage, session->selectionImageSource, session->selectionMask,
+                          session->selectionMaskSource}) {
+        flipImage(image);
+    }
+    const auto flipPoints = vertical ? flipPointsVertically : flipPointsHorizontally;
+    flipPoints(session->outlinePoints, session->outlinePointCount);
+    freeCrossings(session->rowCrossings);
+    session->rowCrossings = crossings;
+    storeReferences();
+    deriveShownImages();
+    showSelection(canvas);
+}
+
+void close(HWND, int)
+{
+    clearSelection();
+}
+
+void stepColour(HWND canvas, int hit)
+{
+    SelectionAdjust adjust = {session->selectionBrightness, session->selectionContrast, session->selectionSaturation,
+                              session->selectionHue, session->selectionLift};
+    adjustSelection(adjust, hit);
+    session->selectionBrightness = adjust.brightness;
+    session->selectionContrast = adjust.contrast;
+    session->selectionSaturation = adjust.saturation;
+    session->selectionHue = adjust.hue;
+    session->selectionLift = adjust.lift;
+    deriveShownImages();
+    showSelection(canvas);
+}
+
+struct Operation {
+    FrameOperation operation;
+    void (*run)(HWND canvas, int hit);
+};
+
+const Operation operations[] = {
+    {OPERATION_CLOSE, close},           {OPERATION_APPLY, apply},   {OPERATION_FLIP_VERTICAL, flip},
+    {OPERATION_FLIP_HORIZONTAL, flip}, {OPERATION_COLOUR, stepColour},
+};
+
+// ---- spans of a crossing table as plain arrays
+
+// All rows' crossings in one block, for the resampler.
+struct SpanArrays {
+    RowSpans* rows;
+    int* crossings;
+    SpanTable table;
+};
+
+int countCrossings(const RowHead* table, int rowCount)
+{
+    int total = 0;
+    for (int row = 0; row < rowCount; ++row) {
+        const RowHead* head = crossingsOfRow(table, row);
+        for (const RowHead* node = head->next; node != head; node = node->next) ++total;
+    }
+    return total;
+}
+
+bool makeSpanArrays(const RowHead* table, SpanArrays& arrays)
+{
+    const int rowCount = crossingRowCount(table);
+    arrays.rows = (RowSpans*)malloc(((size_t)rowCount + 1) * sizeof(RowSpans));
+    arrays.crossings = (int*)malloc(((size_t)countCrossings(table, rowCount) + 1) * sizeof(int));
+    if (!arrays.rows || !arrays.crossings) return false;
+    int* next = arrays.crossings;
+    for (int row = 0; row < rowCount; ++row) {
+        const RowHead* head = crossingsOfRow(table, row);
+        arrays.rows[row] = {next, 0};
+        for (const RowHead* node = head->next; node != head; node = node->next) {
+            *next++ = node->x;
+            ++arrays.rows[row].count;
+        }
+    }
+    arrays.table = {arrays.rows, rowCount};
+    return true;
+}
+
+void freeSpanArrays(SpanArrays& arrays)
+{
+    free(arrays.rows);
+    free(arrays.crossings);
+}
+
+// ---- resize
+
+bool reshapePixels(const Shape& shape)
+{
+    SpanArrays from = {}, to = {};
+    const bool listed = makeSpanArrays(session->referenceCrossingsB, from) && makeSpanArrays(shape.crossings, to);
+    const LockedPair source = lockPair(session->referenceImageB, session->referenceMaskB);
+    const LockedPair target = lockPair(shape.image, shape.mask);
+    const bool ready = listed && source.locked && target.locked;
+    if (ready) {
+        reshapeSelectionSpans({source.image, source.mask}, {target.image, target.mask},
+                              {from.table, pixelRectOf(session->referenceRectB)}, {to.table, shape.rect});
+    }
+    unlockPair(target);
+    unlockPair(source);
+    freeSpanArrays(to);
+    freeSpanArrays(from);
+    return ready;
+}
+
+bool makeResized(const PixelRect& rect, Shape& shape)
+{
+    shape.rect = rect;
+    shape.pointCount = session->referencePointCountB;
+    shape.points = copyOutlinePoints(session->referencePointsB, shape.pointCount);
+    if (!shape.points) return false;
+    scalePoints(session->referencePointsB, shape.pointCount, pixelRectOf(session->referenceRectB), rect,
+                shape.points);
+    shape.crossings = crossingsOfPoints(session->rowCount, shape.points, shape.pointCount);
+    return shape.crossings && createImages(shape) && reshapePixels(shape);
+}
+
+// ---- reshape
+
+// The image where the old and the new selection lie, over it the old floating pixels, cut to the new outline.
+bool rebuildPixels(const Shape& shape)
+{
+    const LockedPair old = lockPair(session->selectionImageSource, session->selectionMaskSource);
+    const LockedPair target = lockPair(shape.image, shape.mask);
+    BitmapBlock block;
+    BitsView image;
+    const bool ready = old.locked && target.locked && lockPixels(editedImage(), &block, &image);
+    if (ready) {
+        rebuildSelectionImage(target.image, shape.crossings, shape.rect, image, old.image, old.mask,
+                              pixelRectOf(session->selectionRect));
+        fillSelectionMask(target.mask, shape.crossings, shape.rect);
+        unlockBlock(block);
+    }
+    unlockPair(target);
+    unlockPair(old);
+    return ready;
+}
+
+// ---- turn
+
+bool turnedPixels(const Shape& shape, const Turn& turn)
+{
+    const LockedPair source = lockPair(session->referenceImageA, session->referenceMaskA);
+    const LockedPair target = lockPair(shape.image, shape.mask);
+    const bool ready = source.locked && target.locked;
+    if (ready) {
+        fillSelectionMask(target.mask, shape.crossings, shape.rect);
+        turnPixels({target.image, target.mask, shape.rect},
+                   {source.image, source.mask, pixelRectOf(session->referenceRectA)}, turn);
+    }
+    unlockPair(target);
+    unlockPair(source);
+    return ready;
+}
+
+// The turned points of state A, clamped as pointer positions are, replayed as an outline.
+bool makeTurned(const Turn& turn, Shape& shape)
+{
+    const int count = session->referencePointCountA;
+    PixelPoint* const points = copyOutlinePoints(session->referencePointsA, count);
+    if (!points) return false;
+    turnPoints(session->referencePointsA, count, turn, points);
+    const PixelRect area = pixelRectOf(canvasArea(session->canvasWindow));
+    for (int i = 0; i < count; ++i) points[i] = clampOutlinePoint(points[i], area);
+    Outline outline = {};
+    const bool replayed = replayOutline(outline, session->rowCount, points, count) && !outline.incomplete;
+    freeOutlinePoints(points);
+    shape.points = outline.points;
+    shape.pointCount = outline.pointCount;
+    shape.crossings = outline.crossings;
+    return replayed && computeCrossingBounds(shape.crossings, shape.rect) && createImages(shape) &&
+           turnedPixels(shape, turn);
+}
+
+bool makeUnturned(Shape& shape)
+{
+    shape.rect = pixelRectOf(session->referenceRectA);
+    shape.pointCount = session->referencePointCountA;
+    shape.points = copyOutlinePoints(session->referencePointsA, shape.pointCount);
+    shape.crossings = copyCrossings(session->referenceCrossingsA);
+    shape.image = duplicateBitmap(session->referenceImageA, 1);
+    shape.mask = duplicateBitmap(session->referenceMaskA, 1);
+    return shape.points && shape.crossings && shape.image && shape.mask;
+}
+
+bool makeRotated(int rotation, Shape& shape)
+{
+    const int degrees = rotation % 360;
+    if (degrees == 0) return makeUnturned(shape);
+    return makeTurned(turnAbout(boxOfPoints(session->referencePointsA, session->referencePointCountA), degrees),
+                      shape);
+}
+
+}  // namespace
+
+void runSelectionOperation(HWND canvas, int hit)
+{
+    const FrameOperation wanted = operationOfHit(hit);
+    for (const Operation& row : operations) {
+        if (row.operation == wanted) return row.run(canvas, hit);
+    }
+}
+
+// State A goes along, so that a later turn happens at the new place. State B stays where it was: a
+// resize maps from its own rectangle to the new one, wherever that is.
+void moveSelectionBy(int dx, int dy)
+{
+    RowHead* const moved = moveCrossings(session->homeCrossings, dx, dy);
+    RowHead* const movedA = moveCrossings(session->referenceCrossingsA, dx, dy);
+    if (!moved || !movedA) {
+        freeCrossings(moved);
+        freeCrossings(movedA);
+        return;
+    }
+    const RECT before = session->selectionOuterRect;
+    movePoints(session->outlinePoints, session->outlinePointCount, dx, dy);
+    for (int i = 0; i < session->referencePointCountA; ++i) {  // unclipped: turning out and back loses nothing
+        session->referencePointsA[i].x += dx;
+        session->referencePointsA[i].y += dy;
+    }
+    OffsetRect(&session->referenceRectA, dx, dy);
+    freeCrossings(session->referenceCrossingsA);
+    session->referenceCrossingsA = movedA;
+    freeCrossings(session->homeCrossings);
+    session->homeCrossings = moved;
+    RECT rect = session->selectionRect;
+    OffsetRect(&rect, dx, dy);
+    setSelectionRect(pixelRectOf(rect));
+    session->selectionHomeRect = session->selectionRect;
+    redrawSelectionMoved(before);
+}
+
+void resizeSelectionTo(const RECT& rect)
+{
+    if (EqualRect(&rect, &session->selectionRect) || IsRectEmpty(&rect)) return;
+    const RECT before = session->selectionOuterRect;
+    Shape shape = {};
+    if (!makeResized(pixelRectOf(rect), shape)) return freeShape(shape);
+    takeShape(shape);
+    session->selectionRotation = 0;
+    storeReferenceA();
+    redrawSelectionMoved(before);
+}
+
+void rotateSelectionBy(int degrees)
+{
+    if (degrees == 0) return;
+    const int rotation = addRotation(session->selectionRotation, degrees);
+    const RECT before = session->selectionOuterRect;
+    Shape shape = {};
+    if (!makeRotated(rotation, shape)) return freeShape(shape);  // an empty result keeps state and angle
+    takeShape(shape);
+    session->selectionRotation = rotation;
+    storeReferenceB();
+    redrawSelectionMoved(before);
+}
+
+bool takeReshapedOutline(Outline& outline)
+{
+    const RECT before = session->selectionOuterRect;
+    Shape shape = {outline.points, outline.pointCount, outline.crossings, {}, nullptr, nullptr};
+    outline = {};
+    if (!computeCrossingBounds(shape.crossings, shape.rect) || !createImages(shape) || !rebuildPixels(shape)) {
+        freeShape(shape);
+        return false;
+    }
+    const RECT home = session->selectionHomeRect;
+    takeShape(shape);
+    session->selectionReshaped = !EqualRect(&home, &session->selectionRect);
+    storeReferences();
+    session->selectionActive = 1;
+    redrawSelectionMoved(before);
+    return true;
+}
+
+void showSelection(HWND canvas)
+{
+    const HDC dc = GetDC(canvas);
+    drawSelection(dc);
+    ReleaseDC(canvas, dc);
+}
+
+RECT canvasArea(HWND canvas)
+{
+    RECT area;
+    GetClientRect(canvas, &area);
+    const POINT corner = imagePointOf(canvas, {area.right, area.bottom});
+    return {0, 0, corner.x, corner.y};
+}

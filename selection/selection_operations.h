@@ -1,0 +1,27 @@
+// What can be done with a floating selection. Each starts again from the untouched sources and, when
+// memory is short, leaves the selection as it was. Coordinates are image pixels.
+#pragma once
+
+#include <windows.h>
+
+#include "selection/outline.h"
+
+// One-click operations and colour steps, by hit code (selection/frame_layout.h).
+void runSelectionOperation(HWND canvas, int hit);
+
+void moveSelectionBy(int dx, int dy);
+void resizeSelectionTo(const RECT& rect);
+
+// Adds whole degrees, counter-clockwise positive, to the selection's turn.
+void rotateSelectionBy(int degrees);
+
+// A reshaped outline takes the place of the present one; its pixels come from the image, and from the old
+// floating pixels where those were. Takes what the outline owns, also when it fails: then (it encloses
+// nothing, or memory is short) the selection stays as it was.
+bool takeReshapedOutline(Outline& outline);
+
+// Draws the selection on the canvas at once.
+void showSelection(HWND canvas);
+
+// The canvas's client area in image pixels.
+RECT canvasArea(HWND canvas);

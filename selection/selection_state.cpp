@@ -1,0 +1,317 @@
+#include "selection/selection_state.h"
+
+#include <initializer_list>
+
+#include "canvas/canvas_coordinates.h"
+#include "color/colour_adjustment.h"
+#include "image/bitmap_block.h"
+#include "image/packed_bitmap.h"
+#include "image/pixel_ops.h"
+#include "selection/row_crossings.h"
+#include "selection/selection.h"
+#include "selection/selection_images.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+
+namespace {
+
+void freeImage(HGLOBAL& image)
+{
+    if (image) GlobalFree(image);
+    image = nullptr;
+}
+
+void freeTable(RowHead*& table)
+{
+    freeCrossings(table);
+    table = nullptr;
+}
+
+void freePoints(PixelPoint*& points)
+{
+    freeOutlinePoints(points);
+    points = nullptr;
+}
+
+void freeWorkingOutline()
+{
+    freeTable(session->rowCrossings);
+    freePoints(session->outlinePoints);
+    freePoints(session->outlineSnapshot);
+    session->outlinePointCount = 0;
+    session->outlineIncomplete = 0;
+}
+
+void freeImages()
+{
+    for (HGLOBAL* image : {&session->selectionImage, &session->selectionMask, &session->selectionImageSource,
+                           &session->selectionMaskSource}) {
+        freeImage(*image);
+    }
+}
+
+void freeReferences()
+{
+    freeTable(session->referenceCrossingsA);
+    freeTable(session->referenceCrossingsB);
+    freeTable(session->homeCrossings);
+    freePoints(session->referencePointsA);
+    freePoints(session->referencePointsB);
+    for (HGLOBAL* image : {&session->referenceImageA, &session->referenceMaskA, &session->referenceImageB,
+                           &session->referenceMaskB}) {
+        freeImage(*image);
+    }
+}
+
+// Where the picture of a rectangle that vanishes must be painted again.
+void eraseRect(RECT& rect)
+{
+    if (IsRectEmpty(&rect)) return;
+    RECT grown = rect;
+    InflateRect(&grown, 1, 1);
+    if (session->canvasWindow) {
+        invalidateImageRect(session->canvasWindow, grown, 1);
+        UpdateWindow(session->canvasWindow);
+    }
+    SetRectEmpty(&rect);
+}
+
+// Where the dotted line of an outline is.
+RECT drawnOutline()
+{
+    if (!session->outlinePoints) return {0, 0, 0, 0};
+    const PointBox box = boxOfPoints(session->outlinePoints, session->outlinePointCount);
+    return {box.minX, box.minY, box.maxX + 1, box.maxY + 1};
+}
+
+void dropComposite()
+{
+    if (session->selectionComposite) DeleteObject(session->selectionComposite);
+    session->selectionComposite = nullptr;
+}
+
+}  // namespace
+
+bool replaceImage(HGLOBAL& field, HGLOBAL from)
+{
+    const HGLOBAL copy = duplicateBitmap(from, 1);
+    if (!copy) return false;
+    freeImage(field);
+    field = copy;
+    return true;
+}
+
+bool replaceTable(RowHead*& field, const RowHead* from)
+{
+    RowHead* const copy = copyCrossings(from);
+    if (!copy) return false;
+    freeTable(field);
+    field = copy;
+    return true;
+}
+
+bool replacePoints(PixelPoint*& field, const PixelPoint* from, int count)
+{
+    PixelPoint* const copy = copyOutlinePoints(from, count);
+    if (!copy) return false;
+    freePoints(field);
+    field = copy;
+    return true;
+}
+
+FrameMetrics frameMetrics()
+{
+    return {GetSystemMetrics(SM_CXFRAME), GetSystemMetrics(SM_CYFRAME)};
+}
+
+static bool fillMask(HGLOBAL mask)
+{
+    BitmapBlock block;
+    BitsView pixels;
+    if (!lockPixels(mask, &block, &pixels)) return false;
+    fillSelectionMask(pixels, session->rowCrossings, pixelRectOf(session->selectionRect));
+    unlockBlock(block);
+    return true;
+}
+
+static bool cutImage(HGLOBAL image)
+{
+    BitmapBlock block;
+    BitsView pixels;
+    if (!lockPixels(image, &block, &pixels)) return false;
+    cutSelectionImage(pixels, session->rowCrossings, pixelRectOf(session->selectionRect));
+    unlockBlock(block);
+    return true;
+}
+
+Outline takeOutline()
+{
+    const Outline outline = {session->rowCrossings,
+                             session->outlinePoints,
+                             session->outlinePointCount,
+                             {(int)session->outlineLastPoint.x, (int)session->outlineLastPoint.y},
+                             {(int)session->outlineStartPoint.x, (int)session->outlineStartPoint.y},
+                             session->outlineIncomplete != 0};
+    return outline;
+}
+
+void putOutline(const Outline& outline)
+{
+    session->rowCrossings = outline.crossings;
+    session->outlinePoints = outline.points;
+    session->outlinePointCount = outline.pointCount;
+    session->outlineLastPoint = {outline.last.x, outline.last.y};
+    session->outlineStartPoint = {outline.start.x, outline.start.y};
+    session->outlineIncomplete = outline.incomplete;
+}
+
+BandUnit frameBand()
+{
+    const POINT band = imagePointOf(session->canvasWindow,
+                                    {2 * GetSystemMetrics(SM_CXFRAME), 2 * GetSystemMetrics(SM_CYFRAME)});
+    return {(int)band.x, (int)band.y};
+}
+
+// The record keeps each button under its own name; the layout numbers them.
+static RECT SessionRecord::* const buttonFields[FRAME_BUTTON_COUNT] = {
+    &SessionRecord::applyButton,          &SessionRecord::flipVerticalButton,   &SessionRecord::flipHorizontalButton,
+    &SessionRecord::brighterButton,       &SessionRecord::darkerButton,         &SessionRecord::topLeftHandle,
+    &SessionRecord::topRightHandle,       &SessionRecord::bottomRightHandle,    &SessionRecord::bottomLeftHandle,
+    &SessionRecord::closeButton,          &SessionRecord::rotateButton,         &SessionRecord::hueDownButton,
+    &SessionRecord::hueUpButton,          &SessionRecord::saturationMoreButton, &SessionRecord::saturationLessButton,
+    &SessionRecord::contrastMoreButton,   &SessionRecord::contrastLessButton,   &SessionRecord::liftUpButton,
+    &SessionRecord::liftDownButton,
+};
+
+FrameButtons frameButtons()
+{
+    FrameButtons buttons;
+    for (int i = 0; i < FRAME_BUTTON_COUNT; ++i) buttons.rects[i] = pixelRectOf(session->*buttonFields[i]);
+    return buttons;
+}
+
+void layOutFrame()
+{
+    const FrameButtons buttons = layOutFrameButtons(pixelRectOf(session->frameOuterRect), frameBand());
+    for (int i = 0; i < FRAME_BUTTON_COUNT; ++i) session->*buttonFields[i] = rectOf(buttons.rects[i]);
+}
+
+void setSelectionRect(const PixelRect& rect)
+{
+    session->selectionRect = rectOf(rect);
+    session->selectionOuterRect = rectOf(frameOuterRectOf(rect, frameMetrics()));
+    session->frameInnerRect = session->selectionRect;
+    session->frameOuterRect = session->selectionOuterRect;
+    layOutFrame();
+}
+
+bool cutFloatingImages()
+{
+    const PixelRect rect = pixelRectOf(session->selectionRect);
+    freeImage(session->selectionImageSource);
+    freeImage(session->selectionMaskSource);
+    session->selectionImageSource = createBitmap(rect.right - rect.left, rect.bottom - rect.top, 24);
+    session->selectionMaskSource = createBitmap(rect.right - rect.left, rect.bottom - rect.top, 24);
+    BitmapBlock imageBlock, targetBlock;
+    BitsView image, target;
+    bool cut = false;
+    if (lockPixels(editedImage(), &imageBlock, &image)) {
+        if (lockPixels(session->selectionImageSource, &targetBlock, &target)) {
+            cut = true;
+            copyFromOffset(target, image, rect.left, rect.top);
+            unlockBlock(targetBlock);
+        }
+        unlockBlock(imageBlock);
+    }
+    return cut && cutImage(session->selectionImageSource) && fillMask(session->selectionMaskSource);
+}
+
+bool deriveShownImages()
+{
+    if (!replaceImage(session->selectionImage, session->selectionImageSource) ||
+        !replaceImage(session->selectionMask, session->selectionMaskSource)) {
+        return false;
+    }
+    applyColourAdjustment(session->selectionImageSource, session->selectionImage, session->selectionMaskSource,
+                          session->selectionMask, session->selectionContrast, session->selectionBrightness,
+                          session->selectionSaturation, session->selectionHue, session->selectionLift);
+    return true;
+}
+
+bool storeReferenceA()
+{
+    session->referencePointCountA = session->outlinePointCount;
+    session->referenceRectA = session->selectionRect;
+    return replacePoints(session->referencePointsA, session->outlinePoints, session->outlinePointCount) &&
+           replaceTable(session->referenceCrossingsA, session->homeCrossings) &&
+           replaceImage(session->referenceImageA, session->selectionImageSource) &&
+           replaceImage(session->referenceMaskA, session->selectionMaskSource);
+}
+
+bool storeReferenceB()
+{
+    session->referencePointCountB = session->outlinePointCount;
+    session->referenceRectB = session->selectionRect;
+    return replacePoints(session->referencePointsB, session->outlinePoints, session->outlinePointCount) &&
+           replaceTable(session->referenceCrossingsB, session->homeCrossings) &&
+           replaceImage(session->referenceImageB, session->selectionImageSource) &&
+           replaceImage(session->referenceMaskB, session->selectionMaskSource);
+}
+
+bool storeReferences()
+{
+    if (session->rowCrossings) {
+        freeTable(session->homeCrossings);
+        session->homeCrossings = session->rowCrossings;
+        session->rowCrossings = nullptr;
+    }
+    session->selectionHomeRect = session->selectionRect;
+    session->selectionRotation = 0;
+    return replacePoints(session->outlineSnapshot, session->outlinePoints, session->outlinePointCount) &&
+           storeReferenceA() && storeReferenceB();
+}
+
+bool floatOutline()
+{
+    PixelRect rect;
+    if (session->outlineIncomplete || !computeCrossingBounds(session->rowCrossings, rect)) return false;
+    setSelectionRect(rect);
+    if (!cutFloatingImages()) return false;
+    session->selectionBrightness = neutralAdjust.brightness;
+    session->selectionContrast = neutralAdjust.contrast;
+    session->selectionSaturation = neutralAdjust.saturation;
+    session->selectionHue = neutralAdjust.hue;
+    session->selectionLift = neutralAdjust.lift;
+    return deriveShownImages() && storeReferences();
+}
+
+void redrawSelection()
+{
+    redrawSelectionMoved(session->selectionOuterRect);
+}
+
+void redrawSelectionMoved(const RECT& before)
+{
+    if (!session->canvasWindow || IsRectEmpty(&session->selectionOuterRect)) return;
+    invalidateImageRect(session->canvasWindow, before, 1);
+    invalidateImageRect(session->canvasWindow, session->selectionOuterRect, 1);
+    UpdateWindow(session->canvasWindow);
+}
+
+void clearSelection()
+{
+    session->selectionActive = 0;
+    session->selectionRotation = 0;
+    RECT shown = session->selectionRect, outer = session->selectionOuterRect, drawn = drawnOutline();
+    freeWorkingOutline();
+    for (RECT* rect : {&session->selectionRect, &session->frameInnerRect, &session->selectionOuterRect,
+                       &session->frameOuterRect}) {
+        SetRectEmpty(rect);
+    }
+    freeImages();
+    dropComposite();
+    freeReferences();
+    eraseRect(shown);
+    eraseRect(outer);
+    eraseRect(drawn);
+}
