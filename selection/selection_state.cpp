@@ -271,17 +271,22 @@ bool storeReferences()
            storeReferenceA() && storeReferenceB();
 }
 
+void resetSelectionColours()
+{
+    session->selectionBrightness = neutralAdjust.brightness;
+    session->selectionContrast = neutralAdjust.contrast;
+    session->selectionSaturation = neutralAdjust.saturation;
+    session->selectionHue = neutralAdjust.hue;
+    session->selectionLift = neutralAdjust.lift;
+}
+
 bool floatOutline()
 {
     PixelRect rect;
     if (session->outlineIncomplete || !computeCrossingBounds(session->rowCrossings, rect)) return false;
     setSelectionRect(rect);
     if (!cutFloatingImages()) return false;
-    session->selectionBrightness = neutralAdjust.brightness;
-    session->selectionContrast = neutralAdjust.contrast;
-    session->selectionSaturation = neutralAdjust.saturation;
-    session->selectionHue = neutralAdjust.hue;
-    session->selectionLift = neutralAdjust.lift;
+    resetSelectionColours();
     return deriveShownImages() && storeReferences();
 }
 

@@ -37,6 +37,9 @@ void layOutFrame();
 // when memory is short.
 bool cutFloatingImages();
 
+// The five colour parameters become neutral.
+void resetSelectionColours();
+
 // The shown images again from the sources, with the colour parameters. False when memory is short.
 bool deriveShownImages();
 

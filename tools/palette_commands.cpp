@@ -251,3 +251,10 @@ void runPaletteCommand(HWND palette, int id)
         if (command.id == id) return command.run(palette, id);
     }
 }
+
+void selectTool(uint32_t tool)
+{
+    if (!session->paletteDialog) return;
+    runPaletteCommand(session->paletteDialog, (int)tool);
+    CheckRadioButton(session->paletteDialog, BUTTON_FIRST_TOOL, BUTTON_LAST_TOOL, (int)tool);
+}
