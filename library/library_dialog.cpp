@@ -1,3 +1,169 @@
 #include "library/library_dialog.h"
 
-void showLibraryDialog(int, HWND) {}
+#include "controls/kovctrl32.h"
+#include "library/library_list.h"
+#include "library/library_store.h"
+#include "resources/resource_ids.h"
+#include "session/button_pictures.h"
+#include "session/dialog_face.h"
+#include "session/language.h"
+#include "session/module_state.h"
+#include "session/session_record.h"
+#include "session/window_props.h"
+
+namespace {
+
+constexpr char LIBRARY_TEMPLATE[] = "ENDLGRTCH_SELLISTFILES";  // the English one
+constexpr int PROP_PARAMETER = 1;
+constexpr int CONFIRMATION_SIZE = 128;
+
+HWND listOf(HWND dialog)
+{
+    return GetDlgItem(dialog, LIST_SELECTIONS);
+}
+
+INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
+{
+    setWindowProp(dialog, PROP_PARAMETER, (HANDLE)lParam);
+    attachPicturesUnlessLibraryDoes(dialog, PICTURE_TABLE_LIBRARY, moduleInstance);
+    const HWND list = listOf(dialog);
+    setLibraryItemHeight(list);
+    fillLibraryList(list);
+    subclassLibraryList(list);
+    SetFocus(list);
+    return FALSE;  // the focus is set
+}
+
+RECT listRect(HWND dialog)
+{
+    RECT rect;
+    GetWindowRect(listOf(dialog), &rect);
+    MapWindowPoints(nullptr, dialog, (POINT*)&rect, 2);
+    return rect;
+}
+
+// Resizable in height only.
+INT_PTR onGetMinMaxInfo(HWND dialog, WPARAM, LPARAM lParam)
+{
+    if (!listOf(dialog)) return 0;
+    MINMAXINFO& info = *(MINMAXINFO*)lParam;
+    info.ptMinTrackSize.x = info.ptMaxTrackSize.x = listRect(dialog).right + 2 * GetSystemMetrics(SM_CYFRAME);
+    return 0;
+}
+
+INT_PTR onSize(HWND dialog, WPARAM, LPARAM)
+{
+    const HWND list = listOf(dialog);
+    if (!list) return 0;
+    RECT client;
+    GetClientRect(dialog, &client);
+    const RECT rect = listRect(dialog);
+    SetWindowPos(list, nullptr, rect.left, rect.top, client.right - rect.left, client.bottom - rect.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    return 0;
+}
+
+INT_PTR onDialogColour(HWND, WPARAM, LPARAM)
+{
+    return (INT_PTR)GetSysColorBrush(COLOR_BTNFACE);
+}
+
+INT_PTR onDrawItem(HWND, WPARAM, LPARAM lParam)
+{
+    drawLibraryItem(*(const DRAWITEMSTRUCT*)lParam);
+    return TRUE;
+}
+
+INT_PTR onDeleteItem(HWND, WPARAM, LPARAM lParam)
+{
+    freeLibraryItem(((const DELETEITEMSTRUCT*)lParam)->itemData);
+    return TRUE;
+}
+
+int confirmDelete(HWND dialog)
+{
+    char question[CONFIRMATION_SIZE];
+    loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, question, sizeof question);
+    return MessageBoxA(dialog, question, "", MB_YESNO | MB_ICONHAND | MB_DEFBUTTON2) == IDYES;
+}
+
+void closeLibrary(HWND)
+{
+    showLibraryDialog(0, session->hostDialog);
+    CheckDlgButton(session->paletteDialog, BUTTON_LIBRARY, BST_UNCHECKED);
+}
+
+void saveToLibrary(HWND dialog)
+{
+    LibraryPath saved;
+    if (saveSelectionToLibrary(&saved)) addLibraryItem(listOf(dialog), saved.text);
+}
+
+void deleteFromLibrary(HWND dialog)
+{
+    const HWND list = listOf(dialog);
+    const WCHAR* path = currentLibraryPath(list);
+    if (!path || !confirmDelete(dialog)) return;
+    deleteLibraryFile(path);
+    SendMessageA(list, LB_DELETESTRING, (WPARAM)SendMessageA(list, LB_GETCURSEL, 0, 0), 0);
+}
+
+struct LibraryCommand {
+    int id;
+    void (*run)(HWND dialog);
+};
+
+const LibraryCommand commands[] = {
+    {BUTTON_CLOSE, closeLibrary},
+    {BUTTON_SAVE, saveToLibrary},
+    {BUTTON_DELETE, deleteFromLibrary},
+};
+
+INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM)
+{
+    for (const LibraryCommand& command : commands) {
+        if (command.id == LOWORD(wParam)) {
+            command.run(dialog);
+            break;
+        }
+    }
+    return TRUE;
+}
+
+INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
+{
+    unsubclassLibraryList(listOf(dialog));
+    releaseDialog(dialog);
+    removeAllProps(dialog);
+    return TRUE;
+}
+
+const DialogRoute routes[] = {
+    {WM_INITDIALOG, onInitDialog},     {WM_GETMINMAXINFO, onGetMinMaxInfo}, {WM_SIZE, onSize},
+    {WM_CTLCOLORDLG, onDialogColour},  {WM_ERASEBKGND, paintFaceBackground}, {WM_DRAWITEM, onDrawItem},
+    {WM_DELETEITEM, onDeleteItem},     {WM_COMMAND, onCommand},             {WM_DESTROY, onDestroy},
+};
+
+INT_PTR CALLBACK libraryDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return session ? dispatchDialogMessage(routes, dialog, message, wParam, lParam) : FALSE;
+}
+
+void openLibrary(HWND owner)
+{
+    if (!IsWindow(session->libraryDialog)) {
+        session->libraryDialog = openLocalDialog(moduleInstance, LIBRARY_TEMPLATE, owner, libraryDialogProc, 0);
+    }
+    if (!session->libraryDialog) return;
+    ShowWindow(session->libraryDialog, SW_SHOW);
+    BringWindowToTop(session->libraryDialog);
+}
+
+}  // namespace
+
+void showLibraryDialog(int show, HWND owner)
+{
+    if (show) return openLibrary(owner);
+    if (IsWindow(session->libraryDialog)) DestroyWindow(session->libraryDialog);
+    session->libraryDialog = nullptr;
+}

@@ -1,0 +1,229 @@
+#include "library/library_list.h"
+
+#include <cstdlib>
+
+#include "canvas/canvas_coordinates.h"
+#include "controls/kovctrl32.h"
+#include "image/bitmap_display.h"
+#include "image/packed_bitmap.h"
+#include "library/library_store.h"
+#include "library/selection_file.h"
+#include "selection/selection.h"
+#include "selection/stored_selection.h"
+#include "session/session_record.h"
+#include "tools/palette.h"
+
+namespace {
+
+constexpr COLORREF THUMBNAIL_BACKGROUND = 0x00C0C0C0;
+constexpr COLORREF SELECTED_FRAME = RGB(0, 240, 0);
+constexpr int PICTURE_MARGIN = 6;
+constexpr int FOCUS_MARGIN = 4;
+constexpr int DRAG_MARGIN = 5;
+
+struct LibraryItem {
+    LibraryPath path;
+    HGLOBAL thumbnail;  // as stored
+    HGLOBAL shown;      // scaled to the size in which it is drawn
+};
+
+WNDPROC previousListProc;
+
+LibraryItem* itemAt(HWND list, int index)
+{
+    if (index < 0) return nullptr;
+    const LRESULT data = SendMessageA(list, LB_GETITEMDATA, (WPARAM)index, 0);
+    return data == LB_ERR ? nullptr : (LibraryItem*)data;
+}
+
+void addItem(void* list, const LibraryPath& path, HGLOBAL thumbnail)
+{
+    LibraryItem* item = (LibraryItem*)malloc(sizeof(LibraryItem));
+    if (!item) {
+        GlobalFree(thumbnail);
+        return;
+    }
+    *item = {path, thumbnail, nullptr};
+    if (SendMessageA((HWND)list, LB_ADDSTRING, 0, (LPARAM)item) < 0) freeLibraryItem((ULONG_PTR)item);
+}
+
+// The largest rectangle of the thumbnail's proportions inside `room`, centred.
+RECT fitted(const RECT& room, int width, int height)
+{
+    const int roomWidth = room.right - room.left, roomHeight = room.bottom - room.top;
+    int w = roomWidth, h = roomWidth * height / width;
+    if (h > roomHeight) {
+        h = roomHeight;
+        w = h * width / height;
+    }
+    const int left = room.left + (roomWidth - w) / 2, top = room.top + (roomHeight - h) / 2;
+    return {left, top, left + w, top + h};
+}
+
+// Scaled once; later paints need no scaling.
+HGLOBAL shownAt(LibraryItem& item, int width, int height)
+{
+    if (item.shown && bitmapWidth(item.shown) == width && bitmapHeight(item.shown) == height) return item.shown;
+    if (item.shown) GlobalFree(item.shown);
+    item.shown = scaleBitmap(item.thumbnail, width, height);
+    return item.shown;
+}
+
+void frame(HDC dc, const RECT& rect, COLORREF colour)
+{
+    SetDCBrushColor(dc, colour);
+    FrameRect(dc, &rect, (HBRUSH)GetStockObject(DC_BRUSH));
+}
+
+RECT drawPicture(HDC dc, LibraryItem* item, const RECT& room)
+{
+    const int width = item ? bitmapWidth(item->thumbnail) : 0, height = item ? bitmapHeight(item->thumbnail) : 0;
+    if (width < 1 || height < 1) {
+        SetDCBrushColor(dc, THUMBNAIL_BACKGROUND);
+        FillRect(dc, &room, (HBRUSH)GetStockObject(DC_BRUSH));
+        return room;
+    }
+    const RECT picture = fitted(room, width, height);
+    drawBitmap(dc, shownAt(*item, picture.right - picture.left, picture.bottom - picture.top), &picture, SRCCOPY);
+    return picture;
+}
+
+// ---- dragging
+
+// What is grabbed: the item under the pointer, its rectangle on the screen.
+struct Grab {
+    LibraryItem* item;
+    RECT rect;
+    POINT pointer;
+};
+
+bool grabItem(HWND list, Grab& grab)
+{
+    const int index = (int)SendMessageA(list, LB_GETCARETINDEX, 0, 0);
+    grab.item = itemAt(list, index);
+    if (!grab.item || SendMessageA(list, LB_GETITEMRECT, (WPARAM)index, (LPARAM)&grab.rect) == LB_ERR) return false;
+    InflateRect(&grab.rect, -DRAG_MARGIN, -DRAG_MARGIN);
+    MapWindowPoints(list, nullptr, (POINT*)&grab.rect, 2);
+    GetCursorPos(&grab.pointer);
+    return PtInRect(&grab.rect, grab.pointer);
+}
+
+bool dragItem(HWND list, const Grab& grab)
+{
+    const HWND dialog = GetParent(list);
+    RECT rect = grab.rect;
+    MapWindowPoints(nullptr, dialog, (POINT*)&rect, 2);
+    const POINT offset = {grab.pointer.x - grab.rect.left, grab.pointer.y - grab.rect.top};
+    const HGLOBAL picture = grab.item->shown ? grab.item->shown : grab.item->thumbnail;
+    return dragBitmap(dialog, picture, &rect, offset, THUMBNAIL_BACKGROUND) != 0;
+}
+
+// Only inside the editing window, and not on a window that lies over it.
+bool droppedOnCanvas()
+{
+    POINT at;
+    GetCursorPos(&at);
+    const HWND under = WindowFromPoint(at);
+    if (under != session->hostDialog && under != session->canvasWindow) return false;
+    RECT client;
+    GetClientRect(session->hostDialog, &client);
+    MapWindowPoints(nullptr, session->hostDialog, &at, 1);
+    return PtInRect(&client, at);
+}
+
+void placeItem(const LibraryPath& path)
+{
+    HGLOBAL image, mask;
+    if (!readSelectionBitmaps(path.text, &image, &mask)) return;
+    const HWND canvas = session->canvasWindow;
+    clearSelection();
+    if (placeStoredSelection(imagePointOf(canvas, pointerIn(canvas)), image, mask)) selectTool(TOOL_SELECTION);
+}
+
+LRESULT pressList(HWND list, WPARAM wParam, LPARAM lParam)
+{
+    // The box makes the item under the pointer current, and must not wait for the button itself.
+    const LRESULT result = CallWindowProcA(previousListProc, list, WM_LBUTTONDOWN, wParam, lParam);
+    CallWindowProcA(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
+    Grab grab;
+    if (!grabItem(list, grab)) return result;
+    const LibraryPath path = grab.item->path;
+    const bool dropped = dragItem(list, grab);
+    CallWindowProcA(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
+    if (dropped && droppedOnCanvas()) placeItem(path);
+    return result;
+}
+
+LRESULT CALLBACK libraryListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_LBUTTONDOWN && SendMessageA(list, LB_GETCOUNT, 0, 0) > 0) return pressList(list, wParam, lParam);
+    return CallWindowProcA(previousListProc, list, message, wParam, lParam);
+}
+
+}  // namespace
+
+void fillLibraryList(HWND list)
+{
+    SendMessageA(list, WM_SETREDRAW, FALSE, 0);
+    listLibraryFiles(addItem, list);
+    SendMessageA(list, WM_SETREDRAW, TRUE, 0);
+}
+
+void addLibraryItem(HWND list, const WCHAR* path)
+{
+    const HGLOBAL thumbnail = readSelectionThumbnail(path);
+    if (!thumbnail) return;
+    LibraryPath copy;
+    lstrcpynW(copy.text, path, MODULE_PATH_SIZE);
+    addItem(list, copy, thumbnail);
+}
+
+const WCHAR* currentLibraryPath(HWND list)
+{
+    const LibraryItem* item = itemAt(list, (int)SendMessageA(list, LB_GETCURSEL, 0, 0));
+    return item ? item->path.text : nullptr;
+}
+
+void drawLibraryItem(const DRAWITEMSTRUCT& draw)
+{
+    const COLORREF windowColour = GetSysColor(COLOR_WINDOW);
+    RECT item = draw.rcItem;
+    if (draw.itemID == (UINT)-1) return frame(draw.hDC, item, windowColour);
+    FillRect(draw.hDC, &item, GetSysColorBrush(COLOR_WINDOW));
+    RECT room = item;
+    InflateRect(&room, -PICTURE_MARGIN, -PICTURE_MARGIN);
+    RECT picture = drawPicture(draw.hDC, (LibraryItem*)draw.itemData, room);
+    if (draw.itemState & ODS_SELECTED) {
+        InflateRect(&picture, 1, 1);
+        frame(draw.hDC, picture, SELECTED_FRAME);
+    }
+    InflateRect(&item, -FOCUS_MARGIN, -FOCUS_MARGIN);
+    if (draw.itemState & ODS_FOCUS) DrawFocusRect(draw.hDC, &item);
+}
+
+void freeLibraryItem(ULONG_PTR itemData)
+{
+    LibraryItem* item = (LibraryItem*)itemData;
+    if (!item) return;
+    if (item->thumbnail) GlobalFree(item->thumbnail);
+    if (item->shown) GlobalFree(item->shown);
+    free(item);
+}
+
+void setLibraryItemHeight(HWND list)
+{
+    RECT client;
+    GetClientRect(list, &client);
+    SendMessageA(list, LB_SETITEMHEIGHT, 0, (LPARAM)(int)(client.right * 0.75));
+}
+
+void subclassLibraryList(HWND list)
+{
+    previousListProc = (WNDPROC)SetWindowLongPtrA(list, GWLP_WNDPROC, (LONG_PTR)&libraryListProc);
+}
+
+void unsubclassLibraryList(HWND list)
+{
+    if (previousListProc) SetWindowLongPtrA(list, GWLP_WNDPROC, (LONG_PTR)previousListProc);
+    previousListProc = nullptr;
+}
