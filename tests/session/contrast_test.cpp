@@ -5,7 +5,7 @@
 
 #include "tests/reference/colour_reference.h"
 #include "tests/session/import_patch.h"
-#include "tests/session/screen_picture.h"
+#include "tests/session/screen_part.h"
 #include "tests/session/session_fixture.h"
 
 enum ContrastId {
@@ -64,29 +64,6 @@ static reference::Image sampled(const reference::Image& source, SIZE client)
         }
     }
     return preview;
-}
-
-// What the screen shows there; rows bottom-up.
-static reference::Image screenPart(const RECT& part)
-{
-    const int width = part.right - part.left, height = part.bottom - part.top;
-    reference::Image shown = {width, height, Block((size_t)reference::strideOf(width) * (size_t)height)};
-    BITMAPINFOHEADER header = {};
-    header.biSize = sizeof header;
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biPlanes = 1;
-    header.biBitCount = 24;
-    const HDC screen = GetDC(nullptr), copy = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
-    const HGDIOBJ old = SelectObject(copy, bitmap);
-    BitBlt(copy, 0, 0, width, height, screen, part.left, part.top, SRCCOPY);
-    SelectObject(copy, old);
-    GetDIBits(screen, bitmap, 0, (UINT)height, shown.bytes.data(), (BITMAPINFO*)&header, DIB_RGB_COLORS);
-    DeleteObject(bitmap);
-    DeleteDC(copy);
-    ReleaseDC(nullptr, screen);
-    return shown;
 }
 
 static BOOL CALLBACK findContrastDialog(HWND window, LPARAM lp)
@@ -534,8 +511,7 @@ TEST_F(Contrast, CanvasShowsTheAdjustedImage)
     RECT canvas;
     GetClientRect(host.canvas, &canvas);
     ASSERT_EQ(photo.width, canvas.right);
-    MapWindowPoints(host.canvas, nullptr, (POINT*)&canvas, 2);
-    const reference::Image shown = screenPart(canvas), expected = imageOf(snapshot(photo), photo.width, photo.height);
+    const reference::Image shown = shownBy(host.canvas), expected = imageOf(snapshot(photo), photo.width, photo.height);
     for (size_t row = 0; row < (size_t)photo.height; ++row) {
         const size_t at = row * (size_t)reference::strideOf(photo.width);
         ASSERT_EQ(0, memcmp(&shown.bytes[at], &expected.bytes[at], (size_t)photo.width * 3)) << row;
