@@ -40,13 +40,6 @@ void closeContext(const TextContext& context)
     DeleteDC(context.dc);
 }
 
-void createFont()
-{
-    if (session->textFontHandle) DeleteObject(session->textFontHandle);
-    session->textFont.lfHeight = (LONG)session->brushHeight;
-    session->textFontHandle = CreateFontIndirectA(&session->textFont);
-}
-
 // The strip as a 24-bit bitmap; the caller frees it.
 HGLOBAL stripPixels()
 {
@@ -65,9 +58,16 @@ HGLOBAL stripPixels()
 
 }  // namespace
 
+void createTextFont()
+{
+    if (session->textFontHandle) DeleteObject(session->textFontHandle);
+    session->textFont.lfHeight = (LONG)session->brushHeight;
+    session->textFontHandle = CreateFontIndirectA(&session->textFont);
+}
+
 bool createTextStrip(int imageWidth)
 {
-    createFont();
+    createTextFont();
     if (session->textStrip) DeleteObject(session->textStrip);
     session->textStrip = CreateBitmap(imageWidth, textLineHeight(), 1, 1, nullptr);
     return session->textFontHandle && session->textStrip;

@@ -4,8 +4,10 @@
 
 #include <windows.h>
 
-// Makes textFontHandle from textFont and brushHeight, and textStrip for an image of this width. False
-// when one of them cannot be made.
+// Makes textFontHandle from textFont, whose height becomes brushHeight.
+void createTextFont();
+
+// Makes textFontHandle, and textStrip for an image of this width. False when one of them cannot be made.
 bool createTextStrip(int imageWidth);
 void freeTextStrip();
 

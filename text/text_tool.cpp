@@ -253,6 +253,7 @@ void chooseTextFont(HWND palette)
     EnableWindow(session->hostDialog, FALSE);
     if (ChooseFontA(&dialog)) {
         session->brushHeight = (uint32_t)abs((int)font.lfHeight);
+        createTextFont();  // the dialog's heights are negative, the description's (and the settings file's) are not
         session->paintColour = dialog.rgbColors;
     }
     EnableWindow(session->hostDialog, TRUE);

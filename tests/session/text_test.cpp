@@ -180,6 +180,16 @@ struct Text : SessionTest {
         EXPECT_TRUE(IsRectEmpty(&none)) << "the caret is gone";
         expectOnScreen(empty.bytes);
     }
+
+    std::string chosenFace;
+    void takeLookOf(const std::string& value);
+
+    std::string setting(const char* name)
+    {
+        char value[128] = "";
+        GetPrivateProfileStringA("Cursors", name, "", value, sizeof value, (library.directory + "KOVRTCH.INI").c_str());
+        return value;
+    }
 };
 
 TEST_F(Text, LineShowsOverTheImageAsItWillBeStamped)
@@ -357,6 +367,49 @@ TEST_F(Text, FontDialogEndsTheLine)
     expectNothingLeft();
     click(40, 70);
     expectCaret(40, 54);  // cancelled: the height is the old one
+    closeAndCheck(before);
+}
+
+// A value of the settings file: numbers of three digits, then the face.
+void Text::takeLookOf(const std::string& value)
+{
+    ASSERT_GT(value.size(), 36u);
+    const char* text = value.c_str();
+    look.font.lfHeight = atoi(text);
+    look.font.lfWeight = atoi(text + 4);
+    look.font.lfQuality = (BYTE)atoi(text + 8);
+    look.font.lfPitchAndFamily = (BYTE)atoi(text + 32);
+    look.font.lfCharSet = (BYTE)atoi(text + 28);
+    lstrcpynA(look.font.lfFaceName, text + 36, LF_FACESIZE);
+    EXPECT_EQ(chosenFace, look.font.lfFaceName);
+}
+
+// The chosen font is a tool setting like others: it holds from then on, and in the next session, also
+// when nothing was typed with it.
+TEST_F(Text, ChosenFontComesBackInTheNextSession)
+{
+    openWithText();
+    ASSERT_TRUE(clickControl(&host, ID_TEXT_BUTTON));
+    ASSERT_TRUE(waitUntil("the font dialog to open", [&] { return fontDialog(host) != nullptr; }));
+    runOnHost(&host, [&] {
+        const HWND dialog = fontDialog(host), sizes = GetDlgItem(dialog, cmb3);
+        const LRESULT row = SendMessageA(sizes, CB_FINDSTRINGEXACT, (WPARAM)-1, (LPARAM) "24");
+        SendMessageA(sizes, CB_SETCURSEL, (WPARAM)row, 0);
+        SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(cmb3, CBN_SELCHANGE), (LPARAM)sizes);
+        char face[LF_FACESIZE] = "";
+        GetDlgItemTextA(dialog, cmb1, face, sizeof face);
+        chosenFace = face;
+    });
+    ASSERT_TRUE(closeFontDialog(&host, IDOK));
+    closeAndCheck(before);
+    EXPECT_EQ(0u, setting("T123").find("001,000,003,032,000,000,")) << setting("T123");
+    takeLookOf(setting("Font"));
+    EXPECT_EQ(32, look.font.lfHeight) << "24 points at 96 dots an inch: " << setting("Font");
+    openWithText();
+    click(40, 90);
+    expectCaret(40, 58);
+    type("Next");
+    expectLineOnScreen("Next", 40, 58);
     closeAndCheck(before);
 }
 
