@@ -38,6 +38,8 @@ DabPlacement placeDab(PixelRect dab, int maskWidth, int maskHeight, int imageWid
     const AxisPlacement y = placeAxis(dab.top, maskHeight, imageHeight);
     if (x.size == 0 || y.size == 0) return placed;
     placed.visible = true;
+    placed.left = dab.left;
+    placed.top = dab.top;
     placed.imageX = x.image;
     placed.imageY = y.image;
     placed.width = x.size;

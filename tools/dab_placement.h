@@ -22,6 +22,7 @@ struct DabPlacement {
     int maskX, maskY;
     int ruleWidth, ruleHeight;
     PixelRect clamped;          // the dab's rectangle cut to the image
+    int left, top;              // the dab's corner, wherever it lies
 };
 
 // `dab` is the dab's rectangle in image pixels, of which left and top place the mask.

@@ -1,7 +1,12 @@
 // The Rubber: brings back the image as it was when the session began.
 //
-// `original` has the image's size; every pixel goes towards the same pixel of it. There is no coverage
-// map: each dab acts again on the image as it is. `opacity` is percent, 0 to 100.
+// `original` has the image's size; every pixel goes towards the pixel of it that lies under the same cell
+// of the brush. There is no coverage map: each dab acts again on the image as it is. `opacity` is percent,
+// 0 to 100.
+//
+// That is the image's own pixel, but for a brush that hangs over both sides of the image: as its cells are
+// placed oddly there (see DabPlacement), what it brings back is shifted, and black where it comes from
+// outside. That is meant.
 #pragma once
 
 #include "tools/dab_placement.h"

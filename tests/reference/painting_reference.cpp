@@ -94,6 +94,13 @@ int blurChannel(const Picture& from, int x, int y, int Pixel::*channel)
     return sum >> 4;
 }
 
+// The original cut out under the brush's rectangle: black outside the image.
+Pixel underTheBrush(const Picture& original, int x, int y)
+{
+    const bool inside = x >= 0 && y >= 0 && x < original.width && y < original.height;
+    return inside ? original.at(x, y) : Pixel{0, 0, 0};
+}
+
 void layPixel(Scene& scene, const Dab& dab, int x, int y, int maskX, int maskY, double fraction)
 {
     Pixel& pixel = scene.image.at(x, y);
@@ -115,10 +122,12 @@ void layPixel(Scene& scene, const Dab& dab, int x, int y, int maskX, int maskY, 
         if (maskX < scene.patch.width && maskY < scene.patch.height)
             pixel = blend(pixel, scene.patch.at(maskX, maskY), dab.opacity);
         return;
-    case RUBBER:
-        pixel = dab.soft ? blendReal(pixel, scene.original.at(x, y), dab.opacity * (1 - fraction))
-                         : blend(pixel, scene.original.at(x, y), dab.opacity);
+    case RUBBER: {
+        const Pixel original = underTheBrush(scene.original, dab.left + maskX, dab.top + maskY);
+        pixel = dab.soft ? blendReal(pixel, original, dab.opacity * (1 - fraction))
+                         : blend(pixel, original, dab.opacity);
         return;
+    }
     case SPRAY:
         pixel = dab.soft ? blendReal(pixel, dab.colour, dab.opacity * (1 - std::sqrt(fraction)))
                          : blend(pixel, dab.colour, dab.opacity);

@@ -355,3 +355,17 @@ TEST(PaintingKernels, InvisibleDabChangesNothing)
         }
     }
 }
+
+// A brush over both sides of the image starts at mask column 0: what it brings back is shifted as well.
+TEST(HardRubber, OverBothSidesBringsBackShiftedPixels)
+{
+    Dice dice = {5};
+    const Grid mask = plainGrid(8, 1, 1);
+    const reference::Picture original = randomPicture(dice, 4, 1), painted = plainPicture(4, 1, grey);
+    PaintingBench bench = paintingBench({painted, painted, original, painted, plainGrid(4, 1, 0)}, mask);
+    layKernelDab(bench, {reference::RUBBER, false, -2, 0, {}, 100});
+    expectPixel({0, 0, 0}, pixelAt(bench, 0, 0));
+    expectPixel({0, 0, 0}, pixelAt(bench, 1, 0));
+    expectPixel(original.at(0, 0), pixelAt(bench, 2, 0));
+    expectPixel(original.at(1, 0), pixelAt(bench, 3, 0));
+}
