@@ -182,6 +182,7 @@ void showOutline(HWND)
 {
     if (session->overlayHideCount < 1) ++session->overlayHideCount;
     if (!visible()) return;
+    restoreSaveUnder();  // shown already: its own picture must not get into the new save-under
     takeSaveUnder();
     if (session->mouseInside) drawPicture();
 }
