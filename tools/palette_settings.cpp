@@ -48,8 +48,8 @@ void forceTextBlock(ToolSettings& settings)
 
 void takeSettings(const ToolSettings& settings)
 {
-    session->brushShape = settings.shape;
-    session->edgeMode = settings.edge;
+    session->brushShape = settings.shape == SHAPE_RECTANGLE ? SHAPE_RECTANGLE : SHAPE_CIRCLE;
+    session->edgeMode = settings.edge == EDGE_SMOOTH ? EDGE_SMOOTH : EDGE_FULL;
     const bool text = settings.toolId == TOOL_TEXT;
     session->brushWidth = sizeWithin(settings.width, BRUSH_SIZE_RANGE.maximum);
     session->brushHeight = sizeWithin(settings.height, text ? LARGEST_FONT_HEIGHT : BRUSH_SIZE_RANGE.maximum);

@@ -15,6 +15,8 @@ constexpr WCHAR SECTION[] = L"Cursors";
 constexpr WCHAR FONT_KEY[] = L"Font";
 constexpr WCHAR CURRENT_FILE[] = L"KOVRTCH.INI";
 constexpr WCHAR LEGACY_FILE[] = L"KOVRTOUCH.INI";
+constexpr int LARGEST_FONT_HEIGHT = 4096;
+constexpr int LARGEST_FONT_WEIGHT = 1000;
 constexpr int LEGACY_TOOL_COUNT = TOOL_COUNT - 1;  // it did not know the outline brush
 
 static_assert(FACE_NAME_SIZE == LF_FACESIZE, "a face name fits the font record");
@@ -53,15 +55,20 @@ FontSettings fontSettings(const LOGFONTA& font)
     return settings;
 }
 
+int within(int number, int minimum, int maximum)
+{
+    return number < minimum ? minimum : number > maximum ? maximum : number;
+}
+
 void readFont(const WCHAR* path)
 {
     char value[SETTINGS_VALUE_SIZE];
     if (!readValue(path, FONT_KEY, value)) return;
-    FontSettings settings;
+    FontSettings settings = {};
     parseFontValue(value, settings);
     LOGFONTA& font = session->textFont;
-    font.lfHeight = settings.height;
-    font.lfWeight = settings.weight;
+    font.lfHeight = within(settings.height, -LARGEST_FONT_HEIGHT, LARGEST_FONT_HEIGHT);
+    font.lfWeight = within(settings.weight, 0, LARGEST_FONT_WEIGHT);
     font.lfQuality = (BYTE)settings.quality;
     font.lfPitchAndFamily = (BYTE)settings.pitchAndFamily;
     font.lfItalic = (BYTE)settings.italic;
@@ -95,7 +102,8 @@ void readLegacyTools(const WCHAR* path)
 
 bool fileExists(const WCHAR* path)
 {
-    return GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
+    const DWORD attributes = GetFileAttributesW(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
 }  // namespace
