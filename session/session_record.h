@@ -58,7 +58,7 @@ struct SessionRecord {
     HGLOBAL brushMask;                        // 151
     HGLOBAL maskCache;                        // 152: patch picked up by Stamp or Spoonbill
     HGLOBAL strokeCoverage;                   // 153: 8-bit map: what each pixel has received in this stroke
-    HGLOBAL strokeStartImage;                 // 154
+    HGLOBAL strokeStartImage;                 // 154: unused, undoSnapshot serves
     uint32_t edgeMode;                        // 155: 0 Full, 1 Smooth
     uint32_t maskScale;                       // 156: 1, or 2 for the soft Aerographe
     POINT clickPoints[2];                     // 157..160: press position, latest position (image pixels)

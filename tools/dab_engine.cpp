@@ -30,13 +30,29 @@ struct Dab {
     bool softEdge;
 };
 
+// The lines of the coverage map that the stroke has reached, so that the next press clears no others.
+struct CoveredLines {
+    HGLOBAL map;
+    int top, bottom;
+};
+CoveredLines covered;
+
+void noteCovered(int top, int bottom)
+{
+    const bool none = covered.top >= covered.bottom;
+    if (none || top < covered.top) covered.top = top;
+    if (none || bottom > covered.bottom) covered.bottom = bottom;
+}
+
+// The image as it was when the stroke began is the undo snapshot: both are taken at the press.
 int paintBrush(const Dab& dab)
 {
+    noteCovered(dab.place.imageY, dab.place.imageY + dab.place.height);
     BitmapBlock coverageBlock, startBlock;
     MapView coverage;
     BitsView start;
     if (!lockMap(session->strokeCoverage, &coverageBlock, &coverage)) return 0;
-    const bool ready = !dab.softEdge || lockPixels(session->strokeStartImage, &startBlock, &start);
+    const bool ready = !dab.softEdge || lockPixels(session->undoSnapshot, &startBlock, &start);
     if (ready && dab.softEdge) {
         softBrushKernel(dab.image, start, dab.place, dab.mask, coverage, dab.colour, dab.opacity);
         unlockBlock(startBlock);
@@ -159,7 +175,7 @@ RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to)
 void paintSegmentOf(BrushStroke& stroke, PixelPoint from, PixelPoint to)
 {
     BitmapBlock start;
-    if (stroke.soft && !lockPixels(session->strokeStartImage, &start, &stroke.start)) return;
+    if (stroke.soft && !lockPixels(session->undoSnapshot, &start, &stroke.start)) return;
     paintBrushSegment(stroke, from, to);
     if (stroke.soft) unlockBlock(start);
 }
@@ -169,6 +185,10 @@ RECT layBrushSegment(const PaintingTool&, PixelPoint from, PixelPoint to)
 {
     extendDirtyBox(from.x, from.y);
     extendDirtyBox(to.x, to.y);
+    const RECT first = rectOfDab(from), last = rectOfDab(to);
+    RECT touched;
+    UnionRect(&touched, &first, &last);
+    noteCovered((int)touched.top, (int)touched.bottom);
     BrushStroke stroke = {};
     stroke.colour = rgbFromColorref(session->paintColour);
     stroke.opacity = (int)session->opacity;
@@ -184,9 +204,6 @@ RECT layBrushSegment(const PaintingTool&, PixelPoint from, PixelPoint to)
         }
         unlockBlock(image);
     }
-    const RECT first = rectOfDab(from), last = rectOfDab(to);
-    RECT touched;
-    UnionRect(&touched, &first, &last);
     return touched;
 }
 
@@ -199,19 +216,27 @@ void pickUpPatch(HWND canvas, int x, int y)
     rebuildOutline(canvas, 0);
 }
 
+void clearCovered(const MapView& map)
+{
+    const int top = covered.top > 0 ? covered.top : 0;
+    const int bottom = covered.bottom < map.height ? covered.bottom : map.height;
+    if (top < bottom) memset(rowOf(map, bottom - 1), 0, (size_t)-map.stride * (size_t)(bottom - top));
+}
+
 // A zeroed map of the image's size; the block of the stroke before is used again when it fits.
 HGLOBAL freshCoverage(HGLOBAL old, int width, int height)
 {
     BitmapBlock block;
     MapView map;
-    if (lockMap(old, &block, &map)) {
-        const bool fits = map.width == width && map.height == height;
-        if (fits) memset(rowOf(map, height - 1), 0, (size_t)rowStride(width, 8) * height);
+    bool fits = false;
+    if (old == covered.map && lockMap(old, &block, &map)) {
+        fits = map.width == width && map.height == height;
+        if (fits) clearCovered(map);
         unlockBlock(block);
-        if (fits) return old;
     }
-    if (old) GlobalFree(old);
-    return createBitmap(width, height, 8);
+    if (!fits && old) GlobalFree(old);
+    covered = {fits ? old : createBitmap(width, height, 8), 0, 0};
+    return covered.map;
 }
 
 }  // namespace
@@ -221,8 +246,7 @@ int beginStroke()
     int width, height;
     if (!lockBitmapInfo(editedImage(), &width, &height, nullptr)) return 0;
     session->strokeCoverage = freshCoverage(session->strokeCoverage, width, height);
-    session->strokeStartImage = duplicateBitmapReusing(session->strokeStartImage, editedImage());
-    return session->strokeCoverage && session->strokeStartImage;
+    return session->strokeCoverage != nullptr;
 }
 
 void extendDirtyBox(int x, int y)

@@ -6,8 +6,8 @@
 
 #include "image/bits_view.h"
 
-// The Brush's stroke begins: a zeroed coverage map and a copy of the image as it is now. Returns 0 when
-// the image cannot be read or memory is short.
+// The Brush's stroke begins, with a zeroed coverage map. The image as it is now must be in undoSnapshot:
+// the Smooth edge paints over that. Returns 0 when the image cannot be read or memory is short.
 int beginStroke();
 
 // Paints from one pointer position to another with the current tool and shows it at once. Brush and
