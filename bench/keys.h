@@ -8,6 +8,7 @@ extern const BenchGroup paintingKeys;
 extern const BenchGroup imageKeys;
 extern const BenchGroup selectionKeys;
 extern const BenchGroup fileKeys;
+extern const BenchGroup pressKeys;
 extern const BenchGroup yardstickKeys;
 
 // A new group is declared above and added here.
@@ -17,5 +18,6 @@ static const BenchGroup* const benchGroups[] = {
     &imageKeys,
     &selectionKeys,
     &fileKeys,
+    &pressKeys,
     &yardstickKeys,
 };
