@@ -62,7 +62,11 @@ void createTextFont()
 {
     if (session->textFontHandle) DeleteObject(session->textFontHandle);
     session->textFont.lfHeight = (LONG)session->brushHeight;
-    session->textFontHandle = CreateFontIndirectA(&session->textFont);
+    LOGFONTA font = session->textFont;
+    // Letters are typed in the system's code page. A font without a choice of script would take their bytes
+    // for Western ones and show accents where, say, Cyrillic was typed.
+    if (font.lfCharSet == ANSI_CHARSET) font.lfCharSet = DEFAULT_CHARSET;
+    session->textFontHandle = CreateFontIndirectA(&font);
 }
 
 bool createTextStrip(int imageWidth)

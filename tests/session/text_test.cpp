@@ -27,6 +27,7 @@ static Look defaultLook()
     look.font.lfWeight = FW_BOLD;
     look.font.lfQuality = PROOF_QUALITY;
     look.font.lfPitchAndFamily = VARIABLE_PITCH | FF_SWISS;
+    look.font.lfCharSet = DEFAULT_CHARSET;  // what is typed is in the system's code page
     strcpy(look.font.lfFaceName, "Arial");
     look.colour = RGB(255, 192, 192);
     return look;
@@ -379,7 +380,7 @@ void Text::takeLookOf(const std::string& value)
     look.font.lfWeight = atoi(text + 4);
     look.font.lfQuality = (BYTE)atoi(text + 8);
     look.font.lfPitchAndFamily = (BYTE)atoi(text + 32);
-    look.font.lfCharSet = (BYTE)atoi(text + 28);
+    look.font.lfCharSet = atoi(text + 28) ? (BYTE)atoi(text + 28) : (BYTE)DEFAULT_CHARSET;
     lstrcpynA(look.font.lfFaceName, text + 36, LF_FACESIZE);
     EXPECT_EQ(chosenFace, look.font.lfFaceName);
 }

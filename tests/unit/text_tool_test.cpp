@@ -46,6 +46,7 @@ OwnContext ownContext(int height)
 {
     LOGFONTA description = session->textFont;
     description.lfHeight = height;
+    if (description.lfCharSet == ANSI_CHARSET) description.lfCharSet = DEFAULT_CHARSET;  // the system's script
     OwnContext context = {CreateCompatibleDC(nullptr), CreateFontIndirectA(&description), nullptr};
     context.oldFont = SelectObject(context.dc, context.font);
     return context;
@@ -439,7 +440,8 @@ TEST_F(TextTool, TypingStopsAtTheRightEdge)
 
 TEST_F(TextTool, StampEqualsTheSystemsRenderingAtEveryBorder)
 {
-    static const POINT places[] = {{0, 40}, {1, 40}, {95, 40}, {60, 40}, {10, 3}, {10, 0}, {10, 89}, {10, 79}, {99, 89}};
+    static const POINT places[] = {{0, 40}, {1, 40},  {95, 40}, {60, 40}, {10, 3},
+                                   {10, 0}, {10, 89}, {10, 79}, {99, 89}};
     for (int opacity : {100, 50, 49, 16}) {
         for (int lineHeight : {1, 7, 20, 48, 80}) {
             for (const POINT& place : places) {
@@ -527,14 +529,17 @@ TEST_F(TextTool, EscapeAndEndStampNothing)
     EXPECT_EQ(0, record.caretIndex);
 }
 
-// A byte above 127 is the character that the system's code page has there.
+// A byte above 127 is the character that the code page has there: the system's, unless the font has been chosen for
+// another script.
 TEST_F(TextTool, BytesAreCharactersOfTheFontsCodePage)
 {
     struct Script {
         BYTE charSet;
         UINT codePage;
     };
-    for (const Script script : {Script{DEFAULT_CHARSET, CP_ACP}, Script{RUSSIAN_CHARSET, 1251}, Script{GREEK_CHARSET, 1253}}) {
+    // The first is the one that a session starts with.
+    for (const Script script : {Script{ANSI_CHARSET, CP_ACP}, Script{DEFAULT_CHARSET, CP_ACP},
+                                Script{RUSSIAN_CHARSET, 1251}, Script{GREEK_CHARSET, 1253}}) {
         record.textFont.lfCharSet = script.charSet;
         use(400, 40, 24);
         click(4, 32);
@@ -549,4 +554,15 @@ TEST_F(TextTool, BytesAreCharactersOfTheFontsCodePage)
         key(VK_RETURN);
         expectImage();
     }
+}
+
+// Only seen on systems with another code page: Cyrillic would come out as accented letters there.
+TEST_F(TextTool, FontWithoutAChosenScriptTakesTheSystemsOne)
+{
+    use(100, 40, 16);
+    click(4, 32);
+    LOGFONTA made = {};
+    GetObjectA(record.textFontHandle, sizeof made, &made);
+    EXPECT_EQ(DEFAULT_CHARSET, made.lfCharSet);
+    EXPECT_EQ(ANSI_CHARSET, record.textFont.lfCharSet) << "the description, and so the settings file, stays";
 }
