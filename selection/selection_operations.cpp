@@ -1,10 +1,8 @@
 #include "selection/selection_operations.h"
 
-#include <cstdlib>
 #include <initializer_list>
 
 #include "canvas/canvas_coordinates.h"
-#include "color/span_reshape.h"
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
 #include "selection/row_crossings.h"
@@ -12,6 +10,7 @@
 #include "selection/selection_images.h"
 #include "selection/selection_state.h"
 #include "selection/selection_transform.h"
+#include "selection/span_rows.h"
 #include "session/session_record.h"
 #include "session/window_props.h"
 
@@ -153,67 +152,23 @@ const Operation operations[] = {
     {OPERATION_FLIP_HORIZONTAL, flip}, {OPERATION_COLOUR, stepColour},
 };
 
-// ---- spans of a crossing table as plain arrays
-
-// All rows' crossings in one block, for the resampler.
-struct SpanArrays {
-    RowSpans* rows;
-    int* crossings;
-    SpanTable table;
-};
-
-int countCrossings(const RowHead* table, int rowCount)
-{
-    int total = 0;
-    for (int row = 0; row < rowCount; ++row) {
-        const RowHead* head = crossingsOfRow(table, row);
-        for (const RowHead* node = head->next; node != head; node = node->next) ++total;
-    }
-    return total;
-}
-
-bool makeSpanArrays(const RowHead* table, SpanArrays& arrays)
-{
-    const int rowCount = crossingRowCount(table);
-    arrays.rows = (RowSpans*)malloc(((size_t)rowCount + 1) * sizeof(RowSpans));
-    arrays.crossings = (int*)malloc(((size_t)countCrossings(table, rowCount) + 1) * sizeof(int));
-    if (!arrays.rows || !arrays.crossings) return false;
-    int* next = arrays.crossings;
-    for (int row = 0; row < rowCount; ++row) {
-        const RowHead* head = crossingsOfRow(table, row);
-        arrays.rows[row] = {next, 0};
-        for (const RowHead* node = head->next; node != head; node = node->next) {
-            *next++ = node->x;
-            ++arrays.rows[row].count;
-        }
-    }
-    arrays.table = {arrays.rows, rowCount};
-    return true;
-}
-
-void freeSpanArrays(SpanArrays& arrays)
-{
-    free(arrays.rows);
-    free(arrays.crossings);
-}
-
 // ---- resize
 
 bool reshapePixels(const Shape& shape)
 {
-    SpanArrays from = {}, to = {};
-    const bool listed = makeSpanArrays(session->referenceCrossingsB, from) && makeSpanArrays(shape.crossings, to);
+    SpanTable from = {}, to = {};
+    const bool listed = makeSpanRows(session->referenceCrossingsB, from) && makeSpanRows(shape.crossings, to);
     const LockedPair source = lockPair(session->referenceImageB, session->referenceMaskB);
     const LockedPair target = lockPair(shape.image, shape.mask);
     const bool ready = listed && source.locked && target.locked;
     if (ready) {
         reshapeSelectionSpans({source.image, source.mask}, {target.image, target.mask},
-                              {from.table, pixelRectOf(session->referenceRectB)}, {to.table, shape.rect});
+                              {from, pixelRectOf(session->referenceRectB)}, {to, shape.rect});
     }
     unlockPair(target);
     unlockPair(source);
-    freeSpanArrays(to);
-    freeSpanArrays(from);
+    freeSpanRows(to);
+    freeSpanRows(from);
     return ready;
 }
 
