@@ -58,7 +58,7 @@ bool typeCharacter(const TextLine& line, char character)
     const int length = textLength(line), caret = *line.caret;
     if (caret < 0 || caret + 1 >= TEXT_BUFFER_SIZE) return false;
     line.buffer[caret] = character;
-    if (caret == length) line.buffer[caret + 1] = 0;  // what was typed behind the end stays hidden
+    if (caret == length) line.buffer[caret + 1] = 0; // what was typed behind the end stays hidden
     ++*line.caret;
     return true;
 }

@@ -5,10 +5,10 @@
 // written outside the buffer.
 #pragma once
 
-constexpr int TEXT_BUFFER_SIZE = 8192;  // terminator included
+constexpr int TEXT_BUFFER_SIZE = 8192; // terminator included
 
 struct TextLine {
-    char* buffer;  // TEXT_BUFFER_SIZE bytes, borrowed
+    char* buffer; // TEXT_BUFFER_SIZE bytes, borrowed
     int* caret;
 };
 
@@ -16,8 +16,8 @@ int textLength(const TextLine& line);
 
 void moveCaretHome(const TextLine& line);
 void moveCaretEnd(const TextLine& line);
-void moveCaretLeft(const TextLine& line);   // not below the start
-void moveCaretRight(const TextLine& line);  // not from the end on
+void moveCaretLeft(const TextLine& line);  // not below the start
+void moveCaretRight(const TextLine& line); // not from the end on
 
 // Shifts the rest right and puts a space at the caret. False (no change) in an empty line, at or behind
 // the end, and when the buffer is full.

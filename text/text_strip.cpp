@@ -56,7 +56,7 @@ HGLOBAL stripPixels()
     return pixels;
 }
 
-}  // namespace
+} // namespace
 
 void createTextFont()
 {
@@ -144,8 +144,7 @@ bool stampTextStrip()
     if (lockPixels(pixels, &stripBlock, &strip)) {
         stamped = lockPixels(editedImage(), &imageBlock, &image);
         if (stamped) {
-            stampText(image, strip, session->textOriginY, rgbFromColorref(session->paintColour),
-                      (int)session->opacity);
+            stampText(image, strip, session->textOriginY, rgbFromColorref(session->paintColour), (int)session->opacity);
             unlockBlock(imageBlock);
         }
         unlockBlock(stripBlock);

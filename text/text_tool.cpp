@@ -141,7 +141,7 @@ void enterLine(HWND canvas, const TextLine& line)
 {
     stampLine(canvas);
     const int next = session->textOriginY + textLineHeight();
-    if (next >= bitmapHeight(editedImage())) return;  // the last line stays open, and can be stamped again
+    if (next >= bitmapHeight(editedImage())) return; // the last line stays open, and can be stamped again
     startLineAt(canvas, line, session->textOriginX, next);
 }
 
@@ -151,8 +151,8 @@ struct CaretKey {
 };
 
 const CaretKey caretKeys[] = {
-    {VK_END, moveCaretEnd},    {VK_HOME, moveCaretHome},   {VK_LEFT, moveCaretLeft},
-    {VK_UP, moveCaretLeft},    {VK_RIGHT, moveCaretRight}, {VK_DOWN, moveCaretRight},
+    {VK_END, moveCaretEnd}, {VK_HOME, moveCaretHome},   {VK_LEFT, moveCaretLeft},
+    {VK_UP, moveCaretLeft}, {VK_RIGHT, moveCaretRight}, {VK_DOWN, moveCaretRight},
 };
 
 bool moveCaretByKey(HWND canvas, const TextLine& line, UINT key)
@@ -168,14 +168,14 @@ bool moveCaretByKey(HWND canvas, const TextLine& line, UINT key)
 
 void editByKey(HWND canvas, const TextLine& line, UINT key)
 {
-    const bool changed = (key == VK_INSERT && lineFits(line) && insertSpace(line)) ||
-                         (key == VK_DELETE && deleteAtCaret(line));
+    const bool changed =
+        (key == VK_INSERT && lineFits(line) && insertSpace(line)) || (key == VK_DELETE && deleteAtCaret(line));
     if (!changed) return;
     moveCaret(canvas, line);
     renderLine(canvas, line);
 }
 
-}  // namespace
+} // namespace
 
 int textClick(HWND canvas, int x, int y)
 {
@@ -253,7 +253,7 @@ void chooseTextFont(HWND palette)
     EnableWindow(session->hostDialog, FALSE);
     if (ChooseFontA(&dialog)) {
         session->brushHeight = (uint32_t)abs((int)font.lfHeight);
-        createTextFont();  // the dialog's heights are negative, the description's (and the settings file's) are not
+        createTextFont(); // the dialog's heights are negative, the description's (and the settings file's) are not
         session->paintColour = dialog.rgbColors;
     }
     EnableWindow(session->hostDialog, TRUE);

@@ -23,11 +23,11 @@ struct Look {
 static Look defaultLook()
 {
     Look look = {};
-    look.font.lfHeight = 16;  // of a new tool; the font's own height counts for nothing
+    look.font.lfHeight = 16; // of a new tool; the font's own height counts for nothing
     look.font.lfWeight = FW_BOLD;
     look.font.lfQuality = PROOF_QUALITY;
     look.font.lfPitchAndFamily = VARIABLE_PITCH | FF_SWISS;
-    look.font.lfCharSet = DEFAULT_CHARSET;  // what is typed is in the system's code page
+    look.font.lfCharSet = DEFAULT_CHARSET; // what is typed is in the system's code page
     strcpy(look.font.lfFaceName, "Arial");
     look.colour = RGB(255, 192, 192);
     return look;
@@ -74,8 +74,8 @@ static Block drawn(const Look& look, const std::string& text, int x, int width)
 
 struct Text : SessionTest {
     Look look = defaultLook();
-    Block before;            // the host's image when the session opened
-    reference::Image empty;  // what the canvas shows without a line
+    Block before;           // the host's image when the session opened
+    reference::Image empty; // what the canvas shows without a line
 
     void SetUp() override
     {
@@ -247,7 +247,7 @@ TEST_F(Text, HalfOpacity)
     ASSERT_EQ(70, scrollPosition(host, ID_OPACITY));
     click(30, 60);
     type("half");
-    expectLineOnScreen("half", 30, 44);  // shown in full
+    expectLineOnScreen("half", 30, 44); // shown in full
     key(VK_RETURN);
     Block stamped = before;
     stamp(stamped, "half", 30, 44, 49);
@@ -267,7 +267,7 @@ TEST_F(Text, ClickElsewhereStampsAndOpensCentred)
     expectCaret(120, 142);
     type("second");
     expectLineOnScreen("second", 120, 142);
-    click(290, 150);  // right of the text, in its line: the caret goes past the end
+    click(290, 150); // right of the text, in its line: the caret goes past the end
     expectCaret(120 + widthOf(look, "second"), 142);
     type("!");
     expectLineOnScreen("second", 120, 142);
@@ -288,7 +288,7 @@ TEST_F(Text, EnterOnTheLastLineStampsItAgain)
         if (i == 0) {
             stamp(stamped, "last", 30, 179, 49);
             EXPECT_TRUE(stamped == snapshot(photo));
-            expectCaret(30, 195);  // one more line begins above the bottom: that is the last one
+            expectCaret(30, 195); // one more line begins above the bottom: that is the last one
             type("last");
         } else {
             stamp(stamped, "last", 30, 195, 49);
@@ -309,7 +309,7 @@ TEST_F(Text, EscapeLeavesNoPixel)
         openWithText();
         click(client.cx / 9, client.cy / 3);
         key(VK_ESCAPE);
-        empty = shownBy(host.canvas);  // with the strip repainted on its own, as it will be
+        empty = shownBy(host.canvas); // with the strip repainted on its own, as it will be
         click(client.cx / 9, client.cy / 3);
         type("Escape");
         EXPECT_FALSE(empty.bytes == shownBy(host.canvas).bytes);
@@ -367,7 +367,7 @@ TEST_F(Text, FontDialogEndsTheLine)
     EXPECT_TRUE(IsWindowEnabled(host.dialog));
     expectNothingLeft();
     click(40, 70);
-    expectCaret(40, 54);  // cancelled: the height is the old one
+    expectCaret(40, 54); // cancelled: the height is the old one
     closeAndCheck(before);
 }
 
@@ -479,4 +479,24 @@ TEST_F(Text, KeyboardTypesCharactersOfTheSystemsCodePage)
     EXPECT_TRUE(stamped == snapshot(photo));
     expectCaret(40, 70);
     closeAndCheck(before);
+}
+
+// Thirty characters a second on a large photo: each is shown before the next one comes.
+TEST_F(Text, TypingKeepsUpOnALargePhoto)
+{
+    usePhoto(6000, 4000, 900, 600);
+    openWithText();
+    for (int page = 0; page < 4; ++page)
+        ASSERT_TRUE(clickScrollBar(&host, ID_HEIGHT, 2));
+    click(100, 300);
+    type("W");
+    LARGE_INTEGER frequency, start, end;
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&start);
+    for (int i = 0; i < 30; ++i)
+        type("x");
+    QueryPerformanceCounter(&end);
+    const double seconds = (double)(end.QuadPart - start.QuadPart) / (double)frequency.QuadPart;
+    printf("30 characters: %.0f ms\n", seconds * 1000);
+    EXPECT_LT(seconds, 1.0);
 }

@@ -20,8 +20,8 @@ namespace {
 typedef std::vector<uint8_t> Bytes;
 
 struct Model {
-    int width, height;  // of the image
-    Bytes image;        // its rows, the bottom row first, padded to 4 bytes
+    int width, height; // of the image
+    Bytes image;       // its rows, the bottom row first, padded to 4 bytes
     COLORREF colour;
     int opacity, lineHeight;
 
@@ -46,7 +46,7 @@ OwnContext ownContext(int height)
 {
     LOGFONTA description = session->textFont;
     description.lfHeight = height;
-    if (description.lfCharSet == ANSI_CHARSET) description.lfCharSet = DEFAULT_CHARSET;  // the system's script
+    if (description.lfCharSet == ANSI_CHARSET) description.lfCharSet = DEFAULT_CHARSET; // the system's script
     OwnContext context = {CreateCompatibleDC(nullptr), CreateFontIndirectA(&description), nullptr};
     context.oldFont = SelectObject(context.dc, context.font);
     return context;
@@ -141,7 +141,7 @@ void modelClick(Model& model, int x, int y)
         model.caret = std::max(0, model.caret - 1);
         return modelCaretX(model);
     }
-    modelCaretX(model);  // one past the end; drawn at it
+    modelCaretX(model); // one past the end; drawn at it
 }
 
 bool modelFits(const Model& model)
@@ -249,7 +249,8 @@ struct TextTool : testing::Test {
         model.opacity = opacity;
         model.lineHeight = lineHeight;
         std::mt19937 random((unsigned)(width * 31 + height));
-        for (uint8_t& byte : model.image) byte = (uint8_t)random();
+        for (uint8_t& byte : model.image)
+            byte = (uint8_t)random();
         memcpy(lockBitmapBits(image), model.image.data(), model.image.size());
         unlockBitmap(image);
     }
@@ -277,7 +278,8 @@ struct TextTool : testing::Test {
 
     void type(const char* text)
     {
-        for (; *text; ++text) character((uint8_t)*text);
+        for (; *text; ++text)
+            character((uint8_t)*text);
     }
 
     std::string line() const
@@ -328,7 +330,7 @@ UINT randomCharacter(std::mt19937& random)
 {
     const unsigned kind = random() % 12;
     if (kind == 0) return VK_BACK;
-    if (kind == 1) return random() % 32;  // tab, carriage return and other codes that are no text
+    if (kind == 1) return random() % 32; // tab, carriage return and other codes that are no text
     if (kind == 2) return '&';
     return 32 + random() % 224;
 }
@@ -352,7 +354,7 @@ void randomStep(TextTool& test, std::mt19937& random)
     }
 }
 
-}  // namespace
+} // namespace
 
 TEST_F(TextTool, FollowsTheModelThroughRandomSteps)
 {
@@ -407,13 +409,15 @@ TEST_F(TextTool, NothingIsWrittenBehindTheBuffer)
 {
     use(300, 60, 20);
     click(5, 40);
-    click(290, 30);  // past the end of an empty line, which always fits
+    click(290, 30); // past the end of an empty line, which always fits
     char* buffer = (char*)GlobalLock(record.textBuffer);
     const size_t size = GlobalSize(record.textBuffer);
     ASSERT_EQ((size_t)TEXT_BUFFER_SIZE, size);
-    for (int i = 0; i < 20; ++i) textChar(canvas, 'x');
-    record.caretIndex = TEXT_BUFFER_SIZE - 20;  // as after so many more characters
-    for (int i = 0; i < 60; ++i) textChar(canvas, 'x');
+    for (int i = 0; i < 20; ++i)
+        textChar(canvas, 'x');
+    record.caretIndex = TEXT_BUFFER_SIZE - 20; // as after so many more characters
+    for (int i = 0; i < 60; ++i)
+        textChar(canvas, 'x');
     EXPECT_LT(record.caretIndex, TEXT_BUFFER_SIZE);
     EXPECT_EQ(0, buffer[TEXT_BUFFER_SIZE - 1]);
     GlobalUnlock(record.textBuffer);
@@ -431,9 +435,9 @@ TEST_F(TextTool, TypingStopsAtTheRightEdge)
         EXPECT_LT(length, 10);
         EXPECT_GE(x + ownWidth(model, length + 1), 100);
         key(VK_HOME);
-        key(VK_INSERT);  // has to fit too
+        key(VK_INSERT); // has to fit too
         EXPECT_EQ(length, lengthOf(model));
-        type("Z");  // and so does a character typed over another
+        type("Z"); // and so does a character typed over another
         EXPECT_EQ(std::string::npos, line().find('Z'));
     }
 }
@@ -469,7 +473,7 @@ TEST_F(TextTool, StampsInImagesNarrowerThanALetter)
         expectImage();
     }
     EXPECT_GT(cutLetters, 3);
-    use(60, 1, 20);  // of a single row nothing is stamped: it is the last one
+    use(60, 1, 20); // of a single row nothing is stamped: it is the last one
     click(0, 0);
     type("W");
     EXPECT_FALSE(stampChanges());
@@ -492,7 +496,7 @@ TEST_F(TextTool, EnterOpensTheNextLineAndStampsTheLastOneAgain)
     EXPECT_EQ(42, record.textOriginY);
     type("end");
     for (int i = 0; i < 3; ++i) {
-        EXPECT_TRUE(stampChanges());  // at half opacity each one shows
+        EXPECT_TRUE(stampChanges()); // at half opacity each one shows
         key(VK_RETURN);
         EXPECT_EQ("end", line());
         EXPECT_EQ(42, record.textOriginY);
