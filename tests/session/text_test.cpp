@@ -480,23 +480,3 @@ TEST_F(Text, KeyboardTypesCharactersOfTheSystemsCodePage)
     expectCaret(40, 70);
     closeAndCheck(before);
 }
-
-// Thirty characters a second on a large photo: each is shown before the next one comes.
-TEST_F(Text, TypingKeepsUpOnALargePhoto)
-{
-    usePhoto(6000, 4000, 900, 600);
-    openWithText();
-    for (int page = 0; page < 4; ++page)
-        ASSERT_TRUE(clickScrollBar(&host, ID_HEIGHT, 2));
-    click(100, 300);
-    type("W");
-    LARGE_INTEGER frequency, start, end;
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&start);
-    for (int i = 0; i < 30; ++i)
-        type("x");
-    QueryPerformanceCounter(&end);
-    const double seconds = (double)(end.QuadPart - start.QuadPart) / (double)frequency.QuadPart;
-    printf("30 characters: %.0f ms\n", seconds * 1000);
-    EXPECT_LT(seconds, 1.0);
-}
