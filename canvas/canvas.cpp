@@ -58,6 +58,12 @@ RECT updateBox(HWND canvas)
     return box;
 }
 
+void paintOverlays(HDC dc)
+{
+    drawSelection(dc);
+    paintTextOverlay(session->canvasWindow, dc);
+}
+
 void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, const RECT& box)
 {
     RECT client;
@@ -65,22 +71,17 @@ void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, const RECT& box)
     int width, height;
     if (!lockBitmapInfo(image, &width, &height, nullptr)) return;
     const RECT part = coveringImageRect(box, {client.right, client.bottom}, {width, height});
-    paintImageRect(GetParent(canvas), dc, image, &part);
+    paintImageRect(GetParent(canvas), dc, image, &part, paintOverlays);
 }
 
 LRESULT onPaint(HWND canvas)
 {
     hideOutline(canvas);
     const RECT box = updateBox(canvas);
-    InvalidateRect(canvas, &box, FALSE);  // the image is drawn over the whole box, so the overlays must be, too
     PAINTSTRUCT paint;
     const HDC dc = BeginPaint(canvas, &paint);
     const HGLOBAL image = imageOf(canvas);
-    if (dc && image && !IsRectEmpty(&box)) {
-        drawImagePart(canvas, dc, image, box);
-        drawSelection(dc);
-        paintTextOverlay(canvas, dc);
-    }
+    if (dc && image && !IsRectEmpty(&box)) drawImagePart(canvas, dc, image, box);
     EndPaint(canvas, &paint);
     showOutline(canvas);
     return 0;

@@ -50,7 +50,32 @@ static void drawCut(HDC memory, HGLOBAL image, const RECT& rect, int width, int 
     GlobalFree(cut);
 }
 
-static void paintThroughMemory(HDC target, HGLOBAL image, const RECT& rect, const RECT& device)
+// Gives the memory DC, whose corner stands for `corner` on the canvas, the canvas's mapping.
+static void mapLikeCanvas(HDC memory, HDC canvas, POINT corner)
+{
+    SIZE window, viewport;
+    POINT windowOrigin, viewportOrigin;
+    GetWindowExtEx(canvas, &window);
+    GetViewportExtEx(canvas, &viewport);
+    GetWindowOrgEx(canvas, &windowOrigin);
+    GetViewportOrgEx(canvas, &viewportOrigin);
+    SetMapMode(memory, GetMapMode(canvas));
+    SetWindowExtEx(memory, window.cx, window.cy, nullptr);
+    SetViewportExtEx(memory, viewport.cx, viewport.cy, nullptr);
+    SetWindowOrgEx(memory, windowOrigin.x, windowOrigin.y, nullptr);
+    SetViewportOrgEx(memory, viewportOrigin.x - corner.x, viewportOrigin.y - corner.y, nullptr);
+}
+
+static void drawOverlay(HDC memory, HDC canvas, const RECT& device, OverlayPainter overlay)
+{
+    const int saved = SaveDC(memory);
+    mapLikeCanvas(memory, canvas, {device.left, device.top});
+    overlay(memory);
+    RestoreDC(memory, saved);
+}
+
+static void paintThroughMemory(HDC target, HDC canvas, HGLOBAL image, const RECT& rect, const RECT& device,
+                               OverlayPainter overlay)
 {
     const LONG width = device.right - device.left;
     const LONG height = device.bottom - device.top;
@@ -59,6 +84,7 @@ static void paintThroughMemory(HDC target, HGLOBAL image, const RECT& rect, cons
     if (memory && bitmap) {
         HGDIOBJ oldBitmap = SelectObject(memory, bitmap);
         drawCut(memory, image, rect, width, height);
+        if (overlay) drawOverlay(memory, canvas, device, overlay);
         StretchBlt(target, device.left, device.top, width, height, memory, 0, 0, width, height, SRCCOPY);
         SelectObject(memory, oldBitmap);
     }
@@ -66,7 +92,7 @@ static void paintThroughMemory(HDC target, HGLOBAL image, const RECT& rect, cons
     if (memory) DeleteDC(memory);
 }
 
-void paintImageRect(HWND hostDialog, HDC canvasPaintDC, HGLOBAL image, const RECT* rect)
+void paintImageRect(HWND hostDialog, HDC canvasPaintDC, HGLOBAL image, const RECT* rect, OverlayPainter overlay)
 {
     BitmapBlock block;
     if (!rect || !lockBlock(image, &block)) return;
@@ -75,7 +101,7 @@ void paintImageRect(HWND hostDialog, HDC canvasPaintDC, HGLOBAL image, const REC
     if (target) {
         RECT device = *rect;
         LPtoDP(canvasPaintDC, (POINT*)&device, 2);
-        paintThroughMemory(target, image, *rect, device);
+        paintThroughMemory(target, canvasPaintDC, image, *rect, device, overlay);
         ReleaseDC(hostDialog, target);
     }
     if (oldMode) SetStretchBltMode(canvasPaintDC, oldMode);

@@ -317,3 +317,34 @@ TEST_F(PaintTest, LeavesNothingBehind)
     paint({0, 0, 7, 5});
     expectPaintedOnly({0, 0, 7, 5});
 }
+
+// What the overlay saw: the device context it drew on, and what the window showed meanwhile.
+static DWORD overlayTarget;
+static COLORREF shownBeforeOverlay;
+static HDC watchedDC;
+
+static void drawGreenCell(HDC dc)
+{
+    overlayTarget = GetObjectType(dc);
+    shownBeforeOverlay = GetPixel(watchedDC, 6, 8);
+    const RECT cell = {3, 4, 4, 5}; // image pixels
+    const HBRUSH green = CreateSolidBrush(RGB(0, 255, 0));
+    FillRect(dc, &cell, green);
+    DeleteObject(green);
+}
+
+// Image and overlay come to the screen together: otherwise typed text flickers.
+TEST_F(PaintTest, OverlayIsDrawnOffScreenInImagePixels)
+{
+    showAt(picture.width * 2, picture.height * 2);
+    watchedDC = windowDC;
+    const RECT part = {2, 3, 6, 7};
+    paintImageRect(window, dc, image, &part, drawGreenCell);
+    EXPECT_EQ((DWORD)OBJ_MEMDC, overlayTarget);
+    EXPECT_EQ(untouched, shownBeforeOverlay);
+    EXPECT_EQ(RGB(0, 255, 0), shown(6, 8));
+    EXPECT_EQ(RGB(0, 255, 0), shown(7, 9));
+    EXPECT_EQ(expectedAt(2, 4), shown(5, 8));
+    EXPECT_EQ(expectedAt(4, 4), shown(8, 8));
+    EXPECT_EQ(untouched, shown(3, 8));
+}
