@@ -64,10 +64,13 @@ void paintOverlays(HDC dc)
     paintTextOverlay(session->canvasWindow, dc);
 }
 
-void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, const RECT& box)
+void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, RECT box)
 {
     RECT client;
     GetClientRect(canvas, &client);
+    // At an odd scale a changed image pixel may show one screen pixel outside of its own, rounded place.
+    InflateRect(&box, 1, 1);
+    IntersectRect(&box, &box, &client);
     int width, height;
     if (!lockBitmapInfo(image, &width, &height, nullptr)) return;
     const RECT part = coveringImageRect(box, {client.right, client.bottom}, {width, height});

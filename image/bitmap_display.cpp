@@ -26,28 +26,19 @@ void drawBitmap(HDC dc, HGLOBAL image, const RECT* destination, DWORD rop)
     unlockBlock(block);
 }
 
-static bool isWholeImage(HGLOBAL image, const RECT& rect)
+// Draws the image as the canvas shows it, black where it has no pixels; the memory DC's corner stands for
+// `corner` on the canvas. It is the whole image that is stretched, and the bitmap that clips it: so a pixel of
+// the screen takes the same image pixel however small the repainted part is, and no repaint leaves a seam.
+static void drawImageUnder(HDC memory, HDC canvas, HGLOBAL image, POINT corner, SIZE size)
 {
+    PatBlt(memory, 0, 0, size.cx, size.cy, BLACKNESS);
     int width, height;
     DWORD bitCount;
-    return rect.left == 0 && rect.top == 0 && lockBitmapInfo(image, &width, &height, &bitCount) &&
-           rect.right == width && rect.bottom == height && bitCount == 24;
-}
-
-// The rectangle's pixels, black where it leaves the image, stretched over the whole of the memory DC.
-static void drawCut(HDC memory, HGLOBAL image, const RECT& rect, int width, int height)
-{
-    const RECT whole = {0, 0, width, height};
-    // A cut of everything would be the image again: a full repaint of a large photo needs no copy of it.
-    if (isWholeImage(image, rect)) {
-        drawBitmap(memory, image, &whole, SRCCOPY);
-        return;
-    }
-    if ((int64_t)rect.right - rect.left > INT32_MAX || (int64_t)rect.bottom - rect.top > INT32_MAX) return;
-    HGLOBAL cut = cutRect(image, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
-    if (!cut) return;
-    drawBitmap(memory, cut, &whole, SRCCOPY);
-    GlobalFree(cut);
+    if (!lockBitmapInfo(image, &width, &height, &bitCount) || bitCount != 24) return;
+    RECT whole = {0, 0, width, height};
+    LPtoDP(canvas, (POINT*)&whole, 2);
+    OffsetRect(&whole, -corner.x, -corner.y);
+    drawBitmap(memory, image, &whole, SRCCOPY);
 }
 
 // Gives the memory DC, whose corner stands for `corner` on the canvas, the canvas's mapping.
@@ -74,8 +65,7 @@ static void drawOverlay(HDC memory, HDC canvas, const RECT& device, OverlayPaint
     RestoreDC(memory, saved);
 }
 
-static void paintThroughMemory(HDC target, HDC canvas, HGLOBAL image, const RECT& rect, const RECT& device,
-                               OverlayPainter overlay)
+static void paintThroughMemory(HDC target, HDC canvas, HGLOBAL image, const RECT& device, OverlayPainter overlay)
 {
     const LONG width = device.right - device.left;
     const LONG height = device.bottom - device.top;
@@ -83,7 +73,7 @@ static void paintThroughMemory(HDC target, HDC canvas, HGLOBAL image, const RECT
     HBITMAP bitmap = width > 0 && height > 0 ? CreateCompatibleBitmap(target, width, height) : nullptr;
     if (memory && bitmap) {
         HGDIOBJ oldBitmap = SelectObject(memory, bitmap);
-        drawCut(memory, image, rect, width, height);
+        drawImageUnder(memory, canvas, image, {device.left, device.top}, {width, height});
         if (overlay) drawOverlay(memory, canvas, device, overlay);
         StretchBlt(target, device.left, device.top, width, height, memory, 0, 0, width, height, SRCCOPY);
         SelectObject(memory, oldBitmap);
@@ -101,7 +91,7 @@ void paintImageRect(HWND hostDialog, HDC canvasPaintDC, HGLOBAL image, const REC
     if (target) {
         RECT device = *rect;
         LPtoDP(canvasPaintDC, (POINT*)&device, 2);
-        paintThroughMemory(target, canvasPaintDC, image, *rect, device, overlay);
+        paintThroughMemory(target, canvasPaintDC, image, device, overlay);
         ReleaseDC(hostDialog, target);
     }
     if (oldMode) SetStretchBltMode(canvasPaintDC, oldMode);

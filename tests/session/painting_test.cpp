@@ -1,5 +1,6 @@
 // Brush strokes with the real pointer, held against the reference byte for byte. Both builds run these
 // tests against the same reference, so both make the same bytes.
+#include "tests/session/screen_part.h"
 #include "tests/session/session_fixture.h"
 
 struct Painting : SessionTest {
@@ -18,6 +19,14 @@ struct Painting : SessionTest {
     {
         expectPainted(&replay, host, photo);
         EXPECT_GE(changedPixels(replay), atLeastChanged);
+    }
+
+    // What the canvas shows is what it shows once all of it is painted again.
+    void expectNoSeams()
+    {
+        const reference::Image shown = shownBy(host.canvas);
+        runOnHost(&host, [&] { RedrawWindow(host.canvas, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); });
+        EXPECT_TRUE(shown.bytes == shownBy(host.canvas).bytes);
     }
 
     void saveAndExpectEqual(int atLeastChanged)
@@ -154,6 +163,26 @@ TEST_F(Painting, ReducedCanvas)
     ASSERT_TRUE(chooseEdge(&host, &replay, true));
     stroke({{5, 340}, {500, 100}});
     saveAndExpectEqual(20000);
+}
+
+// A dab repaints its surroundings only, and nobody must see their edge: not when the picture is enlarged or
+// reduced by a factor that does not come out even, and not after Undo either.
+TEST_F(Painting, RepaintedPartsShowNoSeams)
+{
+    const SIZE scales[][2] = {{{1000, 700}, {370, 259}}, {{301, 203}, {693, 467}}, {{613, 411}, {600, 402}}};
+    for (const SIZE(&scale)[2] : scales) {
+        SCOPED_TRACE(scale[1].cx);
+        usePhoto(scale[0].cx, scale[0].cy, scale[1].cx, scale[1].cy);
+        openWithBrush();
+        stroke({{20, 20}, {200, 150}, {301, 40}});
+        ASSERT_TRUE(chooseShape(&host, &replay, 1)); // paints up to the very border of a dab
+        for (int i = 0; i < 12; ++i)
+            stroke({{20 + 23 * i, 200 + i}});
+        expectNoSeams();
+        ASSERT_TRUE(clickControl(&host, ID_UNDO));
+        expectNoSeams();
+        closeAndCheck(replay.before);
+    }
 }
 
 TEST_F(Painting, ImageNarrowerThanTheBrush)

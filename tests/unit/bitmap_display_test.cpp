@@ -266,6 +266,43 @@ TEST_F(PaintTest, PartialRepaintOnTheScaledGridAgreesWithAFullOne)
     EXPECT_EQ(untouched, shown(30, 30));
 }
 
+// Scales that do not come out even: whatever part is painted, it shows what a full repaint shows there.
+TEST_F(PaintTest, PartialRepaintAtAnyScaleAgreesWithAFullOne)
+{
+    const SIZE scales[][2] = {{{316, 251}, {117, 93}}, {{43, 35}, {99, 81}}, {{113, 91}, {112, 90}}};
+    std::mt19937 random(33);
+    for (const SIZE(&scale)[2] : scales) {
+        const int shownWidth = scale[1].cx, shownHeight = scale[1].cy;
+        GlobalFree(image);
+        picture = randomReference(random, scale[0].cx, scale[0].cy);
+        image = packed(picture);
+        showAt(shownWidth, shownHeight);
+        paint({0, 0, picture.width, picture.height});
+        std::vector<COLORREF> full;
+        for (int y = 0; y < shownHeight; y++) {
+            for (int x = 0; x < shownWidth; x++)
+                full.push_back(shown(x, y));
+        }
+        int parts = 0;
+        for (int left = 0; left < picture.width - 20; left += picture.width / 6) {
+            const int top = left * picture.height / picture.width;
+            fillWith(windowDC, clientSize, clientSize);
+            paint({left, top, left + 20, top + 17});
+            int painted = 0;
+            for (int y = 0; y < shownHeight; y++) {
+                for (int x = 0; x < shownWidth; x++) {
+                    if (shown(x, y) == untouched) continue;
+                    ASSERT_EQ(full[(size_t)(y * shownWidth + x)], shown(x, y)) << x << ' ' << y;
+                    painted++;
+                }
+            }
+            EXPECT_GE(painted, 6 * 5);
+            parts++;
+        }
+        EXPECT_GE(parts, 4);
+    }
+}
+
 TEST_F(PaintTest, PaintsNothingForANullImageOrAnEmptyRectangle)
 {
     showAt(7, 5);
