@@ -22,21 +22,24 @@ uint32_t numberAt(const Bytes& bytes, size_t at, int length)
     return value;
 }
 
-// tiff: the directory structure behind the "Exif" mark.
-int orientationInDirectory(Bytes tiff)
+// directory: from its number of entries on.
+int orientationInDirectory(const Bytes& directory)
 {
-    if (tiff.size < 8) return 1;
-    if (memcmp(tiff.start, "MM\0*", 4) == 0) tiff.bigEndian = true;
-    else if (memcmp(tiff.start, "II*\0", 4) != 0) return 1;
-    const size_t directory = numberAt(tiff, 4, 4);
-    const uint32_t entries = numberAt(tiff, directory, 2);
+    const uint32_t entries = numberAt(directory, 0, 2);
     for (uint32_t i = 0; i < entries; i++) {
-        const size_t entry = directory + 2 + 12 * (size_t)i;
-        if (numberAt(tiff, entry, 2) != 274) continue;
-        const uint32_t value = numberAt(tiff, entry + 8, 2);
+        const size_t entry = 2 + 12 * (size_t)i;
+        if (numberAt(directory, entry, 2) != 274) continue;
+        const uint32_t value = numberAt(directory, entry + 8, 2);
         return value >= 1 && value <= 8 ? (int)value : 1;
     }
     return 1;
+}
+
+// tiff: the whole structure behind the "Exif" mark.
+int orientationInTiff(const uint8_t* tiff, size_t size)
+{
+    const size_t place = size < TIFF_HEAD_SIZE ? 0 : tiffDirectoryPlace(tiff);
+    return place && place < size ? tiffOrientation(tiff, tiff + place, size - place) : 1;
 }
 
 } // namespace
@@ -52,8 +55,20 @@ int jpegOrientation(const uint8_t* bytes, size_t size)
         if (marker == 0xDA || length < 2 || length > size - at - 2) return 1;
         const uint8_t* content = bytes + at + 4;
         if (marker == 0xE1 && length >= 8 && memcmp(content, "Exif\0\0", 6) == 0)
-            return orientationInDirectory({content + 6, length - 8, false});
+            return orientationInTiff(content + 6, length - 8);
         at += 2 + length;
     }
     return 1;
+}
+
+uint32_t tiffDirectoryPlace(const uint8_t* head)
+{
+    const bool bigEndian = memcmp(head, "MM\0*", 4) == 0;
+    if (!bigEndian && memcmp(head, "II*\0", 4) != 0) return 0;
+    return numberAt({head, TIFF_HEAD_SIZE, bigEndian}, 4, 4);
+}
+
+int tiffOrientation(const uint8_t* head, const uint8_t* bytes, size_t size)
+{
+    return orientationInDirectory({bytes, size, head[0] == 'M'});
 }

@@ -60,16 +60,35 @@ PhotoStatus probeFile(const wchar_t* path)
     return PhotoStatus::Ok;
 }
 
-// The camera's note stands near the start of a JPEG file, in one segment of at most 64 KB.
+// Reads as much as there is, at most `size` bytes from `place` on.
+std::vector<uint8_t> readPart(HANDLE file, uint32_t place, size_t size)
+{
+    std::vector<uint8_t> bytes(size);
+    OVERLAPPED at = {};
+    at.Offset = place;
+    DWORD got = 0;
+    if (!ReadFile(file, bytes.data(), (DWORD)size, &got, &at)) got = 0;
+    bytes.resize(got);
+    return bytes;
+}
+
+// The camera's note stands near the start of a JPEG file, in one segment of at most 64 KB; in a TIFF file the
+// directory that holds it may be anywhere.
 int orientationOfFile(const wchar_t* path)
 {
     HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) return 1;
-    std::vector<uint8_t> start(256 * 1024);
-    DWORD got = 0;
-    if (!ReadFile(file, start.data(), (DWORD)start.size(), &got, nullptr)) got = 0;
+    const std::vector<uint8_t> start = readPart(file, 0, 256 * 1024);
+    const uint32_t directory = start.size() < TIFF_HEAD_SIZE ? 0 : tiffDirectoryPlace(start.data());
+    int orientation = 1;
+    if (directory) {
+        const std::vector<uint8_t> entries = readPart(file, directory, 2 + 12 * 65535);
+        orientation = tiffOrientation(start.data(), entries.data(), entries.size());
+    } else {
+        orientation = jpegOrientation(start.data(), start.size());
+    }
     CloseHandle(file);
-    return jpegOrientation(start.data(), got);
+    return orientation;
 }
 
 LONG pelsPerMetre(double dotsPerInch)

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <iterator>
 
 namespace {
 
@@ -135,6 +136,36 @@ TEST_F(HostPhotoFile, ANotedOrientationTurnsThePhoto)
     GlobalUnlock(back);
     GlobalFree(back);
     GlobalFree(image);
+}
+
+// Three pixels, black, grey and white from left to right, to be turned clockwise. The directory, behind the
+// pixels, is what a scanner's TIFF file has as a rule.
+TEST_F(HostPhotoFile, ATiffFilesOrientationTurnsThePhoto)
+{
+    std::vector<uint8_t> file = {'I', 'I', 42, 0, 12, 0, 0, 0, 0, 128, 255, 0};
+    const uint16_t entries[][3] = {{256, 3, 3}, {257, 3, 1}, {258, 3, 8},  {259, 3, 1}, {262, 3, 1},
+                                   {273, 3, 8}, {274, 3, 6}, {277, 3, 1}, {278, 3, 1}, {279, 3, 3}};
+    file.push_back((uint8_t)std::size(entries));
+    file.push_back(0);
+    for (const auto& entry : entries)
+        for (int word : {(int)entry[0], (int)entry[1], 1, 0, (int)entry[2], 0}) {
+            file.push_back((uint8_t)word);
+            file.push_back((uint8_t)(word >> 8));
+        }
+    file.insert(file.end(), 4, 0);
+    const std::wstring name = folder.path + L"a.tif";
+    writeBytes(name, file);
+    HGLOBAL back;
+    ASSERT_EQ(readPhoto(name.c_str(), &back), PhotoStatus::Ok);
+    const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(back);
+    EXPECT_EQ(header->biWidth, 1);
+    EXPECT_EQ(header->biHeight, 3);
+    const uint8_t* bits = (const uint8_t*)(header + 1);   // bottom row first
+    EXPECT_EQ(bits[0], 255);
+    EXPECT_EQ(bits[4], 128);
+    EXPECT_EQ(bits[8], 0);
+    GlobalUnlock(back);
+    GlobalFree(back);
 }
 
 TEST_F(HostPhotoFile, MissingFilesAndFoldersAreToldApart)

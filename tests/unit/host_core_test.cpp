@@ -162,6 +162,24 @@ TEST(HostOrientation, UnsoundNotesCountAsUpright)
     EXPECT_EQ(jpegOrientation(nullptr, 0), 1);
 }
 
+// In a TIFF file the directory may lie anywhere; the head tells where, and the byte order.
+TEST(HostOrientation, TiffDirectoriesAreFoundThroughTheHead)
+{
+    const uint8_t heads[][TIFF_HEAD_SIZE] = {{'I', 'I', 42, 0, 0x78, 0x56, 0x34, 0x12},
+                                             {'M', 'M', 0, 42, 0x12, 0x34, 0x56, 0x78}};
+    for (const uint8_t* head : heads) EXPECT_EQ(tiffDirectoryPlace(head), 0x12345678u);
+    const uint8_t little[] = {2, 0, 0, 1, 3, 0, 1, 0, 0, 0, 9, 0, 0, 0, 0x12, 1, 3, 0, 1, 0, 0, 0, 8, 0, 0, 0};
+    const uint8_t big[] = {0, 1, 1, 0x12, 0, 3, 0, 0, 0, 1, 0, 3, 0, 0};
+    EXPECT_EQ(tiffOrientation(heads[0], little, sizeof little), 8);
+    EXPECT_EQ(tiffOrientation(heads[1], big, sizeof big), 3);
+    for (size_t size = 0; size < 24; size++) {
+        const std::vector<uint8_t> cut(little, little + size);
+        EXPECT_EQ(tiffOrientation(heads[0], cut.data(), cut.size()), 1) << size;
+    }
+    const uint8_t none[] = {0xFF, 0xD8, 0xFF, 0xE1, 0, 34, 'E', 'x'};
+    EXPECT_EQ(tiffDirectoryPlace(none), 0u);
+}
+
 // Run with the address sanitizer: a block of exactly the size makes one byte too far show.
 TEST(HostOrientation, CutAndDamagedFilesAreNeverReadBeyondTheirEnd)
 {
