@@ -1,28 +1,21 @@
 #include "tools/smooth_kernel.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
 
-#include "tools/pixel_mix.h"
+#include "tools/cell_runs.h"
+#include "tools/smooth_rows.h"
 
-// Three lines, unfiltered, each pointer at the byte to blur.
-static uint8_t blurredByte(const uint8_t* above, const uint8_t* line, const uint8_t* below)
+// `cells` is the mask line that decides, its first cell for the pixel in column 1. `pixels` and the lines
+// begin at column 0; `line` is what `pixels` were.
+static void smoothLine(uint8_t* pixels, const SmoothSource& lines, const uint8_t* cells, int width, int opacity)
 {
-    const int sum = above[-3] + 2 * above[0] + above[3] + 2 * (line[-3] + 2 * line[0] + line[3]) + below[-3] +
-                    2 * below[0] + below[3];
-    return (uint8_t)((sum + 8) >> 4);
-}
-
-// `cells` is the mask line that decides, its first cell for the pixel in column 1.
-static void smoothLine(uint8_t* pixels, const uint8_t* above, const uint8_t* line, const uint8_t* below,
-                       const uint8_t* cells, int width, int opacity)
-{
-    for (int i = 1; i < width - 1; ++i) {
-        if (!cells[i - 1]) continue;
-        for (int at = i * 3; at < i * 3 + 3; ++at)
-            pixels[at] = mixByte(line[at], blurredByte(above + at, line + at, below + at), opacity);
+    for (CellRun run = {}; nextRun(cells, width - 2, run);) {
+        const ptrdiff_t at = (ptrdiff_t)(run.first + 1) * 3;
+        smoothPixels(pixels + at, {lines.above + at, lines.line + at, lines.below + at}, run.end - run.first, opacity);
     }
 }
 
@@ -40,7 +33,7 @@ bool smoothKernel(BitsView image, const DabPlacement& dab, MapView mask, int opa
     for (int j = 1; j <= lastLine; ++j) {
         uint8_t* pixels = rowOf(image, dab.imageY + j) + dab.imageX * 3;
         memcpy(line, pixels, lineBytes);
-        smoothLine(pixels, above, line, pixels + image.stride, rowOf(mask, dab.maskY + j - 1) + dab.maskX, dab.width,
+        smoothLine(pixels, {above, line, pixels + image.stride}, rowOf(mask, dab.maskY + j - 1) + dab.maskX, dab.width,
                    opacity);
         std::swap(above, line);
     }

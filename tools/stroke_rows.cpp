@@ -3,19 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include <emmintrin.h>
-
 #include "tools/pixel_mix.h"
-
-static __m128i load(const uint8_t* at)
-{
-    return _mm_loadu_si128((const __m128i*)at);
-}
-
-static void store(uint8_t* at, __m128i value)
-{
-    _mm_storeu_si128((__m128i*)at, value);
-}
+#include "tools/vector_bytes.h"
 
 // Both operations may be applied twice to the same cell, so the last block simply overlaps the one
 // before it; only rows shorter than a block go cell by cell.
@@ -28,7 +17,7 @@ void raiseCells(uint8_t* cells, const uint8_t* weights, int count)
     }
     for (int i = 0; i < count; i += 16) {
         const int at = std::min(i, count - 16);
-        store(cells + at, _mm_max_epu8(load(cells + at), load(weights + at)));
+        storeBytes(cells + at, _mm_max_epu8(loadBytes(cells + at), loadBytes(weights + at)));
     }
 }
 
@@ -41,7 +30,7 @@ void markCells(uint8_t* cells, const uint8_t* marks, int count)
     }
     for (int i = 0; i < count; i += 16) {
         const int at = std::min(i, count - 16);
-        store(cells + at, _mm_or_si128(load(cells + at), load(marks + at)));
+        storeBytes(cells + at, _mm_or_si128(loadBytes(cells + at), loadBytes(marks + at)));
     }
 }
 
@@ -59,29 +48,21 @@ static ColourBlock colourBlock(Rgb colour)
     return block;
 }
 
-// Eight bytes as words: (under * (100 - weight) + over * weight) / 100. The sum is at most 25500, for
-// which the multiplication by 5243 / 2^19 gives the exact quotient.
-static __m128i mixWords(__m128i under, __m128i over, __m128i weight)
-{
-    const __m128i rest = _mm_sub_epi16(_mm_set1_epi16(100), weight);
-    const __m128i sum = _mm_add_epi16(_mm_mullo_epi16(under, rest), _mm_mullo_epi16(over, weight));
-    return _mm_srli_epi16(_mm_mulhi_epu16(sum, _mm_set1_epi16(5243)), 3);
-}
-
 // 16 bytes, each with its own weight; a weight of 0 keeps the pixel's byte.
 static void mixBytes(uint8_t* pixels, const uint8_t* under, const uint8_t* over, const uint8_t* weights)
 {
-    const __m128i zero = _mm_setzero_si128(), u = load(under), o = load(over), w = load(weights);
+    const __m128i zero = _mm_setzero_si128(), u = loadBytes(under), o = loadBytes(over), w = loadBytes(weights);
     const __m128i low = mixWords(_mm_unpacklo_epi8(u, zero), _mm_unpacklo_epi8(o, zero), _mm_unpacklo_epi8(w, zero));
     const __m128i high = mixWords(_mm_unpackhi_epi8(u, zero), _mm_unpackhi_epi8(o, zero), _mm_unpackhi_epi8(w, zero));
     const __m128i keep = _mm_cmpeq_epi8(w, zero);
-    store(pixels, _mm_or_si128(_mm_and_si128(keep, load(pixels)), _mm_andnot_si128(keep, _mm_packus_epi16(low, high))));
+    storeBytes(pixels, _mm_or_si128(_mm_and_si128(keep, loadBytes(pixels)),
+                                    _mm_andnot_si128(keep, _mm_packus_epi16(low, high))));
 }
 
 // 16 pixels, one weight each.
 static void mixBlock(uint8_t* pixels, const uint8_t* under, const ColourBlock& colour, const uint8_t* weights)
 {
-    uint8_t spread[52];  // three bytes a pixel; each store writes one too many
+    uint8_t spread[52]; // three bytes a pixel; each store writes one too many
     for (int i = 0; i < 16; ++i) {
         const uint32_t three = weights[i] * 0x010101u;
         memcpy(spread + i * 3, &three, 4);
@@ -95,7 +76,7 @@ void blendCoveredRow(uint8_t* pixels, const uint8_t* under, const uint8_t* cells
     const ColourBlock block = colourBlock(colour);
     int i = 0;
     for (; i + 16 <= count; i += 16) {
-        if (_mm_movemask_epi8(_mm_cmpeq_epi8(load(cells + i), _mm_setzero_si128())) == 0xFFFF) continue;
+        if (_mm_movemask_epi8(_mm_cmpeq_epi8(loadBytes(cells + i), _mm_setzero_si128())) == 0xFFFF) continue;
         mixBlock(pixels + i * 3, under + i * 3, block, cells + i);
     }
     for (; i < count; ++i)
@@ -113,13 +94,13 @@ void mixMarkedRow(uint8_t* pixels, uint8_t* cells, int count, Rgb colour, int op
     const __m128i mark = _mm_set1_epi8((char)CELL_MARK), strength = _mm_set1_epi8((char)opacity);
     int i = 0;
     for (; i + 16 <= count; i += 16) {
-        const __m128i cell = load(cells + i);
+        const __m128i cell = loadBytes(cells + i);
         if (_mm_movemask_epi8(cell) == 0) continue;
         const __m128i fresh = _mm_cmpeq_epi8(cell, mark);
         uint8_t weights[16];
-        store(weights, _mm_and_si128(fresh, strength));
+        storeBytes(weights, _mm_and_si128(fresh, strength));
         if (_mm_movemask_epi8(fresh)) mixBlock(pixels + i * 3, pixels + i * 3, block, weights);
-        store(cells + i, _mm_or_si128(_mm_andnot_si128(mark, cell), _mm_and_si128(fresh, _mm_set1_epi8(1))));
+        storeBytes(cells + i, _mm_or_si128(_mm_andnot_si128(mark, cell), _mm_and_si128(fresh, _mm_set1_epi8(1))));
     }
     for (; i < count; ++i) {
         if (cells[i] == CELL_MARK) mixPixel(pixels + i * 3, pixels + i * 3, block.bytes, opacity);
