@@ -150,7 +150,7 @@ void releaseButton(HWND canvas, POINT at)
     } else {
         showOutline(canvas);
     }
-    ReleaseCapture();
+    if (GetCapture() == canvas) ReleaseCapture();  // not when another window has taken it away
 }
 
 void losePress(HWND canvas, HWND newOwner)

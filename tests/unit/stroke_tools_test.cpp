@@ -109,6 +109,25 @@ TEST_F(StrokeTools, PressBeforeThePointerEnteredDoesNothing)
     EXPECT_EQ(0, session->undoCount);
 }
 
+// Another window takes the pointer away in the middle of a stroke, and no release will come.
+TEST_F(StrokeTools, CaptureLostToAnotherWindowEndsTheStrokeAndStaysThere)
+{
+    ASSERT_TRUE(start(60, 40));
+    chooseBrush(model, {TOOL_BRUSH, 1, false, 5, 5, 100, {9, 9, 9}});
+    const Picture before = model.scene.image;
+    press(model, 10, 10);
+    move(model, 20, 13);
+    EXPECT_EQ(session->canvasWindow, GetCapture());
+    SetCapture(host);
+    EXPECT_EQ(host, GetCapture()) << "what the other window has taken is its own";
+    EXPECT_EQ(0u, session->pressActive);
+    EXPECT_TRUE(same());
+    EXPECT_EQ(1, session->undoCount);
+    applyUndo(UNDO);
+    EXPECT_TRUE(showsPicture(image, before));
+    ReleaseCapture();
+}
+
 TEST_F(StrokeTools, BrushFillsADragButSmoothDabsAtThePositionsOnly)
 {
     ASSERT_TRUE(start(60, 40));
