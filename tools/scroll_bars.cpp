@@ -5,6 +5,8 @@ void scrollStep(HWND bar, WPARAM message, const ScrollRange& range)
     const int position = GetScrollPos(bar, SB_CTL);
     const int moved = scrolledPosition(position, LOWORD(message), (short)HIWORD(message), range);
     if (moved != position) SetScrollPos(bar, SB_CTL, moved, TRUE);
+    // A press beside the thumb that moved it under the pointer leaves it drawn as pressed on some systems.
+    if (LOWORD(message) == SB_ENDSCROLL) InvalidateRect(bar, nullptr, FALSE);
 }
 
 int scrollPosition(HWND dialog, int barId)

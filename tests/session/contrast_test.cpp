@@ -326,6 +326,28 @@ TEST_F(Contrast, DraggedThumbs)
     }
 }
 
+// A click between thumb and arrow moves the thumb under the pointer; the press must not stay drawn on it.
+TEST_F(Contrast, BarsLookReleasedAfterAClickBetweenThumbAndArrow)
+{
+    openDialog();
+    for (const int bar : {ID_CONTRAST_BAR, ID_BRIGHTNESS_BAR, ID_SATURATION_BAR, ID_HUE_BAR}) {
+        const int start = position(bar);
+        const RECT rect = controlRect(bar);
+        ASSERT_TRUE(movePointer(&host, {(rect.left + rect.right) / 2, (rect.top + 2 * rect.bottom) / 3}));
+        ASSERT_TRUE(pressButton(&host));
+        ASSERT_TRUE(releaseButton(&host));
+        EXPECT_EQ(start + 10, position(bar));
+        ASSERT_TRUE(movePointer(&host, {(rect.left + rect.right) / 2, rect.bottom + 2}));
+        ASSERT_TRUE(settle(&host));
+        const reference::Image shown = screenPart(rect);
+        RedrawWindow(GetDlgItem(dialog, bar), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        ASSERT_TRUE(settle(&host));
+        if (shown.bytes == screenPart(rect).bytes) continue;
+        ADD_FAILURE() << "bar " << bar << " is not drawn as it is";
+        savePicture("bar");
+    }
+}
+
 TEST_F(Contrast, BarsStopAtTheirEnds)
 {
     struct End {
