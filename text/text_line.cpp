@@ -8,6 +8,31 @@ int textLength(const TextLine& line)
     return end ? (int)((const char*)end - line.buffer) : TEXT_BUFFER_SIZE - 1;
 }
 
+bool isLeadByte(const LeadBytes& leads, char byte)
+{
+    const unsigned char value = (unsigned char)byte;
+    for (int i = 0; i + 1 < (int)sizeof leads.ranges && leads.ranges[i]; i += 2) {
+        if (value >= leads.ranges[i] && value <= leads.ranges[i + 1]) return true;
+    }
+    return false;
+}
+
+int nextCharacter(const TextLine& line, int index)
+{
+    const bool two = isLeadByte(line.leads, line.buffer[index]) && index + 1 < TEXT_BUFFER_SIZE;
+    return index + (two && line.buffer[index + 1] ? 2 : 1);
+}
+
+// From the start, because the second byte of a character may have the value of a first one.
+int previousCharacter(const TextLine& line, int index)
+{
+    if (index > textLength(line)) return index - 1;
+    int previous = 0;
+    for (int next = 0; next < index; next = nextCharacter(line, next))
+        previous = next;
+    return previous;
+}
+
 void moveCaretHome(const TextLine& line)
 {
     *line.caret = 0;
@@ -20,12 +45,12 @@ void moveCaretEnd(const TextLine& line)
 
 void moveCaretLeft(const TextLine& line)
 {
-    if (*line.caret > 0) --*line.caret;
+    *line.caret = previousCharacter(line, *line.caret);
 }
 
 void moveCaretRight(const TextLine& line)
 {
-    if (*line.caret < textLength(line)) ++*line.caret;
+    if (*line.caret < textLength(line)) *line.caret = nextCharacter(line, *line.caret);
 }
 
 bool insertSpace(const TextLine& line)
@@ -41,7 +66,8 @@ bool deleteAtCaret(const TextLine& line)
 {
     const int length = textLength(line), caret = *line.caret;
     if (caret >= length) return false;
-    memmove(line.buffer + caret, line.buffer + caret + 1, (size_t)(length - caret));
+    const int next = nextCharacter(line, caret);
+    memmove(line.buffer + caret, line.buffer + next, (size_t)(length - next + 1));
     return true;
 }
 
@@ -53,13 +79,19 @@ bool backspace(const TextLine& line)
     return true;
 }
 
-bool typeCharacter(const TextLine& line, char character)
+bool typeCharacter(const TextLine& line, const char* character, int size)
 {
     const int length = textLength(line), caret = *line.caret;
-    if (caret < 0 || caret + 1 >= TEXT_BUFFER_SIZE) return false;
-    line.buffer[caret] = character;
-    if (caret == length) line.buffer[caret + 1] = 0; // what was typed behind the end stays hidden
-    ++*line.caret;
+    if (size == 1 && isLeadByte(line.leads, *character)) return false;
+    if (caret < 0 || caret + size >= TEXT_BUFFER_SIZE) return false;
+    if (caret < length) {
+        const int next = nextCharacter(line, caret);
+        if (length + size - (next - caret) >= TEXT_BUFFER_SIZE) return false;
+        memmove(line.buffer + caret + size, line.buffer + next, (size_t)(length - next + 1));
+    }
+    memcpy(line.buffer + caret, character, (size_t)size);
+    if (caret == length) line.buffer[caret + size] = 0; // what was typed behind the end stays hidden
+    *line.caret += size;
     return true;
 }
 

@@ -1,18 +1,33 @@
 // The line being typed: a zero-terminated byte string in a fixed buffer, and the caret in it.
 //
-// The caret counts bytes. It can stand one past the terminator (a click right of the text leaves it
+// The caret counts bytes, and every step of it and every edit takes a whole character, of one byte or, where the
+// code page has such, of two: no half of a character is ever left in the line. The caret can stand one past the terminator (a click right of the text leaves it
 // there): what is typed there lands behind the terminator and does not show. Nothing is ever read or
 // written outside the buffer.
 #pragma once
 
 constexpr int TEXT_BUFFER_SIZE = 8192; // terminator included
 
+// The bytes that begin a character of two bytes, as the system lists them for a code page: pairs of a first and a
+// last one, ended by a pair of zeros. Without any pair every byte is a character.
+struct LeadBytes {
+    unsigned char ranges[12];
+};
+
 struct TextLine {
     char* buffer; // TEXT_BUFFER_SIZE bytes, borrowed
     int* caret;
+    LeadBytes leads = {};
 };
 
+bool isLeadByte(const LeadBytes& leads, char byte);
+
 int textLength(const TextLine& line);
+
+// Where the character behind the one at `index` begins (`index` up to the length), and the one before; the start
+// has none before it. Behind the end every byte counts for itself.
+int nextCharacter(const TextLine& line, int index);
+int previousCharacter(const TextLine& line, int index);
 
 void moveCaretHome(const TextLine& line);
 void moveCaretEnd(const TextLine& line);
@@ -30,8 +45,8 @@ bool deleteAtCaret(const TextLine& line);
 // the line that is the first one. False in an empty line.
 bool backspace(const TextLine& line);
 
-// Writes a character over the one at the caret, or extends the string at its end, and moves on. False
-// when the buffer is full.
-bool typeCharacter(const TextLine& line, char character);
+// Writes a character of `size` bytes (1 or 2) over the one at the caret, or extends the string at its end, and
+// moves on. False when the buffer is full, and for a lead byte alone.
+bool typeCharacter(const TextLine& line, const char* character, int size);
 
 void clearLine(const TextLine& line);

@@ -1,6 +1,7 @@
 #include "text/text_strip.h"
 
 #include <cstdlib>
+#include <cstring>
 
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
@@ -98,6 +99,22 @@ int measureText(const char* text, int count)
     if (context.dc) DrawTextA(context.dc, text, count, &extent, DT_CALCRECT);
     closeContext(context);
     return extent.right;
+}
+
+LeadBytes textLeadBytes()
+{
+    LeadBytes leads = {};
+    const TextContext context = openContext(nullptr);
+    const int script = context.dc ? GetTextCharset(context.dc) : ANSI_CHARSET;
+    closeContext(context);
+    // A system with a double-byte code page draws that one's characters with Western fonts, too.
+    CHARSETINFO found = {};
+    const bool own =
+        script != ANSI_CHARSET && TranslateCharsetInfo((DWORD*)(DWORD_PTR)script, &found, TCI_SRCCHARSET);
+    CPINFO codePage = {};
+    static_assert(sizeof codePage.LeadByte == sizeof leads.ranges);
+    if (GetCPInfo(own ? found.ciACP : CP_ACP, &codePage)) memcpy(leads.ranges, codePage.LeadByte, sizeof leads.ranges);
+    return leads;
 }
 
 void renderTextStrip(const char* text)

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include "text/text_line.h"
+
 // Makes textFontHandle from textFont, whose height becomes brushHeight.
 void createTextFont();
 
@@ -14,6 +16,9 @@ void freeTextStrip();
 // Pixels: the absolute height of the font, and the width of the first `count` characters.
 int textLineHeight();
 int measureText(const char* text, int count);
+
+// Which bytes of a string begin a double-byte character: those of the font's code page.
+LeadBytes textLeadBytes();
 
 // Draws the string into the strip from textOriginX on.
 void renderTextStrip(const char* text);

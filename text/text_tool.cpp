@@ -15,10 +15,13 @@ namespace {
 
 constexpr int CARET_WIDTH = 2;
 
+// A double-byte character arrives as two messages: its first byte waits here (0: none) for the second.
+char waitingLeadByte;
+
 // textBuffer stays locked for the time of one operation.
 TextLine openLine()
 {
-    return {(char*)GlobalLock(session->textBuffer), &session->caretIndex};
+    return {(char*)GlobalLock(session->textBuffer), &session->caretIndex, textLeadBytes()};
 }
 
 void closeLine()
@@ -94,6 +97,7 @@ void startLineAt(HWND canvas, const TextLine& line, int x, int y)
 {
     session->textOriginX = session->caretX = x;
     session->textOriginY = session->caretY = y;
+    waitingLeadByte = 0;
     clearLine(line);
     renderLine(canvas, line);
     showTextCaret(canvas);
@@ -128,12 +132,12 @@ void moveCaretToPoint(HWND canvas, const TextLine& line, int x)
 {
     const int length = textLength(line);
     int index = 0;
-    for (; index <= length; ++index) {
+    for (; index <= length; index = nextCharacter(line, index)) {
         session->caretIndex = index;
         computeCaretX(line);
         if (session->caretX >= x) break;
     }
-    session->caretIndex = index > length ? index : index > 0 ? index - 1 : 0;
+    session->caretIndex = index > length ? index : previousCharacter(line, index);
     moveCaret(canvas, line);
 }
 
@@ -175,6 +179,29 @@ void editByKey(HWND canvas, const TextLine& line, UINT key)
     renderLine(canvas, line);
 }
 
+// Both bytes of a double-byte character go in together, or none.
+bool typeByte(const TextLine& line, char byte)
+{
+    const char character[] = {waitingLeadByte, byte};
+    if (waitingLeadByte) {
+        waitingLeadByte = 0;
+        return lineFits(line) && typeCharacter(line, character, 2);
+    }
+    if (isLeadByte(line.leads, byte)) {
+        waitingLeadByte = byte;
+        return false;
+    }
+    return lineFits(line) && typeCharacter(line, &byte, 1);
+}
+
+// Codes below the space are no text.
+bool editByCharacter(const TextLine& line, UINT character)
+{
+    if (character >= ' ') return typeByte(line, (char)character);
+    waitingLeadByte = 0;
+    return character == VK_BACK && backspace(line);
+}
+
 } // namespace
 
 int textClick(HWND canvas, int x, int y)
@@ -208,10 +235,7 @@ void textChar(HWND canvas, UINT character)
 {
     if (!lineIsOpen()) return;
     const TextLine line = openLine();
-    const bool changed = character == VK_BACK ? backspace(line)
-                         : character >= ' '   ? lineFits(line) && typeCharacter(line, (char)character)
-                                              : false;
-    if (changed) {
+    if (editByCharacter(line, character)) {
         moveCaret(canvas, line);
         renderLine(canvas, line);
     }
@@ -236,6 +260,7 @@ void endText(HWND canvas)
     dropTextCaret(canvas);
     freeTextStrip();
     session->caretIndex = 0;
+    waitingLeadByte = 0;
 }
 
 void chooseTextFont(HWND palette)

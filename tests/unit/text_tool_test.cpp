@@ -24,10 +24,12 @@ struct Model {
     Bytes image;       // its rows, the bottom row first, padded to 4 bytes
     COLORREF colour;
     int opacity, lineHeight;
+    UINT codePage; // of the font
 
     bool open;
     char buffer[TEXT_BUFFER_SIZE];
     int caret, originX, originY, caretX;
+    char lead; // the first byte of a double-byte character whose second one has not come yet
 };
 
 int strideOf(int width)
@@ -113,8 +115,22 @@ void modelStamp(Model& model)
         }
 }
 
+// The system's own stepping from one character to the next and back.
+int nextOf(const Model& model, int index)
+{
+    const char* here = model.buffer + index;
+    return *here ? (int)(CharNextExA((WORD)model.codePage, here, 0) - model.buffer) : index + 1;
+}
+
+int previousOf(const Model& model, int index)
+{
+    if (index > lengthOf(model)) return index - 1;
+    return (int)(CharPrevExA((WORD)model.codePage, model.buffer, model.buffer + index, 0) - model.buffer);
+}
+
 void modelStart(Model& model, int x, int y)
 {
+    model.lead = 0;
     model.open = true;
     model.originX = model.caretX = x;
     model.originY = y;
@@ -135,10 +151,10 @@ void modelClick(Model& model, int x, int y)
         return modelStart(model, x, y - model.lineHeight / 2);
     }
     const int length = lengthOf(model);
-    for (model.caret = 0; model.caret <= length; ++model.caret) {
+    for (model.caret = 0; model.caret <= length; model.caret = nextOf(model, model.caret)) {
         modelCaretX(model);
         if (model.caretX < x) continue;
-        model.caret = std::max(0, model.caret - 1);
+        model.caret = previousOf(model, model.caret);
         return modelCaretX(model);
     }
     modelCaretX(model); // one past the end; drawn at it
@@ -159,7 +175,7 @@ void modelEnter(Model& model)
 void modelRemove(Model& model)
 {
     std::string text = model.buffer;
-    text.erase((size_t)model.caret, 1);
+    text.erase((size_t)model.caret, (size_t)(nextOf(model, model.caret) - model.caret));
     memcpy(model.buffer, text.c_str(), text.size() + 1);
 }
 
@@ -169,14 +185,14 @@ void modelKey(Model& model, UINT key)
     const int length = lengthOf(model);
     if (key == VK_ESCAPE) {
         model.open = false;
-        model.caret = 0;
+        model.caret = model.lead = 0;
         return;
     }
     if (key == VK_RETURN) return modelEnter(model);
     if (key == VK_HOME) model.caret = 0;
     if (key == VK_END) model.caret = length;
-    if ((key == VK_LEFT || key == VK_UP) && model.caret > 0) --model.caret;
-    if ((key == VK_RIGHT || key == VK_DOWN) && model.caret < length) ++model.caret;
+    if ((key == VK_LEFT || key == VK_UP) && model.caret > 0) model.caret = previousOf(model, model.caret);
+    if ((key == VK_RIGHT || key == VK_DOWN) && model.caret < length) model.caret = nextOf(model, model.caret);
     if (key == VK_INSERT && length && model.caret < length && modelFits(model)) {
         std::string text = model.buffer;
         text.insert((size_t)model.caret, " ");
@@ -186,21 +202,49 @@ void modelKey(Model& model, UINT key)
     modelCaretX(model);
 }
 
-void modelChar(Model& model, UINT character)
+void modelWrite(Model& model, const std::string& character)
+{
+    std::string text = model.buffer;
+    if (model.caret >= lengthOf(model)) {
+        const bool shown = model.caret == lengthOf(model);
+        memcpy(model.buffer + model.caret, character.c_str(), character.size() + shown);
+    } else {
+        text.replace((size_t)model.caret, (size_t)(nextOf(model, model.caret) - model.caret), character);
+        memcpy(model.buffer, text.c_str(), text.size() + 1);
+    }
+    model.caret += (int)character.size();
+}
+
+void modelChar(Model& model, UINT code)
 {
     if (!model.open) return;
     const int length = lengthOf(model);
-    if (character == VK_BACK && length) {
-        if (model.caret > 0) --model.caret;
+    if (code < 32) {
+        model.lead = 0;
+        if (code != VK_BACK || !length) return;
+        if (model.caret > 0) model.caret = previousOf(model, model.caret);
         if (model.caret < length) modelRemove(model);
-    } else if (character >= 32 && modelFits(model)) {
-        model.buffer[model.caret] = (char)character;
-        if (model.caret == length) model.buffer[length + 1] = 0;
-        ++model.caret;
-    } else {
+        return modelCaretX(model);
+    }
+    std::string character(1, (char)code);
+    if (model.lead) {
+        character.insert(0, 1, model.lead);
+        model.lead = 0;
+    } else if (IsDBCSLeadByteEx(model.codePage, (BYTE)code)) {
+        model.lead = (char)code;
         return;
     }
+    if (!modelFits(model)) return;
+    modelWrite(model, character);
     modelCaretX(model);
+}
+
+UINT codePageOf(BYTE charSet)
+{
+    CHARSETINFO script = {};
+    if (charSet == ANSI_CHARSET || charSet == DEFAULT_CHARSET) return GetACP();
+    TranslateCharsetInfo((DWORD*)(DWORD_PTR)charSet, &script, TCI_SRCCHARSET);
+    return script.ciACP;
 }
 
 // A session's record, a hidden host window with an image, a canvas that is as large.
@@ -248,6 +292,7 @@ struct TextTool : testing::Test {
         model.colour = record.paintColour;
         model.opacity = opacity;
         model.lineHeight = lineHeight;
+        model.codePage = codePageOf(record.textFont.lfCharSet);
         std::mt19937 random((unsigned)(width * 31 + height));
         for (uint8_t& byte : model.image)
             byte = (uint8_t)random();
@@ -369,6 +414,72 @@ TEST_F(TextTool, FollowsTheModelThroughRandomSteps)
     }
 }
 
+TEST_F(TextTool, FollowsTheModelWithDoubleByteCharacters)
+{
+    record.textFont.lfCharSet = SHIFTJIS_CHARSET;
+    std::mt19937 random(932);
+    for (const SIZE size : {SIZE{900, 70}, SIZE{120, 90}}) {
+        use(size.cx, size.cy, 20, size.cx == 120 ? 50 : 100);
+        ASSERT_EQ(932u, model.codePage);
+        for (int step = 0; step < 1500 && !HasFatalFailure(); ++step) {
+            SCOPED_TRACE(step);
+            randomStep(*this, random);
+        }
+        expectImage();
+    }
+}
+
+// The two bytes come as two messages, and until the second one has come nothing happens.
+TEST_F(TextTool, DoubleByteCharactersGoInWholeOrNotAtAll)
+{
+    record.textFont.lfCharSet = SHIFTJIS_CHARSET;
+    use(100, 60, 20);
+    click(5, 40);
+    textChar(canvas, 0x82);
+    EXPECT_EQ("", line());
+    EXPECT_EQ(0, record.caretIndex);
+    textChar(canvas, 0xA0);
+    EXPECT_EQ("\x82\xA0", line());
+    EXPECT_EQ(2, record.caretIndex);
+    textChar(canvas, 0x82);
+    textChar(canvas, VK_BACK); // takes the first byte's place, and the whole character before it
+    EXPECT_EQ("", line());
+    textChar(canvas, 'a');
+    EXPECT_EQ("a", line()) << "the first byte does not wait on";
+    for (int i = 0; i < 40; ++i) { // to the right edge and on
+        textChar(canvas, 0x82);
+        textChar(canvas, (UINT)(0xA0 + i));
+    }
+    EXPECT_EQ(1u, line().size() % 2);
+    EXPECT_GT(line().size(), 5u);
+    textChar(canvas, 0x82);
+    textClick(canvas, 5, 10); // a new line: the byte is forgotten
+    textChar(canvas, 'b');
+    EXPECT_EQ("b", line());
+    textChar(canvas, 0x82);
+    endText(canvas);
+    textClick(canvas, 5, 40);
+    textChar(canvas, 'c');
+    EXPECT_EQ("c", line());
+}
+
+TEST_F(TextTool, ClicksPutTheCaretBetweenWholeCharacters)
+{
+    record.textFont.lfCharSet = SHIFTJIS_CHARSET;
+    use(300, 60, 20);
+    click(5, 40);
+    type("\x82\xA0i\x83\x83\x83\x5C");
+    bool stops[9] = {};
+    for (int x = 0; x < 120; ++x) {
+        click(x, 30);
+        ASSERT_LE(record.caretIndex, 8);
+        stops[record.caretIndex] = true;
+    }
+    const bool wanted[] = {true, false, true, true, false, true, false, false, true}; // past the end, too
+    for (int i = 0; i < 9; ++i)
+        EXPECT_EQ(wanted[i], stops[i]) << i;
+}
+
 TEST_F(TextTool, OpensWithItsBottomAtTheClickAndThenCentred)
 {
     use(200, 100, 24);
@@ -464,9 +575,9 @@ TEST_F(TextTool, StampEqualsTheSystemsRenderingAtEveryBorder)
 TEST_F(TextTool, StampsInImagesNarrowerThanALetter)
 {
     int cutLetters = 0;
-    for (int width = 1; width < 40; ++width) {
-        use(width, 60, 40);
-        click(0, 50);
+    for (int width = 1; width < 100; ++width) { // narrow in some fonts: a W of half its height
+        use(width, 110, 100);
+        click(0, 100);
         type("WW");
         if (lengthOf(model) == 1 && ownWidth(model, 1) > width && stampChanges()) ++cutLetters;
         key(VK_RETURN);
@@ -543,7 +654,8 @@ TEST_F(TextTool, BytesAreCharactersOfTheFontsCodePage)
     };
     // The first is the one that a session starts with.
     for (const Script script : {Script{ANSI_CHARSET, CP_ACP}, Script{DEFAULT_CHARSET, CP_ACP},
-                                Script{RUSSIAN_CHARSET, 1251}, Script{GREEK_CHARSET, 1253}}) {
+                                Script{RUSSIAN_CHARSET, 1251}, Script{GREEK_CHARSET, 1253},
+                                Script{SHIFTJIS_CHARSET, 932}}) {
         record.textFont.lfCharSet = script.charSet;
         use(400, 40, 24);
         click(4, 32);
