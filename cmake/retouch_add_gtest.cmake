@@ -26,3 +26,15 @@ include([==[${CMAKE_SOURCE_DIR}/cmake/list_suites.cmake]==])
 ")
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${file})
 endfunction()
+
+# retouch_add_gtest_in_locale(TARGET NAME LOCALE CODE_PAGE SUITE)
+# Runs a suite of the Windows test program TARGET once more in a locale from which Wine takes another code page
+# for the system; ctest entry "NAME.Suite.LOCALE". The suite finds the code page to expect in RETOUCH_CODE_PAGE.
+# Alone, because programs of one Wine prefix share the lists of fonts, which follow the code page.
+function(retouch_add_gtest_in_locale target name locale code_page suite)
+  set(test ${name}.${suite}.${locale})
+  add_test(NAME ${test} COMMAND ${target} --gtest_filter=${suite}.* --gtest_brief=1
+    WORKING_DIRECTORY $<TARGET_FILE_DIR:${target}>)
+  set_tests_properties(${test} PROPERTIES TIMEOUT 300 RUN_SERIAL TRUE
+    ENVIRONMENT "LOCPATH=${CMAKE_BINARY_DIR}/locale;LC_ALL=${locale}.UTF-8;RETOUCH_CODE_PAGE=${code_page}")
+endfunction()

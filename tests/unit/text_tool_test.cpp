@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <string>
@@ -256,6 +257,8 @@ struct TextTool : testing::Test {
 
     void SetUp() override
     {
+        const char* wanted = getenv("RETOUCH_CODE_PAGE");
+        ASSERT_TRUE(!wanted || (UINT)atoi(wanted) == GetACP()) << "the system's code page is " << GetACP();
         session = &record;
         LOGFONTA& font = record.textFont;
         font.lfWeight = FW_BOLD;
@@ -269,6 +272,7 @@ struct TextTool : testing::Test {
 
     void TearDown() override
     {
+        if (!session) return;
         endText(canvas);
         removeAllProps(record.hostDialog);
         DestroyWindow(record.hostDialog);
