@@ -50,6 +50,21 @@ static bool saveBitmapFile(const char* path, HGLOBAL image)
     return written;
 }
 
+// Where the editor goes on the screen, frame included. The picture fills all of what is inside the frame, so that
+// must have the picture's proportions: here the largest such size up to 1000 x 700.
+static RECT editorPlace(HGLOBAL image)
+{
+    const BITMAPINFOHEADER* packed = (const BITMAPINFOHEADER*)GlobalLock(image);
+    LONG width = 1000, height = MulDiv(width, packed->biHeight, packed->biWidth);
+    if (height > 700) {
+        height = 700;
+        width = MulDiv(height, packed->biWidth, packed->biHeight);
+    }
+    GlobalUnlock(image);
+    return {140, 60, 140 + width + 2 * GetSystemMetrics(SM_CXFRAME),
+            60 + height + 2 * GetSystemMetrics(SM_CYFRAME) + GetSystemMetrics(SM_CYCAPTION)};
+}
+
 int main(int count, char** words)
 {
     HMODULE library = LoadLibraryA("KOVRTCH32.dll");
@@ -62,7 +77,7 @@ int main(int count, char** words)
     }
     HWND window = CreateWindowA("STATIC", "Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1200, 800, nullptr, nullptr,
                                 nullptr, nullptr);
-    RECT dialog = {140, 60, 1140, 760};   // where the editor goes, frame included
+    RECT dialog = editorPlace(image);
     POINT palette = {20, 60};             // the tool palette's top-left corner
     const int saved = retouch(window, image, &dialog, &palette);   // returns when the user is done
     const bool written = saved == 1 && saveBitmapFile("retouched.bmp", image);

@@ -20,8 +20,11 @@
 //             positive width and height, then the pixel rows, bottom row first, each padded to a
 //             multiple of 4 bytes, pixels blue, green, red. It stays the host's: the library writes
 //             into it but never frees, reallocates or keeps it. It must not be locked by the host.
-// dialogRect  Screen rectangle in pixels that the editing window, frame included, is to occupy. When
-//             nothing of it is left inside the frame, the window takes the image's own size.
+//             With a sound bitmap of another depth the window opens, too, but shows black; it is never changed.
+// dialogRect  Screen rectangle in pixels that the editing window, frame included, is to occupy. The image
+//             fills all that is inside the frame (SM_CXFRAME, SM_CYFRAME, SM_CYCAPTION), stretched when the
+//             proportions differ; the user's resizing keeps the proportions that it has here. When nothing
+//             is left inside the frame, the window takes the image's own size.
 // palettePos  Screen position in pixels of the tool palette's top-left corner.
 //
 // Returns 1 when the user pressed Save: the image holds the edited picture.
