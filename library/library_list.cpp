@@ -88,6 +88,15 @@ RECT drawPicture(HDC dc, LibraryItem* item, const RECT& room)
     return picture;
 }
 
+// The item's area beside its picture. The picture itself is left alone, so that it does not flicker.
+void fillAround(HDC dc, const RECT& item, const RECT& picture)
+{
+    const int saved = SaveDC(dc);
+    ExcludeClipRect(dc, picture.left, picture.top, picture.right, picture.bottom);
+    FillRect(dc, &item, GetSysColorBrush(COLOR_WINDOW));
+    RestoreDC(dc, saved);
+}
+
 // ---- dragging
 
 // What is grabbed: the item under the pointer, its rectangle on the screen.
@@ -131,19 +140,20 @@ bool droppedOnCanvas()
     return PtInRect(&client, at);
 }
 
+// What floats is dropped in any case, also when the file has become unreadable.
 void placeItem(const LibraryPath& path)
 {
     HGLOBAL image, mask;
-    if (!readSelectionBitmaps(path.text, &image, &mask)) return;
     const HWND canvas = session->canvasWindow;
     clearSelection();
+    if (!readSelectionBitmaps(path.text, &image, &mask)) return;
     if (placeStoredSelection(imagePointOf(canvas, pointerIn(canvas)), image, mask)) selectTool(TOOL_SELECTION);
 }
 
-LRESULT pressList(HWND list, WPARAM wParam, LPARAM lParam)
+LRESULT pressList(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
 {
     // The box makes the item under the pointer current, and must not wait for the button itself.
-    const LRESULT result = CallWindowProcA(previousListProc, list, WM_LBUTTONDOWN, wParam, lParam);
+    const LRESULT result = CallWindowProcA(previousListProc, list, message, wParam, lParam);
     CallWindowProcA(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
     Grab grab;
     if (!grabItem(list, grab)) return result;
@@ -154,9 +164,19 @@ LRESULT pressList(HWND list, WPARAM wParam, LPARAM lParam)
     return result;
 }
 
+// A press soon after another one is a double click to the system.
+bool isPress(UINT message)
+{
+    return message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK;
+}
+
 LRESULT CALLBACK libraryListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == WM_LBUTTONDOWN && SendMessageA(list, LB_GETCOUNT, 0, 0) > 0) return pressList(list, wParam, lParam);
+    if (isPress(message) && SendMessageA(list, LB_GETCOUNT, 0, 0) > 0) {
+        return pressList(list, message, wParam, lParam);
+    }
+    // Pictures stand in the middle of their items: another width moves them all, as when the scroll bar appears.
+    if (message == WM_SIZE) InvalidateRect(list, nullptr, FALSE);
     return CallWindowProcA(previousListProc, list, message, wParam, lParam);
 }
 
@@ -189,10 +209,10 @@ void drawLibraryItem(const DRAWITEMSTRUCT& draw)
     const COLORREF windowColour = GetSysColor(COLOR_WINDOW);
     RECT item = draw.rcItem;
     if (draw.itemID == (UINT)-1) return frame(draw.hDC, item, windowColour);
-    FillRect(draw.hDC, &item, GetSysColorBrush(COLOR_WINDOW));
     RECT room = item;
     InflateRect(&room, -PICTURE_MARGIN, -PICTURE_MARGIN);
     RECT picture = drawPicture(draw.hDC, (LibraryItem*)draw.itemData, room);
+    fillAround(draw.hDC, item, picture);
     if (draw.itemState & ODS_SELECTED) {
         InflateRect(&picture, 1, 1);
         frame(draw.hDC, picture, SELECTED_FRAME);
