@@ -78,10 +78,16 @@ static DWORD WINAPI guardThread(void*)
     return 0;
 }
 
+void restPointer()
+{
+    pointerPlace = {GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2};
+    SetCursorPos(pointerPlace.x, pointerPlace.y);
+}
+
 void takeOverPointer()
 {
     if (guardReady) return;
-    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2);
+    restPointer();
     guardReady = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     CloseHandle(CreateThread(nullptr, 0, guardThread, nullptr, 0, nullptr));
     WaitForSingleObject(guardReady, WAIT_LIMIT_MS);
@@ -92,6 +98,18 @@ bool movePointer(Host* host, POINT screen)
     const size_t first = seenCount();
     const bool told = isTold(*host, screen) && !samePoint(pointerPlace, screen);
     sendMove(screen);
+    return (!told || waitUntil("the pointer's move to be retrieved", [&] { return arrived(first, screen); })) &&
+           settle(host);
+}
+
+// The display's pointer is moved only when the system's place changes, so it may need a step aside first.
+bool placePointer(Host* host, POINT screen)
+{
+    if (samePoint(pointerPlace, screen)) SetCursorPos(screen.x - 1, screen.y);
+    const size_t first = seenCount();
+    const bool told = isTold(*host, screen);
+    pointerPlace = screen;
+    SetCursorPos(screen.x, screen.y);
     return (!told || waitUntil("the pointer's move to be retrieved", [&] { return arrived(first, screen); })) &&
            settle(host);
 }

@@ -4,7 +4,8 @@
 // Moves go in as absolute input events, and nothing else is let through. Otherwise Wine would warp the
 // display's own pointer along with every move and hear of that a little later, once at the old and once at
 // the new position: the button would then at times go down in the wrong place. (Nor could a person at the
-// desk disturb a test.) The price: GetCursorPos tells where the display's pointer rests.
+// desk disturb a test.) The price: GetCursorPos tells where the display's pointer rests, unless placePointer
+// has taken it along.
 #pragma once
 
 #include "tests/session/session_driver.h"
@@ -14,6 +15,9 @@
 void takeOverPointer();
 
 bool movePointer(Host* host, POINT screen);
+// Takes the display's pointer along, for code that asks GetCursorPos.
+bool placePointer(Host* host, POINT screen);
+void restPointer(); // sends the display's pointer back to the right border
 bool pressButton(Host* host);
 bool pressButtonOnly(); // for places where the system then retrieves nothing but mouse messages
 bool releaseButton(Host* host);

@@ -1,0 +1,54 @@
+// What every test of the selections library starts with: a session whose library directory goes at the end,
+// and what a stored selection must look like on the screen, in a file and in the image.
+#pragma once
+
+#include "tests/reference/outline_reference.h"
+#include "tests/session/library_driver.h"
+#include "tests/session/session_fixture.h"
+
+// A closed outline in image pixels, no corner twice.
+typedef std::vector<ReferencePoint> Corners;
+
+struct LibrarySession : SessionTest {
+    FileBytes before; // the host's image when the session opened
+
+    void TearDown() override;
+
+    // A session over a photo, shown at clientWidth x clientHeight (0: the photo's own size).
+    bool openOver(int width, int height, int clientWidth = 0, int clientHeight = 0);
+
+    ReferenceImage image() { return imageOfBlock(snapshot(photo)); }
+    // The image holds these pixels; header, padding and what lies behind it are as they were.
+    void expectImage(const ReferenceImage& expected);
+    void expectUntouched() { EXPECT_TRUE(before == snapshot(photo)) << "the image has changed"; }
+
+    // Draws the outline and checks where it lies. The canvas must show the image pixel by pixel.
+    bool draw(const Corners& corners);
+
+    // Clicks Apply on the frame of the selection that floats at `rect` (image pixels).
+    bool clickApply(RECT rect);
+
+    static ReferenceImage imageOfBlock(const FileBytes& block);
+    void putFile(int number, const FileBytes& bytes);
+    std::string listFile() { return libraryDirectory(library) + "seldib.lst"; }
+    std::string listText();
+    FileBytes stored(int number) { return fileBytes(libraryDirectory(library) + storedName(number)); }
+};
+
+// What an outline drawn with the pointer encloses: pixels, mask, and its rectangle in the image.
+struct DrawnSelection {
+    ReferenceSelection selection;
+    RECT rect;
+};
+DrawnSelection drawnSelection(const ReferenceImage& image, const Corners& corners);
+
+// A selection with something inside and outside: an ellipse of noise.
+ReferenceSelection roundSelection(unsigned seed, int width, int height);
+
+// Its rectangle when it is dropped on an image point.
+RECT placedRect(POINT at, const ReferenceSelection& selection, const ReferenceImage& image);
+ReferenceImage withSelectionApplied(const ReferenceImage& image, const ReferenceSelection& selection, RECT rect);
+
+// The thumbnail of a list item as the screen shows it, and as it should be shown.
+ReferenceImage shownThumbnail(const Host& host, int index);
+ReferenceImage expectedThumbnail(const Host& host, const ReferenceSelection& selection);
