@@ -62,7 +62,8 @@ struct BrushPreview : testing::Test {
     {
         std::string text;
         for (int y = 0; y < height; ++y) {
-            for (int x = 0; x < width; ++x) text += letterAt(x, y);
+            for (int x = 0; x < width; ++x)
+                text += letterAt(x, y);
             text += '\n';
         }
         return text;
@@ -72,12 +73,13 @@ struct BrushPreview : testing::Test {
     {
         int found = 0;
         for (int y = part.top; y < part.bottom; ++y)
-            for (int x = part.left; x < part.right; ++x) found += letterAt(x, y) == letter;
+            for (int x = part.left; x < part.right; ++x)
+                found += letterAt(x, y) == letter;
         return found;
     }
 };
 
-}  // namespace
+} // namespace
 
 // The left and top arms end one pixel before the centre, the right and bottom arms start two after it.
 TEST_F(BrushPreview, OnePixelIsACrossWithAGap)
