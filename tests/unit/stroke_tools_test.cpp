@@ -1,4 +1,5 @@
 // Presses, moves and releases of every painting tool against the reference's dabs.
+#include "canvas/cursor_outline.h"
 #include "image/packed_bitmap.h"
 #include "tests/unit/stroke_model.h"
 #include "tools/dab_engine.h"
@@ -18,6 +19,25 @@ struct StrokeTools : SessionFixture {
         return open(picture, client);
     }
     bool same() { return showsPicture(image, model.scene.image); }
+    bool startVisible(int width, int height)
+    {
+        const Picture picture = randomPicture(dice, width, height);
+        model = strokeModel(picture);
+        const bool opened = open(picture, {0, 0}, true);
+        session->overlayEnabled = 0;  // the brush at the pointer is not what these look at
+        return opened;
+    }
+    // The canvas, one pixel of the image to one of the screen, looked at without waiting for messages.
+    bool sameOnScreen() const
+    {
+        const Picture& picture = model.scene.image;
+        const HDC screen = GetDC(host);
+        int different = 0;
+        for (int y = 0; y < picture.height; ++y)
+            for (int x = 0; x < picture.width; ++x) different += GetPixel(screen, x, y) != colorrefOf(picture.at(x, y));
+        ReleaseDC(host, screen);
+        return different == 0;
+    }
 };
 
 static const uint32_t paintingTools[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE, TOOL_STAMP, TOOL_SMOOTH,
@@ -358,4 +378,72 @@ TEST_F(StrokeTools, RubberOverBothSidesOfANarrowImage)
     release(model, 2, 10);
     EXPECT_TRUE(same());
     EXPECT_EQ(0, model.scene.image.at(0, 10).red + model.scene.image.at(0, 10).green + model.scene.image.at(0, 10).blue);
+}
+
+TEST_F(StrokeTools, EverySegmentIsOnTheScreenAtOnce)
+{
+    ASSERT_TRUE(startVisible(70, 50));
+    for (uint32_t tool : paintingTools) {
+        chooseBrush(model, {tool, 1, false, 15, 16, 100, randomPaint(dice)});
+        press(model, 20, 15);
+        EXPECT_TRUE(sameOnScreen()) << "press, tool " << tool;
+        for (const POINT to : {POINT{50, 35}, POINT{66, 12}, POINT{10, 48}}) {
+            move(model, to.x, to.y);
+            EXPECT_TRUE(sameOnScreen()) << "move, tool " << tool;
+        }
+        release(model, 30, 30);
+        press(model, 40, 20);  // Stamp paints at the second press
+        EXPECT_TRUE(sameOnScreen()) << "second press, tool " << tool;
+        release(model, 40, 20);
+        EXPECT_TRUE(same());
+    }
+    EXPECT_TRUE(modelUndo(model) && applyUndo(UNDO));
+    UpdateWindow(session->canvasWindow);
+    EXPECT_TRUE(sameOnScreen()) << "undone";
+    EXPECT_TRUE(modelRedo(model) && applyUndo(REDO));
+    UpdateWindow(session->canvasWindow);
+    EXPECT_TRUE(sameOnScreen()) << "done again";
+}
+
+// The colour that the brush's picture leaves out stands where the mask is empty; outside the image it is black.
+TEST_F(StrokeTools, PickedUpPatchIsFilledOutsideTheMaskAndBlackOutsideTheImage)
+{
+    ASSERT_TRUE(start(60, 40));
+    for (const Pixel colour : {Pixel{10, 20, 30}, Pixel{255, 255, 255}}) {
+        chooseBrush(model, {TOOL_STAMP, 0, false, 16, 16, 100, colour});
+        rebuildOutline(session->canvasWindow, 1);
+        sessionPress(1, 20);  // the patch reaches from column -7 to 8, from line 12 to 27
+        sessionRelease(1, 20);
+        COLORREF corner = 0, outside = 1, inside = 0;
+        EXPECT_TRUE(getPixelColour(session->maskCache, 0, 0, &corner));
+        EXPECT_TRUE(getPixelColour(session->maskCache, 3, 8, &outside));
+        EXPECT_TRUE(getPixelColour(session->maskCache, 10, 8, &inside));
+        EXPECT_EQ(colour.red == 255 ? 0x00C0C0C0u : 0x00FFFFFFu, corner);
+        EXPECT_EQ(0u, outside);
+        EXPECT_EQ(colorrefOf(model.scene.image.at(3, 20)), inside);
+    }
+}
+
+TEST_F(StrokeTools, ShapeOfTheSameSizeMakesAnotherMask)
+{
+    ASSERT_TRUE(start(60, 40));
+    for (int shape : {0, 1, 0}) {
+        chooseBrush(model, {TOOL_BRUSH, shape, false, 16, 16, 100, randomPaint(dice)});
+        press(model, 30, 20);
+        release(model, 30, 20);
+        EXPECT_TRUE(same()) << "shape " << shape;
+    }
+}
+
+// Choosing an edge makes no mask; the stroke does.
+TEST_F(StrokeTools, EdgeOfTheAerographeCountsFromTheNextStroke)
+{
+    ASSERT_TRUE(start(60, 40));
+    for (bool soft : {false, true, false}) {
+        chooseBrush(model, {TOOL_AEROGRAPHE, 0, soft, 10, 8, 100, randomPaint(dice)});
+        press(model, 30, 20);
+        release(model, 30, 20);
+        EXPECT_TRUE(same()) << "soft " << soft;
+        EXPECT_EQ(soft ? 2u : 1u, session->maskScale);
+    }
 }
