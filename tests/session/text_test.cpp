@@ -161,6 +161,42 @@ TEST_F(Text, PaletteCommandsLeaveNothing)
     closeAndCheck(before);
 }
 
+TEST_F(Text, OtherToolsLeaveNothing)
+{
+    openWithText();
+    for (int id = ID_SELECTION_TOOL; id < ID_TEXT_BUTTON; ++id) {
+        SCOPED_TRACE(id);
+        click(40, 70);
+        type("Gone");
+        expectLineOnScreen("Gone", 40, 54);
+        ASSERT_TRUE(clickControl(&host, id));
+        expectNothingLeft();
+        ASSERT_TRUE(clickControl(&host, ID_TEXT_BUTTON));
+    }
+    saveAndCheck();
+    EXPECT_TRUE(before == snapshot(photo));
+}
+
+// The line is typed, shown and stamped in image pixels. The caret stands at the image's coordinates taken for
+// the window's: it sits on the text at the image's own size only, and that is meant so.
+TEST_F(Text, CaretKeepsToImageCoordinatesAtOtherScales)
+{
+    usePhoto(300, 200, 450, 300);
+    openWithText();
+    click(150, 150);
+    expectCaret(100, 84);
+    type("Wj");
+    expectCaret(100 + widthOf(look, "Wj"), 84);
+    key(VK_HOME);
+    expectCaret(100, 84);
+    key(VK_RETURN);
+    expectCaret(100, 100);
+    Block stamped = before;
+    stamp(stamped, "Wj", 100, 84);
+    EXPECT_TRUE(stamped == snapshot(photo));
+    closeAndCheck(before);
+}
+
 static BOOL CALLBACK findFontDialog(HWND window, LPARAM lp)
 {
     const bool found = IsWindowVisible(window) && GetDlgItem(window, cmb1) && GetDlgItem(window, cmb3);
@@ -237,6 +273,56 @@ TEST_F(Text, ChosenFontComesBackInTheNextSession)
     expectCaret(40, 58);
     type("Next");
     expectLineOnScreen("Next", 40, 58);
+    closeAndCheck(before);
+}
+
+static void chooseInList(HWND dialog, int list, const char* row)
+{
+    const HWND rows = GetDlgItem(dialog, list);
+    const LRESULT index = SendMessageA(rows, CB_FINDSTRINGEXACT, (WPARAM)-1, (LPARAM)row);
+    EXPECT_GE(index, 0) << row;
+    SendMessageA(rows, CB_SETCURSEL, (WPARAM)index, 0);
+    SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(list, CBN_SELCHANGE), (LPARAM)rows);
+}
+
+TEST_F(Text, FontDialogSetsFontHeightAndColour)
+{
+    openWithText();
+    ASSERT_TRUE(clickControl(&host, ID_TEXT_BUTTON));
+    ASSERT_TRUE(waitUntil("the font dialog to open", [&] { return fontDialog(host) != nullptr; }));
+    runOnHost(&host, [&] {
+        const HWND dialog = fontDialog(host);
+        chooseInList(dialog, cmb1, "Liberation Serif");
+        chooseInList(dialog, cmb2, "Italic");
+        chooseInList(dialog, cmb3, "18");
+        chooseInList(dialog, cmb4, "Aqua");
+    });
+    ASSERT_TRUE(closeFontDialog(&host, IDOK));
+    const Look first = look;
+    strcpy(look.font.lfFaceName, "Liberation Serif");
+    look.font.lfPitchAndFamily = VARIABLE_PITCH | FF_ROMAN;
+    look.font.lfWeight = FW_NORMAL;
+    look.font.lfItalic = TRUE;
+    look.font.lfHeight = 24; // 18 points at 96 dots an inch
+    look.colour = RGB(0, 255, 255);
+    EXPECT_NE(widthOf(first, "Serif, 18"), widthOf(look, "Serif, 18"));
+    click(40, 90);
+    expectCaret(40, 66);
+    type("Serif, 18");
+    expectCaret(40 + widthOf(look, "Serif, 18"), 66);
+    expectLineOnScreen("Serif, 18", 40, 66);
+    key(VK_RETURN);
+    Block stamped = before;
+    stamp(stamped, "Serif, 18", 40, 66);
+    EXPECT_TRUE(stamped == snapshot(photo));
+    saveAndCheck();
+
+    before = snapshot(photo);
+    openWithText(); // font, height and colour are those of the session before
+    click(40, 170);
+    expectCaret(40, 146);
+    type("Again");
+    expectLineOnScreen("Again", 40, 146);
     closeAndCheck(before);
 }
 

@@ -306,7 +306,7 @@ struct TextTool : testing::Test {
 
     void click(int x, int y)
     {
-        textClick(canvas, x, y);
+        EXPECT_EQ(1, textClick(canvas, x, y));
         modelClick(model, x, y);
         expectEqual();
     }
@@ -347,6 +347,13 @@ struct TextTool : testing::Test {
         ASSERT_EQ(model.originY, record.textOriginY);
         ASSERT_EQ(model.caretX, record.caretX);
         ASSERT_EQ(model.originY, record.caretY);
+        ASSERT_EQ(1u, record.caretCreated);
+        ASSERT_EQ(model.lineHeight, record.textFont.lfHeight);
+        BITMAP strip = {};
+        GetObjectA(record.textStrip, sizeof strip, &strip);
+        ASSERT_EQ(model.width, strip.bmWidth);
+        ASSERT_EQ(model.lineHeight, strip.bmHeight);
+        ASSERT_EQ(1, strip.bmBitsPixel);
         const int same = memcmp(model.buffer, GlobalLock(record.textBuffer), TEXT_BUFFER_SIZE);
         GlobalUnlock(record.textBuffer);
         ASSERT_EQ(0, same);
@@ -648,6 +655,85 @@ TEST_F(TextTool, EscapeAndEndStampNothing)
     EXPECT_EQ(0, record.caretIndex);
 }
 
+TEST_F(TextTool, NothingHappensWithoutALine)
+{
+    use(200, 100, 20);
+    for (UINT key : keys)
+        textKeyDown(canvas, key);
+    textKeyDown(canvas, VK_RETURN);
+    textKeyDown(canvas, VK_ESCAPE);
+    for (UINT code = 0; code < 256; ++code)
+        textChar(canvas, code);
+    EXPECT_EQ(nullptr, record.textBuffer);
+    EXPECT_EQ(nullptr, record.textStrip);
+    EXPECT_EQ(0u, record.caretCreated);
+    expectImage();
+}
+
+// Of an image that is not 24-bit a line can be typed over, and the pixels are left alone.
+TEST_F(TextTool, ImagesWithPalettesAreLeftAlone)
+{
+    use(64, 40, 16);
+    GlobalFree(image);
+    image = createBitmap(64, 40, 8);
+    setWindowProp(record.hostDialog, PROP_IMAGE, image);
+    const size_t size = GlobalSize(image);
+    const Bytes before((const uint8_t*)GlobalLock(image), (const uint8_t*)GlobalLock(image) + size);
+    textClick(canvas, 4, 30);
+    textChar(canvas, 'W');
+    EXPECT_EQ("W", line());
+    textKeyDown(canvas, VK_RETURN);
+    textChar(canvas, 'j');
+    textClick(canvas, 4, 10);
+    EXPECT_TRUE(std::equal(before.begin(), before.end(), (const uint8_t*)GlobalLock(image)));
+    while (GlobalUnlock(image)) {
+    }
+}
+
+// Text pixels take the colour, the others stay; the device context comes back as it was.
+TEST_F(TextTool, OverlayLaysTheColourOverWhatIsThere)
+{
+    for (const POINT at : {POINT{3, 30}, POINT{60, 5}, POINT{0, 47}}) {
+        use(100, 40, 20);
+        click(at.x, at.y);
+        type("Wj");
+        BITMAPINFO info = {};
+        info.bmiHeader = {sizeof info.bmiHeader, 100, 40, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+        void* bits = nullptr;
+        const HDC dc = CreateCompatibleDC(nullptr);
+        const HBITMAP screen = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+        const HGDIOBJ old = SelectObject(dc, screen);
+        const size_t size = (size_t)strideOf(100) * 40;
+        memcpy(bits, model.image.data(), size);
+        SetStretchBltMode(dc, HALFTONE);
+        SetTextColor(dc, RGB(1, 2, 3));
+        SetBkColor(dc, RGB(4, 5, 6));
+        paintTextOverlay(canvas, dc);
+        GdiFlush();
+        Bytes wanted = model.image;
+        const Bytes text = ownRendering(model, model.buffer);
+        for (int y = std::max(0, model.originY); y < std::min(40, model.originY + 20); ++y)
+            for (int x = 0; x < 100; ++x)
+                if (text[(size_t)(y - model.originY) * 100 + x])
+                    for (int c = 0; c < 3; ++c)
+                        wanted[(size_t)strideOf(100) * (39 - y) + 3 * x + c] =
+                            (uint8_t)(model.colour >> 8 * (2 - c)); // a COLORREF has red in its low byte
+        EXPECT_NE(wanted, model.image);
+        EXPECT_EQ(0, memcmp(wanted.data(), bits, size));
+        EXPECT_EQ(HALFTONE, GetStretchBltMode(dc));
+        EXPECT_EQ(RGB(1, 2, 3), GetTextColor(dc));
+        EXPECT_EQ(RGB(4, 5, 6), GetBkColor(dc));
+        memcpy(bits, model.image.data(), size);
+        endText(canvas);
+        paintTextOverlay(canvas, dc); // no line: nothing
+        GdiFlush();
+        EXPECT_EQ(0, memcmp(model.image.data(), bits, size));
+        SelectObject(dc, old);
+        DeleteObject(screen);
+        DeleteDC(dc);
+    }
+}
+
 // A byte above 127 is the character that the code page has there: the system's, unless the font has been chosen for
 // another script.
 TEST_F(TextTool, BytesAreCharactersOfTheFontsCodePage)
@@ -657,9 +743,9 @@ TEST_F(TextTool, BytesAreCharactersOfTheFontsCodePage)
         UINT codePage;
     };
     // The first is the one that a session starts with.
-    for (const Script script : {Script{ANSI_CHARSET, CP_ACP}, Script{DEFAULT_CHARSET, CP_ACP},
-                                Script{RUSSIAN_CHARSET, 1251}, Script{GREEK_CHARSET, 1253},
-                                Script{SHIFTJIS_CHARSET, 932}}) {
+    for (const Script script :
+         {Script{ANSI_CHARSET, CP_ACP}, Script{DEFAULT_CHARSET, CP_ACP}, Script{RUSSIAN_CHARSET, 1251},
+          Script{GREEK_CHARSET, 1253}, Script{SHIFTJIS_CHARSET, 932}}) {
         record.textFont.lfCharSet = script.charSet;
         use(400, 40, 24);
         click(4, 32);
