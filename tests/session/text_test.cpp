@@ -344,3 +344,47 @@ TEST_F(Text, HeightBarSetsTheFontsHeight)
     expectCaret(40, 66);
     closeAndCheck(before);
 }
+
+// Posts a character thirty times a second.
+static DWORD WINAPI typeThirtyASecond(void* canvas)
+{
+    for (int i = 0; i < 300; ++i) {
+        PostMessageA((HWND)canvas, WM_CHAR, (WPARAM)('a' + i % 26), 1);
+        Sleep(33);
+    }
+    return 0;
+}
+
+// A measurement, run by hand: how often the screen lacks what has been typed while more is typed on a photo of
+// 24 megapixels.
+TEST_F(Text, DISABLED_EverySampleShowsWhatWasTyped)
+{
+    usePhoto(6000, 4000, 900, 600);
+    openWithText();
+    for (int page = 0; page < 4; ++page)
+        ASSERT_TRUE(clickScrollBar(&host, ID_HEIGHT, 2));
+    click(60, 300);
+    const POINT corner = onCanvas(host, 60, 285);
+    look.font.lfHeight = scrollPosition(host, ID_HEIGHT);
+    const int width = widthOf(look, "WWWW") * 900 / 6000 - 1; // up to where the next letter begins
+    const RECT part = {corner.x, corner.y, corner.x + width, corner.y + 20};
+    const Block without = screenPart(part).bytes;
+    type("WWWW");
+    const Block with = screenPart(part).bytes;
+    ASSERT_NE(without, with);
+    const HANDLE typist = CreateThread(nullptr, 0, typeThirtyASecond, host.canvas, 0, nullptr);
+    int samples = 0, lacking = 0, bare = 0;
+    while (WaitForSingleObject(typist, 0) == WAIT_TIMEOUT) {
+        const Block now = screenPart(part).bytes;
+        ++samples;
+        lacking += now != with;
+        bare += now == without;
+    }
+    CloseHandle(typist);
+    ASSERT_TRUE(settle(&host));
+    printf("%d of %d samples lack a part of the text, %d lack all of it\n", lacking, samples, bare);
+    EXPECT_EQ(0, lacking);
+    key(VK_ESCAPE);
+    EXPECT_EQ(without, screenPart(part).bytes); // so the letters were there to be lost
+    closeAndCheck(before);
+}
