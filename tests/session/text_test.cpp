@@ -276,13 +276,16 @@ TEST_F(Text, ChosenFontComesBackInTheNextSession)
     closeAndCheck(before);
 }
 
-static void chooseInList(HWND dialog, int list, const char* row)
+static void chooseRow(HWND dialog, int list, LRESULT row)
 {
     const HWND rows = GetDlgItem(dialog, list);
-    const LRESULT index = SendMessageA(rows, CB_FINDSTRINGEXACT, (WPARAM)-1, (LPARAM)row);
-    EXPECT_GE(index, 0) << row;
-    SendMessageA(rows, CB_SETCURSEL, (WPARAM)index, 0);
+    EXPECT_NE(CB_ERR, SendMessageA(rows, CB_SETCURSEL, (WPARAM)row, 0)) << list;
     SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(list, CBN_SELCHANGE), (LPARAM)rows);
+}
+
+static LRESULT rowOf(HWND dialog, int list, const char* text)
+{
+    return SendDlgItemMessageA(dialog, list, CB_FINDSTRINGEXACT, (WPARAM)-1, (LPARAM)text);
 }
 
 TEST_F(Text, FontDialogSetsFontHeightAndColour)
@@ -292,10 +295,10 @@ TEST_F(Text, FontDialogSetsFontHeightAndColour)
     ASSERT_TRUE(waitUntil("the font dialog to open", [&] { return fontDialog(host) != nullptr; }));
     runOnHost(&host, [&] {
         const HWND dialog = fontDialog(host);
-        chooseInList(dialog, cmb1, "Liberation Serif");
-        chooseInList(dialog, cmb2, "Italic");
-        chooseInList(dialog, cmb3, "18");
-        chooseInList(dialog, cmb4, "Aqua");
+        chooseRow(dialog, cmb1, rowOf(dialog, cmb1, "Liberation Serif"));
+        chooseRow(dialog, cmb2, 1); // italic; this and the colour have names in the system's language
+        chooseRow(dialog, cmb3, rowOf(dialog, cmb3, "18"));
+        chooseRow(dialog, cmb4, 14); // aqua
     });
     ASSERT_TRUE(closeFontDialog(&host, IDOK));
     const Look first = look;
