@@ -1,109 +1,120 @@
 #include "tools/stroke_rows.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "tools/pixel_mix.h"
 #include "tools/vector_bytes.h"
 
-// Both operations may be applied twice to the same cell, so the last block simply overlaps the one
-// before it; only rows shorter than a block go cell by cell.
+// No operation here does more when it is applied twice, so the last block of a row simply overlaps the
+// one before it; only rows shorter than a block go cell by cell.
+constexpr int BLOCK = 16;
+
 void raiseCells(uint8_t* cells, const uint8_t* weights, int count)
 {
-    if (count < 16) {
+    if (count < BLOCK) {
         for (int i = 0; i < count; ++i)
             cells[i] = std::max(cells[i], weights[i]);
         return;
     }
-    for (int i = 0; i < count; i += 16) {
-        const int at = std::min(i, count - 16);
+    for (int i = 0; i < count; i += BLOCK) {
+        const int at = std::min(i, count - BLOCK);
         storeBytes(cells + at, _mm_max_epu8(loadBytes(cells + at), loadBytes(weights + at)));
     }
 }
 
-void markCells(uint8_t* cells, const uint8_t* marks, int count)
-{
-    if (count < 16) {
-        for (int i = 0; i < count; ++i)
-            cells[i] |= marks[i];
-        return;
-    }
-    for (int i = 0; i < count; i += 16) {
-        const int at = std::min(i, count - 16);
-        storeBytes(cells + at, _mm_or_si128(loadBytes(cells + at), loadBytes(marks + at)));
-    }
-}
-
-// The colour's bytes over 16 pixels.
-struct ColourBlock {
-    uint8_t bytes[48];
+// 24 words, one for each byte of eight pixels.
+struct EightPixels {
+    __m128i words[3];
 };
 
-static ColourBlock colourBlock(Rgb colour)
+static EightPixels eightTimes(Rgb colour)
 {
     const PixelBytes pixel = pixelBytes(colour);
-    ColourBlock block;
-    for (int k = 0; k < 48; ++k)
-        block.bytes[k] = pixel.byte[k % 3];
-    return block;
+    uint16_t words[24];
+    for (int k = 0; k < 24; ++k)
+        words[k] = pixel.byte[k % 3];
+    return EightPixels{{loadBytes(words), loadBytes(words + 8), loadBytes(words + 16)}};
 }
 
-// 16 bytes, each with its own weight; a weight of 0 keeps the pixel's byte.
-static void mixBytes(uint8_t* pixels, const uint8_t* under, const uint8_t* over, const uint8_t* weights)
+// Words w0 ... w7, one a pixel, become w0 w0 w0 w1 w1 w1 w2 w2, w2 w3 w3 w3 w4 w4 w4 w5, w5 w5 w6 w6 w6 w7 w7 w7.
+static EightPixels threeTimesEach(__m128i w)
 {
-    const __m128i zero = _mm_setzero_si128(), u = loadBytes(under), o = loadBytes(over), w = loadBytes(weights);
-    const __m128i low = mixWords(_mm_unpacklo_epi8(u, zero), _mm_unpacklo_epi8(o, zero), _mm_unpacklo_epi8(w, zero));
-    const __m128i high = mixWords(_mm_unpackhi_epi8(u, zero), _mm_unpackhi_epi8(o, zero), _mm_unpackhi_epi8(w, zero));
-    const __m128i keep = _mm_cmpeq_epi8(w, zero);
-    storeBytes(pixels, _mm_or_si128(_mm_and_si128(keep, loadBytes(pixels)),
-                                    _mm_andnot_si128(keep, _mm_packus_epi16(low, high))));
+    const __m128i first = _mm_unpacklo_epi64(_mm_shufflelo_epi16(w, _MM_SHUFFLE(1, 0, 0, 0)),
+                                             _mm_shufflelo_epi16(w, _MM_SHUFFLE(2, 2, 1, 1)));
+    const __m128i middle =
+        _mm_shufflehi_epi16(_mm_shufflelo_epi16(w, _MM_SHUFFLE(3, 3, 3, 2)), _MM_SHUFFLE(1, 0, 0, 0));
+    const __m128i last = _mm_unpackhi_epi64(_mm_shufflehi_epi16(w, _MM_SHUFFLE(2, 2, 1, 1)),
+                                            _mm_shufflehi_epi16(w, _MM_SHUFFLE(3, 3, 3, 2)));
+    return EightPixels{{first, middle, last}};
 }
 
-// 16 pixels, one weight each.
-static void mixBlock(uint8_t* pixels, const uint8_t* under, const ColourBlock& colour, const uint8_t* weights)
+static __m128i choose(__m128i first, __m128i second, __m128i takeFirst)
 {
-    uint8_t spread[52]; // three bytes a pixel; each store writes one too many
-    for (int i = 0; i < 16; ++i) {
-        const uint32_t three = weights[i] * 0x010101u;
-        memcpy(spread + i * 3, &three, 4);
-    }
-    for (int at = 0; at < 48; at += 16)
-        mixBytes(pixels + at, under + at, colour.bytes + at, spread + at);
+    return _mm_or_si128(_mm_and_si128(takeFirst, first), _mm_andnot_si128(takeFirst, second));
+}
+
+// Eight pixels with one weight each; where that is 0 the pixel keeps its bytes.
+static void mixEight(uint8_t* pixels, const uint8_t* under, const EightPixels& colour, __m128i weights)
+{
+    const __m128i zero = _mm_setzero_si128();
+    const EightPixels w = threeTimesEach(weights);
+    const __m128i u01 = loadBytes(under), u2 = _mm_loadl_epi64((const __m128i*)(under + 16));
+    const __m128i mixed01 = _mm_packus_epi16(mixWords(_mm_unpacklo_epi8(u01, zero), colour.words[0], w.words[0]),
+                                             mixWords(_mm_unpackhi_epi8(u01, zero), colour.words[1], w.words[1]));
+    const __m128i mixed2 = _mm_packus_epi16(mixWords(_mm_unpacklo_epi8(u2, zero), colour.words[2], w.words[2]), zero);
+    const __m128i keep01 = _mm_cmpeq_epi8(_mm_packus_epi16(w.words[0], w.words[1]), zero);
+    const __m128i keep2 = _mm_cmpeq_epi8(_mm_packus_epi16(w.words[2], zero), zero);
+    storeBytes(pixels, choose(loadBytes(pixels), mixed01, keep01));
+    uint8_t* const rest = pixels + 16;
+    _mm_storel_epi64((__m128i*)rest, choose(_mm_loadl_epi64((const __m128i*)rest), mixed2, keep2));
+}
+
+static void mixBlock(uint8_t* pixels, const uint8_t* under, const EightPixels& colour, __m128i weights)
+{
+    const __m128i zero = _mm_setzero_si128();
+    mixEight(pixels, under, colour, _mm_unpacklo_epi8(weights, zero));
+    mixEight(pixels + 24, under + 24, colour, _mm_unpackhi_epi8(weights, zero));
+}
+
+static __m128i zeroCells(__m128i cells)
+{
+    return _mm_cmpeq_epi8(cells, _mm_setzero_si128());
 }
 
 void blendCoveredRow(uint8_t* pixels, const uint8_t* under, const uint8_t* cells, int count, Rgb colour)
 {
-    const ColourBlock block = colourBlock(colour);
-    int i = 0;
-    for (; i + 16 <= count; i += 16) {
-        if (_mm_movemask_epi8(_mm_cmpeq_epi8(loadBytes(cells + i), _mm_setzero_si128())) == 0xFFFF) continue;
-        mixBlock(pixels + i * 3, under + i * 3, block, cells + i);
+    if (count < BLOCK) {
+        const PixelBytes over = pixelBytes(colour);
+        for (int i = 0; i < count; ++i)
+            if (cells[i]) mixPixel(pixels + i * 3, under + i * 3, over.byte, cells[i]);
+        return;
     }
-    for (; i < count; ++i)
-        if (cells[i]) mixPixel(pixels + i * 3, under + i * 3, block.bytes, cells[i]);
+    const EightPixels over = eightTimes(colour);
+    for (int i = 0; i < count; i += BLOCK) {
+        const int at = std::min(i, count - BLOCK);
+        const __m128i weights = loadBytes(cells + at);
+        if (_mm_movemask_epi8(zeroCells(weights)) == 0xFFFF) continue;
+        mixBlock(pixels + at * 3, under + at * 3, over, weights);
+    }
 }
 
-static uint8_t unmarked(uint8_t cell)
+void mixFreshRow(uint8_t* pixels, uint8_t* cells, int count, Rgb colour, int opacity)
 {
-    return cell == CELL_MARK ? 1 : (uint8_t)(cell & ~CELL_MARK);
-}
-
-void mixMarkedRow(uint8_t* pixels, uint8_t* cells, int count, Rgb colour, int opacity)
-{
-    const ColourBlock block = colourBlock(colour);
-    const __m128i mark = _mm_set1_epi8((char)CELL_MARK), strength = _mm_set1_epi8((char)opacity);
-    int i = 0;
-    for (; i + 16 <= count; i += 16) {
-        const __m128i cell = loadBytes(cells + i);
-        if (_mm_movemask_epi8(cell) == 0) continue;
-        const __m128i fresh = _mm_cmpeq_epi8(cell, mark);
-        uint8_t weights[16];
-        storeBytes(weights, _mm_and_si128(fresh, strength));
-        if (_mm_movemask_epi8(fresh)) mixBlock(pixels + i * 3, pixels + i * 3, block, weights);
-        storeBytes(cells + i, _mm_or_si128(_mm_andnot_si128(mark, cell), _mm_and_si128(fresh, _mm_set1_epi8(1))));
+    if (count < BLOCK) {
+        const PixelBytes over = pixelBytes(colour);
+        for (int i = 0; i < count; ++i) {
+            if (cells[i]) continue;
+            mixPixel(pixels + i * 3, pixels + i * 3, over.byte, opacity);
+            cells[i] = 1;
+        }
+        return;
     }
-    for (; i < count; ++i) {
-        if (cells[i] == CELL_MARK) mixPixel(pixels + i * 3, pixels + i * 3, block.bytes, opacity);
-        cells[i] = unmarked(cells[i]);
+    const EightPixels over = eightTimes(colour);
+    for (int i = 0; i < count; i += BLOCK) {
+        const int at = std::min(i, count - BLOCK);
+        const __m128i covered = loadBytes(cells + at), fresh = zeroCells(covered);
+        if (_mm_movemask_epi8(fresh) == 0) continue;
+        mixBlock(pixels + at * 3, pixels + at * 3, over, _mm_and_si128(fresh, _mm_set1_epi8((char)opacity)));
+        storeBytes(cells + at, _mm_or_si128(covered, _mm_and_si128(fresh, _mm_set1_epi8(1))));
     }
 }

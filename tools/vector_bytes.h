@@ -19,6 +19,14 @@ inline void storeBytes(void* at, __m128i value)
     _mm_storeu_si128((__m128i*)at, value);
 }
 
+// Rows of an image lie far apart in memory, where the processor does not look ahead by itself. Asks for the
+// bytes of a row that is worked on soon.
+inline void fetchAhead(const void* row, size_t count)
+{
+    for (size_t i = 0; i < count; i += 64)
+        _mm_prefetch((const char*)row + i, _MM_HINT_T0);
+}
+
 // Eight bytes as words: (under * (100 - weight) + over * weight) / 100, weights 0 to 100. The sum is at
 // most 25500, for which the multiplication by 5243 / 2^19 gives the exact quotient.
 inline __m128i mixWords(__m128i under, __m128i over, __m128i weight)
