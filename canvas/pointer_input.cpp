@@ -129,7 +129,10 @@ void movePointer(HWND canvas, POINT at, bool buttonDown)
     case TOOL_COLORS: pickColourAtMove(at); return;
     case TOOL_OUTLINE_BRUSH:
     case TOOL_STAMP: return;  // these act at the press only
-    default: paintSegmentOfStroke(canvas); return;
+    default:
+        // Without a press of its own, or after the capture was lost, nothing would register what it paints.
+        if (session->pressActive) paintSegmentOfStroke(canvas);
+        return;
     }
 }
 

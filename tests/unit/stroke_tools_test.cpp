@@ -447,3 +447,27 @@ TEST_F(StrokeTools, EdgeOfTheAerographeCountsFromTheNextStroke)
         EXPECT_EQ(soft ? 2u : 1u, session->maskScale);
     }
 }
+
+// A drag that began elsewhere, or whose capture was lost: what it painted could not be undone.
+TEST_F(StrokeTools, MovesPaintOnlyBetweenPressAndRelease)
+{
+    for (uint32_t tool : paintingTools) {
+        ASSERT_TRUE(start(60, 40));
+        const Picture first = model.scene.image;
+        chooseBrush(model, {tool, 1, false, 9, 9, 49, randomPaint(dice)});
+        sessionMove(10, 10);
+        sessionMove(20, 20);
+        EXPECT_TRUE(same()) << "before any press, tool " << tool;
+        press(model, 30, 20);
+        move(model, 35, 20);
+        SendMessageA(session->canvasWindow, WM_CAPTURECHANGED, 0, 0);
+        sessionMove(50, 30);
+        sessionRelease(55, 30);
+        sessionMove(10, 30);
+        EXPECT_TRUE(same()) << "after a lost capture, tool " << tool;
+        EXPECT_EQ(tool == TOOL_STAMP ? 0 : 1, session->undoCount);
+        applyUndo(UNDO);
+        EXPECT_TRUE(showsPicture(image, first)) << "undone, tool " << tool;
+        close();
+    }
+}
