@@ -159,6 +159,7 @@ LRESULT pressList(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
     if (!grabItem(list, grab)) return result;
     const LibraryPath path = grab.item->path;
     const bool dropped = dragItem(list, grab);
+    if (!IsWindow(list)) return result;  // the session ended in the middle of the drag
     CallWindowProcA(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
     if (dropped && droppedOnCanvas()) placeItem(path);
     return result;
