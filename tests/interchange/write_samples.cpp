@@ -42,7 +42,7 @@ static bool writeSample(const std::string& directory, int width, int height)
 int main(int count, char** arguments)
 {
     if (count != 2) return 2;
-    const int sizes[][2] = {{1, 1}, {17, 9}, {100, 10}, {10, 100}, {640, 480}};
+    const int sizes[][2] = {{1, 1}, {17, 9}, {100, 10}, {10, 100}, {640, 480}, {3000, 2000}};
     for (const auto& size : sizes) {
         if (!writeSample(arguments[1], size[0], size[1])) return 1;
     }
