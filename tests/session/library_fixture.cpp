@@ -151,12 +151,12 @@ ReferenceImage shownThumbnail(const Host& host, int index)
     return fromStoredRows(part.bytes.data(), part.width, part.height);
 }
 
-ReferenceImage expectedThumbnail(const Host& host, const ReferenceSelection& selection)
+ReferenceImage expectedThumbnail(const Host& host, int index, const ReferenceSelection& selection)
 {
     const std::vector<uint8_t> rgb = referenceThumbnail(selection);
     ReferenceImage thumbnail(40, 30);
     for (size_t i = 0; i < thumbnail.pixels.size(); ++i)
         thumbnail.pixels[i] = {rgb[i * 3 + 2], rgb[i * 3 + 1], rgb[i * 3]};
-    const RECT rect = thumbnailRect(host, 0);
+    const RECT rect = thumbnailRect(host, index);
     return referenceScale(thumbnail, rect.right - rect.left, rect.bottom - rect.top);
 }

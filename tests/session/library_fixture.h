@@ -51,4 +51,4 @@ ReferenceImage withSelectionApplied(const ReferenceImage& image, const Reference
 
 // The thumbnail of a list item as the screen shows it, and as it should be shown.
 ReferenceImage shownThumbnail(const Host& host, int index);
-ReferenceImage expectedThumbnail(const Host& host, const ReferenceSelection& selection);
+ReferenceImage expectedThumbnail(const Host& host, int index, const ReferenceSelection& selection);

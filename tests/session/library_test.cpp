@@ -8,7 +8,7 @@ struct LibraryWindow : LibrarySession {
     void expectFiles(const std::vector<std::string>& names) { EXPECT_EQ(names, filesOfLibrary(library)); }
     void expectShown(int index, const ReferenceSelection& selection)
     {
-        const ReferenceImage shown = shownThumbnail(host, index), expected = expectedThumbnail(host, selection);
+        const ReferenceImage shown = shownThumbnail(host, index), expected = expectedThumbnail(host, index, selection);
         EXPECT_EQ(expected.width, shown.width);
         EXPECT_TRUE(shown.pixels == expected.pixels) << "item " << index;
     }

@@ -26,19 +26,22 @@ static std::string programDirectory()
     return directory.substr(0, directory.find_last_of('\\') + 1);
 }
 
-bool loadLibrary(Library* library)
+static bool copyLibraryFiles(const std::string& directory)
 {
-    static unsigned number;
-    char temp[MAX_PATH];
-    GetTempPathA(sizeof temp, temp);
-    library->directory =
-        std::string(temp) + "retouch-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number) + "\\";
-    CreateDirectoryA(library->directory.c_str(), nullptr);
+    CreateDirectoryA(directory.c_str(), nullptr);
     for (const char* file : libraryFiles)
-        if (!CopyFileA((programDirectory() + file).c_str(), (library->directory + file).c_str(), FALSE)) {
-            ADD_FAILURE() << "cannot copy " << file;
+        if (!CopyFileA((programDirectory() + file).c_str(), (directory + file).c_str(), TRUE) &&
+            GetLastError() != ERROR_FILE_EXISTS) {
+            ADD_FAILURE() << "cannot copy " << file << " to " << directory;
             return false;
         }
+    return true;
+}
+
+bool loadLibraryIn(Library* library, const std::string& directory)
+{
+    library->directory = directory;
+    if (!copyLibraryFiles(directory)) return false;
     // The altered search path finds the control library in the same directory, not beside the test program.
     library->module =
         LoadLibraryExA((library->directory + libraryFiles[0]).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
@@ -49,6 +52,20 @@ bool loadLibrary(Library* library)
     library->entry = (RetouchEntry)(void*)GetProcAddress(library->module, MAKEINTRESOURCEA(KOVRTCH32_ENTRY_ORDINAL));
     EXPECT_NE(nullptr, library->entry);
     return library->entry != nullptr;
+}
+
+std::string freshDirectory()
+{
+    static unsigned number;
+    char temp[MAX_PATH];
+    GetTempPathA(sizeof temp, temp);
+    return std::string(temp) + "retouch-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number) +
+           "\\";
+}
+
+bool loadLibrary(Library* library)
+{
+    return loadLibraryIn(library, freshDirectory());
 }
 
 void unloadLibrary(Library* library)

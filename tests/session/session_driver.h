@@ -45,6 +45,8 @@ struct Library {
 };
 
 bool loadLibrary(Library* library);
+bool loadLibraryIn(Library* library, const std::string& directory); // made if need be; its parent exists
+std::string freshDirectory();                                       // a path that nothing lies under yet
 void unloadLibrary(Library* library); // also removes the directory
 
 // A message that the session's thread retrieved from its queue, or (sent) that was sent to one of its windows.
