@@ -5,7 +5,8 @@ static std::vector<SeenMessage>* log; // on the heap: outlives the thread's last
 static HHOOK retrievedHook, sentHook;
 
 // Sent messages worth keeping; all others would only fill the log.
-static const UINT loggedWhenSent[] = {WM_HSCROLL, WM_VSCROLL, WM_COMMAND, WM_ENTERSIZEMOVE, WM_EXITSIZEMOVE};
+static const UINT loggedWhenSent[] = {WM_HSCROLL, WM_VSCROLL, WM_COMMAND, WM_ENTERSIZEMOVE, WM_EXITSIZEMOVE,
+                                     WM_QUERYNEWPALETTE, WM_PALETTECHANGED};
 
 static void append(const SeenMessage& seen)
 {
