@@ -1,4 +1,9 @@
 // The tool palette as it opens, what choosing does, and the language that it opens in.
+#include <windows.h>
+#include <commdlg.h>
+
+#include <algorithm>
+
 #include "tests/session/import_patch.h"
 #include "tests/session/session_fixture.h"
 
@@ -183,4 +188,98 @@ TEST_F(Palette, OpensInTheUsersLanguage)
     EXPECT_NE(captions[0], captions[1]);
     EXPECT_NE(captions[0], captions[2]);
     EXPECT_NE(captions[1], captions[2]);
+}
+
+static CHOOSECOLORA offered;     // what the colour dialog was called with
+static COLORREF offeredCustom[16];
+static int timesOffered;
+static COLORREF answeredColour;  // what it answers; CLR_INVALID: cancelled
+
+static BOOL WINAPI fakeChooseColor(CHOOSECOLORA* dialog)
+{
+    offered = *dialog;
+    std::copy(dialog->lpCustColors, dialog->lpCustColors + 16, offeredCustom);
+    ++timesOffered;
+    if (answeredColour == CLR_INVALID) return FALSE;
+    for (int i = 0; i < 16; ++i) dialog->lpCustColors[i] = RGB(i, i, i);  // as if the user had defined some
+    dialog->rgbResult = answeredColour;
+    return TRUE;
+}
+
+// Pressed once, Colors arms the picker; pressed again, it asks.
+TEST_F(Palette, ColorsPressedAgainOffersTheColourDialog)
+{
+    ImportPatch patch;
+    ASSERT_TRUE(patchImport(&patch, library.module, "ChooseColorA", (void*)fakeChooseColor));
+    timesOffered = 0;
+    answeredColour = RGB(10, 200, 30);
+    ASSERT_TRUE(open());
+    ASSERT_TRUE(clickControl(&host, ID_BRUSH));
+    ASSERT_TRUE(clickControl(&host, ID_COLORS));
+    EXPECT_EQ(0, timesOffered);
+    ASSERT_TRUE(clickControl(&host, ID_COLORS));
+    ASSERT_EQ(1, timesOffered);
+    EXPECT_EQ(sizeof offered, offered.lStructSize);
+    EXPECT_EQ(host.palette, offered.hwndOwner);
+    EXPECT_EQ((DWORD)(CC_RGBINIT | CC_FULLOPEN), offered.Flags);
+    EXPECT_EQ(0x00C0C0FFu, offered.rgbResult);
+    for (COLORREF custom : offeredCustom) EXPECT_EQ(0x00C0C0FFu, custom);
+
+    answeredColour = CLR_INVALID;
+    for (int times = 2; times <= 3; ++times) {
+        ASSERT_TRUE(clickControl(&host, ID_COLORS));
+        ASSERT_EQ(times, timesOffered);
+        EXPECT_EQ(RGB(10, 200, 30), offered.rgbResult) << "the colour chosen first stays when the dialog is cancelled";
+        for (COLORREF custom : offeredCustom) EXPECT_EQ(RGB(10, 200, 30), custom) << "custom colours are not kept";
+    }
+    undoPatch(&patch);
+}
+
+struct Ticks {
+    HWND window;
+    UINT_PTR id;
+    UINT interval;
+};
+static std::vector<Ticks> timersSet, timersKilled;
+
+static UINT_PTR WINAPI fakeSetTimer(HWND window, UINT_PTR id, UINT interval, TIMERPROC)
+{
+    timersSet.push_back({window, id, interval});
+    return id;
+}
+
+static BOOL WINAPI fakeKillTimer(HWND window, UINT_PTR id)
+{
+    timersKilled.push_back({window, id, 0});
+    return TRUE;
+}
+
+// (width + height) x 2 + 55 milliseconds from one spray to the next.
+TEST_F(Palette, AerographeSpraysSlowerWithALargerBrush)
+{
+    ImportPatch setting, killing;
+    ASSERT_TRUE(patchImport(&setting, library.module, "SetTimer", (void*)fakeSetTimer));
+    ASSERT_TRUE(patchImport(&killing, library.module, "KillTimer", (void*)fakeKillTimer));
+    timersSet.clear();
+    timersKilled.clear();
+    ASSERT_TRUE(open());
+    ASSERT_TRUE(clickControl(&host, ID_BRUSH));
+    ASSERT_TRUE(drawStroke(&host, {{60, 60}, {70, 60}}));
+    EXPECT_TRUE(timersSet.empty()) << "no other tool has a timer";
+    ASSERT_TRUE(clickControl(&host, ID_AEROGRAPHE));
+    ASSERT_TRUE(drawStroke(&host, {{60, 60}}));
+    for (int page = 0; page < 2; ++page) ASSERT_TRUE(clickScrollBar(&host, ID_WIDTH, -2));
+    EXPECT_EQ(1, scrollPosition(host, ID_HEIGHT));
+    ASSERT_TRUE(drawStroke(&host, {{60, 60}}));
+    ASSERT_EQ(2u, timersSet.size());
+    EXPECT_EQ(119u, timersSet[0].interval);
+    EXPECT_EQ(59u, timersSet[1].interval);
+    ASSERT_EQ(2u, timersKilled.size());
+    for (const std::vector<Ticks>& timers : {timersSet, timersKilled})
+        for (const Ticks& timer : timers) {
+            EXPECT_EQ(host.canvas, timer.window);
+            EXPECT_EQ(1u, timer.id);
+        }
+    undoPatch(&killing);
+    undoPatch(&setting);
 }

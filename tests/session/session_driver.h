@@ -25,6 +25,8 @@ enum PaletteId {
     ID_CLOSE = 2,
     ID_SAVE = 8,
     ID_BRUSH = 117,
+    ID_AEROGRAPHE = 119,
+    ID_COLORS = 124,
     ID_UNDO = 190,
     ID_PREVIEW = 200,
     ID_WIDTH = 202,

@@ -299,3 +299,25 @@ TEST_F(CursorOutline, NothingIsDrawnAfterItWasFreed)
     moveTo(20, 20);
     EXPECT_TRUE(before == screen());
 }
+
+// The picture shows what a dab covers at the present scale, also right after the window was resized.
+TEST_F(CursorOutline, ChangesWithTheScaleOfTheCanvas)
+{
+    ASSERT_TRUE(start(120, 90, {120, 90}));
+    brush(20, 10);
+    EXPECT_EQ(20, picture().right - picture().left);
+    SetWindowPos(session->canvasWindow, nullptr, 0, 0, 240, 270, SWP_NOMOVE | SWP_NOZORDER);
+    EXPECT_EQ(40, picture().right - picture().left);
+    EXPECT_EQ(30, picture().bottom - picture().top);
+}
+
+// The image covers the canvas: erasing it first would flicker. Without one the default handling erases.
+TEST_F(CursorOutline, CanvasWithAnImageIsNotErased)
+{
+    ASSERT_TRUE(start(60, 60, {60, 60}));
+    const Screen before = screen();
+    const HDC dc = GetDC(session->canvasWindow);
+    EXPECT_EQ(0, SendMessageA(session->canvasWindow, WM_ERASEBKGND, (WPARAM)dc, 0));
+    ReleaseDC(session->canvasWindow, dc);
+    EXPECT_TRUE(before == screen());
+}

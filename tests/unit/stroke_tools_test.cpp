@@ -129,6 +129,24 @@ TEST_F(StrokeTools, PressBeforeThePointerEnteredDoesNothing)
     EXPECT_EQ(0, session->undoCount);
 }
 
+TEST_F(StrokeTools, RecordKnowsThePressAndTheLatestPoint)
+{
+    ASSERT_TRUE(start(60, 40));
+    for (uint32_t tool : {(uint32_t)TOOL_BRUSH, (uint32_t)TOOL_COLORS, (uint32_t)TOOL_TEXT, (uint32_t)TOOL_OUTLINE_BRUSH}) {
+        session->currentTool = tool;
+        sessionPress(10, 11);
+        for (const POINT& point : session->clickPoints) EXPECT_TRUE(point.x == 10 && point.y == 11) << tool;
+        EXPECT_TRUE(session->strokePoint.x == 10 && session->strokePrevPoint.y == 11) << tool;
+        EXPECT_EQ(11, session->dirtyBox.maxY) << tool;
+        sessionMove(20, 12);
+        EXPECT_TRUE(session->strokePoint.x == 20 && session->strokePrevPoint.x == 10) << tool;
+        sessionRelease(21, 13);
+        EXPECT_TRUE(session->clickPoints[0].x == 10 && session->clickPoints[1].x == 21) << tool;
+        EXPECT_TRUE(session->strokePoint.x == 21 && session->strokePrevPoint.x == 21) << tool;
+        EXPECT_EQ(nullptr, GetCapture()) << tool;
+    }
+}
+
 // Another window takes the pointer away in the middle of a stroke, and no release will come.
 TEST_F(StrokeTools, CaptureLostToAnotherWindowEndsTheStrokeAndStaysThere)
 {
