@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include <emmintrin.h>
+#include "image/vector_bytes.h"
 
 struct CellRun {
     int first, end; // end is one past the last cell; both 0 before the first run
@@ -14,7 +14,7 @@ inline int firstCell(const uint8_t* cells, int i, int count, bool zero)
 {
     const int passed = zero ? 0 : 0xFFFF;
     for (; i + 16 <= count; i += 16) {
-        const __m128i block = _mm_loadu_si128((const __m128i*)(cells + i));
+        const __m128i block = loadBytes(cells + i);
         if (_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_setzero_si128())) != passed) break;
     }
     while (i < count && (cells[i] == 0) != zero)

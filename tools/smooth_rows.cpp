@@ -1,7 +1,7 @@
 #include "tools/smooth_rows.h"
 
+#include "tools/mix_vectors.h"
 #include "tools/pixel_mix.h"
-#include "tools/vector_bytes.h"
 
 // Each pointer at the byte to blur; a neighbour's byte is three bytes away.
 static uint8_t blurredByte(const uint8_t* above, const uint8_t* line, const uint8_t* below)

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "image/vector_bytes.h"
 #include "tools/brush_kernels.h"
 #include "tools/digital_line.h"
 #include "tools/stroke_segment.h"
-#include "tools/vector_bytes.h"
 
 static PixelRect brushRect(const BrushStroke& stroke, PixelPoint at)
 {

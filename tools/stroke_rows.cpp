@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "tools/mix_vectors.h"
 #include "tools/pixel_mix.h"
-#include "tools/vector_bytes.h"
 
 // No operation here does more when it is applied twice, so the last block of a row simply overlaps the
 // one before it; only rows shorter than a block go cell by cell.

@@ -1,8 +1,9 @@
 #include "tools/strongest_cells.h"
 
+#include <algorithm>
 #include <cstdlib>
 
-#include "tools/vector_bytes.h"
+#include "image/vector_bytes.h"
 
 constexpr int NEIGHBOURS = 2; // looked at ahead, and as many behind
 constexpr int LEAST_POINTS = 32;

@@ -116,6 +116,40 @@ TEST(PixelOps, MergeMaskedMatchesTheReferenceEverywhere)
     }
 }
 
+// Runs of any length up to some dozens of pixels; blue and green say nothing.
+static ReferenceImage maskOfRuns(std::mt19937& random, int width, int height)
+{
+    ReferenceImage mask = randomReference(random, width, height);
+    int left = 0;
+    bool inside = false;
+    for (int y = 0; y < height; y++)
+        for (int x = 0; x < width; x++) {
+            if (left-- == 0) {
+                left = (int)(random() % (random() % 2 ? 60 : 6));
+                inside = !inside;
+            }
+            const int other = (int)(random() % 256);
+            mask.set(x, y, {(uint8_t)other, (uint8_t)(255 - other), (uint8_t)(inside ? 0 : 1 + random() % 255)});
+        }
+    return mask;
+}
+
+TEST(PixelOps, MergeOfLongRunsMatchesTheReference)
+{
+    std::mt19937 random(15);
+    for (int n = 0; n < 2000; n++) {
+        const int width = 1 + (int)(random() % 130), height = 1 + (int)(random() % 4);
+        const ReferenceImage source = randomReference(random, width, height);
+        const ReferenceImage mask = maskOfRuns(random, width, height);
+        ReferenceImage expected = randomReference(random, 1 + random() % 150, 1 + random() % 6);
+        StoredImage from(source), through(mask), to(expected);
+        const int left = (int)(random() % 60) - 30, top = (int)(random() % 8) - 4;
+        referencePasteMasked(expected, source, mask, left, top);
+        mergeMasked(to.view(), from.view(), through.view(), left, top);
+        expectImage(expected, to);
+    }
+}
+
 TEST(PixelOps, MergeTestsTheRedByteOnly)
 {
     ReferenceImage mask(2, 1), source(2, 1);
