@@ -149,7 +149,7 @@ void releaseButton(HWND canvas, POINT at)
     if (tool == TOOL_COLORS) rebuildOutline(canvas, 0);
     if (tool == TOOL_SELECTION) releaseSelection(canvas, at);
     if (tool == TOOL_OUTLINE_BRUSH) {
-        releaseOutlineBrush(canvas);
+        releaseOutlineBrush();
     } else {
         showOutline(canvas);
     }

@@ -1,7 +1,11 @@
-// The outline brush on the canvas: one dab at the press, the new selection at the release.
+// The outline brush on the canvas: one dab reshapes the outline at the press; the release makes the
+// floating selection anew from it.
+#include <initializer_list>
+
 #include "canvas/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
 #include "selection/outline_brush.h"
+#include "selection/row_crossings.h"
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_state.h"
@@ -40,26 +44,72 @@ void showFrameAgain()
     redrawSelection();
 }
 
-void reshapeAt(HWND canvas, POINT at)
+// The present outline is kept for a release that fails. A second dab before any release keeps the first one.
+bool keepOutline()
+{
+    return session->rowCrossings ||
+           replacePoints(session->outlineSnapshot, session->outlinePoints, session->outlinePointCount);
+}
+
+void takeDabbedOutline(const Outline& outline)
+{
+    freeOutlinePoints(session->outlinePoints);
+    freeCrossings(session->rowCrossings);
+    putOutline(outline);
+    PixelRect bounds;
+    if (computeCrossingBounds(outline.crossings, bounds)) session->reshapeRect = rectOf(bounds);
+}
+
+void redrawDab(HWND canvas, const PointBox& before)
+{
+    const PointBox now = boxOfPoints(session->outlinePoints, session->outlinePointCount);
+    for (const PointBox& box : {before, now}) {
+        invalidateImageRect(canvas, {box.minX, box.minY, box.maxX + 1, box.maxY + 1}, 1);
+    }
+    redrawSelection();
+    if (session->libraryDialog) UpdateWindow(session->libraryDialog);
+}
+
+// The outline changes at once; the floating pixels follow at the release, from the working table that
+// this leaves.
+void dabOutline(HWND canvas, POINT at)
 {
     PixelPoint* points;
     int count;
     const BrushResult result = reshapeOutline(session->outlinePoints, session->outlinePointCount, dabAt(at),
                                               pixelRectOf(canvasArea(canvas)), points, count);
     if (result == BRUSH_CLEARED) return clearSelection();
-    if (result != BRUSH_RESHAPED) return showFrameAgain();
+    if (result != BRUSH_RESHAPED) return;
     Outline outline = {};
     const bool replayed = replayOutline(outline, session->rowCount, points, count) && !outline.incomplete;
     freeOutlinePoints(points);
-    if (!replayed || !takeReshapedOutline(outline)) {
-        freeOutline(outline);
-        showFrameAgain();
+    if (!replayed || !keepOutline()) return freeOutline(outline);
+    const PointBox before = boxOfPoints(session->outlinePoints, session->outlinePointCount);
+    takeDabbedOutline(outline);
+    redrawDab(canvas, before);
+}
+
+Outline takeWorkingOutline()
+{
+    const Outline outline = takeOutline();
+    session->rowCrossings = nullptr;
+    session->outlinePoints = nullptr;
+    session->outlinePointCount = 0;
+    return outline;
+}
+
+void restoreOutline()
+{
+    session->outlinePointCount = session->referencePointCountB;
+    if (!replacePoints(session->outlinePoints, session->outlineSnapshot, session->outlinePointCount)) {
+        return clearSelection();
     }
+    showFrameAgain();
 }
 
 }  // namespace
 
-void pressOutlineBrush(HWND, POINT at)
+void pressOutlineBrush(HWND canvas, POINT at)
 {
     if (IsRectEmpty(&session->selectionRect) || !session->selectionActive) return;
     const PixelPoint point = {(int)at.x, (int)at.y};
@@ -68,10 +118,13 @@ void pressOutlineBrush(HWND, POINT at)
     session->reshapeRect = session->selectionRect;
     session->reshapeHomeRect = session->selectionHomeRect;
     eraseFrame();
+    dabOutline(canvas, at);
 }
 
-void releaseOutlineBrush(HWND canvas)
+void releaseOutlineBrush()
 {
     if (IsRectEmpty(&session->selectionRect) || !IsRectEmpty(&session->frameInnerRect)) return;
-    reshapeAt(canvas, session->clickPoints[0]);
+    if (!session->rowCrossings) return showFrameAgain();  // the dab met no part of the outline
+    Outline outline = takeWorkingOutline();
+    if (!takeReshapedOutline(outline)) restoreOutline();
 }

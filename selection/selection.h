@@ -11,9 +11,9 @@ void moveSelectionPointer(HWND canvas, POINT at);
 void releaseSelection(HWND canvas, POINT at);
 
 // The outline brush (tool 115): pressed inside the selection it adds its disk, outside it cuts it away.
-// The selection is reshaped at the release.
+// The press reshapes the outline, the release makes the floating pixels anew.
 void pressOutlineBrush(HWND canvas, POINT at);
-void releaseOutlineBrush(HWND canvas);
+void releaseOutlineBrush();
 
 // Draws the floating selection, its outline and its frame; logical units of the canvas.
 void drawSelection(HDC dc);

@@ -8,6 +8,7 @@
 #include "canvas/pointer_input.h"
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
+#include "selection/outline.h"
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_state.h"
@@ -327,4 +328,73 @@ TEST_F(SelectionTool, TheOutlineBrushAddsFromInsideAndCutsFromOutside)
     EXPECT_LT(insideCount(), larger);
     EXPECT_TRUE(showsPicture(image, picture));
     EXPECT_EQ(1u, session->selectionActive);
+}
+
+TEST_F(SelectionTool, TheOutlineBrushActsAtThePressAndItsPixelsFollowAtTheRelease)
+{
+    openPhoto(160, 120);
+    draw({{40, 30}, {100, 30}, {100, 80}, {40, 80}});
+    const Snapshot before = snapshot();
+    const PointBox drawn = boxOfPoints(session->outlinePoints, session->outlinePointCount);
+    session->currentTool = TOOL_OUTLINE_BRUSH;
+    pressButton(session->canvasWindow, {98, 50});
+    const PointBox pressed = boxOfPoints(session->outlinePoints, session->outlinePointCount);
+    EXPECT_GT(pressed.maxX, drawn.maxX);
+    EXPECT_EQ(pressed.maxX + 1, session->reshapeRect.right);
+    EXPECT_TRUE(IsRectEmpty(&session->frameInnerRect));
+    EXPECT_TRUE(before == snapshot());
+    movePointer(session->canvasWindow, {80, 78}, true);  // one dab a press: moves reshape nothing
+    releaseButton(session->canvasWindow, {80, 78});
+    const PointBox released = boxOfPoints(session->outlinePoints, session->outlinePointCount);
+    EXPECT_EQ(0, memcmp(&pressed, &released, sizeof pressed));
+    EXPECT_EQ(pressed.maxX + 1, session->selectionRect.right);
+    EXPECT_FALSE(IsRectEmpty(&session->frameInnerRect));
+    EXPECT_EQ(1u, session->selectionReshaped);
+    EXPECT_EQ(nullptr, session->rowCrossings);
+}
+
+TEST_F(SelectionTool, AnOutlineBrushThatMeetsNoPointChangesNothing)
+{
+    openPhoto(160, 120);
+    draw({{40, 30}, {120, 30}, {120, 100}, {40, 100}});
+    const Snapshot before = snapshot();
+    session->currentTool = TOOL_OUTLINE_BRUSH;
+    pressButton(session->canvasWindow, {80, 65});
+    releaseButton(session->canvasWindow, {80, 65});
+    EXPECT_TRUE(before == snapshot());
+    EXPECT_FALSE(IsRectEmpty(&session->frameInnerRect));
+}
+
+TEST_F(SelectionTool, CuttingAwayAllThatIsEnclosedBringsTheOutlineBack)
+{
+    openPhoto(160, 120);
+    // A small block with a tail, which encloses nothing.
+    draw({{40, 40}, {46, 40}, {46, 43}, {110, 43}, {46, 43}, {46, 46}, {40, 46}});
+    const Snapshot before = snapshot();
+    const int points = session->outlinePointCount;
+    session->currentTool = TOOL_OUTLINE_BRUSH;
+    session->brushWidth = session->brushHeight = 30;
+    pressButton(session->canvasWindow, {51, 46});
+    EXPECT_NE(points, session->outlinePointCount);
+    releaseButton(session->canvasWindow, {51, 46});
+    EXPECT_TRUE(before == snapshot());
+    EXPECT_EQ(points, session->outlinePointCount);
+    EXPECT_FALSE(IsRectEmpty(&session->frameInnerRect));
+    moveSelectionBy(5, 5);
+    moveSelectionBy(-5, -5);
+    EXPECT_TRUE(before == snapshot());
+}
+
+TEST_F(SelectionTool, CuttingEveryPointAwayClearsTheSelection)
+{
+    openPhoto(160, 120);
+    draw({{40, 40}, {48, 40}, {48, 48}, {40, 48}});
+    session->currentTool = TOOL_OUTLINE_BRUSH;
+    session->brushWidth = session->brushHeight = 40;
+    pressButton(session->canvasWindow, {52, 44});
+    EXPECT_EQ(0u, session->selectionActive);
+    EXPECT_EQ(nullptr, session->outlinePoints);
+    releaseButton(session->canvasWindow, {52, 44});
+    EXPECT_TRUE(IsRectEmpty(&session->selectionRect));
+    EXPECT_TRUE(showsPicture(image, picture));
 }
