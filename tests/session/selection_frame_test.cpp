@@ -1,0 +1,192 @@
+// What the freehand selection shows: outline, frame and buttons, what follows the pointer, and nothing once
+// it is gone.
+#include <algorithm>
+
+#include "tests/session/selection_fixture.h"
+
+typedef SelectionSession SelectionFrames;
+
+TEST_F(SelectionFrames, TheFrameLeavesNoPixelWhenItIsClosed)
+{
+    for (const Size& size : sizes) {
+        SCOPED_TRACE(size.name);
+        openAt(size);
+        ASSERT_TRUE(movePointerOnCanvas(&host, 5, 5));
+        const std::vector<uint8_t> before = shownBy(host.canvas).bytes;
+        draw(star);
+        EXPECT_FALSE(before == shownBy(host.canvas).bytes);
+        dragInside(37, 21);
+        dragSide(BOTTOM_RIGHT, 30, 20);
+        press(FLIP_HORIZONTAL);
+        press(HUE_UP);
+        press(CLOSE);
+        EXPECT_TRUE(before == shownBy(host.canvas).bytes) << "after the close button";
+        draw(star);
+        ASSERT_TRUE(clickControl(&host, ID_BRUSH)); // a painting tool drops the selection
+        EXPECT_TRUE(before == shownBy(host.canvas).bytes) << "after another tool";
+        closeSession();
+    }
+}
+
+TEST_F(SelectionFrames, AnOutlineThatEnclosesNothingLeavesNoPixel)
+{
+    openAt(sizes[0]);
+    const std::vector<uint8_t> before = shownBy(host.canvas).bytes;
+    ASSERT_TRUE(drawStroke(&host, {{100, 100}, {300, 100}}));
+    ASSERT_TRUE(drawStroke(&host, {{120, 200}}));
+    EXPECT_TRUE(before == shownBy(host.canvas).bytes);
+    draw(star); // the tool is ready again
+    apply();
+    expectPhoto("after an outline that enclosed nothing");
+    closeSession();
+}
+
+TEST_F(SelectionFrames, WhatFollowsThePointerLeavesNoTrace)
+{
+    openAt(sizes[0]);
+    draw(star);
+    const std::vector<uint8_t> before = shownBy(host.dialog).bytes;
+    for (const int hit : {INSIDE, LEFT_EDGE, BOTTOM_RIGHT, ROTATE}) {
+        SCOPED_TRACE(hit);
+        const POINT at = clientOfHit(hit);
+        ASSERT_TRUE(movePointerOnCanvas(&host, at.x, at.y));
+        ASSERT_TRUE(pressButton(&host));
+        ASSERT_TRUE(movePointerOnCanvas(&host, at.x - 50, at.y + 30));
+        EXPECT_FALSE(before == shownBy(host.dialog).bytes) << "something follows";
+        ASSERT_TRUE(movePointerOnCanvas(&host, at.x, at.y));
+        ASSERT_TRUE(releaseButton(&host));
+        EXPECT_TRUE(before == shownBy(host.dialog).bytes);
+    }
+    closeSession();
+}
+
+namespace {
+
+ReferencePixel inverse(ReferencePixel p)
+{
+    return {(uint8_t)~p.blue, (uint8_t)~p.green, (uint8_t)~p.red};
+}
+
+// What the canvas should show of a floating selection at the photo's own size, told pixel by pixel.
+struct FramePicture {
+    ReferenceImage shown;
+
+    ReferencePixel colour(COLORREF c) { return {GetBValue(c), GetGValue(c), GetRValue(c)}; }
+
+    void fill(const RECT& r, COLORREF c)
+    {
+        for (LONG y = r.top; y < r.bottom; ++y)
+            for (LONG x = r.left; x < r.right; ++x)
+                shown.set((int)x, (int)y, colour(c));
+    }
+
+    // Raised: the light on the left and upper line, the shadow one pixel beyond the face on the others.
+    void face(const RECT& r)
+    {
+        fill(r, GetSysColor(COLOR_BTNFACE));
+        const COLORREF light = GetSysColor(COLOR_BTNHIGHLIGHT), shadow = GetSysColor(COLOR_BTNSHADOW);
+        fill({r.left, r.top, r.left + 1, r.bottom + 1}, light);
+        fill({r.left, r.top, r.right, r.top + 1}, light);
+        fill({r.right, r.top, r.right + 1, r.bottom + 1}, shadow);
+        fill({r.left + 1, r.bottom, r.right + 1, r.bottom + 1}, shadow);
+    }
+
+    void cross(RECT r)
+    {
+        InflateRect(&r, -5, -1);
+        const LONG w = (r.right - r.left) / 3, h = (r.bottom - r.top) / 3;
+        fill({r.left, r.top, r.left + w, r.top + h}, 0);
+        fill({r.right - w, r.top, r.right, r.top + h}, 0);
+        fill({r.left + w, r.top + h, r.right - w, r.bottom - h}, 0);
+        fill({r.left, r.bottom - h, r.left + w, r.bottom}, 0);
+        fill({r.right - w, r.bottom - h, r.right, r.bottom}, 0);
+    }
+
+    // Two pixels wide, inside the rectangle.
+    void invertFrame(const RECT& r)
+    {
+        const RECT hole = {r.left + 2, r.top + 2, r.right - 2, r.bottom - 2};
+        for (LONG y = r.top; y < r.bottom; ++y)
+            for (LONG x = r.left; x < r.right; ++x) {
+                if (PtInRect(&hole, {x, y})) continue;
+                shown.set((int)x, (int)y, inverse(shown.get((int)x, (int)y)));
+            }
+    }
+};
+
+bool isBlack(ReferencePixel p)
+{
+    return p == ReferencePixel{0, 0, 0};
+}
+
+bool isWhite(ReferencePixel p)
+{
+    return p == ReferencePixel{255, 255, 255};
+}
+
+// The dots are taken from the screen: which of them are white is the system's choice. The frame inverts
+// those under it.
+void takeDots(const ReferenceImage& screen, const std::vector<ReferencePoint>& outline, const RECT& frame,
+              ReferenceImage* picture)
+{
+    const RECT hole = {frame.left + 2, frame.top + 2, frame.right - 2, frame.bottom - 2};
+    int black = 0, white = 0, run = 1, longest = 1;
+    ReferencePixel last = {1, 2, 3};
+    for (const ReferencePoint& p : outline) {
+        ReferencePixel dot = screen.get(p.x, p.y);
+        if (!PtInRect(&hole, {p.x, p.y})) dot = inverse(dot);
+        ASSERT_TRUE(isBlack(dot) || isWhite(dot)) << p.x << "," << p.y;
+        (isBlack(dot) ? black : white)++;
+        run = dot == last ? run + 1 : 1;
+        longest = std::max(longest, run);
+        last = dot;
+        picture->set(p.x, p.y, dot);
+    }
+    EXPECT_GT(black, (int)outline.size() / 4);
+    EXPECT_GT(white, (int)outline.size() / 4);
+    EXPECT_LT(longest, 12) << "dots, not dashes";
+}
+
+} // namespace
+
+TEST_F(SelectionFrames, TheFrameIsDrawnPixelByPixel)
+{
+    openAt(sizes[0]);
+    draw(star);
+    dragInside(41, -23);
+    press(HUE_UP);
+    model.values.hue = 3;
+    ASSERT_TRUE(movePointerOnCanvas(&host, 5, 5));
+    const reference::Image canvas = shownBy(host.canvas);
+    const ReferenceImage screen = fromStoredRows(canvas.bytes.data(), canvas.width, canvas.height);
+
+    FramePicture picture = {model.photo};
+    const std::vector<uint8_t> unmoved = expectedBlock(model);
+    applyModel(&model); // only to see it lie there
+    picture.shown = model.photo;
+    const FrameMeasures frame = frameOf(model);
+    takeDots(screen, model.shown.points, frame.inner, &picture.shown);
+    picture.invertFrame(frame.inner);
+    picture.face(buttonRect(frame, CLOSE));
+    picture.cross(buttonRect(frame, CLOSE));
+    for (const int hit : {TOP_LEFT, TOP_RIGHT, BOTTOM_RIGHT, BOTTOM_LEFT}) {
+        picture.fill(buttonRect(frame, hit), RGB(255, 255, 255));
+    }
+    for (const int hit : {APPLY, FLIP_VERTICAL, FLIP_HORIZONTAL, BRIGHTER, DARKER, ROTATE, HUE_DOWN, HUE_UP,
+                          SATURATION_MORE, SATURATION_LESS, CONTRAST_MORE, CONTRAST_LESS, LIFT_UP, LIFT_DOWN}) {
+        picture.face(buttonRect(frame, hit));
+    }
+    int wrong = 0;
+    for (int y = 0; y < screen.height; ++y)
+        for (int x = 0; x < screen.width; ++x) {
+            const ReferencePixel is = screen.get(x, y), wanted = picture.shown.get(x, y);
+            if (is == wanted) continue;
+            if (++wrong <= 8)
+                ADD_FAILURE() << "(" << x << ", " << y << ") is " << (int)is.red << ' ' << (int)is.green << ' '
+                              << (int)is.blue << ", should be " << (int)wanted.red << ' ' << (int)wanted.green << ' '
+                              << (int)wanted.blue;
+        }
+    EXPECT_EQ(0, wrong);
+    EXPECT_TRUE(unmoved == snapshot(photo));
+    closeSession();
+}
