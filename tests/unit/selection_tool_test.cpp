@@ -8,6 +8,7 @@
 #include "canvas/pointer_input.h"
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
+#include "selection/frame_layout.h"
 #include "selection/outline.h"
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
@@ -31,7 +32,8 @@ struct SelectionTool : SessionFixture {
     void draw(const std::vector<POINT>& points)
     {
         pressButton(session->canvasWindow, points.front());
-        for (const POINT& point : points) movePointer(session->canvasWindow, point, true);
+        for (const POINT& point : points)
+            movePointer(session->canvasWindow, point, true);
         releaseButton(session->canvasWindow, points.back());
     }
 
@@ -67,7 +69,8 @@ int insideCount()
     int count = 0;
     const RECT& r = session->selectionRect;
     for (int y = 0; y < r.bottom - r.top; ++y)
-        for (int x = 0; x < r.right - r.left; ++x) count += insideMask(x, y);
+        for (int x = 0; x < r.right - r.left; ++x)
+            count += insideMask(x, y);
     return count;
 }
 
@@ -77,8 +80,8 @@ struct Snapshot {
     RECT rect;
     bool operator==(const Snapshot& other) const
     {
-        return image == other.image && mask == other.mask && source == other.source &&
-               maskSource == other.maskSource && EqualRect(&rect, &other.rect);
+        return image == other.image && mask == other.mask && source == other.source && maskSource == other.maskSource &&
+               EqualRect(&rect, &other.rect);
     }
 };
 
@@ -106,7 +109,7 @@ reference::Picture withSelection(reference::Picture picture)
     return picture;
 }
 
-}  // namespace
+} // namespace
 
 TEST_F(SelectionTool, LiftsThePixelsInsideAndLeavesTheImage)
 {
@@ -122,7 +125,7 @@ TEST_F(SelectionTool, LiftsThePixelsInsideAndLeavesTheImage)
         }
     }
     EXPECT_TRUE(insideMask(50 - r.left, 35 - r.top));
-    EXPECT_FALSE(insideMask(50 - r.left, 60 - r.top));  // the notch between the two lower corners
+    EXPECT_FALSE(insideMask(50 - r.left, 60 - r.top)); // the notch between the two lower corners
     EXPECT_TRUE(showsPicture(image, picture));
 }
 
@@ -132,7 +135,7 @@ TEST_F(SelectionTool, AnOutlineThatEnclosesNothingLeavesNothing)
     draw({{40, 40}});
     EXPECT_EQ(0u, session->selectionActive);
     EXPECT_EQ(nullptr, session->outlinePoints);
-    draw({{20, 40}, {80, 40}});  // along one row: no crossing
+    draw({{20, 40}, {80, 40}}); // along one row: no crossing
     EXPECT_EQ(0u, session->selectionActive);
     EXPECT_EQ(nullptr, session->rowCrossings);
     EXPECT_TRUE(IsRectEmpty(&session->selectionRect));
@@ -154,11 +157,11 @@ TEST_F(SelectionTool, ApplyWritesTheMovedPixelsAndCanBeRepeated)
     openPhoto(120, 90);
     drawShape();
     click(HIT_APPLY);
-    EXPECT_TRUE(showsPicture(image, picture));  // in its own place nothing changes
+    EXPECT_TRUE(showsPicture(image, picture)); // in its own place nothing changes
     reference::Picture expected = picture;
-    for (const POINT step : {POINT{12, 9}, POINT{-30, 5}, POINT{70, -40}}) {  // the last one hangs over
+    for (const POINT step : {POINT{12, 9}, POINT{-30, 5}, POINT{70, -40}}) { // the last one hangs over
         moveSelectionBy(step.x, step.y);
-        EXPECT_TRUE(showsPicture(image, expected));  // moving writes nothing
+        EXPECT_TRUE(showsPicture(image, expected)); // moving writes nothing
         expected = withSelection(expected);
         click(HIT_APPLY);
         ASSERT_TRUE(showsPicture(image, expected));
@@ -189,10 +192,13 @@ TEST_F(SelectionTool, AWholeNumberOfTurnsGivesTheSamePixels)
     const Snapshot before = snapshot();
     for (int i = 0; i < 4; ++i) {
         rotateSelectionBy(90);
-        if (i < 3) { EXPECT_FALSE(before == snapshot()); }
+        if (i < 3) {
+            EXPECT_FALSE(before == snapshot());
+        }
     }
     EXPECT_TRUE(before == snapshot());
-    for (int i = 0; i < 24; ++i) rotateSelectionBy(-15);
+    for (int i = 0; i < 24; ++i)
+        rotateSelectionBy(-15);
     EXPECT_TRUE(before == snapshot());
 }
 
@@ -220,9 +226,11 @@ TEST_F(SelectionTool, ColourStepsAndBackGiveTheEarlierPixels)
                             {HIT_CONTRAST_MORE, HIT_CONTRAST_LESS},
                             {HIT_LIFT_UP, HIT_LIFT_DOWN}};
     for (const auto& pair : pairs) {
-        for (int i = 0; i < 3; ++i) click(pair[0]);
+        for (int i = 0; i < 3; ++i)
+            click(pair[0]);
         EXPECT_FALSE(before.image == snapshot().image) << pair[0];
-        for (int i = 0; i < 3; ++i) click(pair[1]);
+        for (int i = 0; i < 3; ++i)
+            click(pair[1]);
         EXPECT_TRUE(before == snapshot()) << pair[0];
     }
 }
@@ -233,7 +241,7 @@ TEST_F(SelectionTool, ColoursAreAppliedOnceToWhateverWasDoneBefore)
     drawShape();
     click(HIT_DARKER);
     resizeSelectionTo({10, 10, 150, 130});
-    click(HIT_BRIGHTER);  // neutral again
+    click(HIT_BRIGHTER); // neutral again
     EXPECT_EQ(bytesOf(session->selectionImageSource), bytesOf(session->selectionImage));
 }
 
@@ -343,7 +351,7 @@ TEST_F(SelectionTool, TheOutlineBrushActsAtThePressAndItsPixelsFollowAtTheReleas
     EXPECT_EQ(pressed.maxX + 1, session->reshapeRect.right);
     EXPECT_TRUE(IsRectEmpty(&session->frameInnerRect));
     EXPECT_TRUE(before == snapshot());
-    movePointer(session->canvasWindow, {80, 78}, true);  // one dab a press: moves reshape nothing
+    movePointer(session->canvasWindow, {80, 78}, true); // one dab a press: moves reshape nothing
     releaseButton(session->canvasWindow, {80, 78});
     const PointBox released = boxOfPoints(session->outlinePoints, session->outlinePointCount);
     EXPECT_EQ(0, memcmp(&pressed, &released, sizeof pressed));
@@ -397,4 +405,92 @@ TEST_F(SelectionTool, CuttingEveryPointAwayClearsTheSelection)
     releaseButton(session->canvasWindow, {52, 44});
     EXPECT_TRUE(IsRectEmpty(&session->selectionRect));
     EXPECT_TRUE(showsPicture(image, picture));
+}
+
+// ---- cursors
+
+namespace {
+
+struct CursorOfHit {
+    int hit;
+    LPCSTR system; // or
+    int resource;
+};
+
+const CursorOfHit cursorsOfHits[] = {
+    {1, nullptr, 15002},
+    {3, nullptr, 106},
+    {6, nullptr, 118},
+    {7, nullptr, 116},
+    {8, nullptr, 122},
+    {9, nullptr, 120},
+    {10, (LPCSTR)IDC_SIZEWE, 0},
+    {11, (LPCSTR)IDC_SIZEWE, 0},
+    {12, (LPCSTR)IDC_SIZENS, 0},
+    {13, (LPCSTR)IDC_SIZENWSE, 0},
+    {14, (LPCSTR)IDC_SIZENESW, 0},
+    {15, (LPCSTR)IDC_SIZENS, 0},
+    {16, (LPCSTR)IDC_SIZENESW, 0},
+    {17, (LPCSTR)IDC_SIZENWSE, 0},
+    {101, nullptr, 126},
+    {102, nullptr, 130},
+    {103, nullptr, 132},
+    {104, nullptr, 134},
+    {105, nullptr, 136},
+    {106, nullptr, 140},
+    {107, nullptr, 138},
+    {108, nullptr, 128},
+    {109, nullptr, 144},
+    {110, nullptr, 129},
+};
+
+// The first pixel of the frame that has the hit code.
+POINT pixelOfHit(int hit)
+{
+    const PixelRect inner = pixelRectOf(session->frameInnerRect), outer = pixelRectOf(session->frameOuterRect);
+    for (int y = outer.top; y < outer.bottom; ++y)
+        for (int x = outer.left; x < outer.right; ++x)
+            if (hitTestFrame(inner, outer, frameButtons(), frameBand(), {x, y}) == hit) return {x, y};
+    ADD_FAILURE() << "no pixel has hit code " << hit;
+    return {0, 0};
+}
+
+// What the canvas chooses with the pointer there; 0 when it leaves the choice to the window class. Another
+// program may move the pointer at the same time: then it is put there again.
+HCURSOR cursorAt(POINT pixel)
+{
+    POINT wanted = pixel, now = {-1, -1};
+    ClientToScreen(session->canvasWindow, &wanted);
+    HCURSOR chosen = nullptr;
+    while (now.x != wanted.x || now.y != wanted.y) {
+        SetCursorPos(wanted.x, wanted.y);
+        SetCursor(nullptr);
+        chosen = setSelectionCursor(session->canvasWindow) ? GetCursor() : nullptr;
+        GetCursorPos(&now);
+    }
+    return chosen;
+}
+
+} // namespace
+
+TEST_F(SelectionTool, EveryPartOfTheFrameHasItsCursor)
+{
+    ModuleHome home;
+    ASSERT_TRUE(moveModuleHome(&home));
+    picture = randomPicture(dice, 300, 250);
+    ASSERT_TRUE(open(picture, {0, 0}, true));
+    session->currentTool = TOOL_SELECTION;
+    draw({{60, 50}, {240, 50}, {240, 200}, {60, 200}});
+    for (const CursorOfHit& row : cursorsOfHits) {
+        SCOPED_TRACE(row.hit);
+        const HCURSOR expected =
+            row.system ? LoadCursorA(nullptr, row.system) : LoadCursorA(home.module, MAKEINTRESOURCEA(row.resource));
+        ASSERT_NE(nullptr, expected);
+        EXPECT_EQ(expected, cursorAt(pixelOfHit(row.hit)));
+    }
+    EXPECT_EQ(nullptr, cursorAt({5, 5})) << "outside the frame the tool's own cursor shows";
+    session->currentTool = TOOL_OUTLINE_BRUSH;
+    EXPECT_EQ(nullptr, cursorAt({150, 120}));
+    close();
+    leaveModuleHome(&home);
 }
