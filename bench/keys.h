@@ -7,6 +7,7 @@ extern const BenchGroup colourKeys;
 extern const BenchGroup paintingKeys;
 extern const BenchGroup imageKeys;
 extern const BenchGroup selectionKeys;
+extern const BenchGroup floatingKeys;
 extern const BenchGroup fileKeys;
 extern const BenchGroup pressKeys;
 extern const BenchGroup yardstickKeys;
@@ -17,6 +18,7 @@ static const BenchGroup* const benchGroups[] = {
     &paintingKeys,
     &imageKeys,
     &selectionKeys,
+    &floatingKeys,
     &fileKeys,
     &pressKeys,
     &yardstickKeys,

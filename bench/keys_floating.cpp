@@ -1,0 +1,111 @@
+// What is done with a floating selection in a session, for outlines of 1,000, 10,000 and 100,000 points. The
+// area that they lie in grows with them, so a steady value means time in proportion to outline plus area.
+#include "bench/bench_session.h"
+#include "bench/keys.h"
+#include "bench/synthetic.h"
+#include "image/bitmap_block.h"
+#include "selection/selection.h"
+#include "selection/selection_operations.h"
+#include "selection/selection_state.h"
+#include "session/session_record.h"
+
+static const int SIDES[] = {250, 790, 2500}; // of the area, pixels
+static int runs;
+
+// Straight lines to and fro, until there are as many points as wanted.
+static Outline drawnOutline(int variant)
+{
+    const uint32_t side = (uint32_t)SIDES[variant];
+    const int wanted = (int)(side * side / 62);
+    Outline outline = {};
+    if (!startOutline(outline, 4000, {1500, 700})) return outline;
+    PixelPoint corner = outline.start;
+    for (uint32_t n = 0; outline.pointCount < wanted; ++n) {
+        corner = {1500 + (int)(hashPoint(n, 1, 5) % side), 700 + (int)(hashPoint(n, 2, 5) % side)};
+        extendOutline(outline, corner);
+    }
+    closeOutline(outline, corner);
+    return outline;
+}
+
+static void drawAgain(int variant)
+{
+    clearSelection();
+    session->rowCount = 4000;
+    putOutline(drawnOutline(variant));
+    runs = 0;
+}
+
+static bool closeOnce(int)
+{
+    if (!floatOutline()) return false;
+    session->selectionActive = 1;
+    redrawSelection();
+    return true;
+}
+
+static void floatAgain(int variant)
+{
+    drawAgain(variant);
+    closeOnce(variant);
+}
+
+static bool prepareDrawing(int)
+{
+    return openBenchSession();
+}
+
+static bool prepareFloating(int variant)
+{
+    if (!openBenchSession()) return false;
+    floatAgain(variant);
+    return session->selectionActive;
+}
+
+static bool moveOnce(int)
+{
+    const int way = ++runs % 2 ? 7 : -7;
+    moveSelectionBy(way, way);
+    return true;
+}
+
+static bool resizeOnce(int variant)
+{
+    const int side = SIDES[variant] + (++runs % 2 ? 40 : 20);
+    resizeSelectionTo({1490, 690, 1490 + side, 690 + side});
+    return true;
+}
+
+static bool turnOnce(int)
+{
+    rotateSelectionBy(31);
+    return true;
+}
+
+static bool clearOnce(int)
+{
+    clearSelection();
+    return !session->outlinePoints;
+}
+
+static void release(int)
+{
+    closeBenchSession();
+}
+
+#define THREE_SIZES(name, prepare, reset, run)                                                                         \
+    {name "_1k", "Kpoints/s", 1.008, 0, prepare, reset, run, nullptr, release},                                        \
+        {name "_10k", "Kpoints/s", 10.07, 1, prepare, reset, run, nullptr, release},                                   \
+    {                                                                                                                  \
+        name "_100k", "Kpoints/s", 100.8, 2, prepare, reset, run, nullptr, release                                     \
+    }
+
+static const BenchKey keys[] = {
+    THREE_SIZES("select_close", prepareDrawing, drawAgain, closeOnce),
+    THREE_SIZES("select_move", prepareFloating, nullptr, moveOnce),
+    THREE_SIZES("select_resize", prepareFloating, nullptr, resizeOnce),
+    THREE_SIZES("select_turn", prepareFloating, nullptr, turnOnce),
+    THREE_SIZES("select_clear", prepareFloating, floatAgain, clearOnce),
+};
+
+const BenchGroup floatingKeys = {keys, sizeof keys / sizeof keys[0]};
