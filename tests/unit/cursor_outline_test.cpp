@@ -164,8 +164,10 @@ TEST_F(CursorOutline, SurvivesRepaintsInTheSamePlace)
     const Screen shown = screen();
     const RECT parts[] = {{0, 0, 200, 150}, {60, 70, 65, 75}, {50, 0, 70, 150}, {0, 0, 10, 10}};
     for (const RECT& part : parts) {
-        putPointer(60, 70);
-        repaint(&part);
+        for (int k = 0; k < 100 && (k == 0 || !centredOn(60, 70)); ++k) {
+            putPointer(60, 70);
+            repaint(&part);
+        }
         EXPECT_TRUE(shown == screen()) << part.left;
     }
     moveTo(66, 71);

@@ -19,25 +19,6 @@ struct StrokeTools : SessionFixture {
         return open(picture, client);
     }
     bool same() { return showsPicture(image, model.scene.image); }
-    bool startVisible(int width, int height)
-    {
-        const Picture picture = randomPicture(dice, width, height);
-        model = strokeModel(picture);
-        const bool opened = open(picture, {0, 0}, true);
-        session->overlayEnabled = 0;  // the brush at the pointer is not what these look at
-        return opened;
-    }
-    // The canvas, one pixel of the image to one of the screen, looked at without waiting for messages.
-    bool sameOnScreen() const
-    {
-        const Picture& picture = model.scene.image;
-        const HDC screen = GetDC(host);
-        int different = 0;
-        for (int y = 0; y < picture.height; ++y)
-            for (int x = 0; x < picture.width; ++x) different += GetPixel(screen, x, y) != colorrefOf(picture.at(x, y));
-        ReleaseDC(host, screen);
-        return different == 0;
-    }
 };
 
 static const uint32_t paintingTools[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE, TOOL_STAMP, TOOL_SMOOTH,
@@ -398,31 +379,6 @@ TEST_F(StrokeTools, RubberOverBothSidesOfANarrowImage)
     EXPECT_EQ(0, model.scene.image.at(0, 10).red + model.scene.image.at(0, 10).green + model.scene.image.at(0, 10).blue);
 }
 
-TEST_F(StrokeTools, EverySegmentIsOnTheScreenAtOnce)
-{
-    ASSERT_TRUE(startVisible(70, 50));
-    for (uint32_t tool : paintingTools) {
-        chooseBrush(model, {tool, 1, false, 15, 16, 100, randomPaint(dice)});
-        press(model, 20, 15);
-        EXPECT_TRUE(sameOnScreen()) << "press, tool " << tool;
-        for (const POINT to : {POINT{50, 35}, POINT{66, 12}, POINT{10, 48}}) {
-            move(model, to.x, to.y);
-            EXPECT_TRUE(sameOnScreen()) << "move, tool " << tool;
-        }
-        release(model, 30, 30);
-        press(model, 40, 20);  // Stamp paints at the second press
-        EXPECT_TRUE(sameOnScreen()) << "second press, tool " << tool;
-        release(model, 40, 20);
-        EXPECT_TRUE(same());
-    }
-    EXPECT_TRUE(modelUndo(model) && applyUndo(UNDO));
-    UpdateWindow(session->canvasWindow);
-    EXPECT_TRUE(sameOnScreen()) << "undone";
-    EXPECT_TRUE(modelRedo(model) && applyUndo(REDO));
-    UpdateWindow(session->canvasWindow);
-    EXPECT_TRUE(sameOnScreen()) << "done again";
-}
-
 // The colour that the brush's picture leaves out stands where the mask is empty; outside the image it is black.
 TEST_F(StrokeTools, PickedUpPatchIsFilledOutsideTheMaskAndBlackOutsideTheImage)
 {
@@ -463,29 +419,5 @@ TEST_F(StrokeTools, EdgeOfTheAerographeCountsFromTheNextStroke)
         release(model, 30, 20);
         EXPECT_TRUE(same()) << "soft " << soft;
         EXPECT_EQ(soft ? 2u : 1u, session->maskScale);
-    }
-}
-
-// A drag that began elsewhere, or whose capture was lost: what it painted could not be undone.
-TEST_F(StrokeTools, MovesPaintOnlyBetweenPressAndRelease)
-{
-    for (uint32_t tool : paintingTools) {
-        ASSERT_TRUE(start(60, 40));
-        const Picture first = model.scene.image;
-        chooseBrush(model, {tool, 1, false, 9, 9, 49, randomPaint(dice)});
-        sessionMove(10, 10);
-        sessionMove(20, 20);
-        EXPECT_TRUE(same()) << "before any press, tool " << tool;
-        press(model, 30, 20);
-        move(model, 35, 20);
-        SendMessageA(session->canvasWindow, WM_CAPTURECHANGED, 0, 0);
-        sessionMove(50, 30);
-        sessionRelease(55, 30);
-        sessionMove(10, 30);
-        EXPECT_TRUE(same()) << "after a lost capture, tool " << tool;
-        EXPECT_EQ(tool == TOOL_STAMP ? 0 : 1, session->undoCount);
-        applyUndo(UNDO);
-        EXPECT_TRUE(showsPicture(image, first)) << "undone, tool " << tool;
-        close();
     }
 }
