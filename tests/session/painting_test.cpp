@@ -300,6 +300,7 @@ TEST_F(Painting, AfterTheWindowIsResized)
     const SIZE small = replay.client;
     takeCanvasSize(&replay, host);
     EXPECT_GT(replay.client.cx, small.cx);
+    expectNoSeams();  // all of the canvas shows the new scale
     stroke({{100, 200}, {500, 300}});
     saveAndExpectEqual(1500);
 }
