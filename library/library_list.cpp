@@ -150,10 +150,10 @@ void placeItem(const LibraryPath& path)
     if (placeStoredSelection(imagePointOf(canvas, pointerIn(canvas)), image, mask)) selectTool(TOOL_SELECTION);
 }
 
-LRESULT pressList(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT pressList(HWND list, WPARAM wParam, LPARAM lParam)
 {
     // The box makes the item under the pointer current, and must not wait for the button itself.
-    const LRESULT result = CallWindowProcA(previousListProc, list, message, wParam, lParam);
+    const LRESULT result = CallWindowProcA(previousListProc, list, WM_LBUTTONDOWN, wParam, lParam);
     CallWindowProcA(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
     Grab grab;
     if (!grabItem(list, grab)) return result;
@@ -165,7 +165,7 @@ LRESULT pressList(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
     return result;
 }
 
-// A press soon after another one is a double click to the system.
+// A press soon after another one is a double click to the system, also when the list was scrolled meanwhile.
 bool isPress(UINT message)
 {
     return message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK;
@@ -173,9 +173,7 @@ bool isPress(UINT message)
 
 LRESULT CALLBACK libraryListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (isPress(message) && SendMessageA(list, LB_GETCOUNT, 0, 0) > 0) {
-        return pressList(list, message, wParam, lParam);
-    }
+    if (isPress(message) && SendMessageA(list, LB_GETCOUNT, 0, 0) > 0) return pressList(list, wParam, lParam);
     // Pictures stand in the middle of their items: another width moves them all, as when the scroll bar appears.
     if (message == WM_SIZE) InvalidateRect(list, nullptr, FALSE);
     return CallWindowProcA(previousListProc, list, message, wParam, lParam);
