@@ -1,4 +1,5 @@
 // What a session may use and must give back.
+#include "tests/session/free_handles.h"
 #include "tests/session/session_fixture.h"
 
 struct Economy : SessionTest {};
@@ -34,27 +35,6 @@ TEST_F(Economy, RestingPointerUsesLittleOfACore)
     EXPECT_FALSE(wasSeen(first, host.canvas, POINTER_LEFT)) << "the pointer was to rest on the canvas";
     printf("load while the pointer rests on the canvas: %.2f %% of a core\n", load * 100);
     EXPECT_LT(load, 0.02);
-}
-
-// How many more objects of a kind the process could make. Exact: the system's tables are bounded.
-static int freeMemoryHandles()
-{
-    std::vector<HGLOBAL> blocks;
-    while (const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 0))
-        blocks.push_back(block);
-    for (HGLOBAL block : blocks)
-        GlobalFree(block);
-    return (int)blocks.size();
-}
-
-static int freeGraphicsHandles()
-{
-    std::vector<HGDIOBJ> brushes;
-    for (COLORREF colour = 0; const HGDIOBJ brush = CreateSolidBrush(colour); ++colour)
-        brushes.push_back(brush);
-    for (HGDIOBJ brush : brushes)
-        DeleteObject(brush);
-    return (int)brushes.size();
 }
 
 static void runOneSession(SessionTest* test, int number)

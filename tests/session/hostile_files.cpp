@@ -57,9 +57,15 @@ void HostileFiles::lieInEntries(FileBytes& bytes)
         const size_t entry = firstEntry + below(entryCount) * entryBytes;
         const uint32_t value = below(3) ? telling[below(tellingCount)] : (uint32_t)random();
         switch (below(4)) {
-        case 0: put(bytes, entry + 2, value, 2); break;
-        case 1: put(bytes, entry + 4, value, 4); break;
-        default: put(bytes, entry + 8, value, 4); break;
+        case 0:
+            put(bytes, entry + 2, value, 2);
+            break;
+        case 1:
+            put(bytes, entry + 4, value, 4);
+            break;
+        default:
+            put(bytes, entry + 8, value, 4);
+            break;
         }
     }
 }
@@ -86,12 +92,24 @@ FileBytes HostileFiles::next()
 {
     FileBytes bytes = sound[below(sound.size())];
     switch (below(7)) {
-    case 0: cut(bytes); break;
-    case 1: turnBits(bytes); break;
-    case 2: lieInEntries(bytes); break;
-    case 3: lieAboutSizes(bytes); break;
-    case 4: moveDirectory(bytes); break;
-    case 5: bytes[below(2)] ^= 'I' ^ 'M'; break;
+    case 0:
+        cut(bytes);
+        break;
+    case 1:
+        turnBits(bytes);
+        break;
+    case 2:
+        lieInEntries(bytes);
+        break;
+    case 3:
+        lieAboutSizes(bytes);
+        break;
+    case 4:
+        moveDirectory(bytes);
+        break;
+    case 5:
+        bytes[below(2)] ^= 'I' ^ 'M';
+        break;
     default:
         turnBits(bytes);
         lieInEntries(bytes);

@@ -138,10 +138,10 @@ TEST_F(LibraryDrag, DroppedOutsideTheEditingWindowDoesNothing)
     GetWindowRect(host.palette, &palette);
     const RECT item = storedRect(host, 0);
     const POINT outside[] = {
-        {700, 800},                                                                // the desktop
-        {window.left + 100, window.top + 1},                                       // the editing window's frame
-        {(palette.left + palette.right) / 2, palette.bottom - 3},                  // the palette
-        {(item.left + item.right) / 2, item.bottom + 40},                          // the list itself
+        {700, 800},                                               // the desktop
+        {window.left + 100, window.top + 1},                      // the editing window's frame
+        {(palette.left + palette.right) / 2, palette.bottom - 3}, // the palette
+        {(item.left + item.right) / 2, item.bottom + 40},         // the list itself
     };
     for (POINT at : outside) {
         ASSERT_TRUE(dragStored(&host, 0, at));
@@ -219,6 +219,22 @@ TEST_F(LibraryDrag, APressBesideThePictureSelectsWithoutADrag)
     ASSERT_TRUE(placePointer(&host, {item.left + 30, item.bottom + 30})); // below the last one
     ASSERT_TRUE(pressButton(&host));
     EXPECT_FALSE(dragPicture(host));
+    ASSERT_TRUE(releaseButton(&host));
+}
+
+// To the system the second press is a double click, on an item that has come there by scrolling.
+TEST_F(LibraryDrag, APressSoonAfterAnotherDragsWhatLiesThereNow)
+{
+    for (int number = 2; number <= 12; ++number)
+        putFile(number, referenceTiff(selection));
+    ASSERT_TRUE(openWithStored(600, 400));
+    SendMessageA(libraryList(host), LB_SETTOPINDEX, 0, 0);
+    ASSERT_TRUE(clickStored(&host, 0));
+    SendMessageA(libraryList(host), LB_SETTOPINDEX, 5, 0);
+    ASSERT_TRUE(settle(&host));
+    ASSERT_TRUE(pressButton(&host)); // on a slow machine a plain one
+    EXPECT_TRUE(dragPicture(host));
+    EXPECT_EQ(5, currentStored(host));
     ASSERT_TRUE(releaseButton(&host));
 }
 

@@ -29,7 +29,7 @@ int currentStored(const Host& host); // index of the list's current item, -1 for
 // The question before a deletion; null while it is not asked.
 HWND deleteQuestion(const Host& host);
 std::string questionText(const Host& host);
-bool askToDelete(Host* host);       // clicks Delete, waits for the question
+bool askToDelete(Host* host);        // clicks Delete, waits for the question
 bool answer(Host* host, int button); // clicks IDYES or IDNO, waits for the question to go
 void pressKey(WORD key);
 HWND focusOf(const Host& host);
@@ -39,7 +39,7 @@ HWND focusOf(const Host& host);
 // The picture that follows the pointer; null while nothing is dragged.
 HWND dragPicture(const Host& host);
 
-bool clickStored(Host* host, int index); // makes it current without dragging it anywhere
+bool clickStored(Host* host, int index);      // makes it current without dragging it anywhere
 RECT storedRect(const Host& host, int index); // on the screen; the list is scrolled to it when need be
 // Presses on the middle of an item and waits for the picture.
 bool grabStored(Host* host, int index);

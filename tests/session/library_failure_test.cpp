@@ -1,6 +1,8 @@
-// Saves that fail half-way, and sessions that end in the middle of something.
+// Saves that fail half-way, sessions that end in the middle of something, and what is given back.
 #include <algorithm>
 
+#include "tests/session/free_handles.h"
+#include "tests/session/hostile_files.h"
 #include "tests/session/import_patch.h"
 #include "tests/session/library_fixture.h"
 
@@ -8,9 +10,9 @@ static const Corners pentagon = {{100, 100}, {200, 80}, {260, 200}, {150, 240}, 
 
 // How the disk fails.
 enum WriteFailure {
-    FAILS_ONCE,  // one write
-    STAYS_FULL,  // that one and all that follow
-    TAKES_HALF,  // that one takes half of its bytes
+    FAILS_ONCE, // one write
+    STAYS_FULL, // that one and all that follow
+    TAKES_HALF, // that one takes half of its bytes
 };
 
 static WriteFailure failure;
@@ -138,4 +140,35 @@ TEST_F(FailingLibrary, ASessionClosedInTheMiddleOfADragEnds)
     letGoOfButton();
     checkReturned(0);
     expectUntouched();
+}
+
+// Opens the library, loads each of its files onto the image in turn, and closes it.
+static void useLibrary(FailingLibrary* test)
+{
+    Host* const host = &test->host;
+    ASSERT_TRUE(toggleLibraryWindow(host));
+    for (int i = 0; i < storedCount(*host); ++i) {
+        ASSERT_TRUE(dragStored(host, i, onCanvas(*host, 150, 150)));
+    }
+    ASSERT_TRUE(clickInLibrary(host, ID_LIBRARY_SAVE));
+    ASSERT_TRUE(toggleLibraryWindow(host));
+    ASSERT_TRUE(clickControl(host, ID_BRUSH)); // drops what floats
+}
+
+TEST_F(FailingLibrary, NothingIsLeftBehind)
+{
+    HostileFiles files(5);
+    for (int i = 1; i <= 20; ++i)
+        putFile(i, i % 4 ? files.next() : referenceTiff(roundSelection((unsigned)i, 40, 30)));
+    ASSERT_TRUE(writeFileBytes(listFile(), {'0', '9', '9', '\r', '\n'}));
+    ASSERT_TRUE(openOver(600, 400));
+    for (int i = 0; i < 2; ++i) // the system fills caches of its own at first
+        ASSERT_NO_FATAL_FAILURE(useLibrary(this));
+    const int memoryBefore = freeMemoryHandles(), graphicsBefore = freeGraphicsHandles();
+    for (int i = 0; i < 10; ++i)
+        ASSERT_NO_FATAL_FAILURE(useLibrary(this));
+    // Less than one a round is not a leak of the library's.
+    EXPECT_LT(memoryBefore - freeMemoryHandles(), 10);
+    EXPECT_LT(graphicsBefore - freeGraphicsHandles(), 10);
+    closeAndCheck(before);
 }

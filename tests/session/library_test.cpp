@@ -174,6 +174,29 @@ TEST_F(LibraryWindow, ThumbnailsKeepTheirShapeAtEveryWidth)
     }
 }
 
+// Items of 100 x 75 leave 88 x 63 beside the margin: the picture is 84 x 63, in the middle.
+TEST_F(LibraryWindow, APictureIsAsLargeAsItsItemAllows)
+{
+    const ReferenceSelection selection = roundSelection(5, 100, 60);
+    putFile(1, referenceTiff(selection));
+    ASSERT_TRUE(openOver(600, 400));
+    ASSERT_TRUE(toggleLibraryWindow(&host));
+    const HWND list = libraryList(host);
+    RECT window, client;
+    GetWindowRect(list, &window);
+    GetClientRect(list, &client);
+    const int borders = window.right - window.left - client.right;
+    runOnHost(&host, [&] {
+        SendMessageA(list, LB_SETITEMHEIGHT, 0, 75);
+        SetWindowPos(list, nullptr, 0, 0, 100 + borders, 300, SWP_NOMOVE | SWP_NOZORDER);
+    });
+    ASSERT_TRUE(settle(&host));
+    const ReferenceImage shown = shownThumbnail(host, 0);
+    EXPECT_EQ(84, shown.width);
+    EXPECT_EQ(63, shown.height);
+    expectShown(0, selection);
+}
+
 TEST_F(LibraryWindow, ItsFrameChangesTheHeightOnlyAndTheListFollows)
 {
     ASSERT_TRUE(openOver(600, 400));
