@@ -86,8 +86,9 @@ struct SharedLibrary : LibrarySession {
     {
         char program[MAX_PATH];
         GetModuleFileNameA(nullptr, program, sizeof program);
-        std::string command = std::string("\"") + program +
-                              "\" --gtest_also_run_disabled_tests --gtest_filter=DISABLED_LibraryNeighbour.*";
+        std::string command =
+            std::string("\"") + program +
+            "\" --gtest_brief=1 --gtest_also_run_disabled_tests --gtest_filter=DISABLED_LibraryNeighbour.*";
         SetEnvironmentVariableA(directoryVariable, library.directory.c_str());
         STARTUPINFOA startup = {};
         startup.cb = sizeof startup;
