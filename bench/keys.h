@@ -5,6 +5,7 @@
 
 extern const BenchGroup colourKeys;
 extern const BenchGroup paintingKeys;
+extern const BenchGroup dabKeys;
 extern const BenchGroup imageKeys;
 extern const BenchGroup selectionKeys;
 extern const BenchGroup floatingKeys;
@@ -16,6 +17,7 @@ extern const BenchGroup yardstickKeys;
 static const BenchGroup* const benchGroups[] = {
     &colourKeys,
     &paintingKeys,
+    &dabKeys,
     &imageKeys,
     &selectionKeys,
     &floatingKeys,

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "image/vector_bytes.h"
+
 PixelRect dabRect(PixelPoint centre, int brushWidth, int brushHeight, int scale)
 {
     const int left = centre.x - brushWidth / 2 * scale, top = centre.y - brushHeight / 2 * scale;
@@ -49,4 +51,10 @@ DabPlacement placeDab(PixelRect dab, int maskWidth, int maskHeight, int imageWid
     placed.ruleWidth = x.ruleSize;
     placed.ruleHeight = y.ruleSize;
     return placed;
+}
+
+void fetchLineAhead(const BitsView& image, const DabPlacement& dab, int j)
+{
+    if (j + 2 >= dab.height) return;
+    fetchAhead(rowOf(image, dab.imageY + j + 2) + (ptrdiff_t)dab.imageX * 3, (size_t)dab.width * 3);
 }

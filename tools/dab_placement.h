@@ -27,3 +27,6 @@ struct DabPlacement {
 
 // `dab` is the dab's rectangle in image pixels, of which left and top place the mask.
 DabPlacement placeDab(PixelRect dab, int maskWidth, int maskHeight, int imageWidth, int imageHeight);
+
+// Asks for the image's pixels under the dab two lines below its line j.
+void fetchLineAhead(const BitsView& image, const DabPlacement& dab, int j);

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "tools/pixel_mix.h"
+#include "tools/cell_runs.h"
+#include "tools/mix_rows.h"
 
 void patchKernel(BitsView image, const DabPlacement& dab, MapView mask, BitsView patch, int opacity)
 {
@@ -12,9 +13,11 @@ void patchKernel(BitsView image, const DabPlacement& dab, MapView mask, BitsView
     for (int j = 0; j < height; ++j) {
         const uint8_t* cells = rowOf(mask, dab.maskY + j) + dab.maskX;
         const uint8_t* over = rowOf(patch, dab.maskY + j) + dab.maskX * 3;
-        uint8_t* pixel = rowOf(image, dab.imageY + j) + dab.imageX * 3;
-        for (int i = 0; i < width; ++i, pixel += 3, over += 3) {
-            if (cells[i]) mixPixel(pixel, pixel, over, opacity);
+        uint8_t* pixels = rowOf(image, dab.imageY + j) + dab.imageX * 3;
+        fetchLineAhead(image, dab, j);
+        for (CellRun run = {}; nextRun(cells, width, run);) {
+            const ptrdiff_t at = (ptrdiff_t)run.first * 3;
+            mixBytesOver(pixels + at, over + at, (size_t)(run.end - run.first) * 3, opacity);
         }
     }
 }

@@ -1,5 +1,9 @@
 #include "tools/rubber_kernels.h"
 
+#include <algorithm>
+
+#include "tools/cell_runs.h"
+#include "tools/mix_rows.h"
 #include "tools/pixel_mix.h"
 #include "tools/soft_falloff.h"
 
@@ -13,14 +17,32 @@ static const uint8_t* broughtBack(const BitsView& original, const DabPlacement& 
     return inside ? rowOf(original, y) + (ptrdiff_t)x * 3 : black;
 }
 
+// The same for `count` pixels, the first of which goes towards pixel (x, y) of the original.
+static void bringBackRun(uint8_t* pixels, const BitsView& original, int x, int y, int count, int opacity)
+{
+    static const ColourRow black = {};
+    if (y < 0 || y >= original.height) {
+        mixColourOver(pixels, black, count, opacity);
+        return;
+    }
+    const int first = std::clamp(-x, 0, count), end = std::clamp(original.width - x, first, count);
+    const ptrdiff_t from = ((ptrdiff_t)x + first) * 3;
+    mixColourOver(pixels, black, first, opacity);
+    mixBytesOver(pixels + (ptrdiff_t)first * 3, rowOf(original, y) + from, (size_t)(end - first) * 3, opacity);
+    mixColourOver(pixels + (ptrdiff_t)end * 3, black, count - end, opacity);
+}
+
 void hardRubberKernel(BitsView image, const DabPlacement& dab, MapView mask, BitsView original, int opacity)
 {
     if (!dab.visible) return;
     for (int j = 0; j < dab.height; ++j) {
         const uint8_t* cells = rowOf(mask, dab.maskY + j) + dab.maskX;
-        uint8_t* pixel = rowOf(image, dab.imageY + j) + dab.imageX * 3;
-        for (int i = 0; i < dab.width; ++i, pixel += 3) {
-            if (cells[i]) mixPixel(pixel, pixel, broughtBack(original, dab, i, j), opacity);
+        uint8_t* pixels = rowOf(image, dab.imageY + j) + dab.imageX * 3;
+        const int x = dab.left + dab.maskX, y = dab.top + dab.maskY + j;
+        fetchLineAhead(image, dab, j);
+        fetchLineAhead(original, dab, j);
+        for (CellRun run = {}; nextRun(cells, dab.width, run);) {
+            bringBackRun(pixels + (ptrdiff_t)run.first * 3, original, x + run.first, y, run.end - run.first, opacity);
         }
     }
 }

@@ -32,6 +32,7 @@ bool smoothKernel(BitsView image, const DabPlacement& dab, MapView mask, int opa
     memcpy(above, rowOf(image, dab.imageY) + dab.imageX * 3, lineBytes);
     for (int j = 1; j <= lastLine; ++j) {
         uint8_t* pixels = rowOf(image, dab.imageY + j) + dab.imageX * 3;
+        fetchLineAhead(image, dab, j + 1);
         memcpy(line, pixels, lineBytes);
         smoothLine(pixels, {above, line, pixels + image.stride}, rowOf(mask, dab.maskY + j - 1) + dab.maskX, dab.width,
                    opacity);

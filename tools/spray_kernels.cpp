@@ -2,19 +2,21 @@
 
 #include <cmath>
 
+#include "tools/cell_runs.h"
+#include "tools/mix_rows.h"
 #include "tools/pixel_mix.h"
 #include "tools/soft_falloff.h"
 
 void hardSprayKernel(BitsView image, const DabPlacement& dab, MapView mask, Rgb colour, int opacity)
 {
     if (!dab.visible) return;
-    const PixelBytes over = pixelBytes(colour);
+    const ColourRow over = colourRow(colour);
     for (int j = 0; j < dab.height; ++j) {
         const uint8_t* cells = rowOf(mask, dab.maskY + j) + dab.maskX;
-        uint8_t* pixel = rowOf(image, dab.imageY + j) + dab.imageX * 3;
-        for (int i = 0; i < dab.width; ++i, pixel += 3) {
-            if (cells[i]) mixPixel(pixel, pixel, over.byte, opacity);
-        }
+        uint8_t* pixels = rowOf(image, dab.imageY + j) + dab.imageX * 3;
+        fetchLineAhead(image, dab, j);
+        for (CellRun run = {}; nextRun(cells, dab.width, run);)
+            mixColourOver(pixels + (ptrdiff_t)run.first * 3, over, run.end - run.first, opacity);
     }
 }
 
