@@ -1,11 +1,15 @@
 // What else hangs on the palette's buttons and bars: cursors, the selection, a line of text being typed, the
 // preview, and the dialog's own messages.
+#include <windows.h>
+#include <commdlg.h>
+
 #include <cstring>
 
 #include "image/bitmap_block.h"
 #include "resources/resource_ids.h"
 #include "session/language.h"
 #include "session/module_state.h"
+#include "tests/session/import_patch.h"
 #include "tests/unit/stroke_model.h"
 #include "tools/palette.h"
 #include "tools/palette_controls.h"
@@ -146,6 +150,26 @@ TEST_F(PaletteDetails, LeavingColorsLoadsNoSettings)
     EXPECT_EQ(0x00123456u, session->paintColour);
 }
 
+// Loading a tool's settings drops the patch that Stamp picked up, Selection's too. Colors has none to load, and
+// leaving it loads none: the patch outlives both.
+TEST_F(PaletteDetails, PatchGoesWhenSettingsAreLoaded)
+{
+    const auto pick = [&] {
+        click(BUTTON_STAMP);
+        sessionPress(20, 20);
+        sessionRelease(20, 20);
+        return session->maskCache != nullptr;
+    };
+    ASSERT_TRUE(pick());
+    click(BUTTON_SELECTION);
+    EXPECT_EQ(nullptr, session->maskCache);
+    ASSERT_TRUE(pick());
+    click(BUTTON_COLORS);
+    EXPECT_NE(nullptr, session->maskCache);
+    click(BUTTON_SELECTION);
+    EXPECT_NE(nullptr, session->maskCache);
+}
+
 // "L = H" is shown as each tool's block has it; clicking it is not written back into the block.
 TEST_F(PaletteDetails, BarsAndLockAreShownAsTheBlockHasThem)
 {
@@ -261,6 +285,89 @@ TEST_F(PaletteDetails, StartsOverWithEachSession)
     EXPECT_EQ(0u, session->selectionActive);
     EXPECT_EQ(0u, session->caretCreated);
     EXPECT_EQ(0, session->caretIndex);
+}
+
+// The outline at the pointer changes its shape with the brush.
+TEST_F(PaletteDetails, OutlineTakesTheChosenShape)
+{
+    click(BUTTON_BRUSH);
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const auto cornerColour = [&] {
+        const HGDIOBJ old = SelectObject(dc, session->outlineBitmap);
+        const COLORREF colour = GetPixel(dc, 0, 0);
+        SelectObject(dc, old);
+        return colour;
+    };
+    EXPECT_EQ(session->previewBackground, cornerColour());
+    click(BUTTON_RECTANGLE);
+    EXPECT_EQ(session->paintColour, cornerColour());
+    click(BUTTON_CIRCLE);
+    EXPECT_EQ(session->previewBackground, cornerColour());
+    DeleteDC(dc);
+}
+
+static int hideCountInDialog;
+static uint32_t selectionInDialog;
+static COLORREF answeredColour;
+
+static BOOL WINAPI fakeChooseColor(CHOOSECOLORA* dialog)
+{
+    hideCountInDialog = session->overlayHideCount;
+    dialog->rgbResult = answeredColour;
+    return TRUE;
+}
+
+TEST_F(PaletteDetails, ColorsPressedAgainHidesTheOutlineForGood)
+{
+    ImportPatch patch;
+    ASSERT_TRUE(patchImport(&patch, GetModuleHandleA(nullptr), "ChooseColorA", (void*)fakeChooseColor));
+    ShowWindow(host, SW_SHOWNOACTIVATE);
+    ShowWindow(palette, SW_SHOWNOACTIVATE);
+    UpdateWindow(palette);
+    ValidateRect(palette, nullptr);
+    answeredColour = RGB(255, 255, 255);
+    click(BUTTON_COLORS);
+    session->overlayHideCount = 1;
+    click(BUTTON_COLORS);
+    EXPECT_EQ(0, hideCountInDialog) << "nothing of it is under the dialog";
+    EXPECT_LT(session->overlayHideCount, 0);
+    EXPECT_EQ(answeredColour, session->paintColour);
+    EXPECT_EQ(0x00C0C0C0u, session->previewBackground) << "its picture was made again for white";
+    EXPECT_TRUE(previewOnlyInvalid());
+    undoPatch(&patch);
+}
+
+static INT_PTR WINAPI fakeDialogBox(HINSTANCE, LPCSTR, HWND, DLGPROC, LPARAM)
+{
+    hideCountInDialog = session->overlayHideCount;
+    selectionInDialog = session->selectionActive;
+    return 0;
+}
+
+// Contrast looks like a tool of the group but is none: the tool stays, with its settings and its button.
+TEST_F(PaletteDetails, ContrastGivesTheButtonBackToTheTool)
+{
+    ImportPatch patch;
+    ASSERT_TRUE(patchImport(&patch, GetModuleHandleA(nullptr), "DialogBoxParamA", (void*)fakeDialogBox));
+    drawSelection();
+    session->overlayHideCount = 1;
+    settingsOf(TOOL_CONTRAST).width = 40;
+    CheckRadioButton(palette, BUTTON_FIRST_TOOL, BUTTON_LAST_TOOL, BUTTON_CONTRAST);
+    click(BUTTON_CONTRAST);
+    EXPECT_EQ(0u, selectionInDialog) << "the selection is cleared first";
+    EXPECT_EQ(0, hideCountInDialog) << "nothing of the outline is under the dialog";
+    EXPECT_EQ(1, session->overlayHideCount);
+    EXPECT_EQ((uint32_t)TOOL_SELECTION, session->currentTool);
+    EXPECT_EQ(16u, session->brushWidth);
+    EXPECT_FALSE(checked(BUTTON_CONTRAST));
+    EXPECT_TRUE(checked(BUTTON_SELECTION));
+
+    session->currentTool = TOOL_NONE;
+    CheckRadioButton(palette, BUTTON_FIRST_TOOL, BUTTON_LAST_TOOL, BUTTON_CONTRAST);
+    click(BUTTON_CONTRAST);
+    EXPECT_FALSE(checked(BUTTON_CONTRAST));
+    EXPECT_FALSE(checked(BUTTON_SELECTION));
+    undoPatch(&patch);
 }
 
 // Every point that is no control is held like a title bar, with a cursor that says so.
