@@ -100,3 +100,17 @@ TEST_F(DialogMessages, ChangesOfTheColourPaletteGoToTheCanvas)
         EXPECT_EQ(1, countSeen(first, host.canvas, message));
     }
 }
+
+// At a new size the whole canvas is stale: the scale of all its pixels has changed.
+TEST_F(DialogMessages, ANewSizeInvalidatesTheWholeCanvas)
+{
+    ASSERT_TRUE(open());
+    RECT invalid = {};
+    runOnHost(&host, [&] {
+        ValidateRect(host.canvas, nullptr);
+        SendMessageA(host.dialog, WM_SIZE, SIZE_RESTORED, MAKELPARAM(300, 200));
+        GetUpdateRect(host.canvas, &invalid, FALSE);
+    });
+    const RECT expected = {0, 0, 300, 200};
+    EXPECT_TRUE(EqualRect(&expected, &invalid)) << invalid.right << ' ' << invalid.bottom;
+}

@@ -185,6 +185,19 @@ TEST_F(Painting, RepaintedPartsShowNoSeams)
     }
 }
 
+// Nothing is resized then, and yet the canvas has to learn the scale of the image.
+TEST_F(Painting, WindowOfTheSizeThatTheDialogIsMadeWith)
+{
+    ASSERT_TRUE(open());
+    RECT made = {0, 0, 320, 200};  // dialog units
+    ASSERT_TRUE(MapDialogRect(host.dialog, &made));
+    closeAndCheck(snapshot(photo));
+    usePhoto(301, 203, made.right, made.bottom);
+    openWithBrush();
+    stroke({{20, 20}, {400, 300}});
+    saveAndExpectEqual(1000);
+}
+
 TEST_F(Painting, ImageNarrowerThanTheBrush)
 {
     usePhoto(11, 9, 550, 450);

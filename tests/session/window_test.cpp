@@ -130,6 +130,32 @@ TEST_F(EditingWindow, DraggingACornerFollowsTheHeight)
     EXPECT_EQ(450, clientSize().cx);
 }
 
+// A size that changes both ways (the host's, or the system's) follows the border that was held last: the height
+// after top, bottom and corners, the width after left and right.
+TEST_F(EditingWindow, TheBorderHeldLastDecidesBetweenWidthAndHeight)
+{
+    ASSERT_TRUE(open());
+    const RECT start = windowRect();
+    const SIZE frame = {start.right - start.left - clientSize().cx, start.bottom - start.top - clientSize().cy};
+    const auto resize = [&] {
+        SetWindowPos(host.dialog, nullptr, 0, 0, 450 + frame.cx, 240 + frame.cy, SWP_NOMOVE | SWP_NOZORDER);
+        settle(&host);
+    };
+    const RECT top = windowRect();
+    dragFrame({(top.left + top.right) / 2, top.top + 1}, 0, -20);
+    resize();
+    EXPECT_EQ(240, clientSize().cy);
+    EXPECT_EQ(360, clientSize().cx);
+    dragFrame(middleOfRightBorder(), 30, 0);
+    resize();
+    EXPECT_EQ(450, clientSize().cx);
+    EXPECT_EQ(300, clientSize().cy);
+    dragFrame(middleOfBottomBorder(), 0, 30);
+    resize();
+    EXPECT_EQ(240, clientSize().cy);
+    EXPECT_EQ(360, clientSize().cx);
+}
+
 TEST_F(EditingWindow, SizeBeyondTheScreenIsCutInProportion)
 {
     ASSERT_TRUE(open());
