@@ -5,7 +5,6 @@
 
 #include "tests/reference/colour_reference.h"
 #include "tests/session/import_patch.h"
-#include "tests/session/library_driver.h"
 #include "tests/session/screen_part.h"
 #include "tests/session/session_fixture.h"
 
@@ -445,22 +444,6 @@ TEST_F(Contrast, HostWindowIsDisabledMeanwhile)
         EXPECT_TRUE(IsWindowEnabled(host.palette));
         EXPECT_FALSE(isChecked(host, ID_CONTRAST_BUTTON));
     }
-}
-
-TEST_F(Contrast, LibraryWindowIsDisabledMeanwhile)
-{
-    openSessionHere();
-    ASSERT_TRUE(toggleLibraryWindow(&host));
-    ASSERT_TRUE(moveLibraryAside(&host));
-    for (int way : {ID_OK, ID_CANCEL}) {
-        EXPECT_TRUE(IsWindowEnabled(libraryWindow(host)));
-        openDialog();
-        EXPECT_FALSE(IsWindowEnabled(libraryWindow(host)));
-        clickToClose(way);
-        EXPECT_TRUE(IsWindowEnabled(libraryWindow(host)));
-    }
-    ASSERT_TRUE(toggleLibraryWindow(&host));
-    removeLibraryDirectory(library);
 }
 
 // Notes each cursor that the library sets, and whether the image had been changed by then.
