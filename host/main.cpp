@@ -84,6 +84,10 @@ ExitCode checkOutput(const std::wstring& photo, const std::wstring& output, bool
         complain(L"This is a folder, not a file to write: " + output);
         return exitCannotWrite;
     }
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) {
+        complain(L"This file is write-protected: " + output);
+        return exitCannotWrite;
+    }
     unsigned long error;
     if (!folderIsWritable(output, &error)) {
         complain(L"No file can be written here: " + output + L" (" + systemErrorText(error) + L")");

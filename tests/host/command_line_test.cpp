@@ -75,6 +75,21 @@ TEST(HostCommandLine, BadInputHasItsOwnCodes)
     EXPECT_EQ(namesIn(folder).size(), 1u);
 }
 
+// Told before the work is done, not when it cannot be saved any more.
+TEST(HostCommandLine, AWriteProtectedFileIsNotReplaced)
+{
+    TestFolder folder;
+    const std::wstring name = folder.path + L"b.png";
+    writeBytes(folder.path + L"a.jpg", std::vector<uint8_t>(100, 'x'));
+    writeBytes(name, std::vector<uint8_t>(100, 'y'));
+    SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_READONLY);
+    const Outcome outcome = runRetouch(L"\"" + folder.path + L"a.jpg\" --overwrite -o \"" + name + L"\"", folder);
+    EXPECT_EQ(outcome.code, exitCannotWrite);
+    EXPECT_NE(outcome.said.find(L"write-protected: " + name), std::wstring::npos);
+    SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(readBytes(name), std::vector<uint8_t>(100, 'y'));
+}
+
 TEST(HostCommandLine, NothingIsReplacedUnasked)
 {
     TestFolder folder;
