@@ -11,6 +11,7 @@ typedef void (*OverlayPainter)(HDC dc);
 
 // Repaints the part of the canvas that shows `rect` of the image (image pixels, the canvas's logical
 // units) through one off-screen bitmap, drawn on the host dialog, whose client origin the canvas shares.
+// Whatever the part and the scale, each pixel shows what a repaint of the whole image shows there.
 // What `overlay` draws (null: nothing) is shown with the image in the same instant, without flicker.
 void paintImageRect(HWND hostDialog, HDC canvasPaintDC, HGLOBAL image, const RECT* rect,
                     OverlayPainter overlay = nullptr);

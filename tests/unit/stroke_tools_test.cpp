@@ -128,6 +128,21 @@ TEST_F(StrokeTools, RecordKnowsThePressAndTheLatestPoint)
     }
 }
 
+// The outline is off the screen while a tool works, but the outline brush is itself what one aims with.
+TEST_F(StrokeTools, PressHidesTheOutlineExceptWithTheOutlineBrush)
+{
+    ASSERT_TRUE(start(60, 40));
+    for (uint32_t tool : {(uint32_t)TOOL_SMOOTH, (uint32_t)TOOL_STAMP, (uint32_t)TOOL_COLORS, (uint32_t)TOOL_SELECTION,
+                          (uint32_t)TOOL_OUTLINE_BRUSH}) {
+        session->currentTool = tool;
+        session->overlayHideCount = 1;
+        sessionPress(10, 11);
+        EXPECT_EQ(tool == TOOL_OUTLINE_BRUSH ? 1 : 0, session->overlayHideCount) << tool;
+        sessionRelease(10, 11);
+        EXPECT_EQ(1, session->overlayHideCount) << tool;
+    }
+}
+
 // Another window takes the pointer away in the middle of a stroke, and no release will come.
 TEST_F(StrokeTools, CaptureLostToAnotherWindowEndsTheStrokeAndStaysThere)
 {
