@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "tests/session/import_patch.h"
+#include "tests/session/screen_part.h"
 #include "tests/session/session_fixture.h"
 
 struct Palette : SessionTest {};
@@ -188,6 +189,28 @@ TEST_F(Palette, OpensInTheUsersLanguage)
     EXPECT_NE(captions[0], captions[1]);
     EXPECT_NE(captions[0], captions[2]);
     EXPECT_NE(captions[1], captions[2]);
+}
+
+static int pixelsLike(const reference::Image& picture, bool (*matches)(int red, int green, int blue))
+{
+    const int stride = reference::strideOf(picture.width);
+    int found = 0;
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) {
+            const uint8_t* pixel = &picture.bytes[(size_t)(y * stride + x * 3)];
+            found += matches(pixel[2], pixel[1], pixel[0]);
+        }
+    return found;
+}
+
+// The control library leaves the pictures of the two buttons that end the session to the palette.
+TEST_F(Palette, CloseAndSaveShowPictures)
+{
+    ASSERT_TRUE(open());
+    const auto red = [](int r, int g, int b) { return r > 150 && g < 110 && b < 110; };
+    const auto blue = [](int r, int g, int b) { return b > 110 && b > r + 40 && r < 130 && g < 190; };
+    EXPECT_GT(pixelsLike(shownBy(GetDlgItem(host.palette, ID_CLOSE)), red), 20);
+    EXPECT_GT(pixelsLike(shownBy(GetDlgItem(host.palette, ID_SAVE)), blue), 20);
 }
 
 static CHOOSECOLORA offered;     // what the colour dialog was called with
