@@ -303,6 +303,22 @@ TEST_F(PaintTest, PartialRepaintAtAnyScaleAgreesWithAFullOne)
     }
 }
 
+// Only 24-bit images can be cut, so the others are black: that is meant.
+TEST_F(PaintTest, ImagesOfOtherDepthsAreBlack)
+{
+    GlobalFree(image);
+    image = createBitmap(7, 5, 32);
+    memset(lockBitmapBits(image), 0xFF, 7 * 5 * 4);
+    unlockBitmap(image);
+    showAt(7, 5);
+    paint({0, 0, 7, 5});
+    for (int y = 0; y < 5; y++) {
+        for (int x = 0; x < 7; x++)
+            EXPECT_EQ(RGB(0, 0, 0), shown(x, y));
+    }
+    EXPECT_EQ(untouched, shown(7, 4));
+}
+
 TEST_F(PaintTest, PaintsNothingForANullImageOrAnEmptyRectangle)
 {
     showAt(7, 5);
