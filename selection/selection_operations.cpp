@@ -25,14 +25,16 @@ struct Shape {
     RowHead* crossings;
     PixelRect rect;
     HGLOBAL image, mask;
+    HGLOBAL shownImage, shownMask; // copies, to be adjusted in colour
 };
 
 void freeShape(Shape& shape)
 {
     freeOutlinePoints(shape.points);
     freeCrossings(shape.crossings);
-    if (shape.image) GlobalFree(shape.image);
-    if (shape.mask) GlobalFree(shape.mask);
+    for (HGLOBAL image : {shape.image, shape.mask, shape.shownImage, shape.shownMask}) {
+        if (image) GlobalFree(image);
+    }
     shape = {};
 }
 
@@ -44,20 +46,32 @@ bool createImages(Shape& shape)
     return shape.image && shape.mask;
 }
 
+// The last of what a shape needs: after this, taking it cannot fail.
+bool copyShownImages(Shape& shape)
+{
+    shape.shownImage = duplicateBitmap(shape.image, 1);
+    shape.shownMask = duplicateBitmap(shape.mask, 1);
+    return shape.shownImage && shape.shownMask;
+}
+
 void takeShape(Shape& shape)
 {
     freeOutlinePoints(session->outlinePoints);
     freeCrossings(session->homeCrossings);
-    GlobalFree(session->selectionImageSource);
-    GlobalFree(session->selectionMaskSource);
+    for (HGLOBAL image : {session->selectionImageSource, session->selectionMaskSource, session->selectionImage,
+                          session->selectionMask}) {
+        if (image) GlobalFree(image);
+    }
     session->outlinePoints = shape.points;
     session->outlinePointCount = shape.pointCount;
     session->homeCrossings = shape.crossings;
     session->selectionImageSource = shape.image;
     session->selectionMaskSource = shape.mask;
+    session->selectionImage = shape.shownImage;
+    session->selectionMask = shape.shownMask;
     setSelectionRect(shape.rect);
     session->selectionHomeRect = session->selectionRect;
-    deriveShownImages();
+    adjustShownImages();
 }
 
 // ---- pixels with their mask, locked
@@ -148,7 +162,7 @@ struct Operation {
 };
 
 const Operation operations[] = {
-    {OPERATION_CLOSE, close},           {OPERATION_APPLY, apply},   {OPERATION_FLIP_VERTICAL, flip},
+    {OPERATION_CLOSE, close},          {OPERATION_APPLY, apply},       {OPERATION_FLIP_VERTICAL, flip},
     {OPERATION_FLIP_HORIZONTAL, flip}, {OPERATION_COLOUR, stepColour},
 };
 
@@ -178,8 +192,7 @@ bool makeResized(const PixelRect& rect, Shape& shape)
     shape.pointCount = session->referencePointCountB;
     shape.points = copyOutlinePoints(session->referencePointsB, shape.pointCount);
     if (!shape.points) return false;
-    scalePoints(session->referencePointsB, shape.pointCount, pixelRectOf(session->referenceRectB), rect,
-                shape.points);
+    scalePoints(session->referencePointsB, shape.pointCount, pixelRectOf(session->referenceRectB), rect, shape.points);
     shape.crossings = crossingsOfPoints(session->rowCount, shape.points, shape.pointCount);
     return shape.crossings && createImages(shape) && reshapePixels(shape);
 }
@@ -230,7 +243,8 @@ bool makeTurned(const Turn& turn, Shape& shape)
     if (!points) return false;
     turnPoints(session->referencePointsA, count, turn, points);
     const PixelRect area = pixelRectOf(canvasArea(session->canvasWindow));
-    for (int i = 0; i < count; ++i) points[i] = clampOutlinePoint(points[i], area);
+    for (int i = 0; i < count; ++i)
+        points[i] = clampOutlinePoint(points[i], area);
     Outline outline = {};
     const bool replayed = replayOutline(outline, session->rowCount, points, count) && !outline.incomplete;
     freeOutlinePoints(points);
@@ -256,11 +270,10 @@ bool makeRotated(int rotation, Shape& shape)
 {
     const int degrees = rotation % 360;
     if (degrees == 0) return makeUnturned(shape);
-    return makeTurned(turnAbout(boxOfPoints(session->referencePointsA, session->referencePointCountA), degrees),
-                      shape);
+    return makeTurned(turnAbout(boxOfPoints(session->referencePointsA, session->referencePointCountA), degrees), shape);
 }
 
-}  // namespace
+} // namespace
 
 void runSelectionOperation(HWND canvas, int hit)
 {
@@ -283,7 +296,7 @@ void moveSelectionBy(int dx, int dy)
     }
     const RECT before = session->selectionOuterRect;
     movePoints(session->outlinePoints, session->outlinePointCount, dx, dy);
-    for (int i = 0; i < session->referencePointCountA; ++i) {  // unclipped: turning out and back loses nothing
+    for (int i = 0; i < session->referencePointCountA; ++i) { // unclipped: turning out and back loses nothing
         session->referencePointsA[i].x += dx;
         session->referencePointsA[i].y += dy;
     }
@@ -304,7 +317,7 @@ void resizeSelectionTo(const RECT& rect)
     if (EqualRect(&rect, &session->selectionRect) || IsRectEmpty(&rect)) return;
     const RECT before = session->selectionOuterRect;
     Shape shape = {};
-    if (!makeResized(pixelRectOf(rect), shape)) return freeShape(shape);
+    if (!makeResized(pixelRectOf(rect), shape) || !copyShownImages(shape)) return freeShape(shape);
     takeShape(shape);
     session->selectionRotation = 0;
     storeReferenceA();
@@ -317,7 +330,8 @@ void rotateSelectionBy(int degrees)
     const int rotation = addRotation(session->selectionRotation, degrees);
     const RECT before = session->selectionOuterRect;
     Shape shape = {};
-    if (!makeRotated(rotation, shape)) return freeShape(shape);  // an empty result keeps state and angle
+    // An empty result keeps state and angle.
+    if (!makeRotated(rotation, shape) || !copyShownImages(shape)) return freeShape(shape);
     takeShape(shape);
     session->selectionRotation = rotation;
     storeReferenceB();
@@ -327,9 +341,10 @@ void rotateSelectionBy(int degrees)
 bool takeReshapedOutline(Outline& outline)
 {
     const RECT before = session->selectionOuterRect;
-    Shape shape = {outline.points, outline.pointCount, outline.crossings, {}, nullptr, nullptr};
+    Shape shape = {outline.points, outline.pointCount, outline.crossings, {}, nullptr, nullptr, nullptr, nullptr};
     outline = {};
-    if (!computeCrossingBounds(shape.crossings, shape.rect) || !createImages(shape) || !rebuildPixels(shape)) {
+    if (!computeCrossingBounds(shape.crossings, shape.rect) || !createImages(shape) || !rebuildPixels(shape) ||
+        !copyShownImages(shape)) {
         freeShape(shape);
         return false;
     }

@@ -57,8 +57,8 @@ void freeReferences()
     freeTable(session->homeCrossings);
     freePoints(session->referencePointsA);
     freePoints(session->referencePointsB);
-    for (HGLOBAL* image : {&session->referenceImageA, &session->referenceMaskA, &session->referenceImageB,
-                           &session->referenceMaskB}) {
+    for (HGLOBAL* image :
+         {&session->referenceImageA, &session->referenceMaskA, &session->referenceImageB, &session->referenceMaskB}) {
         freeImage(*image);
     }
 }
@@ -90,25 +90,7 @@ void dropComposite()
     session->selectionComposite = nullptr;
 }
 
-}  // namespace
-
-bool replaceImage(HGLOBAL& field, HGLOBAL from)
-{
-    const HGLOBAL copy = duplicateBitmap(from, 1);
-    if (!copy) return false;
-    freeImage(field);
-    field = copy;
-    return true;
-}
-
-bool replaceTable(RowHead*& field, const RowHead* from)
-{
-    RowHead* const copy = copyCrossings(from);
-    if (!copy) return false;
-    freeTable(field);
-    field = copy;
-    return true;
-}
+} // namespace
 
 bool replacePoints(PixelPoint*& field, const PixelPoint* from, int count)
 {
@@ -167,33 +149,35 @@ void putOutline(const Outline& outline)
 
 BandUnit frameBand()
 {
-    const POINT band = imagePointOf(session->canvasWindow,
-                                    {2 * GetSystemMetrics(SM_CXFRAME), 2 * GetSystemMetrics(SM_CYFRAME)});
+    const POINT band =
+        imagePointOf(session->canvasWindow, {2 * GetSystemMetrics(SM_CXFRAME), 2 * GetSystemMetrics(SM_CYFRAME)});
     return {(int)band.x, (int)band.y};
 }
 
 // The record keeps each button under its own name; the layout numbers them.
-static RECT SessionRecord::* const buttonFields[FRAME_BUTTON_COUNT] = {
-    &SessionRecord::applyButton,          &SessionRecord::flipVerticalButton,   &SessionRecord::flipHorizontalButton,
-    &SessionRecord::brighterButton,       &SessionRecord::darkerButton,         &SessionRecord::topLeftHandle,
-    &SessionRecord::topRightHandle,       &SessionRecord::bottomRightHandle,    &SessionRecord::bottomLeftHandle,
-    &SessionRecord::closeButton,          &SessionRecord::rotateButton,         &SessionRecord::hueDownButton,
-    &SessionRecord::hueUpButton,          &SessionRecord::saturationMoreButton, &SessionRecord::saturationLessButton,
-    &SessionRecord::contrastMoreButton,   &SessionRecord::contrastLessButton,   &SessionRecord::liftUpButton,
+static RECT SessionRecord::*const buttonFields[FRAME_BUTTON_COUNT] = {
+    &SessionRecord::applyButton,        &SessionRecord::flipVerticalButton,   &SessionRecord::flipHorizontalButton,
+    &SessionRecord::brighterButton,     &SessionRecord::darkerButton,         &SessionRecord::topLeftHandle,
+    &SessionRecord::topRightHandle,     &SessionRecord::bottomRightHandle,    &SessionRecord::bottomLeftHandle,
+    &SessionRecord::closeButton,        &SessionRecord::rotateButton,         &SessionRecord::hueDownButton,
+    &SessionRecord::hueUpButton,        &SessionRecord::saturationMoreButton, &SessionRecord::saturationLessButton,
+    &SessionRecord::contrastMoreButton, &SessionRecord::contrastLessButton,   &SessionRecord::liftUpButton,
     &SessionRecord::liftDownButton,
 };
 
 FrameButtons frameButtons()
 {
     FrameButtons buttons;
-    for (int i = 0; i < FRAME_BUTTON_COUNT; ++i) buttons.rects[i] = pixelRectOf(session->*buttonFields[i]);
+    for (int i = 0; i < FRAME_BUTTON_COUNT; ++i)
+        buttons.rects[i] = pixelRectOf(session->*buttonFields[i]);
     return buttons;
 }
 
 void layOutFrame()
 {
     const FrameButtons buttons = layOutFrameButtons(pixelRectOf(session->frameOuterRect), frameBand());
-    for (int i = 0; i < FRAME_BUTTON_COUNT; ++i) session->*buttonFields[i] = rectOf(buttons.rects[i]);
+    for (int i = 0; i < FRAME_BUTTON_COUNT; ++i)
+        session->*buttonFields[i] = rectOf(buttons.rects[i]);
 }
 
 void setSelectionRect(const PixelRect& rect)
@@ -226,36 +210,99 @@ bool cutFloatingImages()
     return cut && cutImage(session->selectionImageSource) && fillMask(session->selectionMaskSource);
 }
 
-bool deriveShownImages()
+void adjustShownImages()
 {
-    if (!replaceImage(session->selectionImage, session->selectionImageSource) ||
-        !replaceImage(session->selectionMask, session->selectionMaskSource)) {
-        return false;
-    }
     applyColourAdjustment(session->selectionImageSource, session->selectionImage, session->selectionMaskSource,
                           session->selectionMask, session->selectionContrast, session->selectionBrightness,
                           session->selectionSaturation, session->selectionHue, session->selectionLift);
+}
+
+bool deriveShownImages()
+{
+    HGLOBAL image = duplicateBitmap(session->selectionImageSource, 1);
+    HGLOBAL mask = duplicateBitmap(session->selectionMaskSource, 1);
+    if (!image || !mask) {
+        freeImage(image);
+        freeImage(mask);
+        return false;
+    }
+    freeImage(session->selectionImage);
+    freeImage(session->selectionMask);
+    session->selectionImage = image;
+    session->selectionMask = mask;
+    adjustShownImages();
     return true;
 }
 
+namespace {
+
+// The present state, copied whole or not at all: what a reference keeps fits together also when memory is short.
+struct StateCopy {
+    PixelPoint* points;
+    RowHead* crossings;
+    HGLOBAL image, mask;
+};
+
+void freeStateCopy(StateCopy& copy)
+{
+    freePoints(copy.points);
+    freeTable(copy.crossings);
+    freeImage(copy.image);
+    freeImage(copy.mask);
+}
+
+bool copyState(StateCopy& copy)
+{
+    copy = {copyOutlinePoints(session->outlinePoints, session->outlinePointCount),
+            copyCrossings(session->homeCrossings), duplicateBitmap(session->selectionImageSource, 1),
+            duplicateBitmap(session->selectionMaskSource, 1)};
+    if (copy.points && copy.crossings && copy.image && copy.mask) return true;
+    freeStateCopy(copy);
+    return false;
+}
+
+// The record's fields of one reference state.
+struct ReferenceFields {
+    PixelPoint* SessionRecord::*points;
+    RowHead* SessionRecord::*crossings;
+    HGLOBAL SessionRecord::*image;
+    HGLOBAL SessionRecord::*mask;
+    int32_t SessionRecord::*pointCount;
+    RECT SessionRecord::*rect;
+};
+
+const ReferenceFields stateA = {&SessionRecord::referencePointsA,     &SessionRecord::referenceCrossingsA,
+                                &SessionRecord::referenceImageA,      &SessionRecord::referenceMaskA,
+                                &SessionRecord::referencePointCountA, &SessionRecord::referenceRectA};
+const ReferenceFields stateB = {&SessionRecord::referencePointsB,     &SessionRecord::referenceCrossingsB,
+                                &SessionRecord::referenceImageB,      &SessionRecord::referenceMaskB,
+                                &SessionRecord::referencePointCountB, &SessionRecord::referenceRectB};
+
+bool storeReference(const ReferenceFields& state)
+{
+    StateCopy copy;
+    if (!copyState(copy)) return false;
+    StateCopy old = {session->*state.points, session->*state.crossings, session->*state.image, session->*state.mask};
+    freeStateCopy(old);
+    session->*state.points = copy.points;
+    session->*state.crossings = copy.crossings;
+    session->*state.image = copy.image;
+    session->*state.mask = copy.mask;
+    session->*state.pointCount = session->outlinePointCount;
+    session->*state.rect = session->selectionRect;
+    return true;
+}
+
+} // namespace
+
 bool storeReferenceA()
 {
-    session->referencePointCountA = session->outlinePointCount;
-    session->referenceRectA = session->selectionRect;
-    return replacePoints(session->referencePointsA, session->outlinePoints, session->outlinePointCount) &&
-           replaceTable(session->referenceCrossingsA, session->homeCrossings) &&
-           replaceImage(session->referenceImageA, session->selectionImageSource) &&
-           replaceImage(session->referenceMaskA, session->selectionMaskSource);
+    return storeReference(stateA);
 }
 
 bool storeReferenceB()
 {
-    session->referencePointCountB = session->outlinePointCount;
-    session->referenceRectB = session->selectionRect;
-    return replacePoints(session->referencePointsB, session->outlinePoints, session->outlinePointCount) &&
-           replaceTable(session->referenceCrossingsB, session->homeCrossings) &&
-           replaceImage(session->referenceImageB, session->selectionImageSource) &&
-           replaceImage(session->referenceMaskB, session->selectionMaskSource);
+    return storeReference(stateB);
 }
 
 bool storeReferences()
@@ -309,8 +356,8 @@ void clearSelection()
     session->selectionRotation = 0;
     RECT shown = session->selectionRect, outer = session->selectionOuterRect, drawn = drawnOutline();
     freeWorkingOutline();
-    for (RECT* rect : {&session->selectionRect, &session->frameInnerRect, &session->selectionOuterRect,
-                       &session->frameOuterRect}) {
+    for (RECT* rect :
+         {&session->selectionRect, &session->frameInnerRect, &session->selectionOuterRect, &session->frameOuterRect}) {
         SetRectEmpty(rect);
     }
     freeImages();

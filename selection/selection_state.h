@@ -40,11 +40,13 @@ bool cutFloatingImages();
 // The five colour parameters become neutral.
 void resetSelectionColours();
 
-// The shown images again from the sources, with the colour parameters. False when memory is short.
+// The shown images again from the sources, with the colour parameters. False, and nothing changed, when
+// memory is short.
 bool deriveShownImages();
+void adjustShownImages();  // the same where they are of the sources' size already
 
 // The present state becomes both reference states, and its crossings homeCrossings; the angle is 0.
-// Frees the working crossing table. False when memory is short.
+// Frees the working crossing table. False when memory is short: then a state stays as it was.
 bool storeReferences();
 bool storeReferenceA();
 bool storeReferenceB();
@@ -54,8 +56,6 @@ bool storeReferenceB();
 bool floatOutline();
 
 // A copy of `from` takes the field's place; on failure the field keeps what it has.
-bool replaceImage(HGLOBAL& field, HGLOBAL from);
-bool replaceTable(RowHead*& field, const RowHead* from);
 bool replacePoints(PixelPoint*& field, const PixelPoint* from, int count);
 
 // The frame's band unit in image pixels, the system's frame sizes, and the buttons of the present frame.
