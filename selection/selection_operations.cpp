@@ -113,7 +113,7 @@ void apply(HWND, int)
     redrawSelection();
 }
 
-void flip(HWND canvas, int hit)
+void flip(HWND, int hit)
 {
     if (!session->selectionImage || !session->selectionImageSource || !session->selectionMask ||
         !session->selectionMaskSource) {
@@ -134,7 +134,7 @@ void flip(HWND canvas, int hit)
     session->rowCrossings = crossings;
     storeReferences();
     deriveShownImages();
-    showSelection(canvas);
+    redrawSelection();
 }
 
 void close(HWND, int)
@@ -142,7 +142,7 @@ void close(HWND, int)
     clearSelection();
 }
 
-void stepColour(HWND canvas, int hit)
+void stepColour(HWND, int hit)
 {
     SelectionAdjust adjust = {session->selectionBrightness, session->selectionContrast, session->selectionSaturation,
                               session->selectionHue, session->selectionLift};
@@ -153,7 +153,7 @@ void stepColour(HWND canvas, int hit)
     session->selectionHue = adjust.hue;
     session->selectionLift = adjust.lift;
     deriveShownImages();
-    showSelection(canvas);
+    redrawSelection();
 }
 
 struct Operation {

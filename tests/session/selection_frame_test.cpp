@@ -1,6 +1,7 @@
 // What the freehand selection shows: outline, frame and buttons, what follows the pointer, and nothing once
 // it is gone.
 #include <algorithm>
+#include <random>
 
 #include "tests/session/selection_fixture.h"
 
@@ -189,4 +190,55 @@ TEST_F(SelectionFrames, TheFrameIsDrawnPixelByPixel)
     EXPECT_EQ(0, wrong);
     EXPECT_TRUE(unmoved == snapshot(photo));
     closeSession();
+}
+
+// ---- nothing is left on the screen
+
+namespace {
+
+// What the canvas shows, and what it would show painted anew.
+bool showsWhatAFullRepaintShows(Host* host)
+{
+    const std::vector<uint8_t> shown = shownBy(host->canvas).bytes;
+    runOnHost(host, [&] {
+        InvalidateRect(host->canvas, nullptr, FALSE);
+        UpdateWindow(host->canvas);
+    });
+    return shown == shownBy(host->canvas).bytes;
+}
+
+} // namespace
+
+TEST_F(SelectionFrames, NoOperationLeavesAnythingOnTheScreen)
+{
+    const int pressed[] = {APPLY, FLIP_VERTICAL, FLIP_HORIZONTAL, HUE_UP, BRIGHTER, LIFT_UP};
+    for (const Size& size : sizes) {
+        SCOPED_TRACE(size.name);
+        std::mt19937 random(41);
+        const auto between = [&](int least, int most) {
+            return least + (int)(random() % (unsigned)(most - least + 1));
+        };
+        openAt(size);
+        for (int round = 0; round < 3; ++round) {
+            draw(star);
+            EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "drawing";
+            for (int i = 0; i < 4; ++i) {
+                press(pressed[between(0, 5)]);
+                EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "a button";
+                dragInside(between(-40, 40), between(-40, 40));
+                EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "moving";
+                dragSide(between(LEFT_EDGE, BOTTOM_RIGHT), between(-25, 25), between(-25, 25));
+                EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "resizing";
+            }
+            press(CLOSE);
+            EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "closing";
+            draw(star);
+            dragTurn(between(20, 160));
+            EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "turning";
+            ASSERT_TRUE(clickControl(&host, 117)); // a painting tool drops the selection
+            EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "another tool";
+            ASSERT_TRUE(clickControl(&host, ID_SELECTION));
+        }
+        closeSession();
+    }
 }
