@@ -15,6 +15,7 @@
 #include "selection/frame_layout.h"
 #include "selection/selection_operations.h"
 #include "tests/reference/outline_reference.h"
+#include "tests/session/free_handles.h"
 
 namespace {
 
@@ -146,27 +147,6 @@ SIZE_T bytesInUse()
     counters.cb = sizeof counters;
     GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
     return counters.PagefileUsage;
-}
-
-// How many more of a kind the process could make. Exact: the system's tables are bounded.
-int freeMemoryHandles()
-{
-    std::vector<HGLOBAL> blocks;
-    while (const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 0))
-        blocks.push_back(block);
-    for (HGLOBAL block : blocks)
-        GlobalFree(block);
-    return (int)blocks.size();
-}
-
-int freeGraphicsHandles()
-{
-    std::vector<HGDIOBJ> brushes;
-    for (COLORREF colour = 0; const HGDIOBJ brush = CreateSolidBrush(colour); ++colour)
-        brushes.push_back(brush);
-    for (HGDIOBJ brush : brushes)
-        DeleteObject(brush);
-    return (int)brushes.size();
 }
 
 void useSelection(int number)

@@ -15,230 +15,9 @@
 #include "text/text_line.h"
 #include "text/text_strip.h"
 #include "text/text_tool.h"
+#include "tests/unit/text_model.h"
 
 namespace {
-
-typedef std::vector<uint8_t> Bytes;
-
-struct Model {
-    int width, height; // of the image
-    Bytes image;       // its rows, the bottom row first, padded to 4 bytes
-    COLORREF colour;
-    int opacity, lineHeight;
-    UINT codePage; // of the font
-
-    bool open;
-    char buffer[TEXT_BUFFER_SIZE];
-    int caret, originX, originY, caretX;
-    char lead; // the first byte of a double-byte character whose second one has not come yet
-};
-
-int strideOf(int width)
-{
-    return (width * 3 + 3) / 4 * 4;
-}
-
-// A device context of the test's own with the font as the tool must make it.
-struct OwnContext {
-    HDC dc;
-    HFONT font;
-    HGDIOBJ oldFont;
-};
-
-OwnContext ownContext(int height)
-{
-    LOGFONTA description = session->textFont;
-    description.lfHeight = height;
-    if (description.lfCharSet == ANSI_CHARSET) description.lfCharSet = DEFAULT_CHARSET; // the system's script
-    OwnContext context = {CreateCompatibleDC(nullptr), CreateFontIndirectA(&description), nullptr};
-    context.oldFont = SelectObject(context.dc, context.font);
-    return context;
-}
-
-void release(const OwnContext& context)
-{
-    SelectObject(context.dc, context.oldFont);
-    DeleteObject(context.font);
-    DeleteDC(context.dc);
-}
-
-int ownWidth(const Model& model, int count)
-{
-    if (count == 0) return 0;
-    const OwnContext context = ownContext(model.lineHeight);
-    RECT extent = {0, 0, 0, 0};
-    DrawTextA(context.dc, model.buffer, count, &extent, DT_CALCRECT);
-    release(context);
-    return extent.right;
-}
-
-// The line as the system draws it: one byte a pixel, 1 where there is text.
-Bytes ownRendering(const Model& model, const char* text)
-{
-    const OwnContext context = ownContext(model.lineHeight);
-    const HBITMAP bitmap = CreateBitmap(model.width, model.lineHeight, 1, 1, nullptr);
-    const HGDIOBJ old = SelectObject(context.dc, bitmap);
-    PatBlt(context.dc, 0, 0, model.width, model.lineHeight, BLACKNESS);
-    SetTextColor(context.dc, RGB(255, 255, 255));
-    SetBkMode(context.dc, TRANSPARENT);
-    RECT place = {model.originX, 0, model.width, model.lineHeight};
-    DrawTextA(context.dc, text, -1, &place, 0);
-    GdiFlush();
-    const int stride = (model.width + 15) / 16 * 2;
-    Bytes bits((size_t)stride * model.lineHeight);
-    GetBitmapBits(bitmap, (LONG)bits.size(), bits.data());
-    SelectObject(context.dc, old);
-    DeleteObject(bitmap);
-    release(context);
-
-    Bytes pixels((size_t)model.width * model.lineHeight);
-    for (int y = 0; y < model.lineHeight; ++y)
-        for (int x = 0; x < model.width; ++x)
-            pixels[(size_t)y * model.width + x] = bits[(size_t)y * stride + x / 8] >> (7 - x % 8) & 1;
-    return pixels;
-}
-
-int lengthOf(const Model& model)
-{
-    return (int)strlen(model.buffer);
-}
-
-void modelStamp(Model& model)
-{
-    const Bytes text = ownRendering(model, model.buffer);
-    const int channels[] = {GetBValue(model.colour), GetGValue(model.colour), GetRValue(model.colour)};
-    for (int y = std::max(0, model.originY); y < std::min(model.originY + model.lineHeight, model.height - 1); ++y)
-        for (int x = 0; x < model.width; ++x) {
-            if (!text[(size_t)(y - model.originY) * model.width + x]) continue;
-            uint8_t* pixel = &model.image[(size_t)strideOf(model.width) * (model.height - 1 - y) + 3 * x];
-            for (int c = 0; c < 3; ++c)
-                pixel[c] = (uint8_t)((pixel[c] * (100 - model.opacity) + channels[c] * model.opacity) / 100);
-        }
-}
-
-// The system's own stepping from one character to the next and back.
-int nextOf(const Model& model, int index)
-{
-    const char* here = model.buffer + index;
-    return *here ? (int)(CharNextExA((WORD)model.codePage, here, 0) - model.buffer) : index + 1;
-}
-
-int previousOf(const Model& model, int index)
-{
-    if (index > lengthOf(model)) return index - 1;
-    return (int)(CharPrevExA((WORD)model.codePage, model.buffer, model.buffer + index, 0) - model.buffer);
-}
-
-void modelStart(Model& model, int x, int y)
-{
-    model.lead = 0;
-    model.open = true;
-    model.originX = model.caretX = x;
-    model.originY = y;
-    memset(model.buffer, 0, sizeof model.buffer);
-    model.caret = 0;
-}
-
-void modelCaretX(Model& model)
-{
-    model.caretX = model.originX + ownWidth(model, std::min(model.caret, lengthOf(model)));
-}
-
-void modelClick(Model& model, int x, int y)
-{
-    if (!model.open) return modelStart(model, x, y - model.lineHeight);
-    if (x < 0 || x > model.width || y < model.originY || y > model.originY + model.lineHeight) {
-        modelStamp(model);
-        return modelStart(model, x, y - model.lineHeight / 2);
-    }
-    const int length = lengthOf(model);
-    for (model.caret = 0; model.caret <= length; model.caret = nextOf(model, model.caret)) {
-        modelCaretX(model);
-        if (model.caretX < x) continue;
-        model.caret = previousOf(model, model.caret);
-        return modelCaretX(model);
-    }
-    modelCaretX(model); // one past the end; drawn at it
-}
-
-bool modelFits(const Model& model)
-{
-    return ownWidth(model, lengthOf(model) + 1) + model.originX < model.width;
-}
-
-void modelEnter(Model& model)
-{
-    modelStamp(model);
-    if (model.originY + model.lineHeight < model.height)
-        modelStart(model, model.originX, model.originY + model.lineHeight);
-}
-
-void modelRemove(Model& model)
-{
-    std::string text = model.buffer;
-    text.erase((size_t)model.caret, (size_t)(nextOf(model, model.caret) - model.caret));
-    memcpy(model.buffer, text.c_str(), text.size() + 1);
-}
-
-void modelKey(Model& model, UINT key)
-{
-    if (!model.open) return;
-    const int length = lengthOf(model);
-    if (key == VK_ESCAPE) {
-        model.open = false;
-        model.caret = model.lead = 0;
-        return;
-    }
-    if (key == VK_RETURN) return modelEnter(model);
-    if (key == VK_HOME) model.caret = 0;
-    if (key == VK_END) model.caret = length;
-    if ((key == VK_LEFT || key == VK_UP) && model.caret > 0) model.caret = previousOf(model, model.caret);
-    if ((key == VK_RIGHT || key == VK_DOWN) && model.caret < length) model.caret = nextOf(model, model.caret);
-    if (key == VK_INSERT && length && model.caret < length && modelFits(model)) {
-        std::string text = model.buffer;
-        text.insert((size_t)model.caret, " ");
-        memcpy(model.buffer, text.c_str(), text.size() + 1);
-    }
-    if (key == VK_DELETE && model.caret < length) modelRemove(model);
-    modelCaretX(model);
-}
-
-void modelWrite(Model& model, const std::string& character)
-{
-    std::string text = model.buffer;
-    if (model.caret >= lengthOf(model)) {
-        const bool shown = model.caret == lengthOf(model);
-        memcpy(model.buffer + model.caret, character.c_str(), character.size() + shown);
-    } else {
-        text.replace((size_t)model.caret, (size_t)(nextOf(model, model.caret) - model.caret), character);
-        memcpy(model.buffer, text.c_str(), text.size() + 1);
-    }
-    model.caret += (int)character.size();
-}
-
-void modelChar(Model& model, UINT code)
-{
-    if (!model.open) return;
-    const int length = lengthOf(model);
-    if (code < 32) {
-        model.lead = 0;
-        if (code != VK_BACK || !length) return;
-        if (model.caret > 0) model.caret = previousOf(model, model.caret);
-        if (model.caret < length) modelRemove(model);
-        return modelCaretX(model);
-    }
-    std::string character(1, (char)code);
-    if (model.lead) {
-        character.insert(0, 1, model.lead);
-        model.lead = 0;
-    } else if (IsDBCSLeadByteEx(model.codePage, (BYTE)code)) {
-        model.lead = (char)code;
-        return;
-    }
-    if (!modelFits(model)) return;
-    modelWrite(model, character);
-    modelCaretX(model);
-}
 
 UINT codePageOf(BYTE charSet)
 {
@@ -253,7 +32,7 @@ struct TextTool : testing::Test {
     SessionRecord record = {};
     HGLOBAL image = nullptr;
     HWND canvas = nullptr;
-    Model model = {};
+    TextModel model = {};
 
     void SetUp() override
     {
@@ -394,7 +173,7 @@ UINT randomCharacter(std::mt19937& random)
 void randomStep(TextTool& test, std::mt19937& random)
 {
     const unsigned kind = random() % 100;
-    const Model& model = test.model;
+    const TextModel& model = test.model;
     if (!model.open || kind < 4) {
         test.click((int)(random() % (unsigned)model.width), (int)(random() % (unsigned)model.height));
     } else if (kind < 8) {
