@@ -79,7 +79,9 @@ struct LibraryDrag : LibrarySession {
         ASSERT_TRUE(placePointer(&host, AWAY)); // there the brush has no outline
         EXPECT_FALSE(floats());
         EXPECT_TRUE(isChecked(host, ID_BRUSH));
-        EXPECT_TRUE(shown.bytes == shownBy(host.canvas).bytes) << "the canvas shows something else";
+        // The session looks every few milliseconds whether the pointer has left, and takes its outline away then.
+        EXPECT_TRUE(waitUntil("the canvas to show what it showed before",
+                              [&] { return shown.bytes == shownBy(host.canvas).bytes; }));
         expectUntouched();
     }
 };
