@@ -7,12 +7,12 @@
 // One key of the benchmark. The functions get the key's `variant`, so that one set serves several keys.
 struct BenchKey {
     const char* name;
-    const char* unit;             // of the printed value
-    double work;                  // amount of work in one run, in the unit without "/s"
+    const char* unit;  // of the printed value
+    double work;       // amount of work in one run, in the unit without "/s"
     int variant;
-    bool (*prepare)(int variant); // makes the input; false: the key cannot run (release is still called)
-    void (*reset)(int variant);   // before every run, untimed; may be null
-    bool (*run)(int variant);     // what is timed; false when it failed
+    bool (*prepare)(int variant);    // makes the input; false: the key cannot run (release is still called)
+    void (*reset)(int variant);      // before every run, untimed; may be null
+    bool (*run)(int variant);        // what is timed; false when it failed
     uint32_t (*check)(int variant);  // CRC-32 of the result of the run just done; null: nothing to check
     void (*release)(int variant);
 };

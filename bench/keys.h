@@ -15,13 +15,6 @@ extern const BenchGroup yardstickKeys;
 
 // A new group is declared above and added here.
 static const BenchGroup* const benchGroups[] = {
-    &colourKeys,
-    &paintingKeys,
-    &dabKeys,
-    &imageKeys,
-    &selectionKeys,
-    &floatingKeys,
-    &fileKeys,
-    &pressKeys,
-    &yardstickKeys,
+    &colourKeys,   &paintingKeys, &dabKeys,   &imageKeys,     &selectionKeys,
+    &floatingKeys, &fileKeys,     &pressKeys, &yardstickKeys,
 };

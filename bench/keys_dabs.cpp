@@ -50,16 +50,11 @@ static void restoreImage(int)
 static void layDab(int work, const DabPlacement& dab)
 {
     switch (work) {
-    case PATCH:
-        return patchKernel(image.view, dab, mask, patch.view, OPACITY);
-    case HARD_RUBBER:
-        return hardRubberKernel(image.view, dab, mask, original.view, OPACITY);
-    case SOFT_RUBBER:
-        return softRubberKernel(image.view, dab, mask, original.view, OPACITY);
-    case HARD_SPRAY:
-        return hardSprayKernel(image.view, dab, mask, COLOUR, OPACITY);
-    case SOFT_SPRAY:
-        return softSprayKernel(image.view, dab, mask, COLOUR, OPACITY);
+    case PATCH: return patchKernel(image.view, dab, mask, patch.view, OPACITY);
+    case HARD_RUBBER: return hardRubberKernel(image.view, dab, mask, original.view, OPACITY);
+    case SOFT_RUBBER: return softRubberKernel(image.view, dab, mask, original.view, OPACITY);
+    case HARD_SPRAY: return hardSprayKernel(image.view, dab, mask, COLOUR, OPACITY);
+    case SOFT_SPRAY: return softSprayKernel(image.view, dab, mask, COLOUR, OPACITY);
     }
 }
 

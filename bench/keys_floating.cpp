@@ -9,7 +9,7 @@
 #include "selection/selection_state.h"
 #include "session/session_record.h"
 
-static const int SIDES[] = {250, 790, 2500}; // of the area, pixels
+static const int SIDES[] = {250, 790, 2500};  // of the area, pixels
 static int runs;
 
 // Straight lines to and fro, until there are as many points as wanted.

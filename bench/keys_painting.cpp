@@ -81,7 +81,7 @@ static bool paintStroke(int variant)
     // Chosen so that the digital line has no ties on them.
     static const PixelPoint corners[] = {{100, 100}, {2901, 1899}, {2898, 100}, {97, 1901}, {100, 98}};
     const BrushStroke stroke = {image.view, start.view, coverage.view, mask.view, rgbFromColorref(0x00C0C0FF),
-                                50, variant < 0};
+                                50,         variant < 0};
     for (int k = 0; k < 4; ++k)
         paintBrushSegment(stroke, corners[k], corners[k + 1]);
     return true;

@@ -9,7 +9,7 @@
 static const int imageRows = 2000;
 
 static PixelPoint points[OUTLINE_POINTS];
-static HGLOBAL mask; // of the checked run; the pasting key keeps its own here too
+static HGLOBAL mask;  // of the checked run; the pasting key keeps its own here too
 static HGLOBAL source, destination;
 
 static BitsView lockedView(HGLOBAL image)

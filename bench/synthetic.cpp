@@ -132,6 +132,7 @@ void freePicture(BenchPicture* picture)
 bool inputIsRight(BitsView image, uint32_t expectedCrc)
 {
     const uint32_t crc = crcOfImage(image);
-    if (crc != expectedCrc) fprintf(stderr, "input has checksum %08x, not %08x\n", (unsigned)crc, (unsigned)expectedCrc);
+    if (crc != expectedCrc)
+        fprintf(stderr, "input has checksum %08x, not %08x\n", (unsigned)crc, (unsigned)expectedCrc);
     return crc == expectedCrc;
 }

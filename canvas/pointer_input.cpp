@@ -82,8 +82,7 @@ void pressPaintingTool(HWND canvas, POINT at)
 void registerStroke()
 {
     const int scale = (int)session->maskScale;
-    const RECT stroke =
-        grownDirtyBox((int)session->brushWidth / 2 * scale, (int)session->brushHeight / 2 * scale, 1);
+    const RECT stroke = grownDirtyBox((int)session->brushWidth / 2 * scale, (int)session->brushHeight / 2 * scale, 1);
     pushUndoStep(&stroke);
 }
 

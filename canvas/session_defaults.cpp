@@ -10,8 +10,8 @@ constexpr uint32_t DEFAULT_OPACITY = 100;
 
 static ToolSettings defaultSettings(ToolId tool)
 {
-    ToolSettings settings = {tool, SHAPE_CIRCLE, EDGE_FULL, 1, DEFAULT_BRUSH_SIZE, DEFAULT_BRUSH_SIZE, 0, 1, 1, 1,
-                             DEFAULT_COLOUR, DEFAULT_OPACITY};
+    ToolSettings settings = {tool, SHAPE_CIRCLE,   EDGE_FULL,      1, DEFAULT_BRUSH_SIZE, DEFAULT_BRUSH_SIZE, 0, 1, 1,
+                             1,    DEFAULT_COLOUR, DEFAULT_OPACITY};
     if (tool == TOOL_SELECTION || tool == TOOL_CONTRAST || tool == TOOL_TEXT) settings.showOutline = 0;
     if (tool == TOOL_TEXT) settings.lockLH = settings.widthEnabled = 0;
     return settings;
@@ -39,5 +39,6 @@ void writeSessionDefaults()
     session->overlayEnabled = 1;
     session->currentTool = TOOL_NONE;
     session->textFont = defaultFont();
-    for (int slot = 0; slot < TOOL_COUNT; ++slot) session->toolSettings[slot] = defaultSettings(TOOL_SLOTS[slot]);
+    for (int slot = 0; slot < TOOL_COUNT; ++slot)
+        session->toolSettings[slot] = defaultSettings(TOOL_SLOTS[slot]);
 }

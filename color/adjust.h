@@ -15,12 +15,12 @@
 
 // What one call does to every pixel.
 struct ColourAdjustment {
-    uint8_t tone[256];    // applied to each channel first
-    int slope, offset;    // the tone table is clamp(i * slope / 191 + offset)
-    int saturationFactor; // 128 keeps the saturation
+    uint8_t tone[256];     // applied to each channel first
+    int slope, offset;     // the tone table is clamp(i * slope / 191 + offset)
+    int saturationFactor;  // 128 keeps the saturation
     int hueShift;
-    bool toneOnly; // neutral saturation and hue: the table is the whole result
-    bool inRange;  // the values were those given above; others take the plain way
+    bool toneOnly;  // neutral saturation and hue: the table is the whole result
+    bool inRange;   // the values were those given above; others take the plain way
 };
 
 // Whole images: at neutral values every level from 191 upward rises by one, and 128 keeps the

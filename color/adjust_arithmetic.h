@@ -44,7 +44,7 @@ constexpr bool reciprocalIsExact(uint64_t reciprocal, uint64_t divisor, int shif
 constexpr int TONE_DIVISOR = 191, TONE_RECIPROCAL = 43920, TONE_SHIFT = 7;
 static_assert(reciprocalIsExact(TONE_RECIPROCAL, TONE_DIVISOR, TONE_SHIFT, 255 * 190), "tone line");
 
-constexpr int LIGHTNESS_FACTOR = 32383; // 42 / 85
+constexpr int LIGHTNESS_FACTOR = 32383;  // 42 / 85
 static_assert(LIGHTNESS_FACTOR * 85 >= 42 * 65536 && (LIGHTNESS_FACTOR * 85 - 42 * 65536) * 511 < 65536, "lightness");
 
 constexpr int RECIPROCAL_252 = 33289, SHIFT_252 = 7;

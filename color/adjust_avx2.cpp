@@ -24,7 +24,7 @@ namespace {
 
 const size_t LANE_COUNT = 16;
 typedef __m256i Vector;
-typedef __m256i Truth; // all ones for yes
+typedef __m256i Truth;  // all ones for yes
 typedef __m256 FloatPart;
 
 struct Pixels {
@@ -60,7 +60,7 @@ LANES_INLINE Vector addWhere(Truth truth, Vector a, Vector b)
 
 LANES_INLINE Vector negateWhere(Truth truth, Vector a)
 {
-    return subtract(_mm256_xor_si256(a, truth), truth); // the ones' complement and 1 more
+    return subtract(_mm256_xor_si256(a, truth), truth);  // the ones' complement and 1 more
 }
 
 LANES_INLINE __m256i loadHalves(const uint8_t* low, const uint8_t* high)
@@ -73,8 +73,8 @@ LANES_INLINE __m256i loadHalves(const uint8_t* low, const uint8_t* high)
 // order that a half-wise unpack gives, and that storePixels expects.
 LANES_INLINE Pixels loadPixels(const uint8_t* p)
 {
-    const __m256i first = loadHalves(p, p + 12);       // pixels 0-3 | 4-7
-    const __m256i second = loadHalves(p + 24, p + 32); // pixels 8-11 | 12-15 from byte 4 on
+    const __m256i first = loadHalves(p, p + 12);        // pixels 0-3 | 4-7
+    const __m256i second = loadHalves(p + 24, p + 32);  // pixels 8-11 | 12-15 from byte 4 on
     const __m256i blueGreen1 = _mm256_setr_epi8(0, -1, 3, -1, 6, -1, 9, -1, 1, -1, 4, -1, 7, -1, 10, -1, 0, -1, 3, -1,
                                                 6, -1, 9, -1, 1, -1, 4, -1, 7, -1, 10, -1);
     const __m256i blueGreen2 = _mm256_setr_epi8(0, -1, 3, -1, 6, -1, 9, -1, 1, -1, 4, -1, 7, -1, 10, -1, 4, -1, 7, -1,
@@ -108,7 +108,7 @@ LANES_INLINE void storePixels(uint8_t* p, const Pixels& lanes)
 
 #include "color/adjust_lanes.h"
 
-} // namespace
+}  // namespace
 
 AVX2_CODE void toneBytesAvx2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
                              size_t byteCount)

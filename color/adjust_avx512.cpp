@@ -73,8 +73,8 @@ LANES_INLINE Vector negateWhere(Truth truth, Vector a)
 // numbered 0..127. Loading, the second register begins 32 bytes after the first; storing, the first one
 // holds blue and green bytes in turn, the second one red in its even bytes.
 struct Shuffles {
-    uint8_t blue[64], green[64], red[64]; // every other byte counts
-    uint8_t first[64], last[64];          // stored bytes 0..63 and 64..95
+    uint8_t blue[64], green[64], red[64];  // every other byte counts
+    uint8_t first[64], last[64];           // stored bytes 0..63 and 64..95
 };
 
 constexpr uint8_t loadedByte(int offset)
@@ -124,7 +124,7 @@ LANES_INLINE void storePixels(uint8_t* p, const Pixels& lanes)
 
 #include "color/adjust_lanes.h"
 
-} // namespace
+}  // namespace
 
 AVX512_CODE void toneBytesAvx512(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
                                  size_t byteCount)

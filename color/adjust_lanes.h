@@ -16,7 +16,7 @@
 // ---- tone
 
 struct ToneLine {
-    Vector partSlope, wholeSlope, offset; // the whole slope is 0 or 1
+    Vector partSlope, wholeSlope, offset;  // the whole slope is 0 or 1
 };
 
 LANES_INLINE Vector toneOfLanes(const ToneLine& line, Vector value)
@@ -68,7 +68,7 @@ LANES_INLINE Vector divideRounding(const Floats& numerator, const Floats& diviso
 
 struct Hls {
     Vector hue, lightness, saturation;
-    Truth bright; // the lightness is above 126
+    Truth bright;  // the lightness is above 126
 };
 
 // -252..503 to 0..251: the smaller one of two values, taken as unsigned, is the one that did not wrap.
@@ -96,7 +96,7 @@ LANES_INLINE Hls toHls(const Pixels& in, Vector factor, Vector shift)
     const Floats range = toFloats(subtract(highest, lowest));
 
     const Truth bright = isGreater(sum, all(256));
-    const Vector room = addWhere(bright, negateWhere(bright, sum), all(510)); // sum, or 510 - sum where bright
+    const Vector room = addWhere(bright, negateWhere(bright, sum), all(510));  // sum, or 510 - sum where bright
     const Vector pure = divideRounding(multiplied(range, 252), toFloats(larger(room, all(1))));
     const Vector saturation = shiftRight<7>(multiply(pure, factor));
 
@@ -124,7 +124,7 @@ LANES_INLINE Pixels fromHls(const Hls& in)
     const Vector product = add(multiply(nearer, in.saturation), half);
     const Vector chroma = shiftRight<SHIFT_252>(multiplyHigh(product, all(RECIPROCAL_252)));
     const Vector base = subtract(in.lightness, chroma);
-    const Vector rounding = addWhere(isGreater(in.saturation, all(0)), all(0), all(42)); // none for gray
+    const Vector rounding = addWhere(isGreater(in.saturation, all(0)), all(0), all(42));  // none for gray
 
     const Vector red = subtractDownToZero(distance(in.hue, all(126)), all(42));
     const Vector green = subtractDownToZero(all(84), distance(in.hue, all(84)));

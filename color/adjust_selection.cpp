@@ -31,7 +31,7 @@ static void scaleRow(const uint8_t* sourceRow, int sourceWidth, uint8_t* targetR
         targetRow[1] = sourceRow[1];
         targetRow[2] = sourceRow[2];
         sourceRow += wholeStep;
-        rest += restStep - targetWidth; // never above targetWidth, so that no width overflows
+        rest += restStep - targetWidth;  // never above targetWidth, so that no width overflows
         if (rest >= 0) {
             sourceRow += 3;
         } else {

@@ -16,7 +16,7 @@ namespace {
 
 const size_t LANE_COUNT = 8;
 typedef __m128i Vector;
-typedef __m128i Truth; // all ones for yes
+typedef __m128i Truth;  // all ones for yes
 typedef __m128 FloatPart;
 
 struct Pixels {
@@ -52,7 +52,7 @@ LANES_INLINE Vector addWhere(Truth truth, Vector a, Vector b)
 
 LANES_INLINE Vector negateWhere(Truth truth, Vector a)
 {
-    return subtract(_mm_xor_si128(a, truth), truth); // the ones' complement and 1 more
+    return subtract(_mm_xor_si128(a, truth), truth);  // the ones' complement and 1 more
 }
 
 LANES_INLINE __m128i load4(const uint8_t* bytes)
@@ -101,7 +101,7 @@ LANES_INLINE void storePixels(uint8_t* p, const Pixels& lanes)
 
 #include "color/adjust_lanes.h"
 
-} // namespace
+}  // namespace
 
 void toneBytesSse2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount)
 {

@@ -131,7 +131,8 @@ void layoutContrastDialog(HWND dialog, const RECT& button)
     const int width = widthWithPreview(dialog, height);
     SetWindowPos(dialog, nullptr, onScreen(button.right, width, GetSystemMetrics(SM_CXSCREEN)),
                  onScreen(button.top, height, GetSystemMetrics(SM_CYSCREEN)), width, height, SWP_NOZORDER);
-    for (const AdjustmentBar& bar : bars) setScrollBar(dialog, bar.barId, bar.range, bar.neutral);
+    for (const AdjustmentBar& bar : bars)
+        setScrollBar(dialog, bar.barId, bar.range, bar.neutral);
     RECT client;
     GetClientRect(dialog, &client);
     createContrastPreview(client);
@@ -209,15 +210,9 @@ INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
 }
 
 const DialogRoute routes[] = {
-    {WM_INITDIALOG, onInitDialog},
-    {WM_PAINT, onPaint},
-    {WM_ERASEBKGND, paintFaceBackground},
-    {WM_VSCROLL, onScroll},
-    {WM_COMMAND, onCommand},
-    {WM_NCHITTEST, hitFace},
-    {WM_NCLBUTTONDOWN, grabFace},
-    {WM_NCLBUTTONUP, releaseFace},
-    {WM_DESTROY, onDestroy},
+    {WM_INITDIALOG, onInitDialog}, {WM_PAINT, onPaint},           {WM_ERASEBKGND, paintFaceBackground},
+    {WM_VSCROLL, onScroll},        {WM_COMMAND, onCommand},       {WM_NCHITTEST, hitFace},
+    {WM_NCLBUTTONDOWN, grabFace},  {WM_NCLBUTTONUP, releaseFace}, {WM_DESTROY, onDestroy},
 };
 
 INT_PTR CALLBACK contrastDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)

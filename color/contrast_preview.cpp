@@ -31,7 +31,7 @@ void samplePreview(BitsView preview, BitsView image)
 {
     for (int stored = 0; stored < preview.height; ++stored) {
         const int lagging = stored == 0 ? 0 : limited(scaled(stored - 1, image.height, preview.height), image.height);
-        sampleRow(rowOf(preview, preview.height - 1 - stored), preview.width,
-                  rowOf(image, image.height - 1 - lagging), image.width);
+        sampleRow(rowOf(preview, preview.height - 1 - stored), preview.width, rowOf(image, image.height - 1 - lagging),
+                  image.width);
     }
 }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-static const int HLS_MAX = 252; // a full turn, and the highest lightness and saturation
+static const int HLS_MAX = 252;  // a full turn, and the highest lightness and saturation
 static const int RGB_MAX = 255;
 static const int SIXTH = HLS_MAX / 6;
 static const int THIRD = HLS_MAX / 3;

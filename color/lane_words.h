@@ -72,7 +72,8 @@ LANES_INLINE Vector subtractDownToZero(Vector a, Vector b)
     return LANES(subs_epu16)(a, b);
 }
 
-template <int bits> LANES_INLINE Vector shiftRight(Vector a)
+template <int bits>
+LANES_INLINE Vector shiftRight(Vector a)
 {
     return LANES(srli_epi16)(a, bits);
 }

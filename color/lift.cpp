@@ -5,7 +5,7 @@ static uint8_t pulledToWhite(uint8_t channel, double weight, int times)
 {
     for (int i = 0; i < times; ++i) {
         const uint8_t next = (uint8_t)((1 - weight) * channel + weight * 255);
-        if (next == channel) break; // further passes would repeat it
+        if (next == channel) break;  // further passes would repeat it
         channel = next;
     }
     return channel;

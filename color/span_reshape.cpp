@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-static const int NO_CROSSING = 32766; // the end mark of a row's list, and everything above it
+static const int NO_CROSSING = 32766;  // the end mark of a row's list, and everything above it
 
 struct Span {
     int entry, exit;
@@ -53,7 +53,7 @@ static double stretchOf(const Span& from, const Span& onto)
 struct RowPair {
     const uint8_t *sourcePixels, *sourceMask;
     uint8_t *targetPixels, *targetMask;
-    int sourceLeft, sourceWidth; // image column of the first pixel, pixels
+    int sourceLeft, sourceWidth;  // image column of the first pixel, pixels
     int targetLeft, targetWidth;
 };
 

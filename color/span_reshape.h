@@ -7,7 +7,7 @@
 // Where an outline crosses one image row: x values in pairs (entry, exit), ascending.
 struct RowSpans {
     const int* crossings;
-    int count; // values, not pairs; an odd last one is ignored
+    int count;  // values, not pairs; an odd last one is ignored
 };
 
 // One entry for each image row, from the top.

@@ -69,12 +69,8 @@ static void showChange(HWND window, UINT message)
 {
     switch (message) {
     case BM_SETSTYLE:
-    case WM_STYLECHANGED:
-        muteSystemDrawing(window);
-        break;
-    case WM_SETTEXT:
-        updateTooltip(window);
-        break;
+    case WM_STYLECHANGED: muteSystemDrawing(window); break;
+    case WM_SETTEXT: updateTooltip(window); break;
     case BM_SETSTATE:
     case BM_SETCHECK:
         // Shown at once: the command that follows a click may take its time.
@@ -115,9 +111,15 @@ static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM 
     case WM_CREATE: muteSystemDrawing(window); break;
     case WM_DESTROY: removeFromTooltip(window); break;
     case WM_NCDESTROY: return onNcDestroy(window, button, wp, lp);
-    case WM_ERASEBKGND: if (ours) return 1; break;
-    case WM_PAINT: if (ours) return paintOwnWindow(window, drawButton), 0; break;
-    case WM_PRINTCLIENT: if (ours) return printOwnWindow(window, (HDC)wp, drawButton), 0; break;
+    case WM_ERASEBKGND:
+        if (ours) return 1;
+        break;
+    case WM_PAINT:
+        if (ours) return paintOwnWindow(window, drawButton), 0;
+        break;
+    case WM_PRINTCLIENT:
+        if (ours) return printOwnWindow(window, (HDC)wp, drawButton), 0;
+        break;
     case WM_MOUSEMOVE:
     case WM_LBUTTONDOWN:
     case WM_LBUTTONUP:

@@ -7,9 +7,9 @@ enum ButtonPicture { PICTURE_NORMAL, PICTURE_PRESSED, PICTURE_DISABLED, PICTURE_
 
 // What the library keeps for one control, from WM_NCCREATE to WM_NCDESTROY.
 struct Button {
-    WNDPROC base;                    // the system's button procedure
+    WNDPROC base;                     // the system's button procedure
     HBITMAP pictures[PICTURE_COUNT];  // owned; null where a state has none
-    bool hot;                        // the pointer is over it
+    bool hot;                         // the pointer is over it
 };
 
 BOOL registerButtonClass(HINSTANCE instance);

@@ -14,7 +14,7 @@ struct ButtonLook {
     bool focusShown;   // has the focus, and focus rectangles are shown
     bool prefixShown;  // access keys are underlined; else `text` has no marks for them
     HBITMAP picture;   // null: the caption is drawn
-    bool ownPicture;  // the picture is the one given for this state, no stand-in
+    bool ownPicture;   // the picture is the one given for this state, no stand-in
     wchar_t text[TEXT_LENGTH];
 };
 
@@ -119,8 +119,12 @@ static void drawFace(HDC dc, const RECT& client, const ButtonLook& look)
     } else if (look.checked) {
         // Sunken, and lit with a touch of the selection colour: the tool in use is seen at a glance.
         const int edge = look.disabled ? COLOR_BTNSHADOW : COLOR_HIGHLIGHT;
-        fillColour(dc, client, mixColours(COLOR_BTNHIGHLIGHT, look.disabled ? COLOR_BTNFACE : COLOR_HIGHLIGHT,
-                                          look.disabled ? 50 : look.mixed ? 8 : look.hot ? 24 : 16));
+        fillColour(dc, client,
+                   mixColours(COLOR_BTNHIGHLIGHT, look.disabled ? COLOR_BTNFACE : COLOR_HIGHLIGHT,
+                              look.disabled ? 50
+                              : look.mixed  ? 8
+                              : look.hot    ? 24
+                                            : 16));
         drawFrame(dc, client, mixColours(edge, COLOR_3DDKSHADOW, 30), GetSysColor(edge));
         drawFrame(dc, shrunk(client, 1), shadow, light);
     } else {
@@ -206,7 +210,7 @@ static const DrawKind kinds[BS_TYPEMASK + 1] = {
     drawRadio,  // BS_AUTORADIOBUTTON
     drawPush,   // BS_PUSHBOX
     nullptr,    // BS_OWNERDRAW
-    nullptr, nullptr, nullptr, nullptr,
+    nullptr,   nullptr, nullptr, nullptr,
 };
 
 bool drawnBySystem(LONG style)

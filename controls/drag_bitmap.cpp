@@ -74,7 +74,8 @@ static HRGN shapeOf(const BYTE* bits, SIZE size, COLORREF background)
         for (LONG x = 0; x < size.cx; ++x) {
             if (isColour(row + 3 * x, background)) continue;
             const LONG first = x;
-            while (x < size.cx && !isColour(row + 3 * x, background)) ++x;
+            while (x < size.cx && !isColour(row + 3 * x, background))
+                ++x;
             SetRectRgn(run, first, y, x, y + 1);
             CombineRgn(shape, shape, run, RGN_OR);
         }
@@ -188,8 +189,7 @@ int WINAPI dragBitmap(HWND dialog, HGLOBAL bitmap, const RECT* rect, POINT grab,
     const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(bitmap);
     if (!header) return 0;
     int dropped = 0;
-    if (soundBitmap(header, GlobalSize(bitmap)))
-        dropped = dragLocked(dialog, header, *rect, grab, background);
+    if (soundBitmap(header, GlobalSize(bitmap))) dropped = dragLocked(dialog, header, *rect, grab, background);
     GlobalUnlock(bitmap);
     return dropped;
 }

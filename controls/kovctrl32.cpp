@@ -34,9 +34,7 @@ static BOOL registerClasses(HINSTANCE instance)
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
 {
     switch (reason) {
-    case DLL_PROCESS_ATTACH:
-        DisableThreadLibraryCalls(instance);
-        return registerClasses(instance);
+    case DLL_PROCESS_ATTACH: DisableThreadLibraryCalls(instance); return registerClasses(instance);
     case DLL_PROCESS_DETACH:
         if (processEnds) break;  // the classes go with the process
         unregisterSeparatorClass(instance);

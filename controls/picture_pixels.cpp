@@ -88,8 +88,7 @@ PictureSize fittedSize(PictureSize picture, PictureSize room)
     if (fits && nearlyFills) return picture;
 
     PictureSize size = {room.width, (int)((int64_t)picture.height * room.width / picture.width)};
-    if (size.height > room.height)
-        size = {(int)((int64_t)picture.width * room.height / picture.height), room.height};
+    if (size.height > room.height) size = {(int)((int64_t)picture.width * room.height / picture.height), room.height};
     if (size.width < 1) size.width = 1;
     if (size.height < 1) size.height = 1;
     return size;

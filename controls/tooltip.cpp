@@ -19,8 +19,8 @@ static HWND createTooltip(HWND dialog)
     const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_BAR_CLASSES};
     if (!InitCommonControlsEx(&classes)) return nullptr;
     HWND tooltip = CreateWindowExW(WS_EX_TOPMOST | WS_EX_NOACTIVATE, TOOLTIPS_CLASSW, nullptr,
-                                   WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT, CW_USEDEFAULT,
-                                   CW_USEDEFAULT, CW_USEDEFAULT, dialog, nullptr, nullptr, nullptr);
+                                   WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
+                                   CW_USEDEFAULT, dialog, nullptr, nullptr, nullptr);
     if (tooltip && !SetPropW(dialog, propertyName, tooltip)) {
         DestroyWindow(tooltip);
         tooltip = nullptr;

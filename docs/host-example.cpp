@@ -15,8 +15,9 @@ static HGLOBAL loadBitmapFile(const char* path)
     BITMAPFILEHEADER head = {};
     BITMAPINFOHEADER info = {};
     HGLOBAL image = nullptr;
-    if (fread(&head, sizeof head, 1, file) == 1 && fread(&info, sizeof info, 1, file) == 1 && info.biSize == sizeof info &&
-        info.biBitCount == 24 && info.biCompression == BI_RGB && info.biWidth > 0 && info.biHeight > 0) {
+    if (fread(&head, sizeof head, 1, file) == 1 && fread(&info, sizeof info, 1, file) == 1 &&
+        info.biSize == sizeof info && info.biBitCount == 24 && info.biCompression == BI_RGB && info.biWidth > 0 &&
+        info.biHeight > 0) {
         const size_t stride = ((size_t)info.biWidth * 3 + 3) & ~(size_t)3;
         const size_t pixels = stride * (size_t)info.biHeight;
         if (info.biWidth < 20000 && info.biHeight < 20000) image = GlobalAlloc(GMEM_MOVEABLE, sizeof info + pixels);
@@ -25,7 +26,7 @@ static HGLOBAL loadBitmapFile(const char* path)
         const bool whole = packed && fread(packed + 1, pixels, 1, file) == 1;
         if (packed) {
             *packed = info;
-            GlobalUnlock(image);   // the library locks it itself
+            GlobalUnlock(image);  // the library locks it itself
         }
         if (!whole) image = GlobalFree(image);
     }
@@ -41,7 +42,7 @@ static bool saveBitmapFile(const char* path, HGLOBAL image)
     const size_t stride = ((size_t)packed->biWidth * 3 + 3) & ~(size_t)3;
     const size_t size = sizeof *packed + stride * (size_t)packed->biHeight;
     BITMAPFILEHEADER head = {};
-    head.bfType = 0x4D42;   // "BM"
+    head.bfType = 0x4D42;  // "BM"
     head.bfSize = (DWORD)(sizeof head + size);
     head.bfOffBits = sizeof head + sizeof *packed;
     bool written = fwrite(&head, sizeof head, 1, file) == 1 && fwrite(packed, size, 1, file) == 1;
@@ -78,11 +79,11 @@ int main(int count, char** words)
     HWND window = CreateWindowA("STATIC", "Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1200, 800, nullptr, nullptr,
                                 nullptr, nullptr);
     RECT dialog = editorPlace(image);
-    POINT palette = {20, 60};             // the tool palette's top-left corner
-    const int saved = retouch(window, image, &dialog, &palette);   // returns when the user is done
+    POINT palette = {20, 60};                                     // the tool palette's top-left corner
+    const int saved = retouch(window, image, &dialog, &palette);  // returns when the user is done
     const bool written = saved == 1 && saveBitmapFile("retouched.bmp", image);
     DestroyWindow(window);
-    GlobalFree(image);   // the image has stayed ours
+    GlobalFree(image);  // the image has stayed ours
     FreeLibrary(library);
     puts(written ? "Saved: retouched.bmp" : "Nothing saved.");
     return written ? 0 : 1;

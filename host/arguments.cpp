@@ -7,9 +7,12 @@ HostArguments parseArguments(const std::vector<std::wstring>& arguments)
     for (size_t i = 0; i < arguments.size() && result.problem.empty(); i++) {
         const std::wstring& word = arguments[i];
         if (onlyNames || word.empty() || word[0] != L'-' || word == L"-") {
-            if (word.empty()) result.problem = L"A file name is empty.";
-            else if (!result.photo.empty()) result.problem = L"More than one photo is named: " + word;
-            else result.photo = word;
+            if (word.empty())
+                result.problem = L"A file name is empty.";
+            else if (!result.photo.empty())
+                result.problem = L"More than one photo is named: " + word;
+            else
+                result.photo = word;
         } else if (word == L"--") {
             onlyNames = true;
         } else if (word == L"-h" || word == L"--help") {
@@ -17,9 +20,12 @@ HostArguments parseArguments(const std::vector<std::wstring>& arguments)
         } else if (word == L"--overwrite") {
             result.overwrite = true;
         } else if (word == L"-o" || word == L"--output") {
-            if (i + 1 == arguments.size() || arguments[i + 1].empty()) result.problem = word + L" needs a file name.";
-            else if (!result.output.empty()) result.problem = L"More than one file to write is named: " + arguments[i + 1];
-            else result.output = arguments[++i];
+            if (i + 1 == arguments.size() || arguments[i + 1].empty())
+                result.problem = word + L" needs a file name.";
+            else if (!result.output.empty())
+                result.problem = L"More than one file to write is named: " + arguments[i + 1];
+            else
+                result.output = arguments[++i];
         } else {
             result.problem = L"Unknown option: " + word;
         }

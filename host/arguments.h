@@ -6,10 +6,10 @@
 
 struct HostArguments {
     bool help = false;
-    bool overwrite = false;     // an existing file, the photo itself included, may be replaced
-    std::wstring photo;         // empty: ask with a dialog
-    std::wstring output;        // empty: a name made from the photo's
-    std::wstring problem;       // a sentence when the line cannot be understood, else empty
+    bool overwrite = false;  // an existing file, the photo itself included, may be replaced
+    std::wstring photo;      // empty: ask with a dialog
+    std::wstring output;     // empty: a name made from the photo's
+    std::wstring problem;    // a sentence when the line cannot be understood, else empty
 };
 
 // arguments: without the program's name. After "--" everything is a file name.

@@ -38,7 +38,8 @@ bool editorIsOpen(Editor* editor)
     return editor->canvas && editor->palette;
 }
 
-template <typename Condition> bool waitUntil(Condition holds, DWORD milliseconds)
+template <typename Condition>
+bool waitUntil(Condition holds, DWORD milliseconds)
 {
     const DWORD start = GetTickCount();
     while (!holds()) {
@@ -58,7 +59,7 @@ void settle(const Editor& editor)
                    (!GetUpdateRect(editor.canvas, nullptr, FALSE) && !GetUpdateRect(editor.palette, nullptr, FALSE));
         },
         10000);
-    Sleep(200);   // the display's own way to the screen
+    Sleep(200);  // the display's own way to the screen
 }
 
 void picture(const Editor& editor, const char* name)
@@ -128,7 +129,7 @@ void paintWave(const Editor& editor)
     button(MOUSEEVENTF_LEFTUP);
 }
 
-} // namespace
+}  // namespace
 
 int main()
 {
@@ -137,7 +138,8 @@ int main()
     picture(editor, "opened");
 
     click(GetDlgItem(editor.palette, brushButton), 0.5, 0.5);
-    for (int i = 0; i < 6; i++) click(GetDlgItem(editor.palette, widthBar), 0.75, 0.5);
+    for (int i = 0; i < 6; i++)
+        click(GetDlgItem(editor.palette, widthBar), 0.75, 0.5);
     picture(editor, "brush-chosen");
 
     paintWave(editor);

@@ -42,7 +42,7 @@ int orientationInTiff(const uint8_t* tiff, size_t size)
     return place && place < size ? tiffOrientation(tiff, tiff + place, size - place) : 1;
 }
 
-} // namespace
+}  // namespace
 
 int jpegOrientation(const uint8_t* bytes, size_t size)
 {
@@ -51,7 +51,7 @@ int jpegOrientation(const uint8_t* bytes, size_t size)
     size_t at = 2;
     while (at + 4 <= size && bytes[at] == 0xFF) {
         const int marker = bytes[at + 1];
-        const size_t length = numberAt(file, at + 2, 2);    // counts itself, not the marker
+        const size_t length = numberAt(file, at + 2, 2);  // counts itself, not the marker
         if (marker == 0xDA || length < 2 || length > size - at - 2) return 1;
         const uint8_t* content = bytes + at + 4;
         if (marker == 0xE1 && length >= 8 && memcmp(content, "Exif\0\0", 6) == 0)

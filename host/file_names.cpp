@@ -35,7 +35,7 @@ bool sameLetters(const std::wstring& text, const wchar_t* lowerCase)
     return i == text.size() && !lowerCase[i];
 }
 
-} // namespace
+}  // namespace
 
 PhotoFormat formatOfName(const std::wstring& path)
 {

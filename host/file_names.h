@@ -3,7 +3,7 @@
 
 #include <string>
 
-enum class PhotoFormat { Unknown, Jpeg, Png, Tiff, Bmp };   // the formats that can be written
+enum class PhotoFormat { Unknown, Jpeg, Png, Tiff, Bmp };  // the formats that can be written
 
 // By the extension, letters in either case. Unknown for a format that can be read only, and for none.
 PhotoFormat formatOfName(const std::wstring& path);

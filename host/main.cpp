@@ -28,7 +28,8 @@ std::vector<std::wstring> commandLine()
     std::vector<std::wstring> words;
     int count = 0;
     wchar_t** line = CommandLineToArgvW(GetCommandLineW(), &count);
-    for (int i = 1; line && i < count; i++) words.push_back(line[i]);
+    for (int i = 1; line && i < count; i++)
+        words.push_back(line[i]);
     LocalFree(line);
     return words;
 }
@@ -60,7 +61,8 @@ ExitCode complainAbout(PhotoStatus status, const std::wstring& path)
 std::wstring freeRetouchedName(const std::wstring& photo)
 {
     int number = 1;
-    while (fileExists(retouchedName(photo, number))) number++;
+    while (fileExists(retouchedName(photo, number)))
+        number++;
     return retouchedName(photo, number);
 }
 
@@ -154,8 +156,10 @@ ExitCode saveAsking(HGLOBAL image, const std::wstring& photo)
     std::wstring output = freeRetouchedName(photo);
     for (;;) {
         if (askForOutput(&output)) {
-            if (formatOfName(output) == PhotoFormat::Unknown) complain(L"Only jpg, png, tif and bmp files can be written.");
-            else if (savePhoto(image, photo, output, true) == exitSaved) return exitSaved;
+            if (formatOfName(output) == PhotoFormat::Unknown)
+                complain(L"Only jpg, png, tif and bmp files can be written.");
+            else if (savePhoto(image, photo, output, true) == exitSaved)
+                return exitSaved;
         } else if (MessageBoxW(nullptr, L"Throw the changes away?", L"Retouch", MB_YESNO | MB_ICONQUESTION) == IDYES) {
             return exitNothingSaved;
         }
@@ -202,8 +206,8 @@ ExitCode retouchNamed(const HostArguments& arguments)
         return complainAbout(PhotoStatus::Missing, arguments.photo);
     std::wstring output = arguments.output;
     if (output.empty()) output = arguments.overwrite ? arguments.photo : freeRetouchedName(arguments.photo);
-    ExitCode code = attributes & FILE_ATTRIBUTE_DIRECTORY ? exitSaved
-                                                          : checkOutput(arguments.photo, output, arguments.overwrite);
+    ExitCode code =
+        attributes & FILE_ATTRIBUTE_DIRECTORY ? exitSaved : checkOutput(arguments.photo, output, arguments.overwrite);
     if (code == exitSaved) code = editPhoto(arguments.photo, &image);
     if (code == exitSaved) code = savePhoto(image, arguments.photo, output, arguments.overwrite);
     GlobalFree(image);
@@ -227,7 +231,7 @@ ExitCode run()
     return code;
 }
 
-} // namespace
+}  // namespace
 
 int main()
 {

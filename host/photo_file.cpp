@@ -19,7 +19,8 @@ const int bandRows = 64;
 IWICImagingFactory* imaging;
 bool initialized;
 
-template <typename T> void release(T*& pointer)
+template <typename T>
+void release(T*& pointer)
 {
     if (pointer) pointer->Release();
     pointer = nullptr;
@@ -143,7 +144,8 @@ PhotoStatus decodePhoto(const OpenPhoto& photo, int orientation, HGLOBAL* image)
     const uint32_t size = packedPhotoSize(width, height);
     if (!size || !packedPhotoSize(photo.width, photo.height)) return PhotoStatus::TooLarge;
     IWICBitmapSource* pixels = nullptr;
-    if (FAILED(WICConvertBitmapSource(GUID_WICPixelFormat32bppBGRA, photo.frame, &pixels))) return PhotoStatus::NotAPhoto;
+    if (FAILED(WICConvertBitmapSource(GUID_WICPixelFormat32bppBGRA, photo.frame, &pixels)))
+        return PhotoStatus::NotAPhoto;
 
     PhotoStatus status = PhotoStatus::TooLarge;
     *image = allocatePhoto(size);
@@ -306,7 +308,8 @@ bool streamLength(IStream* stream, size_t* size)
 }
 
 // original: null, or the photo whose profile and camera data go along.
-bool encodeInto(HGLOBAL file, const BITMAPINFOHEADER* header, PhotoFormat format, const OpenPhoto* original, size_t* size)
+bool encodeInto(HGLOBAL file, const BITMAPINFOHEADER* header, PhotoFormat format, const OpenPhoto* original,
+                size_t* size)
 {
     Encoder encoder;
     bool done = openEncoder(format, file, &encoder);
@@ -317,7 +320,7 @@ bool encodeInto(HGLOBAL file, const BITMAPINFOHEADER* header, PhotoFormat format
     return done;
 }
 
-} // namespace
+}  // namespace
 
 bool startImaging()
 {

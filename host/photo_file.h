@@ -7,12 +7,12 @@
 
 enum class PhotoStatus {
     Ok,
-    Missing,        // no such file
-    Unreadable,     // a folder, or access is denied
-    NotAPhoto,      // unknown format, empty or damaged
-    TooLarge,       // more pixels than fit into memory
+    Missing,     // no such file
+    Unreadable,  // a folder, or access is denied
+    NotAPhoto,   // unknown format, empty or damaged
+    TooLarge,    // more pixels than fit into memory
     CannotEncode,
-    NoImaging,      // the system's imaging component is not there
+    NoImaging,  // the system's imaging component is not there
 };
 
 // Once per thread before, and after, the two below. False when the component cannot be had.

@@ -19,12 +19,12 @@ UprightSteps stepsFor(const UprightTarget& target)
     const int width = swapped ? target.fileHeight : target.fileWidth;
     const int height = swapped ? target.fileWidth : target.fileHeight;
     const ptrdiff_t stride = packedRowSize(width);
-    const bool fromRight = target.orientation == 2 || target.orientation == 3 || target.orientation == 6 ||
-                           target.orientation == 7;
-    const bool fromBottom = target.orientation == 3 || target.orientation == 4 || target.orientation == 7 ||
-                            target.orientation == 8;
+    const bool fromRight =
+        target.orientation == 2 || target.orientation == 3 || target.orientation == 6 || target.orientation == 7;
+    const bool fromBottom =
+        target.orientation == 3 || target.orientation == 4 || target.orientation == 7 || target.orientation == 8;
     const ptrdiff_t alongRow = fromRight ? -3 : 3;
-    const ptrdiff_t alongColumn = fromBottom ? stride : -stride;   // rows are stored bottom-up
+    const ptrdiff_t alongColumn = fromBottom ? stride : -stride;  // rows are stored bottom-up
     UprightSteps steps;
     steps.origin = target.bits + (fromBottom ? 0 : (height - 1) * stride) + (fromRight ? (width - 1) * 3 : 0);
     steps.right = swapped ? alongColumn : alongRow;
@@ -37,7 +37,7 @@ uint8_t overWhite(int value, int alpha)
     return (uint8_t)((value * alpha + 255 * (255 - alpha) + 127) / 255);
 }
 
-} // namespace
+}  // namespace
 
 uint32_t packedPhotoSize(int64_t width, int64_t height)
 {
@@ -66,7 +66,8 @@ void placeRowsOverWhite(const UprightTarget& target, const uint8_t* source, ptrd
         const uint8_t* from = source + row * sourceStride;
         uint8_t* to = steps.origin + (firstRow + row) * steps.down;
         for (int column = 0; column < target.fileWidth; column++, from += 4, to += steps.right)
-            for (int channel = 0; channel < 3; channel++) to[channel] = overWhite(from[channel], from[3]);
+            for (int channel = 0; channel < 3; channel++)
+                to[channel] = overWhite(from[channel], from[3]);
     }
 }
 

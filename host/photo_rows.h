@@ -18,8 +18,8 @@ bool orientationSwapsSides(int orientation);
 
 // Where the pixels of a file go in the packed bitmap.
 struct UprightTarget {
-    uint8_t* bits;       // first byte of the pixel rows
-    int fileWidth;       // sides of the picture as the file has it
+    uint8_t* bits;  // first byte of the pixel rows
+    int fileWidth;  // sides of the picture as the file has it
     int fileHeight;
     int orientation;
 };

@@ -7,7 +7,7 @@ namespace {
 const int gapBeside = 8;
 const int comfortableSide = 320;
 const int largestFactor = 8;
-} // namespace
+}  // namespace
 
 ScreenSize clientSizeFor(ScreenSize image, ScreenSize room)
 {
@@ -15,7 +15,8 @@ ScreenSize clientSizeFor(ScreenSize image, ScreenSize room)
     if (image.width > room.width || image.height > room.height) {
         // Which side decides is told by cross-multiplying: image.width / room.width against the heights.
         const bool widthDecides = (int64_t)image.width * room.height >= (int64_t)image.height * room.width;
-        if (widthDecides) return {room.width, (int)std::max<int64_t>((int64_t)image.height * room.width / image.width, 1)};
+        if (widthDecides)
+            return {room.width, (int)std::max<int64_t>((int64_t)image.height * room.width / image.width, 1)};
         return {(int)std::max<int64_t>((int64_t)image.width * room.height / image.height, 1), room.height};
     }
     int factor = std::min(largestFactor, comfortableSide / std::max(image.width, image.height));

@@ -11,7 +11,7 @@ struct ScreenSize {
 };
 
 struct Placement {
-    ScreenBox dialog;              // frame included
+    ScreenBox dialog;  // frame included
     int paletteLeft, paletteTop;
 };
 

@@ -17,18 +17,20 @@ void writeLine(DWORD which, const std::wstring& sentence)
         return;
     }
     std::string bytes(line.size() * 3, '\0');
-    const int size = WideCharToMultiByte(CP_UTF8, 0, line.c_str(), (int)line.size(), &bytes[0], (int)bytes.size(),
-                                         nullptr, nullptr);
+    const int size =
+        WideCharToMultiByte(CP_UTF8, 0, line.c_str(), (int)line.size(), &bytes[0], (int)bytes.size(), nullptr, nullptr);
     WriteFile(output, bytes.data(), (DWORD)size, &written, nullptr);
 }
 
 void report(DWORD which, UINT icon, const std::wstring& sentence)
 {
-    if (inWindows) MessageBoxW(nullptr, sentence.c_str(), L"Retouch", MB_OK | icon);
-    else writeLine(which, sentence);
+    if (inWindows)
+        MessageBoxW(nullptr, sentence.c_str(), L"Retouch", MB_OK | icon);
+    else
+        writeLine(which, sentence);
 }
 
-} // namespace
+}  // namespace
 
 void reportTo(bool windows)
 {
@@ -50,6 +52,7 @@ std::wstring systemErrorText(unsigned long error)
     wchar_t text[512];
     DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text,
                                   512, nullptr);
-    while (length > 0 && (text[length - 1] == L'\n' || text[length - 1] == L'\r' || text[length - 1] == L' ')) length--;
+    while (length > 0 && (text[length - 1] == L'\n' || text[length - 1] == L'\r' || text[length - 1] == L' '))
+        length--;
     return length ? std::wstring(text, length) : L"Error " + std::to_wstring(error) + L".";
 }

@@ -5,12 +5,12 @@
 
 enum ExitCode {
     exitSaved = 0,
-    exitNothingSaved = 1,     // the user closed the editor, or cancelled a file dialog
+    exitNothingSaved = 1,  // the user closed the editor, or cancelled a file dialog
     exitUsage = 2,
-    exitMissing = 3,          // no such photo, a folder, or access denied
-    exitNotAPhoto = 4,        // unknown format or damaged
+    exitMissing = 3,    // no such photo, a folder, or access denied
+    exitNotAPhoto = 4,  // unknown format or damaged
     exitTooLarge = 5,
-    exitNoLibrary = 6,        // KOVRTCH32.dll or the system's imaging component cannot be loaded, no display
+    exitNoLibrary = 6,  // KOVRTCH32.dll or the system's imaging component cannot be loaded, no display
     exitCannotWrite = 7,
 };
 

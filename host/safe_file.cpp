@@ -42,7 +42,7 @@ HANDLE openForIdentity(const std::wstring& path)
                        FILE_FLAG_BACKUP_SEMANTICS, nullptr);
 }
 
-} // namespace
+}  // namespace
 
 bool writeWholeFile(const std::wstring& path, const void* bytes, size_t size, bool replace, unsigned long* error)
 {

@@ -56,7 +56,8 @@ Placement placeSession(HWND host, ScreenSize image)
     // The palette has a fixed size in dialog units; its exact one is known only when it is open.
     const LONG units = GetDialogBaseUnits();
     const ScreenSize palette = {48 * LOWORD(units) / 4 + frame.width, 277 * HIWORD(units) / 8 + frame.height};
-    return placeWindows(image, {(int)client.left, (int)client.top, (int)client.right, (int)client.bottom}, frame, palette);
+    return placeWindows(image, {(int)client.left, (int)client.top, (int)client.right, (int)client.bottom}, frame,
+                        palette);
 }
 
 ScreenSize sizeOfImage(HGLOBAL image)
@@ -67,7 +68,7 @@ ScreenSize sizeOfImage(HGLOBAL image)
     return size;
 }
 
-} // namespace
+}  // namespace
 
 SessionResult runSession(HGLOBAL image, const std::wstring& name)
 {

@@ -7,9 +7,9 @@
 
 struct BitmapBlock {
     HGLOBAL handle;
-    BITMAPINFOHEADER* header; // start of the block
-    uint64_t size;            // bytes in the block, at least a header
-    int width, height;        // as the header says, unchecked
+    BITMAPINFOHEADER* header;  // start of the block
+    uint64_t size;             // bytes in the block, at least a header
+    int width, height;         // as the header says, unchecked
     int bitCount;
 };
 

@@ -204,15 +204,11 @@ int pasteMasked(HGLOBAL destination, HGLOBAL source, HGLOBAL mask, POINT at)
 static int flippableBytesPerPixel(int bitCount)
 {
     switch (bitCount) {
-    case 24:
-        return 3;
+    case 24: return 3;
     case 16:
-    case 15:
-        return 2;
-    case 8:
-        return 1;
-    default:
-        return 0;
+    case 15: return 2;
+    case 8: return 1;
+    default: return 0;
     }
 }
 

@@ -211,7 +211,7 @@ bool scaleNearest(const BitsView& result, const BitsView& source)
     for (int j = 0; j < result.height; j++) {
         uint8_t* to = rowOf(result, result.height - 1 - j);
         if (j > 0 && rows[j] == rows[j - 1]) {
-            memcpy(to, to + result.stride, rowBytes); // the row below: the one written before
+            memcpy(to, to + result.stride, rowBytes);  // the row below: the one written before
         } else if (result.width == source.width) {
             memcpy(to, rowOf(source, source.height - 1 - (int)rows[j]), rowBytes);
         } else {

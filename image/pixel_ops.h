@@ -6,10 +6,10 @@
 
 // What one axis of a clipped copy comes to.
 struct ClippedSpan {
-    bool misses; // nothing to copy; the other fields are 0
-    int count;   // pixels to copy
-    int skipped; // pixels of the placed span that lie before `start`
-    int start;   // first position inside the limit, never negative
+    bool misses;  // nothing to copy; the other fields are 0
+    int count;    // pixels to copy
+    int skipped;  // pixels of the placed span that lie before `start`
+    int start;    // first position inside the limit, never negative
 };
 
 // Places a span of `length` at `position` on an axis of `limit` pixels.

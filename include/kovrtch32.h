@@ -33,4 +33,4 @@
 // adjustment confirmed in the contrast dialog stays.
 //
 // One session at a time in a process; the next call may follow as soon as the first has returned.
-typedef int (WINAPI *RetouchEntry)(HWND parent, HGLOBAL image, RECT* dialogRect, POINT* palettePos);
+typedef int(WINAPI* RetouchEntry)(HWND parent, HGLOBAL image, RECT* dialogRect, POINT* palettePos);

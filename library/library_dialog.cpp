@@ -139,9 +139,15 @@ INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
 }
 
 const DialogRoute routes[] = {
-    {WM_INITDIALOG, onInitDialog},     {WM_GETMINMAXINFO, onGetMinMaxInfo}, {WM_SIZE, onSize},
-    {WM_CTLCOLORDLG, onDialogColour},  {WM_ERASEBKGND, paintFaceBackground}, {WM_DRAWITEM, onDrawItem},
-    {WM_DELETEITEM, onDeleteItem},     {WM_COMMAND, onCommand},             {WM_DESTROY, onDestroy},
+    {WM_INITDIALOG, onInitDialog},
+    {WM_GETMINMAXINFO, onGetMinMaxInfo},
+    {WM_SIZE, onSize},
+    {WM_CTLCOLORDLG, onDialogColour},
+    {WM_ERASEBKGND, paintFaceBackground},
+    {WM_DRAWITEM, onDrawItem},
+    {WM_DELETEITEM, onDeleteItem},
+    {WM_COMMAND, onCommand},
+    {WM_DESTROY, onDestroy},
 };
 
 INT_PTR CALLBACK libraryDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)

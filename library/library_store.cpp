@@ -23,9 +23,9 @@ static bool makeLibraryDirectory()
 
 struct ListFile {
     HANDLE handle;
-    LONGLONG size; // before the save
+    LONGLONG size;  // before the save
     char start[COUNTER_DIGITS];
-    DWORD startLength; // bytes of `start` that were there
+    DWORD startLength;  // bytes of `start` that were there
 };
 
 static bool moveTo(HANDLE file, LONGLONG position)
@@ -81,7 +81,7 @@ static bool openList(ListFile* list)
     if (list->handle == INVALID_HANDLE_VALUE) return false;
     const bool isNew = GetLastError() != ERROR_ALREADY_EXISTS;
     if (readListStart(list, isNew)) return true;
-    if (isNew) { // nothing but a piece of the first line
+    if (isNew) {  // nothing but a piece of the first line
         moveTo(list->handle, 0);
         SetEndOfFile(list->handle);
     }

@@ -5,7 +5,7 @@
 #include <cstddef>
 
 constexpr int COUNTER_DIGITS = 3;
-constexpr size_t LIST_TEXT_SIZE = 32; // characters, enough for every line formatted here
+constexpr size_t LIST_TEXT_SIZE = 32;  // characters, enough for every line formatted here
 
 // The number at the start of a list file of which `length` bytes (at most 3 count) were read: it ends at
 // the first character that is no digit; without any digit it is 0.

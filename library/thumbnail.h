@@ -7,8 +7,8 @@
 // The area of the thumbnail that a selection fills: centred, its shape kept. Margins on both sides are
 // equal, so an odd size gains one column or row; a very long selection may leave no area at all.
 struct ThumbnailArea {
-    int left, top;     // margins
-    int width, height; // even; may be 0
+    int left, top;      // margins
+    int width, height;  // even; may be 0
 };
 ThumbnailArea fitThumbnail(int width, int height);
 

@@ -41,13 +41,13 @@ constexpr uint32_t TIFF_HEADER_BYTES = 8;
 constexpr int DIRECTORY_ENTRIES = 13;
 constexpr uint32_t ENTRY_BYTES = 12;
 constexpr uint32_t DIRECTORY_BYTES = 2 + DIRECTORY_ENTRIES * ENTRY_BYTES + 4;
-constexpr uint32_t SAMPLE_BITS_BYTES = 3 * 2; // three SHORTs, where an image has three samples
+constexpr uint32_t SAMPLE_BITS_BYTES = 3 * 2;  // three SHORTs, where an image has three samples
 constexpr uint32_t RATIONAL_BYTES = 8;
 
 // What follows directory 2 and directory 3 before their strips.
 constexpr uint32_t MASK_HEAD_BYTES = DIRECTORY_BYTES + 2 * RATIONAL_BYTES;
 constexpr uint32_t THUMBNAIL_HEAD_BYTES = DIRECTORY_BYTES + SAMPLE_BITS_BYTES + 2 * RATIONAL_BYTES;
-constexpr uint32_t PIXEL_HEAD_BYTES = TIFF_HEADER_BYTES + THUMBNAIL_HEAD_BYTES; // file header included
+constexpr uint32_t PIXEL_HEAD_BYTES = TIFF_HEADER_BYTES + THUMBNAIL_HEAD_BYTES;  // file header included
 
 static_assert(DIRECTORY_BYTES == 162 && PIXEL_HEAD_BYTES == 192 && MASK_HEAD_BYTES == 178 &&
                   THUMBNAIL_HEAD_BYTES == 184,
@@ -63,12 +63,12 @@ constexpr uint64_t maskRowBytes(uint64_t width)
 }
 
 struct PartPlace {
-    uint32_t directory;   // offset of the directory
-    uint32_t sampleBits;  // offset of the three BitsPerSample values, 0 for the mask, which has none
-    uint32_t xResolution; // offset of the rational; the vertical one follows
-    uint32_t strip;       // offset of the rows
+    uint32_t directory;    // offset of the directory
+    uint32_t sampleBits;   // offset of the three BitsPerSample values, 0 for the mask, which has none
+    uint32_t xResolution;  // offset of the rational; the vertical one follows
+    uint32_t strip;        // offset of the rows
     uint32_t stripBytes;
-    uint32_t nextDirectory; // 0 after the last
+    uint32_t nextDirectory;  // 0 after the last
 };
 
 // Where everything of a selection of width by height lies. False when it cannot be written: a size outside

@@ -64,7 +64,7 @@ struct Entry {
     bool present;
     uint16_t type;
     uint32_t count;
-    uint8_t value[4]; // as in the file
+    uint8_t value[4];  // as in the file
 };
 
 struct Directory {
@@ -226,7 +226,7 @@ static bool readPlaces(const ByteSource& source, const Directory& directory, Sel
         return false;
     }
     if (width == 0 || height == 0) return false;
-    const uint64_t pixels = (uint64_t)width * height; // two 32-bit factors fit
+    const uint64_t pixels = (uint64_t)width * height;  // two 32-bit factors fit
     if (pixels > UINT32_MAX / 3 || pixels * 3 != byteCount || !liesInside(source, offset, byteCount)) return false;
 
     description->width = (int)width;

@@ -10,7 +10,7 @@
 
 // A file of which any piece can be read.
 struct ByteSource {
-    uint64_t size; // bytes in the file
+    uint64_t size;  // bytes in the file
     // Reads exactly `count` bytes at `offset`; both lie inside `size`. False when that fails.
     bool (*read)(void* context, uint64_t offset, void* bytes, uint32_t count);
     void* context;
@@ -18,9 +18,9 @@ struct ByteSource {
 
 // What the first directory says.
 struct SelectionDescription {
-    int width, height; // at least 1; width x height x 3 is no more than the file's length
+    int width, height;  // at least 1; width x height x 3 is no more than the file's length
     int32_t xPelsPerMetre, yPelsPerMetre;
-    uint64_t pixelOffset; // 64 bits: they may lie beyond the file's end
+    uint64_t pixelOffset;  // 64 bits: they may lie beyond the file's end
     uint64_t maskOffset;
     uint64_t thumbnailOffset;
 };

@@ -69,23 +69,16 @@ static const EntryRule entryRules[DIRECTORY_ENTRIES] = {
 static uint32_t variableValue(uint16_t tag, const PartPlace& place, int width, int height)
 {
     switch (tag) {
-    case TAG_IMAGE_WIDTH:
-        return (uint32_t)width;
+    case TAG_IMAGE_WIDTH: return (uint32_t)width;
     case TAG_IMAGE_LENGTH:
-    case TAG_ROWS_PER_STRIP: // the thumbnail too names the selection's height, not its own: that is meant
+    case TAG_ROWS_PER_STRIP:  // the thumbnail too names the selection's height, not its own: that is meant
         return (uint32_t)height;
-    case TAG_BITS_PER_SAMPLE:
-        return place.sampleBits;
-    case TAG_STRIP_OFFSETS:
-        return place.strip;
-    case TAG_STRIP_BYTE_COUNTS:
-        return place.stripBytes;
-    case TAG_X_RESOLUTION:
-        return place.xResolution;
-    case TAG_Y_RESOLUTION:
-        return place.xResolution + RATIONAL_BYTES;
-    default:
-        return 0;
+    case TAG_BITS_PER_SAMPLE: return place.sampleBits;
+    case TAG_STRIP_OFFSETS: return place.strip;
+    case TAG_STRIP_BYTE_COUNTS: return place.stripBytes;
+    case TAG_X_RESOLUTION: return place.xResolution;
+    case TAG_Y_RESOLUTION: return place.xResolution + RATIONAL_BYTES;
+    default: return 0;
     }
 }
 

@@ -11,7 +11,7 @@ struct ByteSink {
 };
 
 struct Resolution {
-    int32_t x, y; // pixels per metre
+    int32_t x, y;  // pixels per metre
 };
 
 // What a file is made from. Image and mask have the same size.
@@ -19,7 +19,7 @@ struct SelectionImages {
     BitsView image;
     BitsView mask;
     Resolution imageResolution;
-    Resolution maskResolution; // the thumbnail's too
+    Resolution maskResolution;  // the thumbnail's too
 };
 
 // True when every byte was taken. False also when the size cannot be written or memory is short; then

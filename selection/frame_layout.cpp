@@ -2,7 +2,7 @@
 
 #include <climits>
 
-enum Side { NEAR_SIDE, FAR_SIDE }; // left or top; right or bottom
+enum Side { NEAR_SIDE, FAR_SIDE };  // left or top; right or bottom
 
 // One side of a button: so many band units and pixels from a side of the frame.
 struct Place {

@@ -9,8 +9,8 @@ enum FrameHit {
     HIT_NONE = 0,
     HIT_INSIDE = 1,
     HIT_APPLY = 3,
-    HIT_FLIP_HORIZONTAL = 6, // left to right
-    HIT_FLIP_VERTICAL = 7,   // top to bottom
+    HIT_FLIP_HORIZONTAL = 6,  // left to right
+    HIT_FLIP_VERTICAL = 7,    // top to bottom
     HIT_DARKER = 8,
     HIT_BRIGHTER = 9,
     HIT_LEFT_EDGE = 10,
@@ -71,7 +71,7 @@ enum FrameOperation {
     OPERATION_APPLY,
     OPERATION_FLIP_VERTICAL,
     OPERATION_FLIP_HORIZONTAL,
-    OPERATION_COLOUR, // adjustSelection
+    OPERATION_COLOUR,  // adjustSelection
 };
 
 // The frame's band: twice the system's frame sizes, converted to image pixels by the caller.
@@ -86,17 +86,17 @@ struct FrameMetrics {
 
 // The five colour parameters of a floating selection.
 struct SelectionAdjust {
-    int brightness; // -100..100, higher is darker
-    int contrast;   // -100..100, higher is flatter
-    int saturation; // 0..100, lower is stronger
-    int hue;        // -127..127
-    int lift;       // 0 and up
+    int brightness;  // -100..100, higher is darker
+    int contrast;    // -100..100, higher is flatter
+    int saturation;  // 0..100, lower is stronger
+    int hue;         // -127..127
+    int lift;        // 0 and up
 };
 
 const SelectionAdjust neutralAdjust = {0, 0, 50, 0, 0};
 
 bool isEmptyRect(PixelRect rect);
-bool rectContains(PixelRect rect, PixelPoint point); // left and top inclusive, right and bottom not
+bool rectContains(PixelRect rect, PixelPoint point);  // left and top inclusive, right and bottom not
 
 // The selection's rectangle with its frame. The sizes are device pixels and go into image pixels
 // unconverted: that is how the frame is meant to be.
@@ -105,7 +105,7 @@ PixelRect frameOuterRectOf(PixelRect rect, FrameMetrics metrics);
 // The uneven gaps of one to four pixels between the buttons are meant.
 FrameButtons layOutFrameButtons(PixelRect outer, BandUnit band);
 
-int hitOfButton(int button); // a FrameHit; HIT_NONE for no button
+int hitOfButton(int button);  // a FrameHit; HIT_NONE for no button
 int hitTestFrame(PixelRect inner, PixelRect outer, const FrameButtons& buttons, BandUnit band, PixelPoint point);
 FrameOperation operationOfHit(int hit);
 

@@ -5,7 +5,7 @@
 #include "selection/outline.h"
 
 struct Move {
-    int dx, dy; // dy downward
+    int dx, dy;  // dy downward
 };
 
 // Counter-clockwise from the upper left, as seen on the screen. The even ones are the diagonals.

@@ -5,10 +5,10 @@
 #include "image/bits_view.h"
 
 enum TraceResult {
-    TRACE_CLOSED,   // back at the start: the only one that gives points
-    TRACE_EMPTY,    // the mask has no inside pixel
-    TRACE_DEAD_END, // no inside neighbour to go on to, as from a single pixel
-    TRACE_ENDLESS,  // the walk goes round without ever coming back to the start
+    TRACE_CLOSED,    // back at the start: the only one that gives points
+    TRACE_EMPTY,     // the mask has no inside pixel
+    TRACE_DEAD_END,  // no inside neighbour to go on to, as from a single pixel
+    TRACE_ENDLESS,   // the walk goes round without ever coming back to the start
     TRACE_NO_MEMORY,
 };
 

@@ -10,17 +10,17 @@
 // Appends a point, image pixels. Both are 0 / null at first. False, and nothing changed, when there is
 // no memory.
 bool appendOutlinePoint(PixelPoint*& points, int& count, PixelPoint point);
-PixelPoint* copyOutlinePoints(const PixelPoint* points, int count); // null for no points or no memory
-void freeOutlinePoints(PixelPoint* points);                         // null is allowed
+PixelPoint* copyOutlinePoints(const PixelPoint* points, int count);  // null for no points or no memory
+void freeOutlinePoints(PixelPoint* points);                          // null is allowed
 
 // Owns its table and its points. All zero: no outline.
 struct Outline {
     RowHead* crossings;
-    PixelPoint* points; // in drawing order, neighbours at most one pixel apart
+    PixelPoint* points;  // in drawing order, neighbours at most one pixel apart
     int pointCount;
-    PixelPoint last;  // the last point given
-    PixelPoint start; // the first one
-    bool incomplete;  // memory ran out on the way: points or crossings are missing
+    PixelPoint last;   // the last point given
+    PixelPoint start;  // the first one
+    bool incomplete;   // memory ran out on the way: points or crossings are missing
 };
 
 // Begins at a point, with a fresh table for an image of `rowCount` rows; what the outline held is
@@ -35,7 +35,7 @@ void extendOutline(Outline& outline, PixelPoint point);
 // release away from the last point leaves the outline open there, and that is meant.
 void closeOutline(Outline& outline, PixelPoint release);
 
-void freeOutline(Outline& outline); // all zero again
+void freeOutline(Outline& outline);  // all zero again
 
 // Starts at the first point, extends by every further one and closes at the last. False, and all zero,
 // when there is no point or not enough memory. The points must not be the ones of the outline itself.

@@ -53,7 +53,7 @@ static PointList everyPixel(const PixelPoint* points, int count)
 }
 
 struct Arc {
-    double from, turn; // radians, clockwise on the screen; at most half a turn either way
+    double from, turn;  // radians, clockwise on the screen; at most half a turn either way
 };
 
 static double angleAt(const BrushDab& dab, PixelPoint point)

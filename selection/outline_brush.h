@@ -10,16 +10,16 @@
 #include "selection/outline.h"
 
 enum BrushResult {
-    BRUSH_MISSED,   // no point inside the circle: nothing to do
-    BRUSH_RESHAPED, // there is a new outline
-    BRUSH_CLEARED,  // all points inside and cut away: nothing of the selection is left
+    BRUSH_MISSED,    // no point inside the circle: nothing to do
+    BRUSH_RESHAPED,  // there is a new outline
+    BRUSH_CLEARED,   // all points inside and cut away: nothing of the selection is left
     BRUSH_NO_MEMORY,
 };
 
 struct BrushDab {
-    PixelPoint centre; // image pixels
-    int radius;        // half the brush's width, pixels
-    bool adds;         // pressed inside the selection: the disk is added; else cut away
+    PixelPoint centre;  // image pixels
+    int radius;         // half the brush's width, pixels
+    bool adds;          // pressed inside the selection: the disk is added; else cut away
 };
 
 // Makes the points of the reshaped outline, whose neighbours may lie apart: replay them. New points are

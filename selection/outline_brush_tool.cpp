@@ -22,8 +22,8 @@ BrushDab dabAt(POINT at)
     int imageWidth, imageHeight;
     if (!lockBitmapInfo(editedImage(), &imageWidth, &imageHeight, nullptr)) return {};
     const int width = (int)session->brushWidth, height = (int)session->brushHeight;
-    const DabPlacement place = placeDab(dabRect({(int)at.x, (int)at.y}, width, height, 1), width, height, imageWidth,
-                                        imageHeight);
+    const DabPlacement place =
+        placeDab(dabRect({(int)at.x, (int)at.y}, width, height, 1), width, height, imageWidth, imageHeight);
     if (!place.visible) return {};
     const PixelRect& r = place.clamped;
     return {{(r.left + r.right) / 2, (r.top + r.bottom) / 2}, place.ruleWidth / 2, session->reshapeFromOutside == 0};

@@ -13,8 +13,8 @@ struct NodeBlock {
 // Lies before head 0.
 struct TableHeader {
     NodeBlock* blocks;
-    RowHead* spare;  // cancelled nodes
-    RowHead** hints; // per head: where a search may begin. Never a node that has been cancelled
+    RowHead* spare;   // cancelled nodes
+    RowHead** hints;  // per head: where a search may begin. Never a node that has been cancelled
     int rowCount;
 };
 
@@ -153,9 +153,9 @@ bool addCrossing(RowHead* table, PixelPoint from, PixelPoint to)
 
 // Where the rows and columns of a table go in a copy of it.
 struct CrossingMap {
-    int64_t rowFactor, rowOffset;       // row -> rowFactor * row + rowOffset
-    int64_t columnFactor, columnOffset; // likewise; a factor of -1 turns the order around
-    int64_t highestColumn;              // larger ones are lowered to it
+    int64_t rowFactor, rowOffset;        // row -> rowFactor * row + rowOffset
+    int64_t columnFactor, columnOffset;  // likewise; a factor of -1 turns the order around
+    int64_t highestColumn;               // larger ones are lowered to it
 };
 
 static int64_t mapColumn(const CrossingMap& map, int32_t x)

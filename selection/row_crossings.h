@@ -14,17 +14,17 @@
 
 #include "image/bits_view.h"
 
-const int32_t crossingEnd = 32766; // ends every row; nothing is stored at or beyond it
+const int32_t crossingEnd = 32766;  // ends every row; nothing is stored at or beyond it
 
 // A head or a crossing: the two look alike.
 struct RowHead {
-    int32_t x; // column, image pixels
+    int32_t x;  // column, image pixels
     RowHead* next;
 };
 
 // An empty table for an image of `rowCount` rows, 0 or more.
 RowHead* createCrossings(int rowCount);
-void freeCrossings(RowHead* table); // null is allowed
+void freeCrossings(RowHead* table);  // null is allowed
 
 // The image rows that the table was made for (its last head is one row below them).
 int crossingRowCount(const RowHead* table);
@@ -57,7 +57,7 @@ struct CrossingSpan {
 //     SpanWalk walk = beginSpans(crossingsOfRow(table, row));
 //     for (CrossingSpan span; nextSpan(walk, span);) ...
 struct SpanWalk {
-    const RowHead* at; // the next span's first crossing; null for no row
+    const RowHead* at;  // the next span's first crossing; null for no row
 };
 
 inline SpanWalk beginSpans(const RowHead* head)

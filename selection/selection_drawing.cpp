@@ -40,7 +40,8 @@ HGLOBAL composite()
     const LockedPixels pixels = lockImage(session->selectionImage), mask = lockImage(session->selectionMask);
     const bool ready = target.locked && image.locked && pixels.locked && mask.locked;
     if (ready) composeSelection(target.view, image.view, pixels.view, mask.view, pixelRectOf(rect));
-    for (const LockedPixels* locked : {&mask, &pixels, &image, &target}) unlockImage(*locked);
+    for (const LockedPixels* locked : {&mask, &pixels, &image, &target})
+        unlockImage(*locked);
     if (ready) return composed;
     if (composed) GlobalFree(composed);
     return nullptr;
@@ -124,8 +125,8 @@ void drawCloseButton(HDC dc)
 void drawHandles(HDC dc)
 {
     SelectObject(dc, GetStockObject(WHITE_BRUSH));
-    for (const RECT* r : {&session->topLeftHandle, &session->topRightHandle, &session->bottomRightHandle,
-                          &session->bottomLeftHandle}) {
+    for (const RECT* r :
+         {&session->topLeftHandle, &session->topRightHandle, &session->bottomRightHandle, &session->bottomLeftHandle}) {
         PatBlt(dc, r->left, r->top, r->right - r->left, r->bottom - r->top, PATCOPY);
     }
 }
@@ -133,10 +134,10 @@ void drawHandles(HDC dc)
 void drawFaces(HDC dc)
 {
     const SessionRecord& s = *session;
-    for (const RECT* r : {&s.applyButton, &s.flipVerticalButton, &s.flipHorizontalButton, &s.brighterButton,
-                          &s.darkerButton, &s.rotateButton, &s.hueDownButton, &s.hueUpButton,
-                          &s.saturationMoreButton, &s.saturationLessButton, &s.contrastMoreButton,
-                          &s.contrastLessButton, &s.liftUpButton, &s.liftDownButton}) {
+    for (const RECT* r :
+         {&s.applyButton, &s.flipVerticalButton, &s.flipHorizontalButton, &s.brighterButton, &s.darkerButton,
+          &s.rotateButton, &s.hueDownButton, &s.hueUpButton, &s.saturationMoreButton, &s.saturationLessButton,
+          &s.contrastMoreButton, &s.contrastLessButton, &s.liftUpButton, &s.liftDownButton}) {
         drawFace(dc, *r);
     }
 }

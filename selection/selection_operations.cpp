@@ -25,7 +25,7 @@ struct Shape {
     RowHead* crossings;
     PixelRect rect;
     HGLOBAL image, mask;
-    HGLOBAL shownImage, shownMask; // copies, to be adjusted in colour
+    HGLOBAL shownImage, shownMask;  // copies, to be adjusted in colour
 };
 
 void freeShape(Shape& shape)
@@ -273,7 +273,7 @@ bool makeRotated(int rotation, Shape& shape)
     return makeTurned(turnAbout(boxOfPoints(session->referencePointsA, session->referencePointCountA), degrees), shape);
 }
 
-} // namespace
+}  // namespace
 
 void runSelectionOperation(HWND canvas, int hit)
 {
@@ -296,7 +296,7 @@ void moveSelectionBy(int dx, int dy)
     }
     const RECT before = session->selectionOuterRect;
     movePoints(session->outlinePoints, session->outlinePointCount, dx, dy);
-    for (int i = 0; i < session->referencePointCountA; ++i) { // unclipped: turning out and back loses nothing
+    for (int i = 0; i < session->referencePointCountA; ++i) {  // unclipped: turning out and back loses nothing
         session->referencePointsA[i].x += dx;
         session->referencePointsA[i].y += dy;
     }

@@ -90,7 +90,7 @@ void dropComposite()
     session->selectionComposite = nullptr;
 }
 
-} // namespace
+}  // namespace
 
 bool replacePoints(PixelPoint*& field, const PixelPoint* from, int count)
 {
@@ -293,7 +293,7 @@ bool storeReference(const ReferenceFields& state)
     return true;
 }
 
-} // namespace
+}  // namespace
 
 bool storeReferenceA()
 {

@@ -72,9 +72,8 @@ void dragBand(HWND canvas, POINT at)
     const int hit = (int)session->selectionHitCode;
     // A frame is never squeezed below the room that its buttons need.
     const BandResize resize = {hit, (metrics.cxFrame + 1) * 6 + 3, metrics.cyFrame * 4 + 3};
-    const PixelRect dragged = hit == HIT_INSIDE
-                                  ? moveBand(band, grab, pointer, pixelRectOf(client), metrics)
-                                  : resizeBand(band, resize, grab, pointer, pixelRectOf(client), metrics);
+    const PixelRect dragged = hit == HIT_INSIDE ? moveBand(band, grab, pointer, pixelRectOf(client), metrics)
+                                                : resizeBand(band, resize, grab, pointer, pixelRectOf(client), metrics);
     invertBand();
     session->trackRect = rectOf(dragged);
     invertBand();
@@ -109,13 +108,14 @@ void invertRotatedFrame(HWND canvas)
 void layRotatedFrame()
 {
     const PixelRect a = pixelRectOf(session->referenceRectA);
-    const PixelPoint corners[5] = {{a.left, a.top}, {a.right, a.top}, {a.right, a.bottom}, {a.left, a.bottom},
-                                   {a.left, a.top}};
+    const PixelPoint corners[5] = {
+        {a.left, a.top}, {a.right, a.top}, {a.right, a.bottom}, {a.left, a.bottom}, {a.left, a.top}};
     const int degrees = addRotation(session->selectionRotation, trackedDegrees(rotationTrack));
     const Turn turn = turnAbout(boxOfPoints(session->referencePointsA, session->referencePointCountA), degrees % 360);
     PixelPoint turned[5];
     turnPoints(corners, 5, turn, turned);
-    for (int i = 0; i < 5; ++i) rotatedFrame[i] = {turned[i].x, turned[i].y};
+    for (int i = 0; i < 5; ++i)
+        rotatedFrame[i] = {turned[i].x, turned[i].y};
 }
 
 void beginRotation(HWND canvas, POINT at)

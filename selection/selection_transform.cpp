@@ -48,7 +48,7 @@ void flipPointsHorizontally(PixelPoint* points, int count)
 
 Turn turnAbout(PointBox box, int degrees)
 {
-    const double angle = degrees * 3.1415926 / 180; // this many digits: turned outlines depend on it
+    const double angle = degrees * 3.1415926 / 180;  // this many digits: turned outlines depend on it
     return Turn{(box.minX + box.maxX) / 2.0, (box.minY + box.maxY) / 2.0, cos(angle), sin(angle)};
 }
 
@@ -213,24 +213,15 @@ struct DraggedSides {
 static DraggedSides draggedSides(int hit)
 {
     switch (hit) {
-    case HIT_LEFT_EDGE:
-        return {true, false, false, false};
-    case HIT_RIGHT_EDGE:
-        return {false, false, true, false};
-    case HIT_TOP_EDGE:
-        return {false, true, false, false};
-    case HIT_BOTTOM_EDGE:
-        return {false, false, false, true};
-    case HIT_TOP_LEFT:
-        return {true, true, false, false};
-    case HIT_TOP_RIGHT:
-        return {false, true, true, false};
-    case HIT_BOTTOM_LEFT:
-        return {true, false, false, true};
-    case HIT_BOTTOM_RIGHT:
-        return {false, false, true, true};
-    default:
-        return {false, false, false, false};
+    case HIT_LEFT_EDGE: return {true, false, false, false};
+    case HIT_RIGHT_EDGE: return {false, false, true, false};
+    case HIT_TOP_EDGE: return {false, true, false, false};
+    case HIT_BOTTOM_EDGE: return {false, false, false, true};
+    case HIT_TOP_LEFT: return {true, true, false, false};
+    case HIT_TOP_RIGHT: return {false, true, true, false};
+    case HIT_BOTTOM_LEFT: return {true, false, false, true};
+    case HIT_BOTTOM_RIGHT: return {false, false, true, true};
+    default: return {false, false, false, false};
     }
 }
 
@@ -254,7 +245,7 @@ struct BandMargins {
 static BandMargins bandMargins(FrameMetrics metrics)
 {
     const int byHeight = 2 * metrics.cyFrame + 1, byWidth = 2 * metrics.cxFrame + 1;
-    return BandMargins{byHeight, byWidth, byHeight}; // tested with one, set with the other: meant
+    return BandMargins{byHeight, byWidth, byHeight};  // tested with one, set with the other: meant
 }
 
 static void keepLeftTop(PixelRect& band, PixelRect client, const BandMargins& margins)

@@ -36,9 +36,9 @@ void turnPoints(const PixelPoint* points, int count, const Turn& turn, PixelPoin
 // ---- pixels of a turned selection
 
 struct PlacedImage {
-    BitsView pixels; // unadjusted
-    BitsView mask;   // the same size; red 0 is inside
-    PixelRect rect;  // its place, image pixels
+    BitsView pixels;  // unadjusted
+    BitsView mask;    // the same size; red 0 is inside
+    PixelRect rect;   // its place, image pixels
 };
 
 // Fills `target` wherever its mask is inside; other pixels become black. Each pixel is turned back into
@@ -57,9 +57,9 @@ void turnPixels(const PlacedImage& target, const PlacedImage& source, const Turn
 // A drag around a centre. Angles are degrees, counter-clockwise positive.
 struct AngleTrack {
     PixelPoint centre;
-    double first, current; // angles of the pointer, -180..180
-    int rounds;            // whole rounds between them
-    bool begun;            // false until the pointer was somewhere else than at the centre
+    double first, current;  // angles of the pointer, -180..180
+    int rounds;             // whole rounds between them
+    bool begun;             // false until the pointer was somewhere else than at the centre
 };
 
 AngleTrack beginAngle(PixelPoint centre, PixelPoint pointer);

@@ -7,4 +7,4 @@
 // One entry for each head of the table, the one below the image included. False, and `spans` all zero,
 // when there is no memory.
 bool makeSpanRows(const RowHead* table, SpanTable& spans);
-void freeSpanRows(SpanTable& spans); // all zero again
+void freeSpanRows(SpanTable& spans);  // all zero again

@@ -20,7 +20,8 @@ int attachButtonPictures(HWND dialog, int tableId, HINSTANCE instance)
     const HGLOBAL block = resource ? LoadResource(instance, resource) : nullptr;
     const void* table = block ? LockResource(block) : nullptr;
     const size_t count = table ? pictureEntryCount(table, SizeofResource(instance, resource)) : 0;
-    for (size_t i = 0; i < count; ++i) attachEntry(dialog, pictureEntry(table, i), instance);
+    for (size_t i = 0; i < count; ++i)
+        attachEntry(dialog, pictureEntry(table, i), instance);
     if (block) FreeResource(block);
     return 1;
 }

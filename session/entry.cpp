@@ -113,8 +113,8 @@ static void runSession(HWND parent)
 static int callSession(HWND parent, SessionArguments& arguments)
 {
     if (!startSession(moduleInstance)) return 0;
-    const HWND dialog = CreateDialogParamA(moduleInstance, MAKEINTRESOURCEA(DIALOG_HOST), parent, hostDialogProc,
-                                           (LPARAM)&arguments);
+    const HWND dialog =
+        CreateDialogParamA(moduleInstance, MAKEINTRESOURCEA(DIALOG_HOST), parent, hostDialogProc, (LPARAM)&arguments);
     const bool started = session->hostDialog && session->canvasWindow;
     if (started) {
         runSession(parent);

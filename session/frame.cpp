@@ -22,7 +22,8 @@ void fillBorder(HDC dc, HBRUSH brush, const FrameMetrics& m)
         {0, m.height - m.fy + 1, m.width, m.height},
         {m.width - m.fy + 1, 0, m.width, m.height},  // the right strip is fy wide, too: meant to be so
     };
-    for (const RECT& strip : strips) FillRect(dc, &strip, brush);
+    for (const RECT& strip : strips)
+        FillRect(dc, &strip, brush);
 }
 
 void drawPath(HDC dc, COLORREF colour, const POINT* points, int count)
@@ -67,7 +68,8 @@ void drawNotches(HDC dc, const FrameMetrics& m, COLORREF colour, int shift)
         {{w, h - g + shift}, {w - m.fx - 1, h - g + shift}},
         {{w - g2 + shift, h}, {w - g2 + shift, h - m.fy - 1}},
     };
-    for (const auto& segment : segments) drawPath(dc, colour, segment);
+    for (const auto& segment : segments)
+        drawPath(dc, colour, segment);
 }
 
 void paintBorder(HWND dialog)

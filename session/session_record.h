@@ -28,124 +28,124 @@ struct DirtyBox {
 #pragma pack(push, 4)  // the double would otherwise round the record up to 1664 bytes
 #endif
 struct SessionRecord {
-    HWND hostDialog;                          // 0: the editing window (dialog 800)
-    HWND canvasWindow;                        // 1: its only child; 0 after the dialog's teardown
-    HWND paletteDialog;                       // 2: tool palette
-    HWND libraryDialog;                       // 3: modeless selections library while it is open
-    uint32_t currentTool;                     // 4: a ToolId; 0 while none is chosen
-    uint32_t frameSizing;                     // 5: 1 when the last non-client press was on the top or bottom border or a corner
-    uint32_t pressActive;                        // 6
-    uint32_t mouseInside;                     // 7: 1 while the pointer is over the canvas
-    HGLOBAL previewSource;                    // 8: contrast dialog: reduced copy of the image
-    HGLOBAL previewImage;                     // 9: contrast dialog: its adjusted copy, the one that is painted
-    uint32_t brushWidth;                      // 10: image pixels, 1..48
-    uint32_t brushHeight;                     // 11: image pixels, 1..48
-    uint32_t brushShape;                      // 12: 0 circle, 1 rectangle
-    COLORREF paintColour;                     // 13
-    COLORREF previewBackground;               // 14: key (transparent) colour of the brush pictures
-    uint32_t opacity;                         // 15: percent; 100 = paint replaces the pixel
-    COLORREF previousColour;                  // 16: paintColour before a colour pick
-    uint32_t outlineIncomplete;               // 17: 1 when memory ran out while the outline was drawn
-    int32_t overlayHideCount;                 // 18: the cursor outline is drawn only while this is above 0
-    uint32_t overlayEnabled;                  // 19
-    HBITMAP saveUnderBitmap;                  // 20: screen pixels under the cursor outline
-    HBITMAP outlineBitmap;                    // 21: brush picture at screen size
-    POINT outlinePos;                         // 22..23: top-left of the picture, host dialog client coordinates
-    RECT trackRect;                           // 24..27: rubber band, host dialog client coordinates
-    POINT trackGrabOffset;                    // 28..29
-    uint32_t trackingSelection;               // 30: 1 while a selection move or resize is dragged
-    ToolSettings toolSettings[TOOL_COUNT];    // 31..150: in slot order, see tool_table.h
-    HGLOBAL brushMask;                        // 151
-    HGLOBAL maskCache;                        // 152: patch picked up by Stamp or Spoonbill
-    HGLOBAL strokeCoverage;                   // 153: 8-bit map: what each pixel has received in this stroke
-    HGLOBAL strokeStartImage;                 // 154: unused, undoSnapshot serves
-    uint32_t edgeMode;                        // 155: 0 Full, 1 Smooth
-    uint32_t maskScale;                       // 156: 1, or 2 for the soft Aerographe
-    POINT clickPoints[2];                     // 157..160: press position, latest position (image pixels)
-    POINT strokePoint;                        // 161..162: newest pointer position, image pixels
-    POINT strokePrevPoint;                    // 163..164: the one before
-    HGLOBAL originalImage;                    // 165: duplicate of the host image, copied back on Close
-    RowHead* rowCrossings;                    // 166
-    int32_t rowCount;                         // 167
-    uint32_t selectionHitCode;                // 168
-    PixelPoint* outlineSnapshot;               // 169
-    PixelPoint* outlinePoints;                 // 170
-    int32_t outlinePointCount;                // 171
-    RECT selectionRect;                       // 172..175: image pixels
-    RECT applyButton;                         // 176..179
-    RECT flipVerticalButton;                  // 180..183
-    RECT flipHorizontalButton;                // 184..187
-    RECT brighterButton;                      // 188..191
-    RECT darkerButton;                        // 192..195
-    RECT topLeftHandle;                       // 196..199
-    RECT topRightHandle;                      // 200..203
-    RECT bottomRightHandle;                   // 204..207
-    RECT bottomLeftHandle;                    // 208..211
-    RECT closeButton;                         // 212..215
-    RECT selectionHomeRect;                   // 216..219: selectionRect when the selection was closed
-    RECT selectionOuterRect;                  // 220..223: selectionRect grown by the frame
-    RowHead* homeCrossings;                   // 224
-    RECT hueDownButton;                       // 225..228
-    RECT hueUpButton;                         // 229..232
-    RECT saturationMoreButton;                // 233..236
-    RECT saturationLessButton;                // 237..240
-    RECT contrastMoreButton;                  // 241..244
-    RECT contrastLessButton;                  // 245..248
-    RECT rotateButton;                        // 249..252
-    RECT liftUpButton;                        // 253..256
-    RECT liftDownButton;                      // 257..260
-    uint32_t rotatingSelection;               // 261
-    POINT rotationCentre;                     // 262..263: host dialog client coordinates
-    double rotationStartAngle;                // 264..265
-    int32_t selectionRotation;                // 266: accumulated whole degrees
-    int32_t rotationDegrees;                  // 267: of the last drag
-    RECT referenceRectB;                      // 268..271
-    PixelPoint* referencePointsA;              // 272
-    RowHead* referenceCrossingsA;             // 273
-    HGLOBAL referenceImageA;                  // 274
-    HGLOBAL referenceMaskA;                   // 275
-    int32_t referencePointCountA;             // 276
-    RECT referenceRectA;                      // 277..280
-    PixelPoint* referencePointsB;              // 281
-    RowHead* referenceCrossingsB;             // 282
-    HGLOBAL referenceImageB;                  // 283
-    HGLOBAL referenceMaskB;                   // 284
-    int32_t referencePointCountB;             // 285
-    POINT outlineLastPoint;                   // 286..287
-    POINT outlineStartPoint;                  // 288..289
-    HGLOBAL selectionImage;                   // 290
-    HGLOBAL selectionImageSource;             // 291
-    HGLOBAL selectionMask;                    // 292
-    HGLOBAL selectionMaskSource;              // 293
-    HBITMAP selectionComposite;               // 294
-    int32_t selectionBrightness;              // 295
-    int32_t selectionContrast;                // 296
-    int32_t selectionSaturation;              // 297
-    int32_t selectionHue;                     // 298
-    int32_t selectionLift;                    // 299
-    uint32_t reshapeFromOutside;              // 300: 0 when the outline brush was pressed inside the selection, else 1
-    uint32_t selectionActive;                 // 301: 1 from the closing of an outline until it is cleared
-    char lastSavedSelection[256];             // 302..365
-    LOGFONTA textFont;                        // 366..380
-    HFONT textFontHandle;                     // 381
-    uint32_t caretCreated;                    // 382
-    int32_t caretX;                           // 383
-    int32_t caretY;                           // 384
-    HGLOBAL textBuffer;                       // 385
-    int32_t caretIndex;                       // 386
-    int32_t textOriginX;                      // 387
-    int32_t textOriginY;                      // 388
-    HBITMAP textStrip;                        // 389
-    UndoStep* undoSteps;                      // 390
-    int32_t undoPosition;                     // 391
-    int32_t undoCount;                        // 392
-    HGLOBAL undoSnapshot;                     // 393: the whole image at the button press
-    DirtyBox dirtyBox;                        // 394..397: dab centres of the current stroke, image pixels
-    uint32_t selectionReshaped;               // 398
-    RECT reshapeRect;                         // 399..402
-    RECT reshapeHomeRect;                     // 403..406
-    RECT frameInnerRect;                      // 407..410
-    RECT frameOuterRect;                      // 411..414
+    HWND hostDialog;             // 0: the editing window (dialog 800)
+    HWND canvasWindow;           // 1: its only child; 0 after the dialog's teardown
+    HWND paletteDialog;          // 2: tool palette
+    HWND libraryDialog;          // 3: modeless selections library while it is open
+    uint32_t currentTool;        // 4: a ToolId; 0 while none is chosen
+    uint32_t frameSizing;        // 5: 1 when the last non-client press was on the top or bottom border or a corner
+    uint32_t pressActive;        // 6
+    uint32_t mouseInside;        // 7: 1 while the pointer is over the canvas
+    HGLOBAL previewSource;       // 8: contrast dialog: reduced copy of the image
+    HGLOBAL previewImage;        // 9: contrast dialog: its adjusted copy, the one that is painted
+    uint32_t brushWidth;         // 10: image pixels, 1..48
+    uint32_t brushHeight;        // 11: image pixels, 1..48
+    uint32_t brushShape;         // 12: 0 circle, 1 rectangle
+    COLORREF paintColour;        // 13
+    COLORREF previewBackground;  // 14: key (transparent) colour of the brush pictures
+    uint32_t opacity;            // 15: percent; 100 = paint replaces the pixel
+    COLORREF previousColour;     // 16: paintColour before a colour pick
+    uint32_t outlineIncomplete;  // 17: 1 when memory ran out while the outline was drawn
+    int32_t overlayHideCount;    // 18: the cursor outline is drawn only while this is above 0
+    uint32_t overlayEnabled;     // 19
+    HBITMAP saveUnderBitmap;     // 20: screen pixels under the cursor outline
+    HBITMAP outlineBitmap;       // 21: brush picture at screen size
+    POINT outlinePos;            // 22..23: top-left of the picture, host dialog client coordinates
+    RECT trackRect;              // 24..27: rubber band, host dialog client coordinates
+    POINT trackGrabOffset;       // 28..29
+    uint32_t trackingSelection;  // 30: 1 while a selection move or resize is dragged
+    ToolSettings toolSettings[TOOL_COUNT];  // 31..150: in slot order, see tool_table.h
+    HGLOBAL brushMask;                      // 151
+    HGLOBAL maskCache;                      // 152: patch picked up by Stamp or Spoonbill
+    HGLOBAL strokeCoverage;                 // 153: 8-bit map: what each pixel has received in this stroke
+    HGLOBAL strokeStartImage;               // 154: unused, undoSnapshot serves
+    uint32_t edgeMode;                      // 155: 0 Full, 1 Smooth
+    uint32_t maskScale;                     // 156: 1, or 2 for the soft Aerographe
+    POINT clickPoints[2];                   // 157..160: press position, latest position (image pixels)
+    POINT strokePoint;                      // 161..162: newest pointer position, image pixels
+    POINT strokePrevPoint;                  // 163..164: the one before
+    HGLOBAL originalImage;                  // 165: duplicate of the host image, copied back on Close
+    RowHead* rowCrossings;                  // 166
+    int32_t rowCount;                       // 167
+    uint32_t selectionHitCode;              // 168
+    PixelPoint* outlineSnapshot;            // 169
+    PixelPoint* outlinePoints;              // 170
+    int32_t outlinePointCount;              // 171
+    RECT selectionRect;                     // 172..175: image pixels
+    RECT applyButton;                       // 176..179
+    RECT flipVerticalButton;                // 180..183
+    RECT flipHorizontalButton;              // 184..187
+    RECT brighterButton;                    // 188..191
+    RECT darkerButton;                      // 192..195
+    RECT topLeftHandle;                     // 196..199
+    RECT topRightHandle;                    // 200..203
+    RECT bottomRightHandle;                 // 204..207
+    RECT bottomLeftHandle;                  // 208..211
+    RECT closeButton;                       // 212..215
+    RECT selectionHomeRect;                 // 216..219: selectionRect when the selection was closed
+    RECT selectionOuterRect;                // 220..223: selectionRect grown by the frame
+    RowHead* homeCrossings;                 // 224
+    RECT hueDownButton;                     // 225..228
+    RECT hueUpButton;                       // 229..232
+    RECT saturationMoreButton;              // 233..236
+    RECT saturationLessButton;              // 237..240
+    RECT contrastMoreButton;                // 241..244
+    RECT contrastLessButton;                // 245..248
+    RECT rotateButton;                      // 249..252
+    RECT liftUpButton;                      // 253..256
+    RECT liftDownButton;                    // 257..260
+    uint32_t rotatingSelection;             // 261
+    POINT rotationCentre;                   // 262..263: host dialog client coordinates
+    double rotationStartAngle;              // 264..265
+    int32_t selectionRotation;              // 266: accumulated whole degrees
+    int32_t rotationDegrees;                // 267: of the last drag
+    RECT referenceRectB;                    // 268..271
+    PixelPoint* referencePointsA;           // 272
+    RowHead* referenceCrossingsA;           // 273
+    HGLOBAL referenceImageA;                // 274
+    HGLOBAL referenceMaskA;                 // 275
+    int32_t referencePointCountA;           // 276
+    RECT referenceRectA;                    // 277..280
+    PixelPoint* referencePointsB;           // 281
+    RowHead* referenceCrossingsB;           // 282
+    HGLOBAL referenceImageB;                // 283
+    HGLOBAL referenceMaskB;                 // 284
+    int32_t referencePointCountB;           // 285
+    POINT outlineLastPoint;                 // 286..287
+    POINT outlineStartPoint;                // 288..289
+    HGLOBAL selectionImage;                 // 290
+    HGLOBAL selectionImageSource;           // 291
+    HGLOBAL selectionMask;                  // 292
+    HGLOBAL selectionMaskSource;            // 293
+    HBITMAP selectionComposite;             // 294
+    int32_t selectionBrightness;            // 295
+    int32_t selectionContrast;              // 296
+    int32_t selectionSaturation;            // 297
+    int32_t selectionHue;                   // 298
+    int32_t selectionLift;                  // 299
+    uint32_t reshapeFromOutside;            // 300: 0 when the outline brush was pressed inside the selection, else 1
+    uint32_t selectionActive;               // 301: 1 from the closing of an outline until it is cleared
+    char lastSavedSelection[256];           // 302..365
+    LOGFONTA textFont;                      // 366..380
+    HFONT textFontHandle;                   // 381
+    uint32_t caretCreated;                  // 382
+    int32_t caretX;                         // 383
+    int32_t caretY;                         // 384
+    HGLOBAL textBuffer;                     // 385
+    int32_t caretIndex;                     // 386
+    int32_t textOriginX;                    // 387
+    int32_t textOriginY;                    // 388
+    HBITMAP textStrip;                      // 389
+    UndoStep* undoSteps;                    // 390
+    int32_t undoPosition;                   // 391
+    int32_t undoCount;                      // 392
+    HGLOBAL undoSnapshot;                   // 393: the whole image at the button press
+    DirtyBox dirtyBox;                      // 394..397: dab centres of the current stroke, image pixels
+    uint32_t selectionReshaped;             // 398
+    RECT reshapeRect;                       // 399..402
+    RECT reshapeHomeRect;                   // 403..406
+    RECT frameInnerRect;                    // 407..410
+    RECT frameOuterRect;                    // 411..414
 };
 
 #ifndef _WIN64

@@ -4,11 +4,11 @@
 #include <windows.h>
 
 // On the host dialog:
-constexpr int PROP_ASPECT_WIDTH = 5;     // client size fixed at the start: the aspect ratio
+constexpr int PROP_ASPECT_WIDTH = 5;  // client size fixed at the start: the aspect ratio
 constexpr int PROP_ASPECT_HEIGHT = 6;
-constexpr int PROP_IMAGE = 7;            // the host's image, a PackedBitmap
+constexpr int PROP_IMAGE = 7;  // the host's image, a PackedBitmap
 constexpr int PROP_CANVAS = 10;
-constexpr int PROP_FORWARD_TARGET = 100; // where WM_COMMAND is posted to; stays null
+constexpr int PROP_FORWARD_TARGET = 100;  // where WM_COMMAND is posted to; stays null
 
 void setWindowProp(HWND window, int key, HANDLE value);
 HANDLE windowProp(HWND window, int key);  // null when it is not set

@@ -90,7 +90,7 @@ bool typeCharacter(const TextLine& line, const char* character, int size)
         memmove(line.buffer + caret + size, line.buffer + next, (size_t)(length - next + 1));
     }
     memcpy(line.buffer + caret, character, (size_t)size);
-    if (caret == length) line.buffer[caret + size] = 0; // what was typed behind the end stays hidden
+    if (caret == length) line.buffer[caret + size] = 0;  // what was typed behind the end stays hidden
     *line.caret += size;
     return true;
 }

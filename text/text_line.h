@@ -1,12 +1,12 @@
 // The line being typed: a zero-terminated byte string in a fixed buffer, and the caret in it.
 //
 // The caret counts bytes, and every step of it and every edit takes a whole character, of one byte or, where the
-// code page has such, of two: no half of a character is ever left in the line. The caret can stand one past the terminator (a click right of the text leaves it
-// there): what is typed there lands behind the terminator and does not show. Nothing is ever read or
-// written outside the buffer.
+// code page has such, of two: no half of a character is ever left in the line. The caret can stand one past the
+// terminator (a click right of the text leaves it there): what is typed there lands behind the terminator and does not
+// show. Nothing is ever read or written outside the buffer.
 #pragma once
 
-constexpr int TEXT_BUFFER_SIZE = 8192; // terminator included
+constexpr int TEXT_BUFFER_SIZE = 8192;  // terminator included
 
 // The bytes that begin a character of two bytes, as the system lists them for a code page: pairs of a first and a
 // last one, ended by a pair of zeros. Without any pair every byte is a character.
@@ -15,7 +15,7 @@ struct LeadBytes {
 };
 
 struct TextLine {
-    char* buffer; // TEXT_BUFFER_SIZE bytes, borrowed
+    char* buffer;  // TEXT_BUFFER_SIZE bytes, borrowed
     int* caret;
     LeadBytes leads = {};
 };
@@ -31,8 +31,8 @@ int previousCharacter(const TextLine& line, int index);
 
 void moveCaretHome(const TextLine& line);
 void moveCaretEnd(const TextLine& line);
-void moveCaretLeft(const TextLine& line);  // not below the start
-void moveCaretRight(const TextLine& line); // not from the end on
+void moveCaretLeft(const TextLine& line);   // not below the start
+void moveCaretRight(const TextLine& line);  // not from the end on
 
 // Shifts the rest right and puts a space at the caret. False (no change) in an empty line, at or behind
 // the end, and when the buffer is full.

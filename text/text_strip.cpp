@@ -57,7 +57,7 @@ HGLOBAL stripPixels()
     return pixels;
 }
 
-} // namespace
+}  // namespace
 
 void createTextFont()
 {
@@ -109,8 +109,7 @@ LeadBytes textLeadBytes()
     closeContext(context);
     // A system with a double-byte code page draws that one's characters with Western fonts, too.
     CHARSETINFO found = {};
-    const bool own =
-        script != ANSI_CHARSET && TranslateCharsetInfo((DWORD*)(DWORD_PTR)script, &found, TCI_SRCCHARSET);
+    const bool own = script != ANSI_CHARSET && TranslateCharsetInfo((DWORD*)(DWORD_PTR)script, &found, TCI_SRCCHARSET);
     CPINFO codePage = {};
     static_assert(sizeof codePage.LeadByte == sizeof leads.ranges);
     if (GetCPInfo(own ? found.ciACP : CP_ACP, &codePage)) memcpy(leads.ranges, codePage.LeadByte, sizeof leads.ranges);

@@ -145,7 +145,7 @@ void enterLine(HWND canvas, const TextLine& line)
 {
     stampLine(canvas);
     const int next = session->textOriginY + textLineHeight();
-    if (next >= bitmapHeight(editedImage())) return; // the last line stays open, and can be stamped again
+    if (next >= bitmapHeight(editedImage())) return;  // the last line stays open, and can be stamped again
     startLineAt(canvas, line, session->textOriginX, next);
 }
 
@@ -202,7 +202,7 @@ bool editByCharacter(const TextLine& line, UINT character)
     return character == VK_BACK && backspace(line);
 }
 
-} // namespace
+}  // namespace
 
 int textClick(HWND canvas, int x, int y)
 {
@@ -278,7 +278,7 @@ void chooseTextFont(HWND palette)
     EnableWindow(session->hostDialog, FALSE);
     if (ChooseFontA(&dialog)) {
         session->brushHeight = (uint32_t)abs((int)font.lfHeight);
-        createTextFont(); // the dialog's heights are negative, the description's (and the settings file's) are not
+        createTextFont();  // the dialog's heights are negative, the description's (and the settings file's) are not
         session->paintColour = dialog.rgbColors;
     }
     EnableWindow(session->hostDialog, TRUE);

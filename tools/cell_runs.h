@@ -6,7 +6,7 @@
 #include "image/vector_bytes.h"
 
 struct CellRun {
-    int first, end; // end is one past the last cell; both 0 before the first run
+    int first, end;  // end is one past the last cell; both 0 before the first run
 };
 
 // First cell from i on whose "is zero" equals `zero`, or count. Sixteen equal ones are passed at once.

@@ -108,12 +108,9 @@ RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to);
 RECT layBrushSegment(const PaintingTool& tool, PixelPoint from, PixelPoint to);
 
 const PaintingTool paintingTools[] = {
-    {TOOL_BRUSH, paintBrush, layBrushSegment, false},
-    {TOOL_SMOOTH, paintSmooth, layDabAtEnd, false},
-    {TOOL_STAMP, paintPatch, layDabAtEnd, true},
-    {TOOL_SPOONBILL, paintPatch, layDabsAlong, true},
-    {TOOL_RUBBER, paintRubber, layDabAtEnd, false},
-    {TOOL_AEROGRAPHE, paintSpray, layDabAtEnd, false},
+    {TOOL_BRUSH, paintBrush, layBrushSegment, false}, {TOOL_SMOOTH, paintSmooth, layDabAtEnd, false},
+    {TOOL_STAMP, paintPatch, layDabAtEnd, true},      {TOOL_SPOONBILL, paintPatch, layDabsAlong, true},
+    {TOOL_RUBBER, paintRubber, layDabAtEnd, false},   {TOOL_AEROGRAPHE, paintSpray, layDabAtEnd, false},
 };
 
 const PaintingTool* findPaintingTool(uint32_t tool)

@@ -16,13 +16,13 @@ PixelRect dabRect(PixelPoint centre, int brushWidth, int brushHeight, int scale)
 // from which soft edges compute their falloff; width and height are what of it lies inside the image,
 // and differ from it in this case only.
 struct DabPlacement {
-    bool visible;               // false: nothing to paint, the other members are 0 (but `clamped`)
+    bool visible;  // false: nothing to paint, the other members are 0 (but `clamped`)
     int imageX, imageY;
     int width, height;
     int maskX, maskY;
     int ruleWidth, ruleHeight;
-    PixelRect clamped;          // the dab's rectangle cut to the image
-    int left, top;              // the dab's corner, wherever it lies
+    PixelRect clamped;  // the dab's rectangle cut to the image
+    int left, top;      // the dab's corner, wherever it lies
 };
 
 // `dab` is the dab's rectangle in image pixels, of which left and top place the mask.

@@ -15,12 +15,12 @@
 // Any 32-bit coordinates will do.
 struct DigitalLine {
     int x, y;
-    int64_t left;         // steps still to go
-    int64_t error;        // twice the distance from the line, in steps of the longer axis
-    int64_t straight;     // added to the error by a step along the longer axis only
-    int64_t diagonal;     // added by a step along both
-    int majorX, majorY;   // a step along the longer axis
-    int minorX, minorY;   // and what a diagonal step moves besides
+    int64_t left;        // steps still to go
+    int64_t error;       // twice the distance from the line, in steps of the longer axis
+    int64_t straight;    // added to the error by a step along the longer axis only
+    int64_t diagonal;    // added by a step along both
+    int majorX, majorY;  // a step along the longer axis
+    int minorX, minorY;  // and what a diagonal step moves besides
 };
 
 DigitalLine beginLine(PixelPoint from, PixelPoint to);

@@ -65,15 +65,9 @@ INT_PTR onDestroy(HWND palette, WPARAM, LPARAM)
 }
 
 const DialogRoute routes[] = {
-    {WM_INITDIALOG, onInitDialog},
-    {WM_COMMAND, onCommand},
-    {WM_HSCROLL, onScroll},
-    {WM_VSCROLL, onScroll},
-    {WM_PAINT, onPaint},
-    {WM_ERASEBKGND, paintFaceBackground},
-    {WM_NCHITTEST, hitFace},
-    {WM_NCLBUTTONDOWN, grabFace},
-    {WM_NCLBUTTONUP, releaseFace},
+    {WM_INITDIALOG, onInitDialog}, {WM_COMMAND, onCommand},      {WM_HSCROLL, onScroll},
+    {WM_VSCROLL, onScroll},        {WM_PAINT, onPaint},          {WM_ERASEBKGND, paintFaceBackground},
+    {WM_NCHITTEST, hitFace},       {WM_NCLBUTTONDOWN, grabFace}, {WM_NCLBUTTONUP, releaseFace},
     {WM_DESTROY, onDestroy},
 };
 

@@ -25,9 +25,15 @@ struct ToolCursor {
 };
 
 const ToolCursor toolCursors[] = {
-    {TOOL_OUTLINE_BRUSH, CURSOR_OUTLINE_BRUSH}, {TOOL_SELECTION, CURSOR_SELECTION}, {TOOL_BRUSH, CURSOR_BRUSH},
-    {TOOL_RUBBER, CURSOR_RUBBER},               {TOOL_AEROGRAPHE, CURSOR_AEROGRAPHE}, {TOOL_STAMP, CURSOR_STAMP},
-    {TOOL_SMOOTH, CURSOR_SMOOTH},               {TOOL_SPOONBILL, CURSOR_SPOONBILL}, {TOOL_TEXT, CURSOR_TEXT},
+    {TOOL_OUTLINE_BRUSH, CURSOR_OUTLINE_BRUSH},
+    {TOOL_SELECTION, CURSOR_SELECTION},
+    {TOOL_BRUSH, CURSOR_BRUSH},
+    {TOOL_RUBBER, CURSOR_RUBBER},
+    {TOOL_AEROGRAPHE, CURSOR_AEROGRAPHE},
+    {TOOL_STAMP, CURSOR_STAMP},
+    {TOOL_SMOOTH, CURSOR_SMOOTH},
+    {TOOL_SPOONBILL, CURSOR_SPOONBILL},
+    {TOOL_TEXT, CURSOR_TEXT},
     {TOOL_COLORS, CURSOR_COLORS},
 };
 
@@ -59,12 +65,14 @@ void hideOutlineOnce()
 
 void hideOutlineFully()
 {
-    while (session->overlayHideCount >= 0) hideOutline(session->canvasWindow);
+    while (session->overlayHideCount >= 0)
+        hideOutline(session->canvasWindow);
 }
 
 void unhideOutline()
 {
-    while (session->overlayHideCount < 0) showOutline(session->canvasWindow);
+    while (session->overlayHideCount < 0)
+        showOutline(session->canvasWindow);
 }
 
 // A command that is not the current tool: the settings of the tool being left are kept, those of the
@@ -153,7 +161,8 @@ void chooseText(HWND palette, int id)
 COLORREF chosenColour(HWND palette)
 {
     COLORREF custom[16];
-    for (COLORREF& colour : custom) colour = session->paintColour;
+    for (COLORREF& colour : custom)
+        colour = session->paintColour;
     CHOOSECOLORA dialog = {};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = palette;

@@ -47,9 +47,9 @@ void makeToolKey(WCHAR (&key)[16], uint32_t number)
 
 FontSettings fontSettings(const LOGFONTA& font)
 {
-    FontSettings settings = {(int)font.lfHeight,   (int)font.lfWeight, font.lfQuality,   font.lfPitchAndFamily,
-                             font.lfItalic,        font.lfUnderline,   font.lfStrikeOut, font.lfCharSet,
-                             {}};
+    FontSettings settings = {(int)font.lfHeight,    (int)font.lfWeight, font.lfQuality,
+                             font.lfPitchAndFamily, font.lfItalic,      font.lfUnderline,
+                             font.lfStrikeOut,      font.lfCharSet,     {}};
     memcpy(settings.face, font.lfFaceName, sizeof settings.face);
     settings.face[sizeof settings.face - 1] = 0;
     return settings;

@@ -27,22 +27,24 @@ uint32_t fieldAt(const char* text, size_t field)
 int formatToolValue(char* text, size_t size, const ToolSettings& s)
 {
     return snprintf(text, size, "%3.3d,%3.3d,%3.3d,%3.3d,%3.3d,%3.3d,%3.3d,%3.3d,%3.3d,%3.3d,%ld", (int)s.shape,
-                    (int)s.edge, (int)s.width, (int)s.height, (int)s.lockLH, (int)s.widthEnabled,
-                    (int)s.heightEnabled, (int)s.showOutline, (int)s.spare, (int)s.opacity, (long)(int)s.colour);
+                    (int)s.edge, (int)s.width, (int)s.height, (int)s.lockLH, (int)s.widthEnabled, (int)s.heightEnabled,
+                    (int)s.showOutline, (int)s.spare, (int)s.opacity, (long)(int)s.colour);
 }
 
 void parseToolValue(const char* text, ToolSettings& s)
 {
     uint32_t* const fields[] = {&s.shape,         &s.edge,        &s.width, &s.height,  &s.lockLH, &s.widthEnabled,
                                 &s.heightEnabled, &s.showOutline, &s.spare, &s.opacity, &s.colour};
-    for (size_t k = 0; k < sizeof fields / sizeof *fields; ++k) *fields[k] = fieldAt(text, k);
+    for (size_t k = 0; k < sizeof fields / sizeof *fields; ++k)
+        *fields[k] = fieldAt(text, k);
 }
 
 void parseLegacyToolValue(const char* text, ToolSettings& s)
 {
     uint32_t* const fields[] = {&s.shape,         &s.width,       &s.height, &s.lockLH,  &s.widthEnabled,
                                 &s.heightEnabled, &s.showOutline, &s.spare,  &s.opacity, &s.colour};
-    for (size_t k = 0; k < sizeof fields / sizeof *fields; ++k) *fields[k] = fieldAt(text, k);
+    for (size_t k = 0; k < sizeof fields / sizeof *fields; ++k)
+        *fields[k] = fieldAt(text, k);
 }
 
 int formatFontValue(char* text, size_t size, const FontSettings& f)
@@ -54,10 +56,11 @@ int formatFontValue(char* text, size_t size, const FontSettings& f)
 
 void parseFontValue(const char* text, FontSettings& f)
 {
-    int* const fields[] = {&f.height, &f.weight,    &f.quality,   &f.pitchAndFamily, &f.italic,
+    int* const fields[] = {&f.height,    &f.weight,    &f.quality, &f.pitchAndFamily, &f.italic,
                            &f.underline, &f.strikeOut, &f.charSet, &f.pitchAndFamily};
     constexpr size_t count = sizeof fields / sizeof *fields;
-    for (size_t k = 0; k < count; ++k) *fields[k] = numberAt(text, k);
+    for (size_t k = 0; k < count; ++k)
+        *fields[k] = numberAt(text, k);
     const char* face = strlen(text) > count * FIELD_WIDTH ? text + count * FIELD_WIDTH : "";
     snprintf(f.face, sizeof f.face, "%s", face);
 }

@@ -86,7 +86,7 @@ static void smoothPiece(uint8_t* pixels, const SmoothSource& source, size_t byte
     uint16_t sums[MOST_SUMS];
     sumColumns(sums, movedBy(source, -3), bytes + 6);
     if (opacity == 100)
-        blurBytes(pixels, sums + 3, bytes); // the pixel itself drops out of the mix
+        blurBytes(pixels, sums + 3, bytes);  // the pixel itself drops out of the mix
     else
         mixBlurredBytes(pixels, source.line, sums + 3, bytes, opacity);
 }

@@ -12,8 +12,8 @@ struct LineSpan {
 // they follow on one another: no picture line between firstY and lastY is without a point.
 struct StrokeSegment {
     const PixelPoint* points;
-    int count;             // at least 1
-    const LineSpan* spans; // for each picture line from firstY on
+    int count;              // at least 1
+    const LineSpan* spans;  // for each picture line from firstY on
     int firstY, lastY;
 };
 

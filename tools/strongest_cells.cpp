@@ -5,7 +5,7 @@
 
 #include "image/vector_bytes.h"
 
-constexpr int NEIGHBOURS = 2; // looked at ahead, and as many behind
+constexpr int NEIGHBOURS = 2;  // looked at ahead, and as many behind
 constexpr int LEAST_POINTS = 32;
 constexpr int UNKNOWN = -1, TOO_MANY = -2;
 

@@ -15,12 +15,12 @@
 // The weights of a whole dab, in a frame of zeros that is as wide as two steps along a line.
 struct WeightGrid {
     uint8_t* memory;
-    uint8_t* first; // cell (0, 0)
+    uint8_t* first;  // cell (0, 0)
     ptrdiff_t stride;
     int width, height;
 };
 
-bool makeWeightGrid(WeightGrid* grid, int width, int height); // all 0; false without memory
+bool makeWeightGrid(WeightGrid* grid, int width, int height);  // all 0; false without memory
 void freeWeightGrid(WeightGrid* grid);
 
 inline uint8_t* weightRow(const WeightGrid& grid, int j)
@@ -29,7 +29,7 @@ inline uint8_t* weightRow(const WeightGrid& grid, int j)
 }
 
 struct StrongestCell {
-    ptrdiff_t at; // from the coverage cell under the dab's corner
+    ptrdiff_t at;  // from the coverage cell under the dab's corner
     uint8_t weight;
 };
 
@@ -44,9 +44,9 @@ struct StrongestSearch {
     const WeightGrid* grid;
     const StrokeSegment* segment;
     ptrdiff_t coverageStride;
-    StrongestCell* memory; // null: every dab is laid whole
-    int room;              // cells for each arrangement
-    int counts[16];        // by the four steps, a bit each: 1 for a diagonal one; UNKNOWN or TOO_MANY
+    StrongestCell* memory;  // null: every dab is laid whole
+    int room;               // cells for each arrangement
+    int counts[16];         // by the four steps, a bit each: 1 for a diagonal one; UNKNOWN or TOO_MANY
 };
 
 // Segments so short that the search would cost more than it saves are laid whole, and so are brushes

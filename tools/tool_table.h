@@ -16,7 +16,7 @@ enum ToolId : uint32_t {
     TOOL_SMOOTH = 121,
     TOOL_SPOONBILL = 122,
     TOOL_TEXT = 123,
-    TOOL_COLORS = 124,         // keeps no settings of its own
+    TOOL_COLORS = 124,  // keeps no settings of its own
 };
 
 enum BrushShape : uint32_t { SHAPE_CIRCLE = 0, SHAPE_RECTANGLE = 1 };
@@ -25,10 +25,10 @@ enum EdgeMode : uint32_t { EDGE_FULL = 0, EDGE_SMOOTH = 1 };
 // What each tool remembers. Twelve 32-bit integers; the order is that of the session record.
 struct ToolSettings {
     uint32_t toolId;
-    uint32_t shape;          // BrushShape
-    uint32_t edge;           // EdgeMode
-    uint32_t showOutline;    // 1: the brush outline follows the pointer while this tool is current
-    uint32_t width;          // brush size in image pixels
+    uint32_t shape;        // BrushShape
+    uint32_t edge;         // EdgeMode
+    uint32_t showOutline;  // 1: the brush outline follows the pointer while this tool is current
+    uint32_t width;        // brush size in image pixels
     uint32_t height;
     uint32_t spare;          // kept and saved, never used
     uint32_t lockLH;         // state of "L = H"

@@ -174,7 +174,12 @@ TEST_F(Buttons, FocusRectangleAndAccessKeysFollowTheKeyboardCues)
 // window show anything but our picture of the state before or after.
 TEST_F(Buttons, TheSystemsLookNeverShows)
 {
-    static const struct { const char* name; UINT message; WPARAM wp; LPARAM lp; } steps[] = {
+    static const struct {
+        const char* name;
+        UINT message;
+        WPARAM wp;
+        LPARAM lp;
+    } steps[] = {
         {"press", BM_SETSTATE, TRUE, 0},          {"release", BM_SETSTATE, FALSE, 0},
         {"check", BM_SETCHECK, BST_CHECKED, 0},   {"uncheck", BM_SETCHECK, BST_UNCHECKED, 0},
         {"text", WM_SETTEXT, 0, (LPARAM)L"BB:X"}, {"focus", WM_SETFOCUS, 0, 0},

@@ -37,7 +37,8 @@ static void putLong(std::vector<BYTE>& to, DWORD value)
 
 static void putText(std::vector<BYTE>& to, const wchar_t* text)
 {
-    do putWord(to, *text);
+    do
+        putWord(to, *text);
     while (*text++);
 }
 
@@ -47,17 +48,20 @@ static std::vector<BYTE> dialogTemplate(const std::vector<ControlSpec>& controls
     putLong(made, WS_POPUP | WS_CAPTION | DS_SETFONT | (visible ? WS_VISIBLE : 0));
     putLong(made, 0);
     putWord(made, (WORD)controls.size());
-    for (WORD value : {200, 150, 180, 100}) putWord(made, value);
+    for (WORD value : {200, 150, 180, 100})
+        putWord(made, value);
     putWord(made, 0);
     putWord(made, 0);
     putText(made, L"Controls");
     putWord(made, 8);
     putText(made, L"Helv");
     for (const ControlSpec& control : controls) {
-        while (made.size() % 4) made.push_back(0);
+        while (made.size() % 4)
+            made.push_back(0);
         putLong(made, control.style | WS_CHILD | WS_VISIBLE);
         putLong(made, 0);
-        for (short value : {control.x, control.y, control.width, control.height}) putWord(made, (WORD)value);
+        for (short value : {control.x, control.y, control.width, control.height})
+            putWord(made, (WORD)value);
         putWord(made, control.id);
         putText(made, control.className);
         putText(made, control.text);
@@ -186,7 +190,8 @@ void clickControl(HWND dialog, int id)
 int Picture::count(uint32_t colour) const
 {
     int found = 0;
-    for (uint32_t pixel : pixels) found += pixel == colour;
+    for (uint32_t pixel : pixels)
+        found += pixel == colour;
     return found;
 }
 
@@ -208,7 +213,8 @@ static Picture drawnBy(HWND control, const std::function<void(HDC, const RECT&)>
     GdiFlush();
     Picture picture = {(int)client.right, (int)client.bottom, {}};
     const uint32_t* pixels = (const uint32_t*)bits;
-    for (LONG i = 0; i < client.right * client.bottom; ++i) picture.pixels.push_back(pixels[i] & 0x00FFFFFF);
+    for (LONG i = 0; i < client.right * client.bottom; ++i)
+        picture.pixels.push_back(pixels[i] & 0x00FFFFFF);
     SelectObject(memory, before);
     DeleteDC(memory);
     DeleteObject(bitmap);
@@ -217,7 +223,8 @@ static Picture drawnBy(HWND control, const std::function<void(HDC, const RECT&)>
 
 Picture printed(HWND control)
 {
-    return drawnBy(control, [&](HDC dc, const RECT&) { SendMessageW(control, WM_PRINTCLIENT, (WPARAM)dc, PRF_CLIENT); });
+    return drawnBy(control,
+                   [&](HDC dc, const RECT&) { SendMessageW(control, WM_PRINTCLIENT, (WPARAM)dc, PRF_CLIENT); });
 }
 
 Picture onScreen(HWND control)

@@ -24,7 +24,7 @@ struct ControlSpec {
     const wchar_t* className;
     const wchar_t* text;
     WORD id;
-    DWORD style;  // WS_CHILD | WS_VISIBLE are added
+    DWORD style;                // WS_CHILD | WS_VISIBLE are added
     short x, y, width, height;  // dialog units
 };
 
@@ -63,8 +63,8 @@ struct Picture {
     int count(uint32_t colour) const;
     bool operator==(const Picture& other) const { return width == other.width && pixels == other.pixels; }
 };
-Picture printed(HWND control);   // what it draws on WM_PRINTCLIENT
-Picture onScreen(HWND control);  // what its window shows
+Picture printed(HWND control);    // what it draws on WM_PRINTCLIENT
+Picture onScreen(HWND control);   // what its window shows
 uint32_t systemPixel(int index);  // a system colour as a pixel
 
 // A bitmap of one colour (0x00RRGGBB), with a frame of the transparent colour.

@@ -23,7 +23,8 @@ static HGLOBAL packedPicture()
     header->biPlanes = 1;
     header->biBitCount = 24;
     BYTE* bits = (BYTE*)(header + 1);
-    for (int y = 0; y < PICTURE_HEIGHT; ++y) memset(bits + y * stride, 192, PICTURE_WIDTH / 2 * 3);
+    for (int y = 0; y < PICTURE_HEIGHT; ++y)
+        memset(bits + y * stride, 192, PICTURE_WIDTH / 2 * 3);
     GlobalUnlock(block);
     return block;
 }
@@ -221,7 +222,10 @@ TEST_F(Drag, DoesNotStartWithoutASoundBitmap)
     EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, nullptr, &place, POINT{1, 1}, background));
     EXPECT_EQ(0, controlLibrary().dragBitmap(nullptr, block, &place, POINT{1, 1}, background));
     EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, block, nullptr, POINT{1, 1}, background));
-    static const struct { const char* name; void (*spoil)(BITMAPINFOHEADER*); } cases[] = {
+    static const struct {
+        const char* name;
+        void (*spoil)(BITMAPINFOHEADER*);
+    } cases[] = {
         {"depth", [](BITMAPINFOHEADER* h) { h->biBitCount = 8; }},
         {"width", [](BITMAPINFOHEADER* h) { h->biWidth = 0; }},
         {"negative height", [](BITMAPINFOHEADER* h) { h->biHeight = -PICTURE_HEIGHT; }},

@@ -35,11 +35,11 @@ TEST(Exports, OnlySystemLibrariesAreImported)
     int count = 0;
     for (; imported->Name; ++imported, ++count) {
         const std::string name = (const char*)base + imported->Name;
-        static const char* const system[] = {"KERNEL32.dll", "USER32.dll",   "GDI32.dll",
-                                             "COMCTL32.dll", "MSIMG32.dll",  "msvcrt.dll",
-                                             "ADVAPI32.dll"};
+        static const char* const system[] = {"KERNEL32.dll", "USER32.dll", "GDI32.dll",   "COMCTL32.dll",
+                                             "MSIMG32.dll",  "msvcrt.dll", "ADVAPI32.dll"};
         bool known = false;
-        for (const char* one : system) known = known || _stricmp(one, name.c_str()) == 0;
+        for (const char* one : system)
+            known = known || _stricmp(one, name.c_str()) == 0;
         EXPECT_TRUE(known) << name;
     }
     EXPECT_GT(count, 2);

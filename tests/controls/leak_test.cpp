@@ -19,7 +19,8 @@ static int bitmapsLeft()
         if (!bitmap) break;
         made.push_back(bitmap);
     }
-    for (HBITMAP bitmap : made) DeleteObject(bitmap);
+    for (HBITMAP bitmap : made)
+        DeleteObject(bitmap);
     return (int)made.size();
 }
 
@@ -40,7 +41,8 @@ static void useDialog()
     ASSERT_TRUE(dialog);
     for (int id : {117, 2, 206}) {
         HWND button = GetDlgItem(dialog, id);
-        for (int state : {0, 1, 2, 0}) controlLibrary().setButtonPicture(button, solidBitmap(4, 4, 0xFF0000), state);
+        for (int state : {0, 1, 2, 0})
+            controlLibrary().setButtonPicture(button, solidBitmap(4, 4, 0xFF0000), state);
         printed(button);
         SendMessageW(button, WM_MOUSEMOVE, 0, MAKELPARAM(2, 2));
         EnableWindow(button, FALSE);
@@ -52,11 +54,13 @@ static void useDialog()
 
 TEST(Leaks, ThousandDialogsLeaveNothingBehind)
 {
-    for (int i = 0; i < 20; ++i) useDialog();  // what is made once is made
+    for (int i = 0; i < 20; ++i)
+        useDialog();  // what is made once is made
     const int bitmapsBefore = bitmapsLeft();
     const size_t heapBefore = heapInUse();
     ASSERT_LT(bitmapsBefore, 1 << 17) << "the count must end somewhere to say anything";
-    for (int i = 0; i < 1000; ++i) useDialog();
+    for (int i = 0; i < 1000; ++i)
+        useDialog();
     EXPECT_GE(bitmapsLeft(), bitmapsBefore - 100);
     EXPECT_LT(heapInUse(), heapBefore + 1000 * sizeof(void*));
 }

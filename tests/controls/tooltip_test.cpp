@@ -92,7 +92,8 @@ TEST_F(Tooltips, AppearUnderThePointer)
 TEST_F(Tooltips, ButtonsWithoutTextHaveNone)
 {
     hover(191);
-    for (HWND tooltip : tooltips()) EXPECT_EQ(L"", tipOf(tooltip, item(191)));
+    for (HWND tooltip : tooltips())
+        EXPECT_EQ(L"", tipOf(tooltip, item(191)));
 }
 
 TEST_F(Tooltips, GoWithTheButton)

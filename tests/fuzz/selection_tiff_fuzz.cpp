@@ -138,7 +138,7 @@ TEST(SelectionTiffFuzz, ADirectoryOf65535EntriesIsReadOnce)
     put(bytes, 4, directory, 4, false);
     bytes.push_back(0xFF);
     bytes.push_back(0xFF);
-    for (int i = 0; i < 65535; ++i) { // the same thirteen entries again and again
+    for (int i = 0; i < 65535; ++i) {  // the same thirteen entries again and again
         const size_t from = firstEntry + (size_t)(i % 13) * 12;
         for (size_t k = 0; k < 12; ++k)
             bytes.push_back(bytes[from + k]);
@@ -175,22 +175,22 @@ TEST(SelectionTiffFuzz, ZeroSizesWrongImagesAndASingleImageAreRefused)
         uint32_t value;
         int size;
     } changes[] = {
-        {0, 'X', 1},                    // neither byte order
-        {4, 0, 4},                      // no directory
-        {nextDirectory, 0, 4},          // a single image
-        {firstEntry + 8, 1, 4},         // not the main image
-        {firstEntry + 12 + 8, 0, 2},    // no width
-        {firstEntry + 24 + 8, 0, 2},    // no height
-        {firstEntry + 36 + 4, 1, 4},    // one sample
-        {170, 16, 2},                   // 16 bits
-        {firstEntry + 48 + 8, 5, 2},    // compressed
-        {firstEntry + 60 + 8, 1, 2},    // gray
-        {firstEntry + 72 + 4, 2, 4},    // two strips
-        {firstEntry + 84 + 8, 4, 2},    // four samples
-        {firstEntry + 108 + 8, 460, 4}, // a byte too many
-        {firstEntry + 120 + 2, 4, 2},   // a resolution that is no rational
-        {firstEntry + 132 + 4, 2, 4},   // two vertical resolutions
-        {firstDirectory, 0xFFFF, 2},    // more entries than the file holds
+        {0, 'X', 1},                     // neither byte order
+        {4, 0, 4},                       // no directory
+        {nextDirectory, 0, 4},           // a single image
+        {firstEntry + 8, 1, 4},          // not the main image
+        {firstEntry + 12 + 8, 0, 2},     // no width
+        {firstEntry + 24 + 8, 0, 2},     // no height
+        {firstEntry + 36 + 4, 1, 4},     // one sample
+        {170, 16, 2},                    // 16 bits
+        {firstEntry + 48 + 8, 5, 2},     // compressed
+        {firstEntry + 60 + 8, 1, 2},     // gray
+        {firstEntry + 72 + 4, 2, 4},     // two strips
+        {firstEntry + 84 + 8, 4, 2},     // four samples
+        {firstEntry + 108 + 8, 460, 4},  // a byte too many
+        {firstEntry + 120 + 2, 4, 2},    // a resolution that is no rational
+        {firstEntry + 132 + 4, 2, 4},    // two vertical resolutions
+        {firstDirectory, 0xFFFF, 2},     // more entries than the file holds
     };
     for (const auto& change : changes) {
         std::vector<uint8_t> bytes = referenceTiff(randomSelection(8, 17, 9));

@@ -38,11 +38,12 @@ Outcome runRetouch(const std::wstring& arguments, const TestFolder& folder)
     const std::vector<uint8_t> bytes = readBytes(log);
     DeleteFileW(log.c_str());
     std::wstring said(bytes.size(), L'\0');
-    said.resize(MultiByteToWideChar(CP_UTF8, 0, (const char*)bytes.data(), (int)bytes.size(), &said[0], (int)said.size()));
+    said.resize(
+        MultiByteToWideChar(CP_UTF8, 0, (const char*)bytes.data(), (int)bytes.size(), &said[0], (int)said.size()));
     return {(int)code, said};
 }
 
-} // namespace
+}  // namespace
 
 TEST(HostCommandLine, HelpIsToldAndIsNoError)
 {

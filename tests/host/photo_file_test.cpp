@@ -67,7 +67,8 @@ int difference(HGLOBAL one, HGLOBAL other)
         const ptrdiff_t stride = packedRowSize(a->biWidth);
         for (int y = 0; y < a->biHeight; y++)
             for (int i = 0; i < a->biWidth * 3; i++)
-                largest = std::max(largest, abs(((const uint8_t*)(a + 1))[y * stride + i] - ((const uint8_t*)(b + 1))[y * stride + i]));
+                largest = std::max(largest, abs(((const uint8_t*)(a + 1))[y * stride + i] -
+                                                ((const uint8_t*)(b + 1))[y * stride + i]));
     }
     GlobalUnlock(one);
     GlobalUnlock(other);
@@ -81,7 +82,7 @@ LONG resolutionOf(HGLOBAL image)
     return value;
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(HostPhotoFile, EveryFormatComesBackAsItWasWritten)
 {
@@ -94,7 +95,7 @@ TEST_F(HostPhotoFile, EveryFormatComesBackAsItWasWritten)
             HGLOBAL back;
             ASSERT_EQ(readPhoto(name.c_str(), &back), PhotoStatus::Ok) << extension << size.cx;
             EXPECT_LE(difference(image, back), lossy ? 8 : 0) << extension << " " << size.cx << " x " << size.cy;
-            EXPECT_NEAR(resolutionOf(back), 11811, 40) << extension;   // 300 dots per inch, which JPEG rounds
+            EXPECT_NEAR(resolutionOf(back), 11811, 40) << extension;  // 300 dots per inch, which JPEG rounds
             GlobalFree(back);
             GlobalFree(image);
         }
@@ -121,8 +122,8 @@ TEST_F(HostPhotoFile, ANotedOrientationTurnsThePhoto)
     const std::wstring name = folder.path + L"a.jpg";
     HGLOBAL image = makePhoto({48, 16}, slope, 0);
     std::vector<uint8_t> file = encoded(image, name);
-    const uint8_t note[] = {0xFF, 0xE1, 0, 34, 'E', 'x', 'i', 'f', 0, 0, 'M', 'M', 0, 42, 0, 0, 0, 8,
-                            0, 1, 1, 0x12, 0, 3, 0, 0, 0, 1, 0, 6, 0, 0, 0, 0, 0, 0};
+    const uint8_t note[] = {0xFF, 0xE1, 0, 34,   'E', 'x', 'i', 'f', 0, 0, 'M', 'M', 0, 42, 0, 0, 0, 8,
+                            0,    1,    1, 0x12, 0,   3,   0,   0,   0, 1, 0,   6,   0, 0,  0, 0, 0, 0};
     file.insert(file.begin() + 2, note, note + sizeof note);
     writeBytes(name, file);
     HGLOBAL back;
@@ -143,7 +144,7 @@ TEST_F(HostPhotoFile, ANotedOrientationTurnsThePhoto)
 TEST_F(HostPhotoFile, ATiffFilesOrientationTurnsThePhoto)
 {
     std::vector<uint8_t> file = {'I', 'I', 42, 0, 12, 0, 0, 0, 0, 128, 255, 0};
-    const uint16_t entries[][3] = {{256, 3, 3}, {257, 3, 1}, {258, 3, 8},  {259, 3, 1}, {262, 3, 1},
+    const uint16_t entries[][3] = {{256, 3, 3}, {257, 3, 1}, {258, 3, 8}, {259, 3, 1}, {262, 3, 1},
                                    {273, 3, 8}, {274, 3, 6}, {277, 3, 1}, {278, 3, 1}, {279, 3, 3}};
     file.push_back((uint8_t)std::size(entries));
     file.push_back(0);
@@ -160,7 +161,7 @@ TEST_F(HostPhotoFile, ATiffFilesOrientationTurnsThePhoto)
     const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(back);
     EXPECT_EQ(header->biWidth, 1);
     EXPECT_EQ(header->biHeight, 3);
-    const uint8_t* bits = (const uint8_t*)(header + 1);   // bottom row first
+    const uint8_t* bits = (const uint8_t*)(header + 1);  // bottom row first
     EXPECT_EQ(bits[0], 255);
     EXPECT_EQ(bits[4], 128);
     EXPECT_EQ(bits[8], 0);

@@ -11,7 +11,7 @@ bool write(const std::wstring& path, bool replace, unsigned long* error)
 {
     return writeWholeFile(path, newBytes.data(), newBytes.size(), replace, error);
 }
-} // namespace
+}  // namespace
 
 TEST(HostSafeFile, WritesANewFileAndNothingElse)
 {

@@ -6,7 +6,7 @@
 #include <vector>
 
 struct TestFolder {
-    std::wstring path;   // with a separator at the end
+    std::wstring path;  // with a separator at the end
     TestFolder();
     ~TestFolder();
 };

@@ -32,8 +32,10 @@ static bool writeSample(const std::string& directory, int width, int height)
     if (!writeSelectionImages(file.sink(), {image.view, mask.view, {11811, 11811}, {0, 0}})) return false;
 
     std::vector<uint8_t> pixels, outside;
-    for (const ReferencePixel& p : selection.image.pixels) pixels.insert(pixels.end(), {p.red, p.green, p.blue});
-    for (const ReferencePixel& p : selection.mask.pixels) outside.push_back(p.red ? 255 : 0);
+    for (const ReferencePixel& p : selection.image.pixels)
+        pixels.insert(pixels.end(), {p.red, p.green, p.blue});
+    for (const ReferencePixel& p : selection.mask.pixels)
+        outside.push_back(p.red ? 255 : 0);
     const std::string name = directory + "/" + std::to_string(width) + "x" + std::to_string(height);
     return save(name + ".tif", file.bytes) && save(name + ".pixels", pixels) && save(name + ".mask", outside) &&
            save(name + ".thumbnail", referenceThumbnail(selection));

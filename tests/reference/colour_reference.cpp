@@ -194,7 +194,8 @@ void reshapeSpans(const Image& source, const Image& sourceMask, Image& target, I
                 const std::vector<int>& from = sourceCrossings[sr];
                 std::vector<size_t> order;  // the span's own pair first, when the rows match
                 if (from.size() / 2 == spans.size() / 2) order.push_back(s);
-                for (size_t p = 0; p + 1 < from.size(); p += 2) order.push_back(p);
+                for (size_t p = 0; p + 1 < from.size(); p += 2)
+                    order.push_back(p);
                 for (size_t p : order) {
                     if (found) break;
                     if (from[p] != 0 && from[p] < 32766 && from[p + 1] != 0 && from[p + 1] < 32766) {
@@ -224,4 +225,4 @@ void reshapeSpans(const Image& source, const Image& sourceMask, Image& target, I
     }
 }
 
-} // namespace reference
+}  // namespace reference

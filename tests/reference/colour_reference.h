@@ -25,7 +25,7 @@ Hls hlsFromRgb(Colour colour);
 Colour rgbFromHls(Hls hls);
 
 Colour adjustedForImage(Colour colour, const Values& values);
-Colour adjustedForSelection(Colour colour, const Values& values); // lift included
+Colour adjustedForSelection(Colour colour, const Values& values);  // lift included
 
 // Rows as they are stored, the bottom row first, each padded to 4 bytes.
 struct Image {
@@ -41,7 +41,7 @@ Image adjustImage(const Image& image, const Values& values);
 void adjustSelection(const Image& source, const Image& sourceMask, Image& target, Image& targetMask,
                      const Values& values);
 
-typedef std::vector<std::vector<int>> Crossings; // per image row, entry and exit in turn
+typedef std::vector<std::vector<int>> Crossings;  // per image row, entry and exit in turn
 
 struct Rect {
     int left, top, right, bottom;
@@ -50,4 +50,4 @@ struct Rect {
 void reshapeSpans(const Image& source, const Image& sourceMask, Image& target, Image& targetMask,
                   const Crossings& sourceCrossings, Rect sourceRect, const Crossings& targetCrossings, Rect targetRect);
 
-} // namespace reference
+}  // namespace reference

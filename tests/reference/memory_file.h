@@ -10,8 +10,8 @@
 struct MemoryFile {
     std::vector<uint8_t> bytes;
     uint64_t reads = 0, bytesRead = 0;
-    uint64_t bytesTaken = UINT64_MAX; // writing fails beyond this many
-    bool outside = false;             // something asked for bytes that are not there
+    uint64_t bytesTaken = UINT64_MAX;  // writing fails beyond this many
+    bool outside = false;              // something asked for bytes that are not there
 
     ByteSource source() { return {bytes.size(), read, this}; }
     ByteSink sink() { return {write, this}; }

@@ -46,7 +46,7 @@ bool ReferenceCrossings::inside(int x, int y) const
     int left = 0, right = 0;
     for (int column : row(y))
         (column <= x ? left : right)++;
-    return left % 2 == 1 && right > 0; // one without a partner selects nothing
+    return left % 2 == 1 && right > 0;  // one without a partner selects nothing
 }
 
 ReferenceBounds ReferenceCrossings::bounds() const
@@ -131,24 +131,12 @@ std::vector<ReferencePoint> randomOutline(std::mt19937& random, int shape, int w
     ReferencePoint pen = {1 + below(width - 2), 1 + below(height - 2)};
     for (int n = 0; n < points; n++) {
         switch (shape % randomOutlineShapes) {
-        case 0:
-            pen = {1 + below(width - 2), 1 + below(height - 2)};
-            break; // crosses itself
-        case 1:
-            pen = {pen.x + below(9) - 4, pen.y + below(9) - 4};
-            break; // wanders
-        case 2:
-            pen = {n % 2 ? width / 2 : 1 + below(width - 2), n % 2 ? height / 2 : 1 + below(height - 2)};
-            break;
-        case 3:
-            pen = {1 + n % (width - 2), height / 2 - n % 2};
-            break; // saw on one row
-        case 4:
-            pen = {width / 2 - n % 2, 1 + n % (height - 2)};
-            break; // and in one column
-        default:
-            pen = {below(2) ? below(width) : below(2) * width, below(2) * height};
-            break; // along the border
+        case 0: pen = {1 + below(width - 2), 1 + below(height - 2)}; break;  // crosses itself
+        case 1: pen = {pen.x + below(9) - 4, pen.y + below(9) - 4}; break;   // wanders
+        case 2: pen = {n % 2 ? width / 2 : 1 + below(width - 2), n % 2 ? height / 2 : 1 + below(height - 2)}; break;
+        case 3: pen = {1 + n % (width - 2), height / 2 - n % 2}; break;                         // saw on one row
+        case 4: pen = {width / 2 - n % 2, 1 + n % (height - 2)}; break;                         // and in one column
+        default: pen = {below(2) ? below(width) : below(2) * width, below(2) * height}; break;  // along the border
         }
         pen = {clampTo(pen.x, width), clampTo(pen.y, height)};
         outline.push_back(pen);

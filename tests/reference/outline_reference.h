@@ -24,12 +24,12 @@ std::vector<ReferencePoint> referenceLine(ReferencePoint from, ReferencePoint to
 // The cells at which an outline crosses rows: cell (row, column) is set or not.
 struct ReferenceCrossings {
     int rowCount, columns;
-    std::vector<std::vector<bool>> cells; // rowCount + 1 rows
+    std::vector<std::vector<bool>> cells;  // rowCount + 1 rows
 
     ReferenceCrossings(int rows, int columnCount);
     void toggle(int row, int column);
     void addStep(ReferencePoint from, ReferencePoint to);
-    std::vector<int> row(int y) const; // columns, ascending
+    std::vector<int> row(int y) const;  // columns, ascending
     bool inside(int x, int y) const;
     ReferenceBounds bounds() const;
 };

@@ -17,8 +17,10 @@ Grid brushGrid(int width, int height, int shape)
             if (x == width - 1 || y == 0) continue;  // the empty column and, after mirroring, the empty top line
             const int drawnRow = height - 1 - y;
             // Doubled distances from the middle of the box less its last column and row.
-            const long long u = std::llabs(2LL * x + 1 - (width - 1)), v = std::llabs(2LL * drawnRow + 1 - (height - 1));
-            const long long uu = u * u, vv = v * v, rx = (width - 1LL) * (width - 1), ry = (height - 1LL) * (height - 1);
+            const long long u = std::llabs(2LL * x + 1 - (width - 1)),
+                            v = std::llabs(2LL * drawnRow + 1 - (height - 1));
+            const long long uu = u * u, vv = v * v, rx = (width - 1LL) * (width - 1),
+                            ry = (height - 1LL) * (height - 1);
             if (shape == 1 || (shape == 0 && uu * ry + vv * rx <= rx * ry)) grid.at(x, y) = 1;
         }
     }
@@ -124,16 +126,15 @@ void layPixel(Scene& scene, const Dab& dab, int x, int y, int maskX, int maskY, 
         return;
     case RUBBER: {
         const Pixel original = underTheBrush(scene.original, dab.left + maskX, dab.top + maskY);
-        pixel = dab.soft ? blendReal(pixel, original, dab.opacity * (1 - fraction))
-                         : blend(pixel, original, dab.opacity);
+        pixel =
+            dab.soft ? blendReal(pixel, original, dab.opacity * (1 - fraction)) : blend(pixel, original, dab.opacity);
         return;
     }
     case SPRAY:
         pixel = dab.soft ? blendReal(pixel, dab.colour, dab.opacity * (1 - std::sqrt(fraction)))
                          : blend(pixel, dab.colour, dab.opacity);
         return;
-    case SMOOTH:
-        return;
+    case SMOOTH: return;
     }
 }
 

@@ -22,7 +22,7 @@ struct Picture {
 
 struct Grid {
     int width, height;
-    std::vector<int> cells;     // top row first
+    std::vector<int> cells;  // top row first
     int& at(int x, int y) { return cells[(size_t)y * width + x]; }
     int at(int x, int y) const { return cells[(size_t)y * width + x]; }
 };
@@ -38,9 +38,9 @@ struct Scene {
 struct Dab {
     Tool tool;
     bool soft;
-    int left, top;        // of the mask on the image
+    int left, top;  // of the mask on the image
     Pixel colour;
-    int opacity;          // percent
+    int opacity;  // percent
 };
 
 // The brush as it lies on the picture (top row first). shape: 0 circle, 1 rectangle.

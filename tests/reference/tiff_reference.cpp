@@ -56,7 +56,7 @@ struct File {
         number(tag, 2);
         number(type, 2);
         number(count, 4);
-        if (type == 3 && count == 1) { // a SHORT takes the first two bytes of the field
+        if (type == 3 && count == 1) {  // a SHORT takes the first two bytes of the field
             number(value, 2);
             number(0, 2);
         } else {
@@ -76,7 +76,7 @@ struct File {
     void add(const std::vector<uint8_t>& more) { bytes.insert(bytes.end(), more.begin(), more.end()); }
 };
 
-} // namespace
+}  // namespace
 
 static void directory(File& file, uint32_t subfile, uint32_t w, uint32_t h, uint32_t bitsCount, uint32_t bits,
                       uint32_t photometric, uint32_t strip, uint32_t samples, uint32_t rowsPerStrip,

@@ -24,7 +24,7 @@ enum ContrastId {
     ID_UNDO_BUTTON = 190,
 };
 
-constexpr int TEMPLATE_HEIGHT = 115; // dialog units
+constexpr int TEMPLATE_HEIGHT = 115;  // dialog units
 constexpr reference::Values NEUTRAL = {0, 0, 50, 0, 0};
 
 typedef std::vector<uint8_t> Block;
@@ -75,7 +75,7 @@ static BOOL CALLBACK findContrastDialog(HWND window, LPARAM lp)
 
 struct Contrast : SessionTest {
     HWND dialog = nullptr;
-    Block before; // the host's image when the session opened
+    Block before;  // the host's image when the session opened
 
     void SetUp() override
     {
@@ -185,7 +185,7 @@ struct Contrast : SessionTest {
 
     void expectShown(const reference::Image& expected)
     {
-        if (expected.width == 0) return; // no room: no preview
+        if (expected.width == 0) return;  // no room: no preview
         const RECT place = previewOnScreen(expected);
         // Of a narrow image's preview the last bar covers a few columns.
         const RECT free = {controlRect(ID_HUE_BAR).right, 0, GetSystemMetrics(SM_CXSCREEN),
@@ -311,7 +311,7 @@ TEST_F(Contrast, DraggedThumbs)
 {
     openDialog();
     for (const int bar : {ID_CONTRAST_BAR, ID_SATURATION_BAR}) {
-        const POINT grip = middleOf(bar); // where the thumb is while the bar is neutral
+        const POINT grip = middleOf(bar);  // where the thumb is while the bar is neutral
         ASSERT_TRUE(movePointer(&host, grip));
         ASSERT_TRUE(pressButton(&host));
         const int contrast = position(ID_CONTRAST_BAR);
@@ -410,7 +410,7 @@ TEST_F(Contrast, OkAdjustsTheWholeImage)
     };
     int width = 61;
     for (const reference::Values& values : settings) {
-        usePhoto(width++, 83, 200, 150); // all four lengths of padding
+        usePhoto(width++, 83, 200, 150);  // all four lengths of padding
         openDialog();
         set(values);
         expectPreview(values);
@@ -496,7 +496,7 @@ TEST_F(Contrast, AdjustedImageIsWhatRubberAndCloseGiveBack)
     ASSERT_TRUE(drawStroke(&host, {{60, 60}}));
     EXPECT_FALSE(adjusted == snapshot(photo));
     ASSERT_TRUE(clickControl(&host, ID_RUBBER_BUTTON));
-    ASSERT_TRUE(drawStroke(&host, {{60, 60}})); // a dab at each event, of the same size
+    ASSERT_TRUE(drawStroke(&host, {{60, 60}}));  // a dab at each event, of the same size
     EXPECT_TRUE(adjusted == snapshot(photo)) << "Rubber must restore the adjusted image";
     ASSERT_TRUE(clickControl(&host, ID_BRUSH));
     ASSERT_TRUE(drawStroke(&host, {{60, 60}, {130, 90}}));
@@ -516,7 +516,7 @@ TEST_F(Contrast, UndoPutsBackTheKeptRectangleOfAnEarlierStroke)
     Block expected = snapshot(photo);
     ASSERT_TRUE(clickControl(&host, ID_UNDO_BUTTON));
     const size_t stride = (size_t)reference::strideOf(photo.width);
-    for (int y = 60 - 9; y < 90 + 10; ++y) { // half a brush, a margin, and below one row more
+    for (int y = 60 - 9; y < 90 + 10; ++y) {  // half a brush, a margin, and below one row more
         const size_t row = sizeof(BITMAPINFOHEADER) + stride * (size_t)(photo.height - 1 - y);
         memcpy(&expected[row + 3 * (60 - 9)], &before[row + 3 * (60 - 9)], 3 * (130 + 9 - (60 - 9)));
     }

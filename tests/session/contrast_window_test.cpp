@@ -9,7 +9,7 @@ enum {
     ID_CONTRAST_CANCEL = 2,
     ID_FIRST_BAR = 101,
     ID_CONTRAST_BUTTON = 114,
-    ID_FIRST_RESET = 150, // 152, 154 and 156 the others
+    ID_FIRST_RESET = 150,  // 152, 154 and 156 the others
 };
 
 constexpr int DRAG_CURSOR = 15001;

@@ -71,8 +71,8 @@ TEST_F(DialogMessages, ErasingLeavesTheWorkToTheCanvas)
         GetUpdateRect(host.canvas, &invalid, FALSE);
     });
     const RECT expected = {9, 19, 41, 51};
-    EXPECT_TRUE(EqualRect(&expected, &invalid)) << invalid.left << ' ' << invalid.top << ' ' << invalid.right << ' '
-                                                << invalid.bottom;
+    EXPECT_TRUE(EqualRect(&expected, &invalid))
+        << invalid.left << ' ' << invalid.top << ' ' << invalid.right << ' ' << invalid.bottom;
     EXPECT_EQ(BLUE, picture.at(20, 30));
 }
 

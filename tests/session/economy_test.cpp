@@ -9,7 +9,7 @@ static ULONGLONG threadTime(HANDLE thread)
     FILETIME created, exited, kernel, user;
     GetThreadTimes(thread, &created, &exited, &kernel, &user);
     return (((ULONGLONG)kernel.dwHighDateTime << 32) | kernel.dwLowDateTime) +
-           (((ULONGLONG)user.dwHighDateTime << 32) | user.dwLowDateTime); // units of 100 ns
+           (((ULONGLONG)user.dwHighDateTime << 32) | user.dwLowDateTime);  // units of 100 ns
 }
 
 // The one sleep that is no wait for a condition: it is the time over which is measured.
@@ -54,7 +54,7 @@ static void runOneSession(SessionTest* test, int number)
 
 TEST_F(Economy, FortySessionsLeaveNothingBehind)
 {
-    for (int i = 0; i < 4; ++i) // the system fills caches of its own at first
+    for (int i = 0; i < 4; ++i)  // the system fills caches of its own at first
         runOneSession(this, i);
     const int memoryBefore = freeMemoryHandles(), graphicsBefore = freeGraphicsHandles();
     for (int i = 0; i < 40; ++i)

@@ -16,7 +16,7 @@ static void fillPhoto(uint8_t* rows, size_t stride, int width, int height, uint3
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             uint8_t* pixel = rows + stride * (size_t)y + (size_t)x * 3;
-            const int shade = ((x / 24 + y / 17) & 1) ? 40 : 0; // hard edges between soft gradients
+            const int shade = ((x / 24 + y / 17) & 1) ? 40 : 0;  // hard edges between soft gradients
             const uint32_t noise = nextRandom(&state);
             pixel[0] = (uint8_t)(x * 190 / width + shade + (noise & 15));
             pixel[1] = (uint8_t)(y * 190 / height + shade + ((noise >> 8) & 15));

@@ -11,9 +11,9 @@ constexpr size_t GUARD_BYTES = 256;
 constexpr uint8_t GUARD_FILL = 0xA5;
 
 struct HostImage {
-    HGLOBAL block; // owned; freed with freeImage
+    HGLOBAL block;  // owned; freed with freeImage
     int width, height, bitCount;
-    size_t bitmapBytes; // header, colour table and rows, without the guard
+    size_t bitmapBytes;  // header, colour table and rows, without the guard
 };
 
 // A photo-like picture: gradients, edges and noise. The same seed gives the same bytes in every build.

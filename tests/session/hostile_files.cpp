@@ -57,15 +57,9 @@ void HostileFiles::lieInEntries(FileBytes& bytes)
         const size_t entry = firstEntry + below(entryCount) * entryBytes;
         const uint32_t value = below(3) ? telling[below(tellingCount)] : (uint32_t)random();
         switch (below(4)) {
-        case 0:
-            put(bytes, entry + 2, value, 2);
-            break;
-        case 1:
-            put(bytes, entry + 4, value, 4);
-            break;
-        default:
-            put(bytes, entry + 8, value, 4);
-            break;
+        case 0: put(bytes, entry + 2, value, 2); break;
+        case 1: put(bytes, entry + 4, value, 4); break;
+        default: put(bytes, entry + 8, value, 4); break;
         }
     }
 }
@@ -85,31 +79,19 @@ void HostileFiles::lieAboutSizes(FileBytes& bytes)
 void HostileFiles::moveDirectory(FileBytes& bytes)
 {
     put(bytes, 4, below(2) ? below(bytes.size() + 8) : telling[below(tellingCount)], 4);
-    if (below(2)) put(bytes, 8, telling[below(tellingCount)], 2); // how many entries
+    if (below(2)) put(bytes, 8, telling[below(tellingCount)], 2);  // how many entries
 }
 
 FileBytes HostileFiles::next()
 {
     FileBytes bytes = sound[below(sound.size())];
     switch (below(7)) {
-    case 0:
-        cut(bytes);
-        break;
-    case 1:
-        turnBits(bytes);
-        break;
-    case 2:
-        lieInEntries(bytes);
-        break;
-    case 3:
-        lieAboutSizes(bytes);
-        break;
-    case 4:
-        moveDirectory(bytes);
-        break;
-    case 5:
-        bytes[below(2)] ^= 'I' ^ 'M';
-        break;
+    case 0: cut(bytes); break;
+    case 1: turnBits(bytes); break;
+    case 2: lieInEntries(bytes); break;
+    case 3: lieAboutSizes(bytes); break;
+    case 4: moveDirectory(bytes); break;
+    case 5: bytes[below(2)] ^= 'I' ^ 'M'; break;
     default:
         turnBits(bytes);
         lieInEntries(bytes);

@@ -11,7 +11,7 @@ typedef std::vector<uint8_t> FileBytes;
 // other but not with the file, directories in odd places, both byte orders.
 struct HostileFiles {
     std::mt19937 random;
-    std::vector<FileBytes> sound; // what the others are made from
+    std::vector<FileBytes> sound;  // what the others are made from
 
     explicit HostileFiles(unsigned seed);
     FileBytes next();

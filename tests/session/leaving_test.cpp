@@ -175,7 +175,7 @@ TEST_F(Leaving, SaveAfterCloseByTitleBarOfAnEarlierSession)
     saveAndCheck();
     EXPECT_FALSE(before == snapshot(photo));
     usePhoto(300, 200);
-    openAndPaint(); // and the 1 of that Save is not repeated
+    openAndPaint();  // and the 1 of that Save is not repeated
     PostMessageA(host.dialog, WM_CLOSE, 0, 0);
     expectClosed();
 }

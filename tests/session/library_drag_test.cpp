@@ -3,7 +3,7 @@
 #include "tests/session/library_fixture.h"
 #include "tests/session/screen_part.h"
 
-constexpr POINT AWAY = {700, 1000}; // on the desktop
+constexpr POINT AWAY = {700, 1000};  // on the desktop
 
 struct LibraryDrag : LibrarySession {
     ReferenceSelection selection = roundSelection(11, 90, 64);
@@ -76,7 +76,7 @@ struct LibraryDrag : LibrarySession {
     // The canvas shows what it showed before, and nothing has become current.
     void expectNothingHappened(const reference::Image& shown)
     {
-        ASSERT_TRUE(placePointer(&host, AWAY)); // there the brush has no outline
+        ASSERT_TRUE(placePointer(&host, AWAY));  // there the brush has no outline
         EXPECT_FALSE(floats());
         EXPECT_TRUE(isChecked(host, ID_BRUSH));
         // The session looks every few milliseconds whether the pointer has left, and takes its outline away then.
@@ -140,10 +140,10 @@ TEST_F(LibraryDrag, DroppedOutsideTheEditingWindowDoesNothing)
     GetWindowRect(host.palette, &palette);
     const RECT item = storedRect(host, 0);
     const POINT outside[] = {
-        {700, 800},                                               // the desktop
-        {window.left + 100, window.top + 1},                      // the editing window's frame
-        {(palette.left + palette.right) / 2, palette.bottom - 3}, // the palette
-        {(item.left + item.right) / 2, item.bottom + 40},         // the list itself
+        {700, 800},                                                // the desktop
+        {window.left + 100, window.top + 1},                       // the editing window's frame
+        {(palette.left + palette.right) / 2, palette.bottom - 3},  // the palette
+        {(item.left + item.right) / 2, item.bottom + 40},          // the list itself
     };
     for (POINT at : outside) {
         ASSERT_TRUE(dragStored(&host, 0, at));
@@ -176,7 +176,7 @@ TEST_F(LibraryDrag, DroppedOnTheLibrarysOwnWindowOverTheImageDoesNothing)
     putFile(1, referenceTiff(selection));
     ASSERT_TRUE(openOver(600, 400));
     ASSERT_TRUE(clickControl(&host, ID_BRUSH));
-    ASSERT_TRUE(toggleLibraryWindow(&host)); // opens over the image
+    ASSERT_TRUE(toggleLibraryWindow(&host));  // opens over the image
     const RECT item = storedRect(host, 0);
     ASSERT_TRUE(dragStored(&host, 0, {(item.left + item.right) / 2, item.bottom + 60}));
     EXPECT_FALSE(floats());
@@ -200,7 +200,7 @@ TEST_F(LibraryDrag, CancelledDoesNothing)
 
     ASSERT_TRUE(grabStored(&host, 0));
     ASSERT_TRUE(placePointer(&host, onCanvas(host, 300, 200)));
-    runOnHost(&host, [] { ReleaseCapture(); }); // as when another program comes to the front
+    runOnHost(&host, [] { ReleaseCapture(); });  // as when another program comes to the front
     ASSERT_TRUE(waitUntil("the drag to be given up", gone));
     ASSERT_TRUE(releaseButton(&host));
     expectNothingHappened(shown);
@@ -218,7 +218,7 @@ TEST_F(LibraryDrag, APressBesideThePictureSelectsWithoutADrag)
     EXPECT_FALSE(dragPicture(host));
     EXPECT_EQ(0, currentStored(host));
     ASSERT_TRUE(releaseButton(&host));
-    ASSERT_TRUE(placePointer(&host, {item.left + 30, item.bottom + 30})); // below the last one
+    ASSERT_TRUE(placePointer(&host, {item.left + 30, item.bottom + 30}));  // below the last one
     ASSERT_TRUE(pressButton(&host));
     EXPECT_FALSE(dragPicture(host));
     ASSERT_TRUE(releaseButton(&host));
@@ -234,7 +234,7 @@ TEST_F(LibraryDrag, APressSoonAfterAnotherDragsWhatLiesThereNow)
     ASSERT_TRUE(clickStored(&host, 0));
     SendMessageA(libraryList(host), LB_SETTOPINDEX, 5, 0);
     ASSERT_TRUE(settle(&host));
-    ASSERT_TRUE(pressButton(&host)); // on a slow machine a plain one
+    ASSERT_TRUE(pressButton(&host));  // on a slow machine a plain one
     EXPECT_TRUE(dragPicture(host));
     EXPECT_EQ(5, currentStored(host));
     ASSERT_TRUE(releaseButton(&host));
@@ -244,7 +244,7 @@ TEST_F(LibraryDrag, NearABorderItIsPushedInsideByOnePixel)
 {
     struct {
         POINT drop;
-        int dx, dy; // then moved to where its frame can be reached
+        int dx, dy;  // then moved to where its frame can be reached
     } const cases[] = {{{2, 3}, 150, 120}, {{597, 396}, -150, -120}, {{0, 399}, 160, -110}};
     for (const auto& one : cases) {
         ASSERT_TRUE(openWithStored(600, 400));
@@ -331,7 +331,7 @@ TEST_F(LibraryDrag, SavedPlacedAndAppliedAtTheSameSpotChangesNothing)
     ASSERT_TRUE(openOver(600, 400));
     ASSERT_TRUE(toggleLibraryWindow(&host));
     ASSERT_TRUE(moveLibraryAside(&host));
-    const Corners star = {{200, 100}, {320, 260}, {180, 170}, {330, 150}, {210, 280}}; // crosses itself
+    const Corners star = {{200, 100}, {320, 260}, {180, 170}, {330, 150}, {210, 280}};  // crosses itself
     const DrawnSelection drawn = drawnSelection(image(), star);
     ASSERT_TRUE(draw(star));
     ASSERT_TRUE(clickInLibrary(&host, ID_LIBRARY_SAVE));

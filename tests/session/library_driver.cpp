@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-constexpr POINT ASIDE = {900, 100}; // where moveLibraryAside puts the window
+constexpr POINT ASIDE = {900, 100};  // where moveLibraryAside puts the window
 
 // ---- the window
 

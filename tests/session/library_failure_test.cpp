@@ -10,13 +10,13 @@ static const Corners pentagon = {{100, 100}, {200, 80}, {260, 200}, {150, 240}, 
 
 // How the disk fails.
 enum WriteFailure {
-    FAILS_ONCE, // one write
-    STAYS_FULL, // that one and all that follow
-    TAKES_HALF, // that one takes half of its bytes
+    FAILS_ONCE,  // one write
+    STAYS_FULL,  // that one and all that follow
+    TAKES_HALF,  // that one takes half of its bytes
 };
 
 static WriteFailure failure;
-static int writesLeft; // before it fails
+static int writesLeft;  // before it fails
 static int writesSeen;
 
 static BOOL WINAPI writeToBadDisk(HANDLE file, LPCVOID bytes, DWORD count, LPDWORD written, LPOVERLAPPED overlapped)
@@ -152,7 +152,7 @@ static void useLibrary(FailingLibrary* test)
     }
     ASSERT_TRUE(clickInLibrary(host, ID_LIBRARY_SAVE));
     ASSERT_TRUE(toggleLibraryWindow(host));
-    ASSERT_TRUE(clickControl(host, ID_BRUSH)); // drops what floats
+    ASSERT_TRUE(clickControl(host, ID_BRUSH));  // drops what floats
 }
 
 TEST_F(FailingLibrary, NothingIsLeftBehind)
@@ -162,7 +162,7 @@ TEST_F(FailingLibrary, NothingIsLeftBehind)
         putFile(i, i % 4 ? files.next() : referenceTiff(roundSelection((unsigned)i, 40, 30)));
     ASSERT_TRUE(writeFileBytes(listFile(), {'0', '9', '9', '\r', '\n'}));
     ASSERT_TRUE(openOver(600, 400));
-    for (int i = 0; i < 2; ++i) // the system fills caches of its own at first
+    for (int i = 0; i < 2; ++i)  // the system fills caches of its own at first
         ASSERT_NO_FATAL_FAILURE(useLibrary(this));
     const int memoryBefore = freeMemoryHandles(), graphicsBefore = freeGraphicsHandles();
     for (int i = 0; i < 10; ++i)

@@ -5,7 +5,7 @@
 
 #include "tests/session/screen_part.h"
 
-constexpr int ITEM_MARGIN = 6; // between a list item's border and its picture
+constexpr int ITEM_MARGIN = 6;  // between a list item's border and its picture
 
 void LibrarySession::TearDown()
 {
@@ -55,7 +55,7 @@ bool LibrarySession::clickApply(RECT rect)
     GetClientRect(host.canvas, &client);
     const int frameX = GetSystemMetrics(SM_CXFRAME), frameY = GetSystemMetrics(SM_CYFRAME);
     const double scaleX = (double)client.right / photo.width, scaleY = (double)client.bottom / photo.height;
-    const double band = 2 * frameX / scaleX; // the frame's band unit in image pixels
+    const double band = 2 * frameX / scaleX;  // the frame's band unit in image pixels
     const double x = rect.left - (2 * frameX + 1) + 4 * band + 4, y = rect.top - (2 * frameY + 1) + frameY / scaleY;
     return movePointerOnCanvas(&host, (int)(x * scaleX), (int)(y * scaleY)) && pressButton(&host) &&
            releaseButton(&host);

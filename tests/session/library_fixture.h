@@ -10,7 +10,7 @@
 typedef std::vector<ReferencePoint> Corners;
 
 struct LibrarySession : SessionTest {
-    FileBytes before; // the host's image when the session opened
+    FileBytes before;  // the host's image when the session opened
 
     void TearDown() override;
 

@@ -6,7 +6,7 @@
 static const Corners pentagon = {{100, 100}, {200, 80}, {260, 200}, {150, 240}, {90, 160}};
 static const Corners triangle = {{40, 50}, {120, 60}, {70, 130}};
 
-constexpr int SAVES = 25; // of each program
+constexpr int SAVES = 25;  // of each program
 constexpr DWORD PROCESS_LIMIT_MS = 60000;
 
 // How the two programs of a test find each other.
@@ -141,7 +141,7 @@ TEST_F(SharedLibrary, TwoProgramsSavingAtOnceTakeDifferentNumbers)
 constexpr size_t LONGEST_PATH = MAX_PATH - 1;
 
 struct LibraryUnderALongPath : LibrarySession {
-    std::vector<std::string> parents; // made for the test, outermost first
+    std::vector<std::string> parents;  // made for the test, outermost first
 
     // A directory in which the file of selection 1 has the longest path that the system takes.
     std::string longDirectory()
@@ -211,7 +211,7 @@ TEST_F(LibraryOfHundreds, AllAreListedAndTheLastCanBePlaced)
     ASSERT_EQ(MANY, storedCount(host));
     ASSERT_TRUE(moveLibraryAside(&host));
     for (int index : {0, MANY / 2, MANY - 1}) {
-        storedRect(host, index); // scrolls to it
+        storedRect(host, index);  // scrolls to it
         ASSERT_TRUE(settle(&host));
         EXPECT_TRUE(shownThumbnail(host, index).pixels == expectedThumbnail(host, index, selection).pixels) << index;
     }

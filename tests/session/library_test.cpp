@@ -142,7 +142,7 @@ TEST_F(LibraryWindow, ALaterSessionFindsWhatAnEarlierOneStored)
         selections.push_back(drawnSelection(image(), corners).selection);
         ASSERT_TRUE(draw(corners));
         ASSERT_TRUE(clickInLibrary(&host, ID_LIBRARY_SAVE));
-        ASSERT_TRUE(clickControl(&host, ID_BRUSH)); // drops the selection
+        ASSERT_TRUE(clickControl(&host, ID_BRUSH));  // drops the selection
     }
     closeAndCheck(before);
 

@@ -1,12 +1,12 @@
 #include "tests/session/message_log.h"
 
 static SRWLOCK lock = SRWLOCK_INIT;
-static std::vector<SeenMessage>* log; // on the heap: outlives the thread's last message
+static std::vector<SeenMessage>* log;  // on the heap: outlives the thread's last message
 static HHOOK retrievedHook, sentHook;
 
 // Sent messages worth keeping; all others would only fill the log.
-static const UINT loggedWhenSent[] = {WM_HSCROLL, WM_VSCROLL, WM_COMMAND, WM_ENTERSIZEMOVE, WM_EXITSIZEMOVE,
-                                     WM_QUERYNEWPALETTE, WM_PALETTECHANGED};
+static const UINT loggedWhenSent[] = {WM_HSCROLL,      WM_VSCROLL,         WM_COMMAND,       WM_ENTERSIZEMOVE,
+                                      WM_EXITSIZEMOVE, WM_QUERYNEWPALETTE, WM_PALETTECHANGED};
 
 static void append(const SeenMessage& seen)
 {

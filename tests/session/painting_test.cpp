@@ -63,7 +63,7 @@ TEST_F(Painting, FullEdgeAtLowerOpacityLaysPaintOncePerStroke)
     EXPECT_LT(replay.brush.opacity, 100);
     EXPECT_GE(replay.brush.opacity, 16);
     stroke(zigzag);
-    stroke({{40, 120}, {200, 60}}); // a second stroke does build up where it crosses the first
+    stroke({{40, 120}, {200, 60}});  // a second stroke does build up where it crosses the first
     saveAndExpectEqual(2500);
 }
 
@@ -109,11 +109,11 @@ TEST_F(Painting, EdgesMayChangeBetweenStrokes)
 
 // With the button held the pointer may leave the canvas and come back.
 static const std::vector<POINT> acrossBorders[] = {
-    {{30, 80}, {5, 85}, {-12, 90}, {3, 100}, {40, 110}},          // left
-    {{120, 30}, {125, 4}, {130, -10}, {140, 2}, {150, 40}},       // top
-    {{270, 80}, {296, 85}, {312, 90}, {298, 100}, {260, 110}},    // right
-    {{120, 170}, {125, 197}, {130, 212}, {140, 198}, {150, 160}}, // bottom
-    {{20, 20}, {2, 2}, {-8, -8}, {1, 1}},                         // corners
+    {{30, 80}, {5, 85}, {-12, 90}, {3, 100}, {40, 110}},           // left
+    {{120, 30}, {125, 4}, {130, -10}, {140, 2}, {150, 40}},        // top
+    {{270, 80}, {296, 85}, {312, 90}, {298, 100}, {260, 110}},     // right
+    {{120, 170}, {125, 197}, {130, 212}, {140, 198}, {150, 160}},  // bottom
+    {{20, 20}, {2, 2}, {-8, -8}, {1, 1}},                          // corners
     {{280, 180}, {299, 199}, {307, 207}},
     {{280, 20}, {299, 0}},
     {{20, 180}, {0, 199}},
@@ -175,7 +175,7 @@ TEST_F(Painting, RepaintedPartsShowNoSeams)
         usePhoto(scale[0].cx, scale[0].cy, scale[1].cx, scale[1].cy);
         openWithBrush();
         stroke({{20, 20}, {200, 150}, {301, 40}});
-        ASSERT_TRUE(chooseShape(&host, &replay, 1)); // paints up to the very border of a dab
+        ASSERT_TRUE(chooseShape(&host, &replay, 1));  // paints up to the very border of a dab
         for (int i = 0; i < 12; ++i)
             stroke({{20 + 23 * i, 200 + i}});
         expectNoSeams();

@@ -213,7 +213,7 @@ TEST_F(Palette, CloseAndSaveShowPictures)
     EXPECT_GT(pixelsLike(shownBy(GetDlgItem(host.palette, ID_SAVE)), blue), 20);
 }
 
-static CHOOSECOLORA offered;     // what the colour dialog was called with
+static CHOOSECOLORA offered;  // what the colour dialog was called with
 static COLORREF offeredCustom[16];
 static int timesOffered;
 static COLORREF answeredColour;  // what it answers; CLR_INVALID: cancelled
@@ -224,7 +224,8 @@ static BOOL WINAPI fakeChooseColor(CHOOSECOLORA* dialog)
     std::copy(dialog->lpCustColors, dialog->lpCustColors + 16, offeredCustom);
     ++timesOffered;
     if (answeredColour == CLR_INVALID) return FALSE;
-    for (int i = 0; i < 16; ++i) dialog->lpCustColors[i] = RGB(i, i, i);  // as if the user had defined some
+    for (int i = 0; i < 16; ++i)
+        dialog->lpCustColors[i] = RGB(i, i, i);  // as if the user had defined some
     dialog->rgbResult = answeredColour;
     return TRUE;
 }
@@ -246,14 +247,16 @@ TEST_F(Palette, ColorsPressedAgainOffersTheColourDialog)
     EXPECT_EQ(host.palette, offered.hwndOwner);
     EXPECT_EQ((DWORD)(CC_RGBINIT | CC_FULLOPEN), offered.Flags);
     EXPECT_EQ(0x00C0C0FFu, offered.rgbResult);
-    for (COLORREF custom : offeredCustom) EXPECT_EQ(0x00C0C0FFu, custom);
+    for (COLORREF custom : offeredCustom)
+        EXPECT_EQ(0x00C0C0FFu, custom);
 
     answeredColour = CLR_INVALID;
     for (int times = 2; times <= 3; ++times) {
         ASSERT_TRUE(clickControl(&host, ID_COLORS));
         ASSERT_EQ(times, timesOffered);
         EXPECT_EQ(RGB(10, 200, 30), offered.rgbResult) << "the colour chosen first stays when the dialog is cancelled";
-        for (COLORREF custom : offeredCustom) EXPECT_EQ(RGB(10, 200, 30), custom) << "custom colours are not kept";
+        for (COLORREF custom : offeredCustom)
+            EXPECT_EQ(RGB(10, 200, 30), custom) << "custom colours are not kept";
     }
     undoPatch(&patch);
 }
@@ -291,7 +294,8 @@ TEST_F(Palette, AerographeSpraysSlowerWithALargerBrush)
     EXPECT_TRUE(timersSet.empty()) << "no other tool has a timer";
     ASSERT_TRUE(clickControl(&host, ID_AEROGRAPHE));
     ASSERT_TRUE(drawStroke(&host, {{60, 60}}));
-    for (int page = 0; page < 2; ++page) ASSERT_TRUE(clickScrollBar(&host, ID_WIDTH, -2));
+    for (int page = 0; page < 2; ++page)
+        ASSERT_TRUE(clickScrollBar(&host, ID_WIDTH, -2));
     EXPECT_EQ(1, scrollPosition(host, ID_HEIGHT));
     ASSERT_TRUE(drawStroke(&host, {{60, 60}}));
     ASSERT_EQ(2u, timersSet.size());

@@ -19,7 +19,7 @@ static LONG absoluteUnits(LONG pixel, int screenSize)
     return (LONG)(((LONGLONG)pixel * 65536 + screenSize - 1) / screenSize);
 }
 
-static POINT pointerPlace = {-1, -1}; // where the last move went; a move to the same place is no input
+static POINT pointerPlace = {-1, -1};  // where the last move went; a move to the same place is no input
 
 static void sendMove(POINT screen)
 {
@@ -140,7 +140,7 @@ bool releaseButton(Host* host)
     const size_t first = seenCount();
     sendMouse(MOUSEEVENTF_LEFTUP);
     const bool ok = waitUntil("the release to be retrieved", [&] {
-        return buttonSeen(first, releases, 2) || !host->running; // a release may end the session
+        return buttonSeen(first, releases, 2) || !host->running;  // a release may end the session
     });
     return ok && settle(host);
 }

@@ -17,11 +17,11 @@ void takeOverPointer();
 bool movePointer(Host* host, POINT screen);
 // Takes the display's pointer along, for code that asks GetCursorPos.
 bool placePointer(Host* host, POINT screen);
-void restPointer(); // sends the display's pointer back to the right border
+void restPointer();  // sends the display's pointer back to the right border
 bool pressButton(Host* host);
-bool pressButtonOnly(); // for places where the system then retrieves nothing but mouse messages
+bool pressButtonOnly();  // for places where the system then retrieves nothing but mouse messages
 bool releaseButton(Host* host);
-void letGoOfButton(); // waits for nothing: there may be no window left to hear of it
+void letGoOfButton();  // waits for nothing: there may be no window left to hear of it
 
 // The same relative to the canvas's client area.
 POINT onCanvas(const Host& host, int x, int y);

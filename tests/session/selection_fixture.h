@@ -50,13 +50,13 @@ extern const std::vector<POINT> star;
 struct SelectionSession : SessionTest {
     SelectionModel model;
 
-    void openAt(const Size& size); // with the Selection tool chosen
+    void openAt(const Size& size);  // with the Selection tool chosen
     void draw(const std::vector<POINT>& clientPoints);
-    void closeSession(); // checks that the original bytes are back
+    void closeSession();  // checks that the original bytes are back
 
     POINT clientOfHit(int hit);
     void press(int hit);
-    void apply(); // in the session and in the model
+    void apply();  // in the session and in the model
     void expectPhoto(const char* when);
 
     // Drags from a part of the frame by so many client pixels; the model follows.

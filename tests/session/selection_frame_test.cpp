@@ -23,7 +23,7 @@ TEST_F(SelectionFrames, TheFrameLeavesNoPixelWhenItIsClosed)
         press(CLOSE);
         EXPECT_TRUE(before == shownBy(host.canvas).bytes) << "after the close button";
         draw(star);
-        ASSERT_TRUE(clickControl(&host, ID_BRUSH)); // a painting tool drops the selection
+        ASSERT_TRUE(clickControl(&host, ID_BRUSH));  // a painting tool drops the selection
         EXPECT_TRUE(before == shownBy(host.canvas).bytes) << "after another tool";
         closeSession();
     }
@@ -36,7 +36,7 @@ TEST_F(SelectionFrames, AnOutlineThatEnclosesNothingLeavesNoPixel)
     ASSERT_TRUE(drawStroke(&host, {{100, 100}, {300, 100}}));
     ASSERT_TRUE(drawStroke(&host, {{120, 200}}));
     EXPECT_TRUE(before == shownBy(host.canvas).bytes);
-    draw(star); // the tool is ready again
+    draw(star);  // the tool is ready again
     apply();
     expectPhoto("after an outline that enclosed nothing");
     closeSession();
@@ -148,7 +148,7 @@ void takeDots(const ReferenceImage& screen, const std::vector<ReferencePoint>& o
     EXPECT_LT(longest, 12) << "dots, not dashes";
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(SelectionFrames, TheFrameIsDrawnPixelByPixel)
 {
@@ -163,7 +163,7 @@ TEST_F(SelectionFrames, TheFrameIsDrawnPixelByPixel)
 
     FramePicture picture = {model.photo};
     const std::vector<uint8_t> unmoved = expectedBlock(model);
-    applyModel(&model); // only to see it lie there
+    applyModel(&model);  // only to see it lie there
     picture.shown = model.photo;
     const FrameMeasures frame = frameOf(model);
     takeDots(screen, model.shown.points, frame.inner, &picture.shown);
@@ -207,7 +207,7 @@ bool showsWhatAFullRepaintShows(Host* host)
     return shown == shownBy(host->canvas).bytes;
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(SelectionFrames, NoOperationLeavesAnythingOnTheScreen)
 {
@@ -235,7 +235,7 @@ TEST_F(SelectionFrames, NoOperationLeavesAnythingOnTheScreen)
             draw(star);
             dragTurn(between(20, 160));
             EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "turning";
-            ASSERT_TRUE(clickControl(&host, 117)); // a painting tool drops the selection
+            ASSERT_TRUE(clickControl(&host, 117));  // a painting tool drops the selection
             EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "another tool";
             ASSERT_TRUE(clickControl(&host, ID_SELECTION));
         }

@@ -75,7 +75,7 @@ std::vector<uint8_t> expectedBlock(const SelectionModel& model)
     std::vector<uint8_t> block = model.before;
     const size_t stride = ((size_t)model.photo.width * 3 + 3) & ~(size_t)3;
     const std::vector<uint8_t> rows = storedRows(model.photo, 0);
-    for (int y = 0; y < model.photo.height; ++y) { // the padding stays as it was
+    for (int y = 0; y < model.photo.height; ++y) {  // the padding stays as it was
         memcpy(&block[sizeof(BITMAPINFOHEADER) + stride * (size_t)y], &rows[stride * (size_t)y],
                (size_t)model.photo.width * 3);
     }
@@ -289,46 +289,26 @@ RECT buttonRect(const FrameMeasures& frame, int hit)
     const LONG L = frame.outer.left, T = frame.outer.top, R = frame.outer.right, B = frame.outer.bottom;
     const LONG dx = frame.band.x, dy = frame.band.y;
     switch (hit) {
-    case 13:
-        return {L, T, L + dx, T + dy};
-    case 109:
-        return {L + dx + 2, T, L + 3 * dx + 2, T + dy};
-    case 3:
-        return {L + 3 * dx + 4, T, L + 5 * dx + 4, T + dy};
-    case 6:
-        return {R - 5 * dx - 3, T, R - 3 * dx - 3, T + dy};
-    case 7:
-        return {R - 3 * dx - 2, T, R - dx - 2, T + dy};
-    case 14:
-        return {R - dx - 1, T, R - 1, T + dy};
-    case 9:
-        return {L, T + dy + 1, L + dx, T + 3 * dy + 1};
-    case 8:
-        return {L, T + 3 * dy + 2, L + dx, T + 5 * dy + 2};
-    case 101:
-        return {R - dx - 1, T + dy + 1, R - 1, T + 3 * dy + 1};
-    case 103:
-        return {L, B - 5 * dy - 2, L + dx, B - 3 * dy - 2};
-    case 102:
-        return {L, B - 3 * dy - 1, L + dx, B - dy - 1};
-    case 106:
-        return {R - dx - 1, B - 5 * dy - 3, R - 1, B - 3 * dy - 3};
-    case 107:
-        return {R - dx - 1, B - 3 * dy - 2, R - 1, B - dy - 2};
-    case 16:
-        return {L, B - dy, L + dx, B};
-    case 104:
-        return {L + dx + 1, B - dy - 1, L + 3 * dx + 1, B - 1};
-    case 105:
-        return {L + 3 * dx + 2, B - dy - 1, L + 5 * dx + 2, B - 1};
-    case 110:
-        return {R - 5 * dx - 2, B - dy - 1, R - 3 * dx - 2, B - 1};
-    case 108:
-        return {R - 3 * dx - 2, B - dy - 1, R - dx - 2, B - 1};
-    case 17:
-        return {R - dx - 1, B - dy, R - 1, B};
-    default:
-        return {0, 0, 0, 0};
+    case 13: return {L, T, L + dx, T + dy};
+    case 109: return {L + dx + 2, T, L + 3 * dx + 2, T + dy};
+    case 3: return {L + 3 * dx + 4, T, L + 5 * dx + 4, T + dy};
+    case 6: return {R - 5 * dx - 3, T, R - 3 * dx - 3, T + dy};
+    case 7: return {R - 3 * dx - 2, T, R - dx - 2, T + dy};
+    case 14: return {R - dx - 1, T, R - 1, T + dy};
+    case 9: return {L, T + dy + 1, L + dx, T + 3 * dy + 1};
+    case 8: return {L, T + 3 * dy + 2, L + dx, T + 5 * dy + 2};
+    case 101: return {R - dx - 1, T + dy + 1, R - 1, T + 3 * dy + 1};
+    case 103: return {L, B - 5 * dy - 2, L + dx, B - 3 * dy - 2};
+    case 102: return {L, B - 3 * dy - 1, L + dx, B - dy - 1};
+    case 106: return {R - dx - 1, B - 5 * dy - 3, R - 1, B - 3 * dy - 3};
+    case 107: return {R - dx - 1, B - 3 * dy - 2, R - 1, B - dy - 2};
+    case 16: return {L, B - dy, L + dx, B};
+    case 104: return {L + dx + 1, B - dy - 1, L + 3 * dx + 1, B - 1};
+    case 105: return {L + 3 * dx + 2, B - dy - 1, L + 5 * dx + 2, B - 1};
+    case 110: return {R - 5 * dx - 2, B - dy - 1, R - 3 * dx - 2, B - 1};
+    case 108: return {R - 3 * dx - 2, B - dy - 1, R - dx - 2, B - 1};
+    case 17: return {R - dx - 1, B - dy, R - 1, B};
+    default: return {0, 0, 0, 0};
     }
 }
 
@@ -337,16 +317,11 @@ POINT pixelOfHit(const FrameMeasures& frame, int hit)
     const RECT& in = frame.inner;
     const POINT middle = {(in.left + in.right) / 2, (in.top + in.bottom) / 2};
     switch (hit) {
-    case 1:
-        return middle;
-    case 10:
-        return {in.left + frame.band.x / 2, middle.y};
-    case 11:
-        return {in.right - frame.band.x / 2, middle.y};
-    case 12:
-        return {middle.x, in.top + frame.band.y / 2};
-    case 15:
-        return {middle.x, in.bottom - frame.band.y / 2};
+    case 1: return middle;
+    case 10: return {in.left + frame.band.x / 2, middle.y};
+    case 11: return {in.right - frame.band.x / 2, middle.y};
+    case 12: return {middle.x, in.top + frame.band.y / 2};
+    case 15: return {middle.x, in.bottom - frame.band.y / 2};
     }
     const RECT r = buttonRect(frame, hit);
     return {(r.left + r.right) / 2, (r.top + r.bottom) / 2};

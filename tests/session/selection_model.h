@@ -20,16 +20,16 @@ RECT toClient(const CanvasScale& scale, const RECT& image);
 struct FloatingShape {
     std::vector<ReferencePoint> points;
     ReferenceCrossings crossings = ReferenceCrossings(0, 0);
-    RECT rect = {0, 0, 0, 0};                                                  // image pixels
-    ReferenceImage pixels = ReferenceImage(0, 0), mask = ReferenceImage(0, 0); // unadjusted
+    RECT rect = {0, 0, 0, 0};                                                   // image pixels
+    ReferenceImage pixels = ReferenceImage(0, 0), mask = ReferenceImage(0, 0);  // unadjusted
 };
 
 struct SelectionModel {
     CanvasScale scale;
-    std::vector<uint8_t> before;                 // the host's block at the start
-    ReferenceImage photo = ReferenceImage(0, 0); // as it should be by now
+    std::vector<uint8_t> before;                  // the host's block at the start
+    ReferenceImage photo = ReferenceImage(0, 0);  // as it should be by now
     FloatingShape shown;
-    FloatingShape base; // as it was drawn: resizes and turns start from it
+    FloatingShape base;  // as it was drawn: resizes and turns start from it
     reference::Values values = {0, 0, 50, 0, 0};
 };
 
@@ -40,11 +40,11 @@ void floatDrawnOutline(SelectionModel* model, const Host& host, size_t first);
 
 void moveModel(SelectionModel* model, int dx, int dy);
 void resizeModel(SelectionModel* model, const RECT& to);
-void flipModel(SelectionModel* model, bool vertically); // pixels and mask; not to be resized afterwards
+void flipModel(SelectionModel* model, bool vertically);  // pixels and mask; not to be resized afterwards
 
 // The whole angle since it was drawn, counter-clockwise. Tells place and mask, not the pixels.
 void turnModel(SelectionModel* model, int degrees);
-POINT turnCentre(const SelectionModel& model); // client coordinates
+POINT turnCentre(const SelectionModel& model);  // client coordinates
 
 void applyModel(SelectionModel* model);
 ReferenceImage adjustedPixels(const SelectionModel& model);
@@ -55,8 +55,8 @@ std::vector<uint8_t> expectedBlock(const SelectionModel& model);
 // ---- the frame
 
 struct FrameMeasures {
-    RECT inner, outer; // image pixels
-    POINT band;        // a button's size, image pixels
+    RECT inner, outer;  // image pixels
+    POINT band;         // a button's size, image pixels
 };
 
 FrameMeasures frameOf(const SelectionModel& model);

@@ -33,7 +33,7 @@ void stepModel(SelectionModel* model, const ColourButton& button)
     value = std::max(button.lowest, std::min(button.highest, value + button.step));
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(Selections, AppliedWhereTheyWereDrawnChangeNothing)
 {
@@ -62,7 +62,7 @@ TEST_F(Selections, MovedAndAppliedToSeveralPlaces)
             expectPhoto("after applying");
         }
         EXPECT_FALSE(model.before == snapshot(photo));
-        closeSession(); // gives the original bytes back
+        closeSession();  // gives the original bytes back
     }
 }
 
@@ -74,7 +74,7 @@ TEST_F(Selections, EveryColourButtonStepsItsValue)
         draw(star);
         for (const ColourButton& button : colourButtons) {
             SCOPED_TRACE(button.hit);
-            const int times = button.hit == LIFT_DOWN ? 3 : 2; // once below 0
+            const int times = button.hit == LIFT_DOWN ? 3 : 2;  // once below 0
             for (int i = 0; i < times; ++i) {
                 press(button.hit);
                 stepModel(&model, button);
@@ -95,7 +95,7 @@ TEST_F(Selections, ColoursSteppedToTheirLimitsAndBackAreTheEarlierPixels)
     openAt(sizes[2]);
     draw(star);
     const ColourButton &brighter = colourButtons[0], &darker = colourButtons[1];
-    for (int i = 0; i < 22; ++i) { // two beyond the limit
+    for (int i = 0; i < 22; ++i) {  // two beyond the limit
         press(brighter.hit);
         stepModel(&model, brighter);
     }

@@ -5,15 +5,15 @@
 #include "tests/session/message_log.h"
 #include "tests/session/screen_picture.h"
 
-constexpr UINT RUN_CALL = WM_APP + 1;      // posted to the control window: call the entry
-constexpr UINT RUN_FUNCTION = WM_APP + 2;  // sent: lParam is a std::function<void()>*
-constexpr UINT LOOK_AT_QUEUE = WM_APP + 3; // posted: sets queueState
-constexpr UINT STOP_THREAD = WM_APP + 4;   // posted
+constexpr UINT RUN_CALL = WM_APP + 1;       // posted to the control window: call the entry
+constexpr UINT RUN_FUNCTION = WM_APP + 2;   // sent: lParam is a std::function<void()>*
+constexpr UINT LOOK_AT_QUEUE = WM_APP + 3;  // posted: sets queueState
+constexpr UINT STOP_THREAD = WM_APP + 4;    // posted
 
 enum QueueState : LONG { QUEUE_UNKNOWN, QUEUE_EMPTY, QUEUE_BUSY };
 static volatile LONG queueState;
 
-static Host* currentHost; // one host at a time in the test program
+static Host* currentHost;  // one host at a time in the test program
 
 // Files of the library's directory.
 static const char* const libraryFiles[] = {"KOVRTCH32.dll", "KOVCTRL32.dll"};
@@ -163,18 +163,10 @@ static void lookAtQueue()
 static LRESULT CALLBACK controlProc(HWND window, UINT message, WPARAM wp, LPARAM lp)
 {
     switch (message) {
-    case RUN_CALL:
-        runCall(currentHost);
-        return 0;
-    case RUN_FUNCTION:
-        (*(const std::function<void()>*)lp)();
-        return 0;
-    case LOOK_AT_QUEUE:
-        lookAtQueue();
-        return 0;
-    case STOP_THREAD:
-        PostQuitMessage(0);
-        return 0;
+    case RUN_CALL: runCall(currentHost); return 0;
+    case RUN_FUNCTION: (*(const std::function<void()>*)lp)(); return 0;
+    case LOOK_AT_QUEUE: lookAtQueue(); return 0;
+    case STOP_THREAD: PostQuitMessage(0); return 0;
     }
     return DefWindowProcA(window, message, wp, lp);
 }

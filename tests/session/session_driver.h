@@ -47,9 +47,9 @@ struct Library {
 };
 
 bool loadLibrary(Library* library);
-bool loadLibraryIn(Library* library, const std::string& directory); // made if need be; its parent exists
-std::string freshDirectory();                                       // a path that nothing lies under yet
-void unloadLibrary(Library* library); // also removes the directory
+bool loadLibraryIn(Library* library, const std::string& directory);  // made if need be; its parent exists
+std::string freshDirectory();                                        // a path that nothing lies under yet
+void unloadLibrary(Library* library);                                // also removes the directory
 
 // A message that the session's thread retrieved from its queue, or (sent) that was sent to one of its windows.
 struct SeenMessage {
@@ -57,7 +57,7 @@ struct SeenMessage {
     UINT message;
     WPARAM wParam;
     LPARAM lParam;
-    POINT screen; // pointer position of a retrieved message
+    POINT screen;  // pointer position of a retrieved message
     bool sent;
 };
 
@@ -74,10 +74,10 @@ struct CallArguments {
 // What one call of the entry left behind.
 struct CallOutcome {
     int result;
-    int windowsLeft;     // top-level windows of the thread besides the host's own
-    bool quitLeft;       // a quit message in the thread's queue
-    bool classLeft;      // the canvas class still registered
-    bool parentDisabled; // the host's window still disabled
+    int windowsLeft;      // top-level windows of the thread besides the host's own
+    bool quitLeft;        // a quit message in the thread's queue
+    bool classLeft;       // the canvas class still registered
+    bool parentDisabled;  // the host's window still disabled
 };
 
 // The host: a thread with a plain window and a message loop.
@@ -85,18 +85,18 @@ struct Host {
     Library* library;
     HANDLE thread;
     DWORD threadId;
-    HWND control; // message-only window that takes the test's orders
-    HWND parent;  // the host's visible window
+    HWND control;  // message-only window that takes the test's orders
+    HWND parent;   // the host's visible window
     CallArguments arguments;
     CallOutcome outcome;
     HANDLE ready;
-    volatile LONG running; // 1 while the entry has not returned
+    volatile LONG running;  // 1 while the entry has not returned
 
-    HWND dialog, canvas, palette; // of the running session; 0 until found
+    HWND dialog, canvas, palette;  // of the running session; 0 until found
 };
 
 bool startHost(Host* host, Library* library);
-void stopHost(Host* host); // ends a session that still runs, then the thread
+void stopHost(Host* host);  // ends a session that still runs, then the thread
 
 // Calls the entry on the host's thread without waiting for anything.
 void beginCall(Host* host, const CallArguments& arguments);
@@ -118,7 +118,7 @@ bool settle(Host* host);
 // The log of messages, in order.
 size_t seenCount();
 std::vector<SeenMessage> seenSince(size_t first);
-bool wasSeen(size_t first, HWND window, UINT message); // window 0: any
+bool wasSeen(size_t first, HWND window, UINT message);  // window 0: any
 int countSeen(size_t first, HWND window, UINT message);
 
 // Runs the function on the host's thread, from its message loop (also one inside the library), and waits for it.

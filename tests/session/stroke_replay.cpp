@@ -90,24 +90,16 @@ static void onMove(StrokeReplay* replay, WPARAM wp, LPARAM lp)
         replay->strokePoint = toImage(*replay, lp);
         paintSegment(replay, replay->strokePoint, previous);
     }
-    replay->pointerInside = true; // counts from the next message on
+    replay->pointerInside = true;  // counts from the next message on
 }
 
 static void replayMessage(StrokeReplay* replay, const SeenMessage& seen)
 {
     switch (seen.message) {
-    case WM_LBUTTONDOWN:
-        onPress(replay, seen.lParam);
-        break;
-    case WM_MOUSEMOVE:
-        onMove(replay, seen.wParam, seen.lParam);
-        break;
-    case WM_LBUTTONUP:
-        replay->strokePoint = toImage(*replay, seen.lParam);
-        break;
-    case POINTER_LEFT:
-        replay->pointerInside = false;
-        break;
+    case WM_LBUTTONDOWN: onPress(replay, seen.lParam); break;
+    case WM_MOUSEMOVE: onMove(replay, seen.wParam, seen.lParam); break;
+    case WM_LBUTTONUP: replay->strokePoint = toImage(*replay, seen.lParam); break;
+    case POINTER_LEFT: replay->pointerInside = false; break;
     }
 }
 

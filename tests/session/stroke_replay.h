@@ -7,9 +7,9 @@
 
 // The palette's settings. A test sets them at the moment at which it changes them in the palette.
 struct BrushSettings {
-    bool chosen = false; // false: no tool
+    bool chosen = false;  // false: no tool
     int width = 16, height = 16;
-    int shape = 0; // 0 circle, 1 rectangle
+    int shape = 0;  // 0 circle, 1 rectangle
     bool soft = false;
     int opacity = 100;
     reference::Pixel colour = {0xC0, 0xC0, 0xFF};
@@ -18,11 +18,11 @@ struct BrushSettings {
 struct StrokeReplay {
     BrushSettings brush;
     reference::Scene scene;
-    std::vector<uint8_t> before; // the whole block at the start
-    bool hasCoverage = false;    // a stroke has begun in this session
-    bool pointerInside = false;  // between the first move over the canvas and POINTER_LEFT
+    std::vector<uint8_t> before;  // the whole block at the start
+    bool hasCoverage = false;     // a stroke has begun in this session
+    bool pointerInside = false;   // between the first move over the canvas and POINTER_LEFT
     POINT strokePoint = {0, 0};
-    SIZE client = {0, 0}; // canvas size that points are scaled from
+    SIZE client = {0, 0};  // canvas size that points are scaled from
     size_t nextMessage = 0;
 };
 

@@ -6,11 +6,11 @@
 Look defaultLook()
 {
     Look look = {};
-    look.font.lfHeight = 16; // of a new tool; the font's own height counts for nothing
+    look.font.lfHeight = 16;  // of a new tool; the font's own height counts for nothing
     look.font.lfWeight = FW_BOLD;
     look.font.lfQuality = PROOF_QUALITY;
     look.font.lfPitchAndFamily = VARIABLE_PITCH | FF_SWISS;
-    look.font.lfCharSet = DEFAULT_CHARSET; // what is typed is in the system's code page
+    look.font.lfCharSet = DEFAULT_CHARSET;  // what is typed is in the system's code page
     strcpy(look.font.lfFaceName, "Arial");
     look.colour = RGB(255, 192, 192);
     return look;
@@ -26,7 +26,8 @@ static void drawText(HDC dc, const std::wstring& text, RECT* place, UINT format)
     DrawTextW(dc, text.c_str(), (int)text.size(), place, format);
 }
 
-template <class String> static int measure(const Look& look, const String& text)
+template <class String>
+static int measure(const Look& look, const String& text)
 {
     const HDC dc = CreateCompatibleDC(nullptr);
     const HFONT font = CreateFontIndirectA(&look.font);
@@ -39,7 +40,8 @@ template <class String> static int measure(const Look& look, const String& text)
     return extent.right;
 }
 
-template <class String> static Block draw(const Look& look, const String& text, int x, int width)
+template <class String>
+static Block draw(const Look& look, const String& text, int x, int width)
 {
     const int height = look.font.lfHeight, stride = (width + 15) / 16 * 2;
     const HDC dc = CreateCompatibleDC(nullptr);

@@ -16,7 +16,7 @@ struct Look {
     COLORREF colour;
 };
 
-Look defaultLook(); // what a first session types in
+Look defaultLook();  // what a first session types in
 
 // Bytes are characters of the font's code page.
 int widthOf(const Look& look, const std::string& text);
@@ -28,19 +28,19 @@ Block drawn(const Look& look, const std::wstring& text, int x, int width);
 
 struct TextSession : SessionTest {
     Look look = defaultLook();
-    Block before;           // the host's image when the session opened
-    reference::Image empty; // what the canvas shows without a line
+    Block before;            // the host's image when the session opened
+    reference::Image empty;  // what the canvas shows without a line
 
     void SetUp() override;
 
     // Host window and palette side by side: a click on one would otherwise bring it over the other.
     void openWithText();
 
-    void click(int x, int y); // on the canvas
+    void click(int x, int y);  // on the canvas
     void type(const char* text);
     void key(UINT virtualKey);
 
-    RECT caret() const; // empty while the canvas has none
+    RECT caret() const;  // empty while the canvas has none
     void expectCaret(int x, int top);
 
     // The image's block with the drawn text stamped from row `top` on.
@@ -52,5 +52,5 @@ struct TextSession : SessionTest {
     void expectLineOnScreen(const std::string& text, int x, int top);
 
     void expectOnScreen(const Block& expected);
-    void expectNothingLeft(); // of a line: no caret, nothing in the image, nothing on the screen
+    void expectNothingLeft();  // of a line: no caret, nothing in the image, nothing on the screen
 };

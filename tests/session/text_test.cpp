@@ -73,7 +73,7 @@ TEST_F(Text, HalfOpacity)
     ASSERT_EQ(70, scrollPosition(host, ID_OPACITY));
     click(30, 60);
     type("half");
-    expectLineOnScreen("half", 30, 44); // shown in full
+    expectLineOnScreen("half", 30, 44);  // shown in full
     key(VK_RETURN);
     Block stamped = before;
     stamp(stamped, "half", 30, 44, 49);
@@ -93,7 +93,7 @@ TEST_F(Text, ClickElsewhereStampsAndOpensCentred)
     expectCaret(120, 142);
     type("second");
     expectLineOnScreen("second", 120, 142);
-    click(290, 150); // right of the text, in its line: the caret goes past the end
+    click(290, 150);  // right of the text, in its line: the caret goes past the end
     expectCaret(120 + widthOf(look, "second"), 142);
     type("!");
     expectLineOnScreen("second", 120, 142);
@@ -114,7 +114,7 @@ TEST_F(Text, EnterOnTheLastLineStampsItAgain)
         if (i == 0) {
             stamp(stamped, "last", 30, 179, 49);
             EXPECT_TRUE(stamped == snapshot(photo));
-            expectCaret(30, 195); // one more line begins above the bottom: that is the last one
+            expectCaret(30, 195);  // one more line begins above the bottom: that is the last one
             type("last");
         } else {
             stamp(stamped, "last", 30, 195, 49);
@@ -135,7 +135,7 @@ TEST_F(Text, EscapeLeavesNoPixel)
         openWithText();
         click(client.cx / 9, client.cy / 3);
         key(VK_ESCAPE);
-        empty = shownBy(host.canvas); // with the strip repainted on its own, as it will be
+        empty = shownBy(host.canvas);  // with the strip repainted on its own, as it will be
         click(client.cx / 9, client.cy / 3);
         type("Escape");
         EXPECT_FALSE(empty.bytes == shownBy(host.canvas).bytes);
@@ -229,7 +229,7 @@ TEST_F(Text, FontDialogEndsTheLine)
     EXPECT_TRUE(IsWindowEnabled(host.dialog));
     expectNothingLeft();
     click(40, 70);
-    expectCaret(40, 54); // cancelled: the height is the old one
+    expectCaret(40, 54);  // cancelled: the height is the old one
     closeAndCheck(before);
 }
 
@@ -296,9 +296,9 @@ TEST_F(Text, FontDialogSetsFontHeightAndColour)
     runOnHost(&host, [&] {
         const HWND dialog = fontDialog(host);
         chooseRow(dialog, cmb1, rowOf(dialog, cmb1, "Liberation Serif"));
-        chooseRow(dialog, cmb2, 1); // italic; this and the colour have names in the system's language
+        chooseRow(dialog, cmb2, 1);  // italic; this and the colour have names in the system's language
         chooseRow(dialog, cmb3, rowOf(dialog, cmb3, "18"));
-        chooseRow(dialog, cmb4, 14); // aqua
+        chooseRow(dialog, cmb4, 14);  // aqua
     });
     ASSERT_TRUE(closeFontDialog(&host, IDOK));
     const Look first = look;
@@ -306,7 +306,7 @@ TEST_F(Text, FontDialogSetsFontHeightAndColour)
     look.font.lfPitchAndFamily = VARIABLE_PITCH | FF_ROMAN;
     look.font.lfWeight = FW_NORMAL;
     look.font.lfItalic = TRUE;
-    look.font.lfHeight = 24; // 18 points at 96 dots an inch
+    look.font.lfHeight = 24;  // 18 points at 96 dots an inch
     look.colour = RGB(0, 255, 255);
     EXPECT_NE(widthOf(first, "Serif, 18"), widthOf(look, "Serif, 18"));
     click(40, 90);
@@ -321,7 +321,7 @@ TEST_F(Text, FontDialogSetsFontHeightAndColour)
     saveAndCheck();
 
     before = snapshot(photo);
-    openWithText(); // font, height and colour are those of the session before
+    openWithText();  // font, height and colour are those of the session before
     click(40, 170);
     expectCaret(40, 146);
     type("Again");
@@ -369,7 +369,7 @@ TEST_F(Text, DISABLED_EverySampleShowsWhatWasTyped)
     click(60, 300);
     const POINT corner = onCanvas(host, 60, 285);
     look.font.lfHeight = scrollPosition(host, ID_HEIGHT);
-    const int width = widthOf(look, "WWWW") * 900 / 6000 - 1; // up to where the next letter begins
+    const int width = widthOf(look, "WWWW") * 900 / 6000 - 1;  // up to where the next letter begins
     const RECT part = {corner.x, corner.y, corner.x + width, corner.y + 20};
     const Block without = screenPart(part).bytes;
     type("WWWW");
@@ -388,6 +388,6 @@ TEST_F(Text, DISABLED_EverySampleShowsWhatWasTyped)
     printf("%d of %d samples lack a part of the text, %d lack all of it\n", lacking, samples, bare);
     EXPECT_EQ(0, lacking);
     key(VK_ESCAPE);
-    EXPECT_EQ(without, screenPart(part).bytes); // so the letters were there to be lost
+    EXPECT_EQ(without, screenPart(part).bytes);  // so the letters were there to be lost
     closeAndCheck(before);
 }

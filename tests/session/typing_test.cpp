@@ -14,7 +14,7 @@ namespace {
 struct Script {
     UINT codePage;
     BYTE charSet;
-    const wchar_t* words; // some accents, two cases, other bytes above 127
+    const wchar_t* words;  // some accents, two cases, other bytes above 127
     const wchar_t* more;
 };
 
@@ -24,7 +24,7 @@ const Script scripts[] = {
     {1252, ANSI_CHARSET, L"a\u00E9\u00DF\u20AC\u00C4\u00FF", L"x\u00E8Y\u0160~\u00F1"},
     {1251, RUSSIAN_CHARSET, L"\u0416\u044F\u0451a\u0429\u2116", L"\u042B\u0444X\u0401~\u0434"},
     {932, SHIFTJIS_CHARSET, L"\u65E5a\u672C\u30BD\uFF71\u8868", L"\u6F22~\u30A2\u3042\uFF76X"},
-    {0, DEFAULT_CHARSET, L"abcdef", L"xyzXYZ"}, // any other one
+    {0, DEFAULT_CHARSET, L"abcdef", L"xyzXYZ"},  // any other one
 };
 
 const Script& systemsScript()
@@ -65,7 +65,7 @@ void sendKey(WORD key, WORD character, DWORD flags)
 
 const int LEFT = 40, TOP = 54;
 
-} // namespace
+}  // namespace
 
 struct Typing : TextSession {
     Script script = {};
@@ -132,7 +132,7 @@ TEST_F(Typing, KeysTakeWholeCharacters)
         pressKey(VK_LEFT);
         expectLine(text, caretAt);
     }
-    for (size_t i = 0; i < 3; ++i) { // one character over another, of one byte or two
+    for (size_t i = 0; i < 3; ++i) {  // one character over another, of one byte or two
         typeKeys(more.substr(i, 1));
         text[i] = more[i];
         expectLine(text, i + 1);
@@ -179,7 +179,7 @@ TEST_F(Typing, RandomKeysFollowTheModel)
         if (random() % 2 && text.size() < 10) {
             const wchar_t letter = letters[random() % letters.size()];
             typeKeys(std::wstring(1, letter));
-            text.replace(at++, 1, 1, letter); // at the end there is none to replace
+            text.replace(at++, 1, 1, letter);  // at the end there is none to replace
         } else {
             const WORD pressed = keys[random() % (sizeof keys / sizeof *keys)];
             pressKey(pressed);

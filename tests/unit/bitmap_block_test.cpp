@@ -15,7 +15,7 @@ TEST(BitmapBlock, LockMapFindsTheRowsOfAMapWithoutColourTable)
     EXPECT_EQ((uint8_t*)block.header + 40, rowOf(map, 2));
     unlockBlock(block);
     EXPECT_EQ(0u, GlobalFlags(handle) & GMEM_LOCKCOUNT);
-    EXPECT_EQ(nullptr, lockBitmapBits(handle)); // 1024 bytes on is behind so small a map
+    EXPECT_EQ(nullptr, lockBitmapBits(handle));  // 1024 bytes on is behind so small a map
     GlobalFree(handle);
 }
 

@@ -111,7 +111,7 @@ TEST_F(DisplayTest, DrawsNothingForBlocksWithoutTheirRows)
 {
     const RECT place = {0, 0, 32, 32};
     drawBitmap(dc, nullptr, &place, SRCCOPY);
-    HGLOBAL bare = createBitmap(4, 4, 8); // no colour table, which GDI would look for behind the header
+    HGLOBAL bare = createBitmap(4, 4, 8);  // no colour table, which GDI would look for behind the header
     drawBitmap(dc, bare, &place, SRCCOPY);
     BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(bare);
     for (WORD bitCount : {(WORD)0, (WORD)24, (WORD)32}) {
@@ -380,7 +380,7 @@ static void drawGreenCell(HDC dc)
 {
     overlayTarget = GetObjectType(dc);
     shownBeforeOverlay = GetPixel(watchedDC, 6, 8);
-    const RECT cell = {3, 4, 4, 5}; // image pixels
+    const RECT cell = {3, 4, 4, 5};  // image pixels
     const HBRUSH green = CreateSolidBrush(RGB(0, 255, 0));
     FillRect(dc, &cell, green);
     DeleteObject(green);

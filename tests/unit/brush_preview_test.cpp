@@ -79,7 +79,7 @@ struct BrushPreview : testing::Test {
     }
 };
 
-} // namespace
+}  // namespace
 
 // The left and top arms end one pixel before the centre, the right and bottom arms start two after it.
 TEST_F(BrushPreview, OnePixelIsACrossWithAGap)

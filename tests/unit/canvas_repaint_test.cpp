@@ -31,7 +31,8 @@ struct CanvasRepaint : SessionFixture {
         BitsView pixels;
         ASSERT_TRUE(lockPixels(image, &block, &pixels));
         for (int y = rect.top; y < rect.bottom; ++y)
-            for (int i = rect.left * 3; i < rect.right * 3; ++i) rowOf(pixels, y)[i] ^= 0xFF;
+            for (int i = rect.left * 3; i < rect.right * 3; ++i)
+                rowOf(pixels, y)[i] ^= 0xFF;
         unlockBlock(block);
     }
 };

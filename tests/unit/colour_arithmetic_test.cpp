@@ -345,7 +345,7 @@ TEST(ColourMethods, TouchNothingBeyondTheirPixels)
         for (size_t count = 0; count < 70; ++count) {
             for (const ColourAdjustment* adjustment : {&tone, &hls}) {
                 const size_t bytes = count * 3;
-                std::vector<uint8_t> input(bytes, 90); // read one byte too far and a sanitizer tells
+                std::vector<uint8_t> input(bytes, 90);  // read one byte too far and a sanitizer tells
                 std::vector<uint8_t> output(bytes + 64, 0xCC);
                 adjustPixelsBy(COLOUR_METHODS[m], *adjustment, input.data(), output.data(), count);
                 for (size_t i = bytes; i < output.size(); ++i) {

@@ -136,7 +136,7 @@ TEST(AdjustSelection, ATargetTwiceTheSizeRepeatsEachPixelAndRowTwice)
 TEST(AdjustSelection, OnlyTheRedByteOfTheMaskDecides)
 {
     SelectionCase c = {{2, 1, {1, 2, 3, 4, 5, 6, 0, 0}},
-                       {2, 1, {0, 0, 255, 255, 255, 0, 0, 0}}, // outside, inside
+                       {2, 1, {0, 0, 255, 255, 255, 0, 0, 0}},  // outside, inside
                        {2, 1, {70, 71, 72, 73, 74, 75, 76, 77}},
                        {2, 1, {9, 9, 9, 9, 9, 9, 9, 9}}};
     runSelection(c, Values{0, 0, 50, 0, 0});

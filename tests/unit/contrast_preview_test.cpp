@@ -24,7 +24,8 @@ Stored randomImage(int width, int height, unsigned seed)
 {
     Stored image = blank(width, height);
     std::mt19937 random(seed);
-    for (uint8_t& byte : image.bytes) byte = (uint8_t)random();
+    for (uint8_t& byte : image.bytes)
+        byte = (uint8_t)random();
     return image;
 }
 
@@ -85,7 +86,8 @@ TEST(ContrastPreview, StoredRowsLagByOne)
     for (int row = 0; row < 8; ++row) {
         const int from = row == 0 ? 0 : row - 1;
         EXPECT_TRUE(std::equal(preview.bytes.begin() + row * 12, preview.bytes.begin() + row * 12 + 12,
-                               image.bytes.begin() + from * 12)) << row;
+                               image.bytes.begin() + from * 12))
+            << row;
     }
 }
 

@@ -37,7 +37,8 @@ struct CursorOutline : SessionFixture {
     void enter(int x, int y)
     {
         putPointer(x, y);
-        while (session->overlayHideCount < 1) showOutline(session->canvasWindow);
+        while (session->overlayHideCount < 1)
+            showOutline(session->canvasWindow);
         moveTo(x, y);
     }
     void moveTo(int x, int y)
@@ -86,7 +87,8 @@ Screen CursorOutline::screen() const
     BitBlt(memory, 0, 0, client.cx, client.cy, dc, 0, 0, SRCCOPY);
     GdiFlush();
     Screen pixels((const uint32_t*)bits, (const uint32_t*)bits + client.cx * client.cy);
-    for (uint32_t& pixel : pixels) pixel &= 0xFFFFFF;
+    for (uint32_t& pixel : pixels)
+        pixel &= 0xFFFFFF;
     SelectObject(memory, old);
     DeleteObject(copy);
     DeleteDC(memory);
@@ -142,11 +144,13 @@ TEST_F(CursorOutline, LeavesTheScreenAsItFoundItAtEveryScaleAndSize)
             // Of the cross that stands for one pixel, nothing fits into a picture that small.
             EXPECT_EQ(changedInside(before, picture()) > 0, !picturesOnePixel()) << size.cx << " client " << client.cx;
             for (int k = 0; k < 60; ++k) {  // small steps that overlap, now and then a jump
-                x = k % 7 == 6 ? dice.upTo(client.cx - 1) : std::min(std::max(x + dice.between(-5, 5), 0), (int)client.cx - 1);
-                y = k % 7 == 6 ? dice.upTo(client.cy - 1) : std::min(std::max(y + dice.between(-5, 5), 0), (int)client.cy - 1);
+                x = k % 7 == 6 ? dice.upTo(client.cx - 1)
+                               : std::min(std::max(x + dice.between(-5, 5), 0), (int)client.cx - 1);
+                y = k % 7 == 6 ? dice.upTo(client.cy - 1)
+                               : std::min(std::max(y + dice.between(-5, 5), 0), (int)client.cy - 1);
                 moveTo(x, y);
-                ASSERT_GE(changedInside(before, picture()), 0) << "a trail at move " << k << " size " << size.cx
-                                                                     << " client " << client.cx;
+                ASSERT_GE(changedInside(before, picture()), 0)
+                    << "a trail at move " << k << " size " << size.cx << " client " << client.cx;
             }
             leave();
             ASSERT_TRUE(before == screen()) << "size " << size.cx << "x" << size.cy << " client " << client.cx;
@@ -183,7 +187,8 @@ TEST_F(CursorOutline, WhatWasPaintedMeanwhileIsThereWhenItHasGone)
     BitmapBlock block;
     BitsView pixels;
     ASSERT_TRUE(lockPixels(image, &block, &pixels));
-    for (int y = 35; y < 45; ++y) memset(rowOf(pixels, y), 0x40, 100 * 3);
+    for (int y = 35; y < 45; ++y)
+        memset(rowOf(pixels, y), 0x40, 100 * 3);
     unlockBlock(block);
     const RECT strip = {0, 87, 250, 113};
     repaint(&strip);
@@ -201,7 +206,8 @@ TEST_F(CursorOutline, BrushLargerThanTheCanvasLeavesNoTrail)
     const Screen before = screen();
     enter(25, 17);
     EXPECT_FALSE(before == screen());
-    for (int k = 0; k < 80; ++k) moveTo(dice.upTo(49), dice.upTo(34));
+    for (int k = 0; k < 80; ++k)
+        moveTo(dice.upTo(49), dice.upTo(34));
     leave();
     EXPECT_TRUE(before == screen());
 }

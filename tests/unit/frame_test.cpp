@@ -132,7 +132,7 @@ struct FrameWindow : testing::Test {
     }
 };
 
-} // namespace
+}  // namespace
 
 TEST_F(FrameWindow, IsDrawnByTheRules)
 {

@@ -32,11 +32,17 @@ TEST(HostArguments, DoubleDashMakesNamesOfOptions)
 TEST(HostArguments, NamesWhatItCannotUnderstand)
 {
     const std::vector<std::vector<std::wstring>> lines = {
-        {L"a.jpg", L"b.jpg"}, {L"a.jpg", L"-o"},        {L"a.jpg", L"-o", L""},
-        {L"--fast", L"a"},    {L"-o", L"b.jpg"},        {L"--overwrite"},
-        {L""},                {L"a", L"-o", L"b", L"-o", L"c"},
+        {L"a.jpg", L"b.jpg"},
+        {L"a.jpg", L"-o"},
+        {L"a.jpg", L"-o", L""},
+        {L"--fast", L"a"},
+        {L"-o", L"b.jpg"},
+        {L"--overwrite"},
+        {L""},
+        {L"a", L"-o", L"b", L"-o", L"c"},
     };
-    for (const auto& line : lines) EXPECT_NE(parseArguments(line).problem, L"") << line.size();
+    for (const auto& line : lines)
+        EXPECT_NE(parseArguments(line).problem, L"") << line.size();
 }
 
 TEST(HostFileNames, FormatFollowsTheExtensionInEitherCase)
@@ -81,7 +87,8 @@ TEST(HostPhotoRows, SizeIsCheckedBeforeItOverflows)
 // One letter a pixel: the file's 3 x 2 picture "abc/def" as each orientation shows it upright.
 TEST(HostPhotoRows, EveryOrientationBecomesUpright)
 {
-    const char* upright[] = {"abc/def", "cba/fed", "fed/cba", "def/abc", "ad/be/cf", "da/eb/fc", "fc/eb/da", "cf/be/ad"};
+    const char* upright[] = {"abc/def",  "cba/fed",  "fed/cba",  "def/abc",
+                             "ad/be/cf", "da/eb/fc", "fc/eb/da", "cf/be/ad"};
     uint8_t source[2 * 3 * 4];
     for (int i = 0; i < 6; i++) {
         memset(source + i * 4, 'a' + i, 3);
@@ -93,12 +100,14 @@ TEST(HostPhotoRows, EveryOrientationBecomesUpright)
         const int stride = (int)packedRowSize(width);
         std::vector<uint8_t> bits((size_t)stride * height, 0xCC);
         const UprightTarget target = {bits.data(), 3, 2, orientation};
-        placeRowsOverWhite(target, source, 12, 0, 1);           // in two bands
+        placeRowsOverWhite(target, source, 12, 0, 1);  // in two bands
         placeRowsOverWhite(target, source + 12, 12, 1, 1);
         std::string shown;
         for (int y = 0; y < height; y++) {
-            for (int x = 0; x < width; x++) shown += (char)bits[(height - 1 - y) * stride + x * 3 + 1];
-            for (int x = width * 3; x < stride; x++) EXPECT_EQ(bits[y * stride + x], 0xCC) << "padding";
+            for (int x = 0; x < width; x++)
+                shown += (char)bits[(height - 1 - y) * stride + x * 3 + 1];
+            for (int x = width * 3; x < stride; x++)
+                EXPECT_EQ(bits[y * stride + x], 0xCC) << "padding";
             if (y + 1 < height) shown += '/';
         }
         EXPECT_EQ(shown, upright[orientation - 1]) << orientation;
@@ -116,7 +125,7 @@ TEST(HostPhotoRows, TransparencyShowsWhite)
 
 TEST(HostPhotoRows, CopiesRowsFromTheTop)
 {
-    const uint8_t bits[] = {7, 8, 9, 0xCC, 4, 5, 6, 0xCC, 1, 2, 3, 0xCC};   // bottom row first
+    const uint8_t bits[] = {7, 8, 9, 0xCC, 4, 5, 6, 0xCC, 1, 2, 3, 0xCC};  // bottom row first
     uint8_t rows[8] = {};
     copyRowsTopDown(bits, 1, 3, 1, 2, rows, 4);
     const uint8_t expected[] = {4, 5, 6, 0, 7, 8, 9, 0};
@@ -130,7 +139,8 @@ std::vector<uint8_t> exifFile(bool bigEndian, int orientation)
 {
     const auto number = [&](uint32_t value, int length) {
         std::vector<uint8_t> bytes(length);
-        for (int i = 0; i < length; i++) bytes[bigEndian ? length - 1 - i : i] = (uint8_t)(value >> (8 * i));
+        for (int i = 0; i < length; i++)
+            bytes[bigEndian ? length - 1 - i : i] = (uint8_t)(value >> (8 * i));
         return bytes;
     };
     std::vector<uint8_t> file = {0xFF, 0xD8, 0xFF, 0xE0, 0, 4, 0, 0, 0xFF, 0xE1, 0, 34, 'E', 'x', 'i', 'f', 0, 0};
@@ -142,7 +152,7 @@ std::vector<uint8_t> exifFile(bool bigEndian, int orientation)
     return file;
 }
 
-} // namespace
+}  // namespace
 
 TEST(HostOrientation, IsReadInBothByteOrders)
 {
@@ -167,7 +177,8 @@ TEST(HostOrientation, TiffDirectoriesAreFoundThroughTheHead)
 {
     const uint8_t heads[][TIFF_HEAD_SIZE] = {{'I', 'I', 42, 0, 0x78, 0x56, 0x34, 0x12},
                                              {'M', 'M', 0, 42, 0x12, 0x34, 0x56, 0x78}};
-    for (const uint8_t* head : heads) EXPECT_EQ(tiffDirectoryPlace(head), 0x12345678u);
+    for (const uint8_t* head : heads)
+        EXPECT_EQ(tiffDirectoryPlace(head), 0x12345678u);
     const uint8_t little[] = {2, 0, 0, 1, 3, 0, 1, 0, 0, 0, 9, 0, 0, 0, 0x12, 1, 3, 0, 1, 0, 0, 0, 8, 0, 0, 0};
     const uint8_t big[] = {0, 1, 1, 0x12, 0, 3, 0, 0, 0, 1, 0, 3, 0, 0};
     EXPECT_EQ(tiffOrientation(heads[0], little, sizeof little), 8);
@@ -201,7 +212,7 @@ TEST(HostPlacement, LargePhotosAreScaledDownKeepingTheAspect)
 {
     const ScreenSize wide = clientSizeFor({5312, 2988}, {1400, 1100});
     EXPECT_EQ(wide.width, 1400);
-    EXPECT_EQ(wide.height, 787);    // 787.5 truncated
+    EXPECT_EQ(wide.height, 787);  // 787.5 truncated
     const ScreenSize tall = clientSizeFor({2988, 5312}, {1400, 1100});
     EXPECT_EQ(tall.width, 618);
     EXPECT_EQ(tall.height, 1100);

@@ -195,7 +195,7 @@ TEST_F(SelectionFiles, AFileThatCannotBeReadLeavesTheSelectionAlone)
     setSelection(selection);
     const HGLOBAL image = record.selectionImage, mask = record.selectionMask;
     std::vector<uint8_t> bytes = referenceTiff(selection);
-    bytes.resize(192 + 1200 + 178 + 59); // one byte of the mask is missing
+    bytes.resize(192 + 1200 + 178 + 59);  // one byte of the mask is missing
     writeFile(directory + L"a.tif", bytes);
     EXPECT_EQ(0, readSelectionTiff((directory + L"a.tif").c_str()));
     EXPECT_EQ(0, readSelectionTiff((directory + L"none.tif").c_str()));
@@ -226,7 +226,7 @@ TEST_F(SelectionFiles, PathsLongerThan127CharactersWork)
     const ReferenceSelection selection = randomSelection(16, 5, 5);
     setSelection(selection);
     Path path = directory;
-    path += Path(258 - path.size() - 4, L'n') + L".tif"; // 258 characters: one below the system's limit
+    path += Path(258 - path.size() - 4, L'n') + L".tif";  // 258 characters: one below the system's limit
     ASSERT_EQ(1, writeSelectionTiff(path.c_str(), record.selectionImage, record.selectionMask));
     EXPECT_TRUE(fileBytes(path) == referenceTiff(selection));
     EXPECT_EQ(1, readSelectionTiff(path.c_str()));
@@ -386,7 +386,7 @@ TEST_F(SelectionLibrary, ListingNamesReadableFilesAndSkipsOthers)
     setSelection(randomSelection(27, 6, 4));
     for (int i = 0; i < 2; ++i)
         ASSERT_EQ(1, saveSelectionToLibrary());
-    writeFile(library + L"seld_003.ti~", fileBytes(library + L"seld_001.tif")); // left behind by a power cut
+    writeFile(library + L"seld_003.ti~", fileBytes(library + L"seld_001.tif"));  // left behind by a power cut
     SetFileAttributesW((library + L"seld_002.tif").c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(1, listLibraryFiles(collect, &found));
     std::sort(found.begin(), found.end());

@@ -22,14 +22,14 @@ struct StoredMask {
     }
     BitsView view() { return bottomUpView(rows.data(), width, height, (ptrdiff_t)rowStride(width, 24)); }
 };
-} // namespace
+}  // namespace
 
 namespace {
 struct ReferenceTrace {
     TraceResult result;
     std::vector<ReferencePoint> points;
 };
-} // namespace
+}  // namespace
 
 // The same walk on rows counted from the bottom, remembering every state.
 static ReferenceTrace referenceTrace(const ReferenceImage& mask, ReferencePoint origin)
@@ -107,7 +107,7 @@ TEST(MaskTrace, RandomMasksMatchTheReference)
         for (ReferencePixel& p : mask.pixels) {
             const uint8_t value = random() % 10 < share ? 0 : 255;
             p = {value, value, value};
-            if (random() % 40 == 0) p.green = 128; // inside by its blue byte, but no start
+            if (random() % 40 == 0) p.green = 128;  // inside by its blue byte, but no start
         }
         const ReferencePoint origin = {(int)(random() % 50) - 25, (int)(random() % 50) - 25};
         const ReferenceTrace expected = referenceTrace(mask, origin), actual = trace(mask, origin);

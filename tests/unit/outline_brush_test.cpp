@@ -56,7 +56,7 @@ struct Reshaped {
     BrushResult result;
     std::vector<ReferencePoint> points;
 };
-} // namespace
+}  // namespace
 
 static Reshaped reshape(const std::vector<ReferencePoint>& given, BrushDab dab)
 {
@@ -102,7 +102,7 @@ TEST(OutlineBrush, AddsAndCutsADiskAtAnEdge)
 TEST(OutlineBrush, NoPointInsideTheCircleChangesNothing)
 {
     EXPECT_EQ(BRUSH_MISSED, reshape(square(30, 30, 100, 100), {{60, 60}, 20, true}).result);
-    EXPECT_EQ(BRUSH_MISSED, reshape(square(30, 30, 100, 100), {{15, 60}, 15, false}).result); // touches
+    EXPECT_EQ(BRUSH_MISSED, reshape(square(30, 30, 100, 100), {{15, 60}, 15, false}).result);  // touches
     EXPECT_EQ(BRUSH_MISSED, reshape(square(30, 30, 100, 100), {{30, 60}, 0, true}).result);
 }
 

@@ -46,7 +46,7 @@ struct Picture {
     }
     BitsView view() { return bottomUpView(rows.data(), width, height, (ptrdiff_t)rowStride(width, 24)); }
 };
-} // namespace
+}  // namespace
 
 static void expectBounds(const ReferenceBounds& expected, const RowHead* table, PixelRect& rect)
 {

@@ -492,7 +492,7 @@ TEST(PackedBitmap, FlipVerticalKeepsTheTopRowAndShiftsByOne)
         for (int x = 0; x < 2; x++)
             image.set(x, y, {(uint8_t)(10 + y), 0, 0});
     }
-    const int rows[] = {10, 13, 12, 11}; // a true mirror would be 13, 12, 11, 10
+    const int rows[] = {10, 13, 12, 11};  // a true mirror would be 13, 12, 11, 10
     for (int y = 0; y < 4; y++) {
         for (int x = 0; x < 2; x++)
             expected.set(x, y, {(uint8_t)rows[y], 0, 0});

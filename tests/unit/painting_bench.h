@@ -18,8 +18,14 @@ struct PaintingBench {
 
 inline PaintingBench paintingBench(const reference::Scene& scene, const reference::Grid& mask)
 {
-    return {scene, mask, imageOf(scene.image), imageOf(scene.strokeStart), imageOf(scene.original),
-            imageOf(scene.patch), mapOf(scene.coverage), mapOf(mask)};
+    return {scene,
+            mask,
+            imageOf(scene.image),
+            imageOf(scene.strokeStart),
+            imageOf(scene.original),
+            imageOf(scene.patch),
+            mapOf(scene.coverage),
+            mapOf(mask)};
 }
 
 inline Rgb rgbOf(reference::Pixel colour)
@@ -47,7 +53,9 @@ inline void layKernelDab(PaintingBench& bench, const reference::Dab& dab)
     case reference::RUBBER:
         (dab.soft ? softRubberKernel : hardRubberKernel)(image, placed, mask, bench.original.view(), dab.opacity);
         break;
-    case reference::SPRAY: (dab.soft ? softSprayKernel : hardSprayKernel)(image, placed, mask, colour, dab.opacity); break;
+    case reference::SPRAY:
+        (dab.soft ? softSprayKernel : hardSprayKernel)(image, placed, mask, colour, dab.opacity);
+        break;
     }
 }
 

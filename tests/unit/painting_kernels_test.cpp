@@ -37,11 +37,12 @@ static reference::Scene randomScene(Dice& dice, int width, int height, const Gri
 static void layAroundBorders(Dice& dice, const Dab& kind, const Grid& mask, int width, int height)
 {
     PaintingBench bench = paintingBench(randomScene(dice, width, height, mask), mask);
-    const int across[] = {-mask.width, 1 - mask.width, -mask.width / 2, -1, 0, 1, width / 2, width - mask.width,
-                          width - mask.width + 1, width - mask.width / 2, width - 1, width};
+    const int across[] = {
+        -mask.width,        1 - mask.width,         -mask.width / 2,        -1,        0,    1, width / 2,
+        width - mask.width, width - mask.width + 1, width - mask.width / 2, width - 1, width};
     for (int left : across) {
-        const int down[] = {-mask.height, 1 - mask.height, -mask.height / 2, 0, height / 2, height - mask.height,
-                            height - mask.height / 2, height - 1, height};
+        const int down[] = {-mask.height,         1 - mask.height,          -mask.height / 2, 0,     height / 2,
+                            height - mask.height, height - mask.height / 2, height - 1,       height};
         for (int top : down) {
             Dab dab = kind;
             dab.left = left;
@@ -98,7 +99,8 @@ TEST(PaintingKernels, RandomDabs)
         const reference::Tool tool = allTools[dice.upTo(4)];
         const bool soft = dice.upTo(1) != 0;
         for (int k = 0; k < 4; ++k) {
-            const Dab dab = {tool, soft, dice.between(-32, 42), dice.between(-32, 42), randomColour(dice), dice.upTo(100)};
+            const Dab dab = {tool,          soft, dice.between(-32, 42), dice.between(-32, 42), randomColour(dice),
+                             dice.upTo(100)};
             ASSERT_TRUE(dabMatches(bench, dab)) << "seed " << seed << " dab " << k << " tool " << tool;
         }
     }
@@ -110,8 +112,8 @@ static PaintingBench layOnPlain(reference::Tool tool, bool soft, int width, int 
 {
     const Grid mask = plainGrid(width, height, 1);
     const reference::Picture plain = plainPicture(width, height, image);
-    PaintingBench bench = paintingBench({plain, plain, plainPicture(width, height, colour), plain,
-                                         plainGrid(width, height, 0)}, mask);
+    PaintingBench bench =
+        paintingBench({plain, plain, plainPicture(width, height, colour), plain, plainGrid(width, height, 0)}, mask);
     layKernelDab(bench, {tool, soft, 0, 0, colour, opacity});
     return bench;
 }
@@ -132,16 +134,14 @@ static void expectPixel(Pixel expected, Pixel actual)
 static const Pixel grey = {100, 101, 102}, paint = {10, 20, 250};
 
 TEST(HardBrush, MixesTruncatingAndKeepsPadding)
-{   // two rows of two pixels, bottom-up; the last two bytes of a row are padding
-    uint8_t bits[] = {   0,  0,  0,   10, 20, 30,  0xCC,0xCC,
-                       101,101,101,  255,255,255,  0xCC,0xCC };
-    uint8_t cells[] = { 1, 1 }, covered[] = { 0, 0, 0, 0 };
-    hardBrushKernel(BitsView{ bits + 8, -8, 2, 2 }, placeDab({0, 0, 2, 1}, 2, 1, 2, 2), MapView{ cells, -2, 2, 1 },
-                    MapView{ covered + 2, -2, 2, 2 }, Rgb{ 0, 0, 0 }, 50);
-    const uint8_t expected[] = {   0,  0,  0,   10, 20, 30,  0xCC,0xCC,
-                                  50, 50, 50,  127,127,127,  0xCC,0xCC };
+{  // two rows of two pixels, bottom-up; the last two bytes of a row are padding
+    uint8_t bits[] = {0, 0, 0, 10, 20, 30, 0xCC, 0xCC, 101, 101, 101, 255, 255, 255, 0xCC, 0xCC};
+    uint8_t cells[] = {1, 1}, covered[] = {0, 0, 0, 0};
+    hardBrushKernel(BitsView{bits + 8, -8, 2, 2}, placeDab({0, 0, 2, 1}, 2, 1, 2, 2), MapView{cells, -2, 2, 1},
+                    MapView{covered + 2, -2, 2, 2}, Rgb{0, 0, 0}, 50);
+    const uint8_t expected[] = {0, 0, 0, 10, 20, 30, 0xCC, 0xCC, 50, 50, 50, 127, 127, 127, 0xCC, 0xCC};
     EXPECT_EQ(0, memcmp(bits, expected, sizeof bits));
-    const uint8_t expectedCoverage[] = { 0, 0, 1, 1 };
+    const uint8_t expectedCoverage[] = {0, 0, 1, 1};
     EXPECT_EQ(0, memcmp(covered, expectedCoverage, sizeof covered));
 }
 
@@ -196,7 +196,8 @@ TEST(SoftEdges, VisibleSizeOfExactlyTwoChangesNothing)
         // ... also when only two columns of a larger dab are visible.
         const Grid mask = plainGrid(9, 9, 1);
         const reference::Picture plain = plainPicture(20, 20, grey);
-        PaintingBench bench = paintingBench({plain, plain, plainPicture(20, 20, paint), plain, plainGrid(20, 20, 0)}, mask);
+        PaintingBench bench =
+            paintingBench({plain, plain, plainPicture(20, 20, paint), plain, plainGrid(20, 20, 0)}, mask);
         layKernelDab(bench, {tool, true, -7, 5, paint, 100});
         EXPECT_TRUE(sameBytes(bench));
         layKernelDab(bench, {tool, true, -6, 5, paint, 100});

@@ -51,7 +51,8 @@ struct PaletteCommands : SessionFixture {
     ToolSettings& settingsOf(uint32_t tool)
     {
         ToolSettings* found = session->toolSettings;
-        while (found->toolId != tool) ++found;
+        while (found->toolId != tool)
+            ++found;
         return *found;
     }
 };
@@ -61,7 +62,8 @@ TEST_F(PaletteCommands, StartsWithBarsAndButtonsSet)
     EXPECT_EQ(16, bar(BAR_WIDTH));
     EXPECT_EQ(16, bar(BAR_HEIGHT));
     EXPECT_EQ(100, bar(BAR_OPACITY));
-    for (int id : {CHECK_LOCK_LH, BUTTON_CIRCLE, BUTTON_EDGE_FULL}) EXPECT_TRUE(checked(id)) << id;
+    for (int id : {CHECK_LOCK_LH, BUTTON_CIRCLE, BUTTON_EDGE_FULL})
+        EXPECT_TRUE(checked(id)) << id;
     int low, high;
     GetScrollRange(GetDlgItem(palette, BAR_OPACITY), SB_CTL, &low, &high);
     EXPECT_TRUE(low == 40 && high == 100);
@@ -254,7 +256,8 @@ TEST_F(PaletteCommands, UnknownCommandsChangeNothing)
 {
     click(BUTTON_BRUSH);
     const SessionRecord before = *session;
-    for (int id : {0, 1, 3, 113, 125, 153, 200, 206, 215, 9999}) click(id);
+    for (int id : {0, 1, 3, 113, 125, 153, 200, 206, 215, 9999})
+        click(id);
     EXPECT_EQ(0, memcmp(before.toolSettings, session->toolSettings, sizeof before.toolSettings));
     EXPECT_EQ(before.currentTool, session->currentTool);
     EXPECT_EQ(before.brushWidth, session->brushWidth);

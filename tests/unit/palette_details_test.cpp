@@ -48,14 +48,16 @@ struct PaletteDetails : SessionFixture {
     ToolSettings& settingsOf(uint32_t tool)
     {
         ToolSettings* found = session->toolSettings;
-        while (found->toolId != tool) ++found;
+        while (found->toolId != tool)
+            ++found;
         return *found;
     }
     void drawSelection()
     {
         click(BUTTON_SELECTION);
         sessionPress(10, 10);
-        for (const POINT& to : {POINT{40, 12}, POINT{38, 30}, POINT{12, 28}}) sessionMove(to.x, to.y);
+        for (const POINT& to : {POINT{40, 12}, POINT{38, 30}, POINT{12, 28}})
+            sessionMove(to.x, to.y);
         sessionRelease(12, 28);
     }
     void openTextLine()
@@ -77,9 +79,9 @@ struct PaletteDetails : SessionFixture {
 
 TEST_F(PaletteDetails, EveryToolHasItsCursor)
 {
-    const int cursors[][2] = {{TOOL_OUTLINE_BRUSH, 142}, {BUTTON_SELECTION, 114}, {BUTTON_BRUSH, 100},
+    const int cursors[][2] = {{TOOL_OUTLINE_BRUSH, 142}, {BUTTON_SELECTION, 114},  {BUTTON_BRUSH, 100},
                               {BUTTON_RUBBER, 108},      {BUTTON_AEROGRAPHE, 110}, {BUTTON_STAMP, 106},
-                              {BUTTON_SMOOTH, 104},      {BUTTON_SPOONBILL, 112}, {BUTTON_TEXT, 124},
+                              {BUTTON_SMOOTH, 104},      {BUTTON_SPOONBILL, 112},  {BUTTON_TEXT, 124},
                               {BUTTON_COLORS, 102}};
     for (const auto& row : cursors) {
         const HCURSOR expected = LoadCursorA(moduleInstance, MAKEINTRESOURCEA(row[1]));
@@ -93,8 +95,8 @@ TEST_F(PaletteDetails, EveryToolHasItsCursor)
 
 TEST_F(PaletteDetails, ToolsButSelectionAndColorsClearTheSelection)
 {
-    for (int id : {BUTTON_BRUSH, BUTTON_RUBBER, BUTTON_AEROGRAPHE, BUTTON_STAMP, BUTTON_SMOOTH, BUTTON_SPOONBILL,
-                   BUTTON_TEXT}) {
+    for (int id :
+         {BUTTON_BRUSH, BUTTON_RUBBER, BUTTON_AEROGRAPHE, BUTTON_STAMP, BUTTON_SMOOTH, BUTTON_SPOONBILL, BUTTON_TEXT}) {
         drawSelection();
         ASSERT_EQ(1u, session->selectionActive) << id;
         click(id);

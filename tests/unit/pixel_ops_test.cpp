@@ -229,7 +229,7 @@ TEST(NearestTable, SmallTablesByHand)
     EXPECT_EQ((std::vector<int>{0}), tableOf(7, 1));
     EXPECT_EQ((std::vector<int>{0, 1, 2}), tableOf(3, 3));
     EXPECT_EQ((std::vector<int>{0, 1, 1}), tableOf(2, 3));
-    EXPECT_EQ((std::vector<int>{0, 1}), tableOf(3, 2)); // err 0 takes the diagonal first, then column 2 is skipped
+    EXPECT_EQ((std::vector<int>{0, 1}), tableOf(3, 2));  // err 0 takes the diagonal first, then column 2 is skipped
     EXPECT_EQ((std::vector<int>{0, 2, 4}), tableOf(6, 3));
 }
 

@@ -147,12 +147,12 @@ TEST(RowCrossings, CopyIsTheSameAndItsOwn)
     const Rows rows = {{0, {1, 2}}, {3, {5}}, {6, {8, 10, 11}}};
     RowHead* table = tableOf(6, rows);
     cross(table, 1, 1);
-    cross(table, 1, 1); // leaves a spare node
+    cross(table, 1, 1);  // leaves a spare node
     RowHead* copy = copyCrossings(table);
     freeCrossings(table);
     EXPECT_EQ(rows, rowsOf(copy));
     for (int x = 0; x < 3000; x++)
-        EXPECT_TRUE(cross(copy, 2, 2 * x)); // it can still grow
+        EXPECT_TRUE(cross(copy, 2, 2 * x));  // it can still grow
     EXPECT_EQ(3000u, takeRows(copy)[2].size());
 }
 
@@ -230,7 +230,7 @@ TEST(RowCrossings, ThreeThousandRowsOfTenAndOneVeryLongRow)
         for (int row = 0; row < 3000; row++)
             ASSERT_TRUE(cross(table, row, 1000 - 100 * n));
     for (int x = 32765; x > 1000; x--)
-        ASSERT_TRUE(cross(table, 1500, x)); // to the left, against the order of the list
+        ASSERT_TRUE(cross(table, 1500, x));  // to the left, against the order of the list
     const Rows rows = takeRows(table);
     EXPECT_EQ(3000u, rows.size());
     EXPECT_EQ((std::vector<int>{100, 200, 300, 400, 500, 600, 700, 800, 900, 1000}), rows.at(2999));

@@ -30,5 +30,6 @@ TEST(ScrollStep, StopsAtTheBounds)
 
 TEST(ScrollStep, OtherCodesChangeNothing)
 {
-    for (int code : {6, 7, 8, 9, -1}) EXPECT_EQ(16, scrolledPosition(16, code, 30, brush)) << code;
+    for (int code : {6, 7, 8, 9, -1})
+        EXPECT_EQ(16, scrolledPosition(16, code, 30, brush)) << code;
 }

@@ -140,7 +140,7 @@ const int oneClickHits[] = {HIT_FLIP_HORIZONTAL, HIT_FLIP_VERTICAL, HIT_DARKER, 
                             HIT_HUE_DOWN,        HIT_HUE_UP,        HIT_SATURATION_MORE, HIT_SATURATION_LESS,
                             HIT_CONTRAST_MORE,   HIT_CONTRAST_LESS, HIT_LIFT_UP,         HIT_LIFT_DOWN};
 
-} // namespace
+}  // namespace
 
 TEST_F(SelectionSequence, RandomOperationsKeepEverythingWhole)
 {
@@ -153,40 +153,30 @@ TEST_F(SelectionSequence, RandomOperationsKeepEverythingWhole)
             SCOPED_TRACE(testing::Message() << size.cx << " x " << size.cy << ", step " << step);
             if (!session->selectionActive) drawAnything();
             expectWhole();
-            if (!session->selectionActive) continue; // there is no frame that could be pressed
+            if (!session->selectionActive) continue;  // there is no frame that could be pressed
             const RECT rect = session->selectionRect;
             switch (dice.between(0, 9)) {
-            case 0:
-                moveSelectionBy(dice.between(-60, 60), dice.between(-60, 60));
-                break;
-            case 1:
-                moveSelectionBy(dice.between(-3000, 3000), dice.between(-3000, 3000));
-                break;
+            case 0: moveSelectionBy(dice.between(-60, 60), dice.between(-60, 60)); break;
+            case 1: moveSelectionBy(dice.between(-3000, 3000), dice.between(-3000, 3000)); break;
             case 2:
                 resizeSelectionTo({rect.left + dice.between(-20, 20), rect.top + dice.between(-20, 20),
                                    rect.left + dice.between(1, 150), rect.top + dice.between(1, 150)});
                 break;
             case 3:
-            case 4:
-                rotateSelectionBy(dice.between(-360, 360));
-                break;
+            case 4: rotateSelectionBy(dice.between(-360, 360)); break;
             case 5:
                 picture = withSelection(picture);
                 ++applied;
                 runSelectionOperation(canvas, HIT_APPLY);
                 break;
-            case 6:
-                dabOutline(dice.between(0, 1) ? anyPoint() : POINT{rect.left, rect.top});
-                break;
+            case 6: dabOutline(dice.between(0, 1) ? anyPoint() : POINT{rect.left, rect.top}); break;
             case 7:
                 if (dice.between(0, 3) == 0) runSelectionOperation(canvas, HIT_CLOSE);
                 break;
             case 8:
                 if (dice.between(0, 2) == 0) placeStored();
                 break;
-            default:
-                runSelectionOperation(canvas, oneClickHits[dice.between(0, 11)]);
-                break;
+            default: runSelectionOperation(canvas, oneClickHits[dice.between(0, 11)]); break;
             }
             expectWhole();
             floating += session->selectionActive != 0;
@@ -202,7 +192,7 @@ TEST_F(SelectionSequence, RandomOperationsKeepEverythingWhole)
 
 namespace {
 
-int allocationsLeft; // negative: as many as are wanted
+int allocationsLeft;  // negative: as many as are wanted
 int allocationsMade;
 
 bool mayAllocate()
@@ -247,7 +237,7 @@ bool runShortOfMemory(int allocations, const std::function<void()>& operation)
     return allocationsMade > allocations;
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(SelectionSequence, MemoryRunningOutAnywhereLeavesEverythingWhole)
 {

@@ -86,7 +86,7 @@ void expectFloating(const ReferenceImage& photo, const ReferenceOutline& outline
     }
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(SelectionStress, RandomOutlinesAreLiftedAsTheEvenOddRuleSays)
 {
@@ -166,7 +166,7 @@ void useSelection(int number)
     }
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(SelectionStress, AThousandSelectionsLeaveNothingInMemory)
 {
@@ -176,7 +176,7 @@ TEST_F(SelectionStress, AThousandSelectionsLeaveNothingInMemory)
     int memoryBefore = 0, graphicsBefore = 0;
     SIZE_T bytesBefore = 0;
     for (int number = 0; number < 1020; ++number) {
-        if (number == 20) { // the system fills caches of its own at first
+        if (number == 20) {  // the system fills caches of its own at first
             memoryBefore = freeMemoryHandles();
             graphicsBefore = freeGraphicsHandles();
             bytesBefore = bytesInUse();

@@ -96,7 +96,7 @@ TEST(SelectionTiffWriter, ThumbnailKeepsTheSelectionsRowsPerStrip)
 {
     MemoryFile file;
     ASSERT_TRUE(writeInto(file, randomSelection(5, 17, 9)));
-    const size_t rowsPerStrip = 856 + 2 + 8 * 12; // the ninth entry of directory 3
+    const size_t rowsPerStrip = 856 + 2 + 8 * 12;  // the ninth entry of directory 3
     EXPECT_EQ(file.bytes[rowsPerStrip] | file.bytes[rowsPerStrip + 1] << 8, 278);
     EXPECT_EQ(file.bytes[rowsPerStrip + 8] | file.bytes[rowsPerStrip + 9] << 8, 9);
 }
@@ -252,7 +252,7 @@ TEST(SelectionThumbnail, TenTimesAsWideAsHighFillsRows13To16)
 
 TEST(SelectionThumbnail, AnOddFittedWidthGainsOneColumn)
 {
-    const ThumbnailArea area = fitThumbnail(10, 100); // fits as 3 columns
+    const ThumbnailArea area = fitThumbnail(10, 100);  // fits as 3 columns
     EXPECT_EQ(area.left, 18);
     EXPECT_EQ(area.width, 4);
     EXPECT_EQ(area.top, 0);
@@ -304,7 +304,7 @@ TEST(SelectionThumbnail, PixelsThatAreNotAllBlackInTheMaskStayGray)
     for (auto& p : selection.image.pixels)
         p = {1, 2, 3};
     for (auto& p : selection.mask.pixels)
-        p = {1, 0, 0}; // inside by its red, but not all black
+        p = {1, 0, 0};  // inside by its red, but not all black
     EXPECT_EQ(referenceThumbnail(selection), std::vector<uint8_t>(3600, 192));
     MemoryFile file;
     ASSERT_TRUE(writeInto(file, selection));

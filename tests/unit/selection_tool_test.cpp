@@ -109,7 +109,7 @@ reference::Picture withSelection(reference::Picture picture)
     return picture;
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(SelectionTool, LiftsThePixelsInsideAndLeavesTheImage)
 {
@@ -125,7 +125,7 @@ TEST_F(SelectionTool, LiftsThePixelsInsideAndLeavesTheImage)
         }
     }
     EXPECT_TRUE(insideMask(50 - r.left, 35 - r.top));
-    EXPECT_FALSE(insideMask(50 - r.left, 60 - r.top)); // the notch between the two lower corners
+    EXPECT_FALSE(insideMask(50 - r.left, 60 - r.top));  // the notch between the two lower corners
     EXPECT_TRUE(showsPicture(image, picture));
 }
 
@@ -135,7 +135,7 @@ TEST_F(SelectionTool, AnOutlineThatEnclosesNothingLeavesNothing)
     draw({{40, 40}});
     EXPECT_EQ(0u, session->selectionActive);
     EXPECT_EQ(nullptr, session->outlinePoints);
-    draw({{20, 40}, {80, 40}}); // along one row: no crossing
+    draw({{20, 40}, {80, 40}});  // along one row: no crossing
     EXPECT_EQ(0u, session->selectionActive);
     EXPECT_EQ(nullptr, session->rowCrossings);
     EXPECT_TRUE(IsRectEmpty(&session->selectionRect));
@@ -157,11 +157,11 @@ TEST_F(SelectionTool, ApplyWritesTheMovedPixelsAndCanBeRepeated)
     openPhoto(120, 90);
     drawShape();
     click(HIT_APPLY);
-    EXPECT_TRUE(showsPicture(image, picture)); // in its own place nothing changes
+    EXPECT_TRUE(showsPicture(image, picture));  // in its own place nothing changes
     reference::Picture expected = picture;
-    for (const POINT step : {POINT{12, 9}, POINT{-30, 5}, POINT{70, -40}}) { // the last one hangs over
+    for (const POINT step : {POINT{12, 9}, POINT{-30, 5}, POINT{70, -40}}) {  // the last one hangs over
         moveSelectionBy(step.x, step.y);
-        EXPECT_TRUE(showsPicture(image, expected)); // moving writes nothing
+        EXPECT_TRUE(showsPicture(image, expected));  // moving writes nothing
         expected = withSelection(expected);
         click(HIT_APPLY);
         ASSERT_TRUE(showsPicture(image, expected));
@@ -241,7 +241,7 @@ TEST_F(SelectionTool, ColoursAreAppliedOnceToWhateverWasDoneBefore)
     drawShape();
     click(HIT_DARKER);
     resizeSelectionTo({10, 10, 150, 130});
-    click(HIT_BRIGHTER); // neutral again
+    click(HIT_BRIGHTER);  // neutral again
     EXPECT_EQ(bytesOf(session->selectionImageSource), bytesOf(session->selectionImage));
 }
 
@@ -351,7 +351,7 @@ TEST_F(SelectionTool, TheOutlineBrushActsAtThePressAndItsPixelsFollowAtTheReleas
     EXPECT_EQ(pressed.maxX + 1, session->reshapeRect.right);
     EXPECT_TRUE(IsRectEmpty(&session->frameInnerRect));
     EXPECT_TRUE(before == snapshot());
-    movePointer(session->canvasWindow, {80, 78}, true); // one dab a press: moves reshape nothing
+    movePointer(session->canvasWindow, {80, 78}, true);  // one dab a press: moves reshape nothing
     releaseButton(session->canvasWindow, {80, 78});
     const PointBox released = boxOfPoints(session->outlinePoints, session->outlinePointCount);
     EXPECT_EQ(0, memcmp(&pressed, &released, sizeof pressed));
@@ -413,7 +413,7 @@ namespace {
 
 struct CursorOfHit {
     int hit;
-    LPCSTR system; // or
+    LPCSTR system;  // or
     int resource;
 };
 
@@ -471,7 +471,7 @@ HCURSOR cursorAt(POINT pixel)
     return chosen;
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(SelectionTool, EveryPartOfTheFrameHasItsCursor)
 {

@@ -54,7 +54,7 @@ struct Picture {
         return {p[0], p[1], p[2]};
     }
 };
-} // namespace
+}  // namespace
 
 TEST(SelectionTransform, MovedPointsStayAtOneOrMore)
 {
@@ -167,7 +167,7 @@ struct Floating {
     PixelRect rect;
     ReferenceImage pixels, mask;
 };
-} // namespace
+}  // namespace
 
 static bool makeFloating(std::mt19937& random, int shape, int size, std::vector<PixelPoint>& points, Floating& floating)
 {
@@ -290,11 +290,11 @@ TEST(SelectionTransform, AnglesAddUpOverTheShorterWay)
 {
     const PixelPoint centre = {500, 500};
     AngleTrack track = beginAngle(centre, PixelPoint{600, 500});
-    trackAngle(track, PixelPoint{500, 400}); // up: counter-clockwise
+    trackAngle(track, PixelPoint{500, 400});  // up: counter-clockwise
     EXPECT_EQ(90, trackedDegrees(track));
     trackAngle(track, PixelPoint{400, 500});
     trackAngle(track, PixelPoint{500, 600});
-    trackAngle(track, PixelPoint{500, 500}); // the centre has no angle
+    trackAngle(track, PixelPoint{500, 500});  // the centre has no angle
     EXPECT_EQ(270, trackedDegrees(track));
     trackAngle(track, PixelPoint{600, 500});
     trackAngle(track, PixelPoint{600, 400});
@@ -320,9 +320,9 @@ TEST(SelectionTransform, AngleBeginsWhereThePointerLeavesTheCentre)
 TEST(SelectionTransform, DegreesAreTruncatedTowardZero)
 {
     AngleTrack track = beginAngle(PixelPoint{0, 0}, PixelPoint{1000, 0});
-    trackAngle(track, PixelPoint{1000, -43}); // 2.46 degrees
+    trackAngle(track, PixelPoint{1000, -43});  // 2.46 degrees
     EXPECT_EQ(2, trackedDegrees(track));
-    trackAngle(track, PixelPoint{1000, 52}); // -2.98
+    trackAngle(track, PixelPoint{1000, 52});  // -2.98
     EXPECT_EQ(-2, trackedDegrees(track));
 }
 
@@ -335,7 +335,7 @@ TEST(SelectionTransform, RotationLosesOneTurnBeyond360)
     EXPECT_EQ(-90, addRotation(90, -180));
 }
 
-static const FrameMetrics metrics = {3, 5}; // margins 7 and 11
+static const FrameMetrics metrics = {3, 5};  // margins 7 and 11
 static const PixelRect client = {0, 0, 600, 400};
 
 static void expectMoved(int left, int top, int x, int y)
@@ -347,8 +347,8 @@ static void expectMoved(int left, int top, int x, int y)
 TEST(SelectionTransform, MovedBandStopsAtTheMargins)
 {
     expectMoved(190, 130, 200, 150);
-    expectMoved(489, 130, 900, 150); // 600 - 100 - 11
-    expectMoved(190, 339, 200, 900); // 400 - 50 - 11
+    expectMoved(489, 130, 900, 150);  // 600 - 100 - 11
+    expectMoved(190, 339, 200, 900);  // 400 - 50 - 11
     expectMoved(190, 11, 200, -80);
 }
 

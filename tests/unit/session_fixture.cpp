@@ -143,7 +143,8 @@ std::string readFile(const std::string& path)
     FILE* file = fopen(path.c_str(), "rb");
     if (!file) return content;
     char part[4096];
-    for (size_t got; (got = fread(part, 1, sizeof part, file)) != 0;) content.append(part, got);
+    for (size_t got; (got = fread(part, 1, sizeof part, file)) != 0;)
+        content.append(part, got);
     fclose(file);
     return content;
 }

@@ -20,7 +20,7 @@ bool showsPicture(HGLOBAL image, const reference::Picture& picture);
 COLORREF colorrefOf(reference::Pixel pixel);
 
 struct SessionFixture : testing::Test {
-    HWND host = nullptr;    // stands for the host dialog
+    HWND host = nullptr;  // stands for the host dialog
     HGLOBAL image = nullptr;
 
     void TearDown() override { close(); }
@@ -36,7 +36,7 @@ struct SessionFixture : testing::Test {
 struct ModuleHome {
     std::string directory;  // with a backslash at the end
     HMODULE module;
-    HINSTANCE before;       // moduleInstance until now
+    HINSTANCE before;  // moduleInstance until now
 };
 
 bool moveModuleHome(ModuleHome* home);

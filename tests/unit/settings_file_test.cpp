@@ -51,19 +51,18 @@ static bool operator==(const Kept& a, const Kept& b)
     return memcmp(a.tools, b.tools, sizeof a.tools) == 0 && memcmp(&a.font, &b.font, sizeof a.font) == 0;
 }
 
-static const char defaultFile[] =
-    "[Cursors]\r\n"
-    "T116=000,000,016,016,001,001,001,000,000,100,12632319\r\n"
-    "T117=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
-    "T121=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
-    "T119=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
-    "T120=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
-    "T122=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
-    "T118=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
-    "T114=000,000,016,016,001,001,001,000,000,100,12632319\r\n"
-    "T123=000,000,016,016,000,000,001,000,000,100,12632319\r\n"
-    "T115=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
-    "Font=020,700,002,034,000,000,000,000,034,Arial\r\n";
+static const char defaultFile[] = "[Cursors]\r\n"
+                                  "T116=000,000,016,016,001,001,001,000,000,100,12632319\r\n"
+                                  "T117=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
+                                  "T121=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
+                                  "T119=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
+                                  "T120=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
+                                  "T122=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
+                                  "T118=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
+                                  "T114=000,000,016,016,001,001,001,000,000,100,12632319\r\n"
+                                  "T123=000,000,016,016,000,000,001,000,000,100,12632319\r\n"
+                                  "T115=000,000,016,016,001,001,001,001,000,100,12632319\r\n"
+                                  "Font=020,700,002,034,000,000,000,000,034,Arial\r\n";
 
 TEST_F(SettingsFile, WrittenByteForByte)
 {
@@ -83,10 +82,10 @@ TEST_F(SettingsFile, EverythingComesBack)
 {
     Dice dice = {7};
     for (ToolSettings& settings : session->toolSettings) {
-        settings = {settings.toolId, (uint32_t)dice.upTo(1), (uint32_t)dice.upTo(1), (uint32_t)dice.upTo(1),
-                    (uint32_t)dice.between(1, 48), (uint32_t)dice.between(1, 48), (uint32_t)dice.upTo(99),
-                    (uint32_t)dice.upTo(1), (uint32_t)dice.upTo(1), (uint32_t)dice.upTo(1),
-                    (uint32_t)dice.upTo(0xFFFFFF), (uint32_t)dice.between(16, 100)};
+        settings = {settings.toolId,         (uint32_t)dice.upTo(1),        (uint32_t)dice.upTo(1),
+                    (uint32_t)dice.upTo(1),  (uint32_t)dice.between(1, 48), (uint32_t)dice.between(1, 48),
+                    (uint32_t)dice.upTo(99), (uint32_t)dice.upTo(1),        (uint32_t)dice.upTo(1),
+                    (uint32_t)dice.upTo(1),  (uint32_t)dice.upTo(0xFFFFFF), (uint32_t)dice.between(16, 100)};
     }
     session->textFont.lfHeight = 31;
     session->textFont.lfItalic = 1;
@@ -114,7 +113,7 @@ TEST_F(SettingsFile, OlderFileNumbersTheToolsOneLowerContrastExcepted)
 {
     const std::string content = "[Cursors]\r\n"
                                 "T116=001,023,047,001,000,001,000,005,049,1193046\r\n"  // Brush
-                                "T114=001,011,012,001,001,001,001,000,100,255\r\n"      // Contrast, and tool 115's number
+                                "T114=001,011,012,001,001,001,001,000,100,255\r\n"  // Contrast, and tool 115's number
                                 "Font=030,400,002,034,000,000,000,000,034,Courier New\r\n";
     writeFile(older(), content);
     const ToolSettings outlineBrush = *settingsOf(TOOL_OUTLINE_BRUSH);
@@ -144,7 +143,8 @@ TEST_F(SettingsFile, PlaceThatCannotBeWrittenIsLeftAlone)
     const std::string content = "[Cursors]\r\nT117=001,001,005,006,000,001,001,001,000,049,255\r\n";
     writeFile(current(), content);
     // Held open, because an administrator may write to what is read-only.
-    const HANDLE held = CreateFileA(current().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    const HANDLE held =
+        CreateFileA(current().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     readToolSettings();
     EXPECT_EQ(5u, settingsOf(TOOL_BRUSH)->width);
     EXPECT_EQ(1, writeToolSettings());
@@ -184,7 +184,11 @@ TEST_F(SettingsFile, HostileValuesGiveASaneBrush)
         "999,999,999,999,999,999,999,999,999,999,99999999999999999999",
         "002,002,000,000,000,000,000,000,000,000,-99999999999999999999",
         "99999999999999999999,99999999999999999999,99999999999999999999",
-        nines, letters, ",,,,,,,,,,", "", "1",
+        nines,
+        letters,
+        ",,,,,,,,,,",
+        "",
+        "1",
         "000,000,2147483648,4294967295,-2147483649,",
     };
     for (const std::string& value : values) {
@@ -221,7 +225,8 @@ TEST_F(SettingsFile, ZeroBytesAndBinaryContentAreSurvived)
     Dice dice = {3};
     for (int k = 0; k < 50; ++k) {
         std::string content = "[Cursors]\r\nT117=";
-        for (int n = dice.upTo(3000); n > 0; --n) content += (char)dice.upTo(255);
+        for (int n = dice.upTo(3000); n > 0; --n)
+            content += (char)dice.upTo(255);
         writeFile(current(), content);
         EXPECT_EQ(1, readToolSettings());
         chooseBrush();

@@ -138,7 +138,7 @@ TEST(CellRuns, EveryRunOfRandomCellsIsFoundWhole)
             cells[i] = i == 0 || dice.upTo(change) == 0 ? (uint8_t)(dice.upTo(1) * dice.between(1, 255)) : cells[i - 1];
         int last = -1;
         for (CellRun run = {}; nextRun(cells.data(), count, run);) {
-            ASSERT_GT(run.first, last) << "seed " << seed; // a gap of one cell at least
+            ASSERT_GT(run.first, last) << "seed " << seed;  // a gap of one cell at least
             ASSERT_GT(run.end, run.first) << "seed " << seed;
             ASSERT_LE(run.end, count) << "seed " << seed;
             for (int i = run.first; i < run.end; ++i)

@@ -10,8 +10,13 @@ using reference::Grid;
 
 static BrushStroke strokeOn(PaintingBench& bench, reference::Pixel colour, int opacity, bool soft)
 {
-    return {bench.image.view(), bench.strokeStart.view(), bench.coverage.view(), bench.maskMap.view(),
-            rgbOf(colour), opacity, soft};
+    return {bench.image.view(),
+            bench.strokeStart.view(),
+            bench.coverage.view(),
+            bench.maskMap.view(),
+            rgbOf(colour),
+            opacity,
+            soft};
 }
 
 static PaintingBench strokeBench(Dice& dice, int width, int height, const Grid& mask)
@@ -49,8 +54,9 @@ TEST(BrushSegment, RandomStrokesMatchTheReferenceDabByDab)
         const Grid mask = randomMask(dice);
         const bool narrow = dice.upTo(4) == 0;
         PaintingBench bench = strokeBench(dice, dice.between(1, narrow ? 6 : 150), dice.between(1, 120), mask);
-        const reference::Dab dab = {reference::BRUSH, dice.upTo(1) != 0, 0, 0,
-                                    {dice.upTo(255), dice.upTo(255), dice.upTo(255)}, dice.upTo(100)};
+        const reference::Dab dab = {
+            reference::BRUSH, dice.upTo(1) != 0, 0, 0, {dice.upTo(255), dice.upTo(255), dice.upTo(255)},
+            dice.upTo(100)};
         const BrushStroke stroke = strokeOn(bench, dab.colour, dab.opacity, dab.soft);
         PixelPoint from = {dice.between(-30, 160), dice.between(-30, 130)};
         for (int k = 0; k < 4; ++k) {
@@ -148,7 +154,8 @@ TEST(StrokeRows, FreshRowsOfEveryLengthAndOpacityMatchTheFormulaAndStayInside)
                     expected[GUARD + i * 3 + k] = (uint8_t)mixed(expected[GUARD + i * 3 + k], over[k], opacity);
                 expectedCells[GUARD + i] = 1;
             }
-            mixFreshRow(pixels.data() + GUARD, cells.data() + GUARD, count, rgbOf({over[0], over[1], over[2]}), opacity);
+            mixFreshRow(pixels.data() + GUARD, cells.data() + GUARD, count, rgbOf({over[0], over[1], over[2]}),
+                        opacity);
             ASSERT_EQ(expected, pixels) << count << " pixels, opacity " << opacity;
             ASSERT_EQ(expectedCells, cells) << count << " pixels, opacity " << opacity;
         }

@@ -50,7 +50,7 @@ static void modelDab(StrokeModel& model, int x, int y)
     model.maxX = std::max(model.maxX, x);
     model.minY = std::min(model.minY, y);
     model.maxY = std::max(model.maxY, y);
-    const reference::Dab dab = {kernelOf(brush.tool), brush.soft, x - brush.width / 2 * scale,
+    const reference::Dab dab = {kernelOf(brush.tool),         brush.soft,   x - brush.width / 2 * scale,
                                 y - brush.height / 2 * scale, brush.colour, brush.opacity};
     reference::layDab(model.scene, dab, reference::brushGrid(brush.width * scale, brush.height * scale, brush.shape));
 }
@@ -60,8 +60,8 @@ static void pickUp(StrokeModel& model, int x, int y)
 {
     const Picture& image = model.scene.image;
     const int left = x - model.brush.width / 2, top = y - model.brush.height / 2;
-    Picture patch = plainPicture(std::min(model.brush.width, image.width), std::min(model.brush.height, image.height),
-                                 {0, 0, 0});
+    Picture patch =
+        plainPicture(std::min(model.brush.width, image.width), std::min(model.brush.height, image.height), {0, 0, 0});
     for (int j = 0; j < patch.height; ++j)
         for (int i = 0; i < patch.width; ++i) {
             const int sx = left + i, sy = top + j;
@@ -83,7 +83,8 @@ static void segment(StrokeModel& model)
         modelDab(model, model.oldX, model.oldY);
         return;
     }
-    for (auto [x, y] : reference::linePoints(model.newX, model.newY, model.oldX, model.oldY)) modelDab(model, x, y);
+    for (auto [x, y] : reference::linePoints(model.newX, model.newY, model.oldX, model.oldY))
+        modelDab(model, x, y);
 }
 
 // A rectangle that leaves nothing on the image makes no step.
@@ -105,7 +106,8 @@ static void exchange(StrokeModel& model, ModelStep& step)
 {
     const Picture before = model.scene.image;
     for (int y = step.top; y < step.bottom; ++y)
-        for (int x = step.left; x < step.right; ++x) model.scene.image.at(x, y) = step.other.at(x, y);
+        for (int x = step.left; x < step.right; ++x)
+            model.scene.image.at(x, y) = step.other.at(x, y);
     step.other = before;
 }
 

@@ -25,11 +25,11 @@ struct StrokeModel {
     reference::Scene scene;
     ModelBrush brush;
     bool hasPatch;
-    int newX, newY, oldX, oldY;              // the newest position and the one before
-    int minX, maxX, minY, maxY;              // of the dab centres of this stroke
+    int newX, newY, oldX, oldY;  // the newest position and the one before
+    int minX, maxX, minY, maxY;  // of the dab centres of this stroke
     reference::Picture atPress;
     std::vector<ModelStep> steps;
-    int position;                            // steps applied; negative after too many undos
+    int position;  // steps applied; negative after too many undos
 };
 
 StrokeModel strokeModel(const reference::Picture& picture);

@@ -16,7 +16,7 @@ struct StrokeScreen : SessionFixture {
         const Picture picture = randomPicture(dice, width, height);
         model = strokeModel(picture);
         if (!open(picture, {0, 0}, visible)) return false;
-        session->overlayEnabled = 0; // the brush at the pointer is not what these look at
+        session->overlayEnabled = 0;  // the brush at the pointer is not what these look at
         return true;
     }
     bool same() { return showsPicture(image, model.scene.image); }
@@ -54,7 +54,7 @@ TEST_F(StrokeScreen, EverySegmentIsOnTheScreenAtOnce)
             EXPECT_TRUE(sameOnScreen()) << "move, tool " << tool;
         }
         release(model, 30, 30);
-        press(model, 40, 20); // Stamp paints at the second press
+        press(model, 40, 20);  // Stamp paints at the second press
         EXPECT_TRUE(sameOnScreen()) << "second press, tool " << tool;
         release(model, 40, 20);
         EXPECT_TRUE(same());

@@ -21,8 +21,8 @@ struct StrokeTools : SessionFixture {
     bool same() { return showsPicture(image, model.scene.image); }
 };
 
-static const uint32_t paintingTools[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE, TOOL_STAMP, TOOL_SMOOTH,
-                                         TOOL_SPOONBILL};
+static const uint32_t paintingTools[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE,
+                                         TOOL_STAMP, TOOL_SMOOTH, TOOL_SPOONBILL};
 static const SIZE brushSizes[] = {{1, 1}, {2, 48}, {3, 3}, {15, 16}, {48, 48}};
 static const int opacities[] = {16, 49, 100};  // what the bar's 40, 70 and 100 store
 
@@ -51,10 +51,11 @@ static bool drawWithEveryBrush(StrokeTools& test, uint32_t tool)
         for (int shape = 0; shape < 2; ++shape)
             for (const SIZE& size : brushSizes)
                 for (int opacity : opacities) {
-                    const ModelBrush brush = {tool,  shape,        soft != 0, size.cx, size.cy, opacity,
-                                              randomPaint(test.dice)};
+                    const ModelBrush brush = {
+                        tool, shape, soft != 0, size.cx, size.cy, opacity, randomPaint(test.dice)};
                     chooseBrush(test.model, brush);
-                    for (int k = 0; k < 2; ++k) drawSomething(test.model, test.dice);
+                    for (int k = 0; k < 2; ++k)
+                        drawSomething(test.model, test.dice);
                     if (test.same()) continue;
                     ADD_FAILURE() << "tool " << tool << " soft " << soft << " shape " << shape << " size " << size.cx
                                   << "x" << size.cy << " opacity " << opacity << " image "
@@ -91,7 +92,8 @@ TEST_F(StrokeTools, ScaleOfTheCanvasDoesNotMatter)
         ASSERT_TRUE(start(200, 100, client));
         for (uint32_t tool : paintingTools) {
             chooseBrush(model, {tool, 0, true, 15, 16, 49, randomPaint(dice)});
-            for (int k = 0; k < 4; ++k) drawSomething(model, dice);
+            for (int k = 0; k < 4; ++k)
+                drawSomething(model, dice);
             ASSERT_TRUE(same()) << "tool " << tool << " client " << client.cx;
         }
         close();
@@ -113,10 +115,12 @@ TEST_F(StrokeTools, PressBeforeThePointerEnteredDoesNothing)
 TEST_F(StrokeTools, RecordKnowsThePressAndTheLatestPoint)
 {
     ASSERT_TRUE(start(60, 40));
-    for (uint32_t tool : {(uint32_t)TOOL_BRUSH, (uint32_t)TOOL_COLORS, (uint32_t)TOOL_TEXT, (uint32_t)TOOL_OUTLINE_BRUSH}) {
+    for (uint32_t tool :
+         {(uint32_t)TOOL_BRUSH, (uint32_t)TOOL_COLORS, (uint32_t)TOOL_TEXT, (uint32_t)TOOL_OUTLINE_BRUSH}) {
         session->currentTool = tool;
         sessionPress(10, 11);
-        for (const POINT& point : session->clickPoints) EXPECT_TRUE(point.x == 10 && point.y == 11) << tool;
+        for (const POINT& point : session->clickPoints)
+            EXPECT_TRUE(point.x == 10 && point.y == 11) << tool;
         EXPECT_TRUE(session->strokePoint.x == 10 && session->strokePrevPoint.y == 11) << tool;
         EXPECT_EQ(11, session->dirtyBox.maxY) << tool;
         sessionMove(20, 12);
@@ -169,7 +173,8 @@ TEST_F(StrokeTools, BrushFillsADragButSmoothDabsAtThePositionsOnly)
     press(model, 10, 10);
     move(model, 20, 13);
     int painted = 0;
-    for (const Pixel& pixel : model.scene.image.pixels) painted += pixel.blue == 9 && pixel.green == 9 && pixel.red == 9;
+    for (const Pixel& pixel : model.scene.image.pixels)
+        painted += pixel.blue == 9 && pixel.green == 9 && pixel.red == 9;
     EXPECT_EQ(11, painted);
     release(model, 20, 13);
     EXPECT_TRUE(same());
@@ -301,7 +306,8 @@ TEST_F(StrokeTools, SoftAerographeSpraysTwiceTheBrushAndUndoCoversIt)
     EXPECT_EQ(40 + 11, rect.right);
     EXPECT_EQ(30 + 12, rect.bottom);
     int changed = 0;
-    for (size_t k = 0; k < before.pixels.size(); ++k) changed += before.pixels[k].red != model.scene.image.pixels[k].red;
+    for (size_t k = 0; k < before.pixels.size(); ++k)
+        changed += before.pixels[k].red != model.scene.image.pixels[k].red;
     EXPECT_GT(changed, 150) << "more than a 10 x 10 brush covers";
     applyUndo(UNDO);
     EXPECT_TRUE(showsPicture(image, before));
@@ -391,7 +397,8 @@ TEST_F(StrokeTools, RubberOverBothSidesOfANarrowImage)
     press(model, 2, 10);
     release(model, 2, 10);
     EXPECT_TRUE(same());
-    EXPECT_EQ(0, model.scene.image.at(0, 10).red + model.scene.image.at(0, 10).green + model.scene.image.at(0, 10).blue);
+    EXPECT_EQ(0,
+              model.scene.image.at(0, 10).red + model.scene.image.at(0, 10).green + model.scene.image.at(0, 10).blue);
 }
 
 // The colour that the brush's picture leaves out stands where the mask is empty; outside the image it is black.

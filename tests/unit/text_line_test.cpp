@@ -24,12 +24,10 @@ struct Guarded {
     }
     void type(const char* characters)
     {
-        for (; *characters; ++characters) typeCharacter(line(), characters, 1);
+        for (; *characters; ++characters)
+            typeCharacter(line(), characters, 1);
     }
-    bool type(const std::string& character)
-    {
-        return typeCharacter(line(), character.data(), (int)character.size());
-    }
+    bool type(const std::string& character) { return typeCharacter(line(), character.data(), (int)character.size()); }
     // The line cut into characters; a first byte alone would come out as one of its own.
     std::vector<std::string> characters()
     {
@@ -107,7 +105,8 @@ TEST(TextLine, CaretStaysBetweenStartAndEnd)
     g.type("ab");
     moveCaretRight(g.line());
     EXPECT_EQ(2, g.caret);
-    for (int i = 0; i < 5; ++i) moveCaretLeft(g.line());
+    for (int i = 0; i < 5; ++i)
+        moveCaretLeft(g.line());
     EXPECT_EQ(0, g.caret);
 }
 
@@ -127,7 +126,8 @@ TEST(TextLine, TypedBehindTheEndDoesNotShow)
 TEST(TextLine, BufferIsNeverPassed)
 {
     Guarded g;
-    for (int i = 0; i < TEXT_BUFFER_SIZE + 100; ++i) g.type("a");
+    for (int i = 0; i < TEXT_BUFFER_SIZE + 100; ++i)
+        g.type("a");
     EXPECT_EQ(TEXT_BUFFER_SIZE - 1, textLength(g.line()));
     moveCaretHome(g.line());
     EXPECT_FALSE(insertSpace(g.line()));
@@ -143,7 +143,7 @@ TEST(TextLine, LeadBytesAreTheOnesInThePairs)
         EXPECT_EQ(leads, isLeadByte(JAPANESE, (char)value)) << value;
         EXPECT_FALSE(isLeadByte({}, (char)value)) << value;
     }
-    const LeadBytes full = {{1, 2, 4, 5, 7, 8, 10, 11, 13, 14, 250, 255}}; // as many pairs as there is room for
+    const LeadBytes full = {{1, 2, 4, 5, 7, 8, 10, 11, 13, 14, 250, 255}};  // as many pairs as there is room for
     EXPECT_TRUE(isLeadByte(full, (char)255));
     EXPECT_FALSE(isLeadByte(full, 3));
 }
@@ -152,8 +152,8 @@ TEST(TextLine, LeadBytesAreTheOnesInThePairs)
 TEST(TextLine, DoubleByteCharactersAreEditedWhole)
 {
     Guarded g(JAPANESE);
-    g.type(std::string("\x83\x83")); // one character of two bytes that are both first bytes elsewhere
-    g.type(std::string("\x83\x5C")); // the second byte is a backslash
+    g.type(std::string("\x83\x83"));  // one character of two bytes that are both first bytes elsewhere
+    g.type(std::string("\x83\x5C"));  // the second byte is a backslash
     g.type("a");
     EXPECT_EQ(5, g.caret);
     const int stops[] = {4, 2, 0, 0};
@@ -202,7 +202,8 @@ TEST(TextLine, NoLeadByteStandsAloneAtTheBuffersEnd)
         Guarded g(JAPANESE);
         for (int i = 0; i < before; ++i)
             g.type("a");
-        while (g.type(std::string("\x82\xA0"))) {}
+        while (g.type(std::string("\x82\xA0"))) {
+        }
         const int length = TEXT_BUFFER_SIZE - 1 - (TEXT_BUFFER_SIZE - 1 - before) % 2;
         EXPECT_EQ(length, textLength(g.line()));
         EXPECT_EQ((size_t)(before + (length - before) / 2), g.characters().size());
@@ -212,7 +213,7 @@ TEST(TextLine, NoLeadByteStandsAloneAtTheBuffersEnd)
             // Over one byte there is room for two only when one is free.
             EXPECT_EQ(length + 1 < TEXT_BUFFER_SIZE, g.type(std::string("\x82\xA0")));
         }
-        g.caret = TEXT_BUFFER_SIZE - 2; // behind the end there is room for one byte, and not for two
+        g.caret = TEXT_BUFFER_SIZE - 2;  // behind the end there is room for one byte, and not for two
         if (length < g.caret) {
             EXPECT_FALSE(g.type(std::string("\x82\xA0")));
         }
@@ -249,8 +250,10 @@ struct LineModel {
     }
     void left()
     {
-        if (behind) --behind;
-        else caret -= caret > 0;
+        if (behind)
+            --behind;
+        else
+            caret -= caret > 0;
     }
     void type(const std::string& character)
     {
@@ -259,11 +262,13 @@ struct LineModel {
         if ((size_t)caretByte() + size >= TEXT_BUFFER_SIZE) return;
         if (text().size() - replaced + size >= TEXT_BUFFER_SIZE && !behind) return;
         if (behind) {
-            behind += (int)size; // hidden
+            behind += (int)size;  // hidden
             return;
         }
-        if (atEnd()) characters.push_back(character);
-        else characters[caret] = character;
+        if (atEnd())
+            characters.push_back(character);
+        else
+            characters[caret] = character;
         ++caret;
     }
 };
@@ -279,22 +284,37 @@ std::string randomCharacterOf(const LeadBytes& leads, std::mt19937& random)
 void randomEdit(Guarded& g, LineModel& model, std::mt19937& random)
 {
     switch (random() % 12) {
-    case 0: moveCaretHome(g.line()); model.caret = 0, model.behind = 0; break;
-    case 1: moveCaretEnd(g.line()); model.caret = model.characters.size(), model.behind = 0; break;
-    case 2: moveCaretLeft(g.line()); model.left(); break;
-    case 3: moveCaretRight(g.line()); model.caret += !model.atEnd(); break;
+    case 0:
+        moveCaretHome(g.line());
+        model.caret = 0, model.behind = 0;
+        break;
+    case 1:
+        moveCaretEnd(g.line());
+        model.caret = model.characters.size(), model.behind = 0;
+        break;
+    case 2:
+        moveCaretLeft(g.line());
+        model.left();
+        break;
+    case 3:
+        moveCaretRight(g.line());
+        model.caret += !model.atEnd();
+        break;
     case 4:
         insertSpace(g.line());
         if (!model.atEnd() && model.text().size() + 1 < TEXT_BUFFER_SIZE)
             model.characters.insert(model.characters.begin() + (ptrdiff_t)model.caret, " ");
         break;
-    case 5: deleteAtCaret(g.line()); model.erase(); break;
+    case 5:
+        deleteAtCaret(g.line());
+        model.erase();
+        break;
     case 6:
         backspace(g.line());
         if (!model.characters.empty()) model.left(), model.erase();
         break;
     case 7:
-        if (random() % 20 == 0) { // as a click right of the text leaves it
+        if (random() % 20 == 0) {  // as a click right of the text leaves it
             g.caret = textLength(g.line()) + 1;
             model.caret = model.characters.size(), model.behind = 1;
         }
@@ -348,10 +368,22 @@ TEST(TextLine, RandomEditsFollowTheModel)
         size_t caret = 0;
         for (int step = 0; step < 100; ++step) {
             switch (random() % 9) {
-            case 0: moveCaretHome(g.line()); caret = 0; break;
-            case 1: moveCaretEnd(g.line()); caret = text.size(); break;
-            case 2: moveCaretLeft(g.line()); caret -= caret > 0; break;
-            case 3: moveCaretRight(g.line()); caret += caret < text.size(); break;
+            case 0:
+                moveCaretHome(g.line());
+                caret = 0;
+                break;
+            case 1:
+                moveCaretEnd(g.line());
+                caret = text.size();
+                break;
+            case 2:
+                moveCaretLeft(g.line());
+                caret -= caret > 0;
+                break;
+            case 3:
+                moveCaretRight(g.line());
+                caret += caret < text.size();
+                break;
             case 4:
                 insertSpace(g.line());
                 if (caret < text.size()) text.insert(caret, 1, ' ');
@@ -370,8 +402,10 @@ TEST(TextLine, RandomEditsFollowTheModel)
             default: {
                 const char character = (char)('a' + random() % 26);
                 typeCharacter(g.line(), &character, 1);
-                if (caret < text.size()) text[caret] = character;
-                else text += character;
+                if (caret < text.size())
+                    text[caret] = character;
+                else
+                    text += character;
                 ++caret;
             }
             }

@@ -14,7 +14,7 @@ OwnContext ownContext(int height)
 {
     LOGFONTA description = session->textFont;
     description.lfHeight = height;
-    if (description.lfCharSet == ANSI_CHARSET) description.lfCharSet = DEFAULT_CHARSET; // the system's script
+    if (description.lfCharSet == ANSI_CHARSET) description.lfCharSet = DEFAULT_CHARSET;  // the system's script
     OwnContext context = {CreateCompatibleDC(nullptr), CreateFontIndirectA(&description), nullptr};
     context.oldFont = SelectObject(context.dc, context.font);
     return context;
@@ -122,7 +122,7 @@ void modelClick(TextModel& model, int x, int y)
         model.caret = previousOf(model, model.caret);
         return modelCaretX(model);
     }
-    modelCaretX(model); // one past the end; drawn at it
+    modelCaretX(model);  // one past the end; drawn at it
 }
 
 static bool modelFits(const TextModel& model)

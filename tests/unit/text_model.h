@@ -12,16 +12,16 @@
 typedef std::vector<uint8_t> Bytes;
 
 struct TextModel {
-    int width, height; // of the image
-    Bytes image;       // its rows, the bottom row first, padded to 4 bytes
+    int width, height;  // of the image
+    Bytes image;        // its rows, the bottom row first, padded to 4 bytes
     COLORREF colour;
     int opacity, lineHeight;
-    UINT codePage; // of the font
+    UINT codePage;  // of the font
 
     bool open;
     char buffer[TEXT_BUFFER_SIZE];
     int caret, originX, originY, caretX;
-    char lead; // the first byte of a double-byte character whose second one has not come yet
+    char lead;  // the first byte of a double-byte character whose second one has not come yet
 };
 
 int strideOf(int width);

@@ -20,7 +20,8 @@ Picture randomPicture(int width, int height, unsigned seed)
 {
     Picture picture(width, height);
     std::mt19937 random(seed);
-    for (uint8_t& byte : picture.bytes) byte = (uint8_t)random();
+    for (uint8_t& byte : picture.bytes)
+        byte = (uint8_t)random();
     return picture;
 }
 
@@ -31,7 +32,8 @@ Picture randomStrip(int width, int height, unsigned seed)
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             const uint8_t value = random() % 3 == 0 ? 255 : 0;
-            for (int c = 0; c < 3; ++c) strip.at(x, y)[c] = value;
+            for (int c = 0; c < 3; ++c)
+                strip.at(x, y)[c] = value;
         }
     }
     return strip;
@@ -78,8 +80,10 @@ TEST(TextStamp, LastImageRowIsNeverReached)
     Picture image = randomPicture(4, 6, 1);
     const Picture before = image;
     Picture strip(4, 6);
-    for (uint8_t& byte : strip.bytes) byte = 255;
+    for (uint8_t& byte : strip.bytes)
+        byte = 255;
     stampText(image.view(), strip.view(), 0, {1, 2, 3}, 100);
-    for (int x = 0; x < 12; ++x) EXPECT_EQ(before.bytes[x], image.bytes[x]);  // the bottom row is stored first
+    for (int x = 0; x < 12; ++x)
+        EXPECT_EQ(before.bytes[x], image.bytes[x]);  // the bottom row is stored first
     EXPECT_NE(before.bytes[(size_t)image.stride], image.bytes[(size_t)image.stride]);
 }

@@ -165,7 +165,7 @@ UINT randomCharacter(std::mt19937& random)
 {
     const unsigned kind = random() % 12;
     if (kind == 0) return VK_BACK;
-    if (kind == 1) return random() % 32; // tab, carriage return and other codes that are no text
+    if (kind == 1) return random() % 32;  // tab, carriage return and other codes that are no text
     if (kind == 2) return '&';
     return 32 + random() % 224;
 }
@@ -189,7 +189,7 @@ void randomStep(TextTool& test, std::mt19937& random)
     }
 }
 
-} // namespace
+}  // namespace
 
 TEST_F(TextTool, FollowsTheModelThroughRandomSteps)
 {
@@ -232,18 +232,18 @@ TEST_F(TextTool, DoubleByteCharactersGoInWholeOrNotAtAll)
     EXPECT_EQ("\x82\xA0", line());
     EXPECT_EQ(2, record.caretIndex);
     textChar(canvas, 0x82);
-    textChar(canvas, VK_BACK); // takes the first byte's place, and the whole character before it
+    textChar(canvas, VK_BACK);  // takes the first byte's place, and the whole character before it
     EXPECT_EQ("", line());
     textChar(canvas, 'a');
     EXPECT_EQ("a", line()) << "the first byte does not wait on";
-    for (int i = 0; i < 40; ++i) { // to the right edge and on
+    for (int i = 0; i < 40; ++i) {  // to the right edge and on
         textChar(canvas, 0x82);
         textChar(canvas, (UINT)(0xA0 + i));
     }
     EXPECT_EQ(1u, line().size() % 2);
     EXPECT_GT(line().size(), 5u);
     textChar(canvas, 0x82);
-    textClick(canvas, 5, 10); // a new line: the byte is forgotten
+    textClick(canvas, 5, 10);  // a new line: the byte is forgotten
     textChar(canvas, 'b');
     EXPECT_EQ("b", line());
     textChar(canvas, 0x82);
@@ -265,7 +265,7 @@ TEST_F(TextTool, ClicksPutTheCaretBetweenWholeCharacters)
         ASSERT_LE(record.caretIndex, 8);
         stops[record.caretIndex] = true;
     }
-    const bool wanted[] = {true, false, true, true, false, true, false, false, true}; // past the end, too
+    const bool wanted[] = {true, false, true, true, false, true, false, false, true};  // past the end, too
     for (int i = 0; i < 9; ++i)
         EXPECT_EQ(wanted[i], stops[i]) << i;
 }
@@ -310,13 +310,13 @@ TEST_F(TextTool, NothingIsWrittenBehindTheBuffer)
 {
     use(300, 60, 20);
     click(5, 40);
-    click(290, 30); // past the end of an empty line, which always fits
+    click(290, 30);  // past the end of an empty line, which always fits
     char* buffer = (char*)GlobalLock(record.textBuffer);
     const size_t size = GlobalSize(record.textBuffer);
     ASSERT_EQ((size_t)TEXT_BUFFER_SIZE, size);
     for (int i = 0; i < 20; ++i)
         textChar(canvas, 'x');
-    record.caretIndex = TEXT_BUFFER_SIZE - 20; // as after so many more characters
+    record.caretIndex = TEXT_BUFFER_SIZE - 20;  // as after so many more characters
     for (int i = 0; i < 60; ++i)
         textChar(canvas, 'x');
     EXPECT_LT(record.caretIndex, TEXT_BUFFER_SIZE);
@@ -336,9 +336,9 @@ TEST_F(TextTool, TypingStopsAtTheRightEdge)
         EXPECT_LT(length, 10);
         EXPECT_GE(x + ownWidth(model, length + 1), 100);
         key(VK_HOME);
-        key(VK_INSERT); // has to fit too
+        key(VK_INSERT);  // has to fit too
         EXPECT_EQ(length, lengthOf(model));
-        type("Z"); // and so does a character typed over another
+        type("Z");  // and so does a character typed over another
         EXPECT_EQ(std::string::npos, line().find('Z'));
     }
 }
@@ -365,7 +365,7 @@ TEST_F(TextTool, StampEqualsTheSystemsRenderingAtEveryBorder)
 TEST_F(TextTool, StampsInImagesNarrowerThanALetter)
 {
     int cutLetters = 0;
-    for (int width = 1; width < 100; ++width) { // narrow in some fonts: a W of half its height
+    for (int width = 1; width < 100; ++width) {  // narrow in some fonts: a W of half its height
         use(width, 110, 100);
         click(0, 100);
         type("WW");
@@ -374,7 +374,7 @@ TEST_F(TextTool, StampsInImagesNarrowerThanALetter)
         expectImage();
     }
     EXPECT_GT(cutLetters, 3);
-    use(60, 1, 20); // of a single row nothing is stamped: it is the last one
+    use(60, 1, 20);  // of a single row nothing is stamped: it is the last one
     click(0, 0);
     type("W");
     EXPECT_FALSE(stampChanges());
@@ -397,7 +397,7 @@ TEST_F(TextTool, EnterOpensTheNextLineAndStampsTheLastOneAgain)
     EXPECT_EQ(42, record.textOriginY);
     type("end");
     for (int i = 0; i < 3; ++i) {
-        EXPECT_TRUE(stampChanges()); // at half opacity each one shows
+        EXPECT_TRUE(stampChanges());  // at half opacity each one shows
         key(VK_RETURN);
         EXPECT_EQ("end", line());
         EXPECT_EQ(42, record.textOriginY);
@@ -496,7 +496,7 @@ TEST_F(TextTool, OverlayLaysTheColourOverWhatIsThere)
                 if (text[(size_t)(y - model.originY) * 100 + x])
                     for (int c = 0; c < 3; ++c)
                         wanted[(size_t)strideOf(100) * (39 - y) + 3 * x + c] =
-                            (uint8_t)(model.colour >> 8 * (2 - c)); // a COLORREF has red in its low byte
+                            (uint8_t)(model.colour >> 8 * (2 - c));  // a COLORREF has red in its low byte
         EXPECT_NE(wanted, model.image);
         EXPECT_EQ(0, memcmp(wanted.data(), bits, size));
         EXPECT_EQ(HALFTONE, GetStretchBltMode(dc));
@@ -504,7 +504,7 @@ TEST_F(TextTool, OverlayLaysTheColourOverWhatIsThere)
         EXPECT_EQ(RGB(4, 5, 6), GetBkColor(dc));
         memcpy(bits, model.image.data(), size);
         endText(canvas);
-        paintTextOverlay(canvas, dc); // no line: nothing
+        paintTextOverlay(canvas, dc);  // no line: nothing
         GdiFlush();
         EXPECT_EQ(0, memcmp(model.image.data(), bits, size));
         SelectObject(dc, old);

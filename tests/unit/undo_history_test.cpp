@@ -44,7 +44,8 @@ TEST_F(UndoHistory, ThreeUndosAfterOneStrokeThenOneRedoBringItBack)
     const Picture first = model.scene.image;
     paint(12, 12);
     const Picture painted = model.scene.image;
-    for (int k = 0; k < 3; ++k) EXPECT_EQ(1, applyUndo(UNDO));
+    for (int k = 0; k < 3; ++k)
+        EXPECT_EQ(1, applyUndo(UNDO));
     EXPECT_TRUE(showsPicture(image, first));
     EXPECT_EQ(-2, session->undoPosition);
     EXPECT_EQ(1, applyUndo(REDO));
@@ -100,8 +101,13 @@ static ModelBrush randomBrush(Dice& dice)
 {
     static const uint32_t tools[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE, TOOL_STAMP, TOOL_SMOOTH, TOOL_SPOONBILL};
     static const int opacities[] = {16, 49, 100};
-    return {tools[dice.upTo(5)],    dice.upTo(1),           dice.upTo(1) != 0, dice.between(1, 20),
-            dice.between(1, 20), opacities[dice.upTo(2)], {dice.upTo(255), dice.upTo(255), dice.upTo(255)}};
+    return {tools[dice.upTo(5)],
+            dice.upTo(1),
+            dice.upTo(1) != 0,
+            dice.between(1, 20),
+            dice.between(1, 20),
+            opacities[dice.upTo(2)],
+            {dice.upTo(255), dice.upTo(255), dice.upTo(255)}};
 }
 
 static void randomStroke(UndoHistory& test)
@@ -110,7 +116,8 @@ static void randomStroke(UndoHistory& test)
     const int width = test.model.scene.image.width, height = test.model.scene.image.height;
     if (dice.upTo(2) == 0) chooseBrush(test.model, randomBrush(dice));
     press(test.model, dice.between(-30, width + 30), dice.between(-30, height + 30));
-    for (int k = dice.upTo(2); k > 0; --k) move(test.model, dice.between(-3, width + 3), dice.between(-3, height + 3));
+    for (int k = dice.upTo(2); k > 0; --k)
+        move(test.model, dice.between(-3, width + 3), dice.between(-3, height + 3));
     if (test.model.brush.tool == TOOL_AEROGRAPHE) tick(test.model);
     release(test.model, dice.between(0, width), dice.between(0, height));
 }
@@ -152,9 +159,11 @@ TEST_F(UndoHistory, UndoingEverythingGivesTheFirstImageAndRedoingTheLast)
             release(model, 0, 0);
         }
         const Picture last = model.scene.image;
-        for (int k = 0; k < 40; ++k) applyUndo(UNDO);
+        for (int k = 0; k < 40; ++k)
+            applyUndo(UNDO);
         ASSERT_TRUE(showsPicture(image, first)) << "seed " << seed;
-        for (int k = 0; k < 40; ++k) applyUndo(REDO);
+        for (int k = 0; k < 40; ++k)
+            applyUndo(REDO);
         ASSERT_TRUE(showsPicture(image, last)) << "seed " << seed;
         close();
     }
@@ -164,15 +173,18 @@ TEST_F(UndoHistory, UndoingEverythingGivesTheFirstImageAndRedoingTheLast)
 static int spareHandles()
 {
     std::vector<HGLOBAL> blocks;
-    while (HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 1)) blocks.push_back(block);
-    for (HGLOBAL block : blocks) GlobalFree(block);
+    while (HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 1))
+        blocks.push_back(block);
+    for (HGLOBAL block : blocks)
+        GlobalFree(block);
     return (int)blocks.size();
 }
 
 TEST_F(UndoHistory, ThousandsOfStrokesLeakNoHandles)
 {
     ASSERT_TRUE(start(40, 30));
-    for (int k = 0; k < 50; ++k) randomStroke(*this);
+    for (int k = 0; k < 50; ++k)
+        randomStroke(*this);
     close();
     const int before = spareHandles();
     for (int round = 0; round < 4; ++round) {
@@ -211,7 +223,8 @@ TEST_F(UndoHistory, ThousandStrokesOnALargePhotoKeepPatchesOnly)
     }
     ASSERT_EQ(1000, session->undoCount);
     size_t kept = GlobalSize(GlobalHandle(session->undoSteps));
-    for (int k = 0; k < 1000; ++k) kept += GlobalSize(session->undoSteps[k].patch);
+    for (int k = 0; k < 1000; ++k)
+        kept += GlobalSize(session->undoSteps[k].patch);
     printf("1000 strokes of 50 x 20 pixels on 6000 x 4000 keep %zu bytes\n", kept);
     // 50 x 20 between the ends, half a brush and a margin of 1 around, one more at the bottom.
     const size_t patch = (size_t)rowStride(50 + 2 * 9, 24) * (20 + 2 * 9 + 1) + 40;
