@@ -6,10 +6,10 @@
 #include "bench/synthetic.h"
 #include "canvas/canvas.h"
 #include "image/packed_bitmap.h"
-#include "session/module_state.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
-#include "tools/undo_history.h"
+#include "session/ground/module_state.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
+#include "tools/painting/undo_history.h"
 
 static const char HOST_CLASS[] = "BenchHost";
 static HGLOBAL photo;

@@ -3,7 +3,7 @@
 #include "bench/keys.h"
 
 #include "bench/synthetic.h"
-#include "color/adjust.h"
+#include "color/kernels/adjust.h"
 #include "color/colour_adjustment.h"
 #include "image/packed_bitmap.h"
 

@@ -4,12 +4,12 @@
 #include <cstring>
 
 #include "bench/synthetic.h"
-#include "tools/brush_raster.h"
-#include "tools/dab_placement.h"
-#include "tools/patch_kernel.h"
-#include "tools/rubber_kernels.h"
-#include "tools/spray_kernels.h"
-#include "tools/tool_table.h"
+#include "tools/kernels/brush_raster.h"
+#include "tools/kernels/dab_placement.h"
+#include "tools/kernels/patch_kernel.h"
+#include "tools/kernels/rubber_kernels.h"
+#include "tools/kernels/spray_kernels.h"
+#include "session/ground/tool_table.h"
 
 enum Work { PATCH, HARD_RUBBER, SOFT_RUBBER, HARD_SPRAY, SOFT_SPRAY };
 

@@ -6,7 +6,7 @@
 #include "bench/synthetic.h"
 #include "image/packed_bitmap.h"
 #include "library/selection_file.h"
-#include "selection/outline.h"
+#include "selection/geometry/outline.h"
 
 static const int width = 3000, height = 2000;
 static const WCHAR fileName[] = L"kovbench_selection.tif";

@@ -7,7 +7,7 @@
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_state.h"
-#include "session/session_record.h"
+#include "session/ground/session_record.h"
 
 static const int SIDES[] = {250, 790, 2500};  // of the area, pixels
 static int runs;

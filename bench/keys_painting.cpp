@@ -5,11 +5,11 @@
 #include <cstring>
 
 #include "bench/synthetic.h"
-#include "tools/brush_raster.h"
-#include "tools/dab_placement.h"
-#include "tools/smooth_kernel.h"
-#include "tools/stroke_kernels.h"
-#include "tools/tool_table.h"
+#include "tools/kernels/brush_raster.h"
+#include "tools/kernels/dab_placement.h"
+#include "tools/kernels/smooth_kernel.h"
+#include "tools/kernels/stroke_kernels.h"
+#include "session/ground/tool_table.h"
 
 struct BenchMap {
     uint8_t* bytes;

@@ -2,10 +2,10 @@
 // plain copy of that photo costs.
 #include "bench/bench_session.h"
 #include "bench/keys.h"
-#include "canvas/cursor_outline.h"
+#include "canvas/view/cursor_outline.h"
 #include "canvas/pointer_input.h"
 #include "image/packed_bitmap.h"
-#include "session/session_record.h"
+#include "session/ground/session_record.h"
 
 static HGLOBAL photo, copy;
 

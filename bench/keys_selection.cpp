@@ -3,8 +3,8 @@
 
 #include "bench/synthetic.h"
 #include "image/packed_bitmap.h"
-#include "selection/outline.h"
-#include "selection/selection_images.h"
+#include "selection/geometry/outline.h"
+#include "selection/geometry/selection_images.h"
 
 static const int imageRows = 2000;
 

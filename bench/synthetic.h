@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "image/bits_view.h"
+#include "image/pixels/bits_view.h"
 
 // CRC-32, polynomial 0xEDB88320, start and final exclusive-or all ones. `crc` continues an earlier call.
 uint32_t crc32(const void* bytes, size_t count, uint32_t crc = 0);

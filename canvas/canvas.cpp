@@ -2,19 +2,19 @@
 
 #include <windowsx.h>
 
-#include "canvas/canvas_coordinates.h"
-#include "canvas/cursor_outline.h"
+#include "canvas/view/canvas_coordinates.h"
+#include "canvas/view/cursor_outline.h"
 #include "canvas/pointer_input.h"
 #include "canvas/session_defaults.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection.h"
 #include "session/entry.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
 #include "text/text_tool.h"
-#include "tools/dab_engine.h"
-#include "tools/undo_history.h"
+#include "tools/painting/dab_engine.h"
+#include "tools/painting/undo_history.h"
 
 namespace {
 

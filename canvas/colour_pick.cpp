@@ -1,9 +1,9 @@
 #include "canvas/colour_pick.h"
 
 #include "image/packed_bitmap.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
-#include "tools/palette.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
+#include "tools/palette/palette.h"
 
 static COLORREF colourUnder(POINT at)
 {

@@ -1,14 +1,14 @@
 #include "canvas/pointer_input.h"
 
 #include "canvas/colour_pick.h"
-#include "canvas/cursor_outline.h"
+#include "canvas/view/cursor_outline.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
 #include "text/text_tool.h"
-#include "tools/dab_engine.h"
-#include "tools/undo_history.h"
+#include "tools/painting/dab_engine.h"
+#include "tools/painting/undo_history.h"
 
 namespace {
 

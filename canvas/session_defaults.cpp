@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "session/session_record.h"
+#include "session/ground/session_record.h"
 
 constexpr uint32_t DEFAULT_BRUSH_SIZE = 16;
 constexpr COLORREF DEFAULT_COLOUR = 0x00C0C0FF;

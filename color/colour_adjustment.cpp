@@ -1,7 +1,7 @@
 #include "color/colour_adjustment.h"
 
-#include "color/adjust.h"
-#include "color/adjust_selection.h"
+#include "color/kernels/adjust.h"
+#include "color/kernels/adjust_selection.h"
 #include "image/packed_bitmap.h"
 
 // Locks a 24-bit bitmap. Returns false, with nothing locked, when it is none.

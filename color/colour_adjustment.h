@@ -1,4 +1,4 @@
-// Colour adjustment of whole packed bitmaps, given by handle. The values are those of color/adjust.h.
+// Colour adjustment of whole packed bitmaps, given by handle. The values are those of color/kernels/adjust.h.
 //
 // Nothing is reported: when a handle is null, a size or depth does not fit or memory is short, nothing
 // is changed.

@@ -1,19 +1,19 @@
 #include "color/contrast_dialog.h"
 
 #include "color/colour_adjustment.h"
-#include "color/contrast_preview.h"
+#include "color/kernels/contrast_preview.h"
 #include "controls/kovctrl32.h"
 #include "image/bitmap_block.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
 #include "resources/resource_ids.h"
-#include "session/button_pictures.h"
-#include "session/dialog_face.h"
-#include "session/language.h"
-#include "session/module_state.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
-#include "tools/scroll_bars.h"
+#include "session/dialogs/button_pictures.h"
+#include "session/dialogs/dialog_face.h"
+#include "session/ground/language.h"
+#include "session/ground/module_state.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
+#include "session/dialogs/scroll_bars.h"
 
 namespace {
 

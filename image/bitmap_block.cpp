@@ -1,7 +1,7 @@
 #include "image/bitmap_block.h"
 
 #include "image/packed_bitmap.h"
-#include "image/pixel_ops.h"
+#include "image/pixels/pixel_ops.h"
 
 static const uint32_t fixedHeaderBytes = sizeof(BITMAPINFOHEADER);
 

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "image/bits_view.h"
+#include "image/pixels/bits_view.h"
 
 struct BitmapBlock {
     HGLOBAL handle;

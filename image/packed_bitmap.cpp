@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "image/bitmap_block.h"
-#include "image/pixel_ops.h"
+#include "image/pixels/pixel_ops.h"
 
 void initBitmapHeader(BITMAPINFOHEADER* header, int width, int height, WORD bitCount)
 {

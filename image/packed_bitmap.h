@@ -11,7 +11,7 @@
 
 #include <windows.h>
 
-#include "image/bits_view.h"
+#include "image/pixels/bits_view.h"
 
 // Writes size 40, width, height, planes 1 and the bit count; leaves the other fields alone.
 // Nothing happens when header is null.

@@ -4,12 +4,12 @@
 #include "library/library_list.h"
 #include "library/library_store.h"
 #include "resources/resource_ids.h"
-#include "session/button_pictures.h"
-#include "session/dialog_face.h"
-#include "session/language.h"
-#include "session/module_state.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
+#include "session/dialogs/button_pictures.h"
+#include "session/dialogs/dialog_face.h"
+#include "session/ground/language.h"
+#include "session/ground/module_state.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
 
 namespace {
 

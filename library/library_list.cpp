@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "canvas/canvas_coordinates.h"
+#include "canvas/view/canvas_coordinates.h"
 #include "controls/kovctrl32.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
@@ -10,8 +10,8 @@
 #include "library/selection_file.h"
 #include "selection/selection.h"
 #include "selection/stored_selection.h"
-#include "session/session_record.h"
-#include "tools/palette.h"
+#include "session/ground/session_record.h"
+#include "tools/palette/palette.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "session/module_path.h"
+#include "session/ground/module_path.h"
 
 struct LibraryPath {
     WCHAR text[MODULE_PATH_SIZE];

@@ -2,9 +2,9 @@
 
 #include <cwchar>
 
-#include "library/list_file.h"
+#include "library/format/list_file.h"
 #include "library/selection_file.h"
-#include "session/session_record.h"
+#include "session/ground/session_record.h"
 
 static bool isDirectory(const WCHAR* path)
 {

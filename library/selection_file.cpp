@@ -4,9 +4,9 @@
 
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
-#include "library/tiff_reader.h"
-#include "library/tiff_writer.h"
-#include "session/session_record.h"
+#include "library/format/tiff_reader.h"
+#include "library/format/tiff_writer.h"
+#include "session/ground/session_record.h"
 
 // ---- writing ----
 

@@ -9,7 +9,7 @@
 #define CONTROL_CANVAS 12345
 #define CONTROL_SEPARATOR 65535  // shared by all controls that nobody addresses
 
-// ---- Tool palette: controls. The tools' ids are the tools' identity (tools/tool_table.h). ----
+// ---- Tool palette: controls. The tools' ids are the tools' identity (session/ground/tool_table.h). ----
 #define BUTTON_CLOSE 2  // also closes the library dialog
 #define BUTTON_SAVE 8   // also saves into the library
 #define BUTTON_CONTRAST 114
@@ -121,5 +121,5 @@
 #define CURSOR_DRAG_DIALOG 15001     // a palette or dialog held by its background
 #define CURSOR_MOVE_SELECTION 15002  // inside a selection
 
-// ---- Strings: id + the language's offset (session/language_table.h) ----
+// ---- Strings: id + the language's offset (session/ground/language_table.h) ----
 #define STRING_CONFIRM_DELETE 100

@@ -2,16 +2,16 @@
 // floating selection anew from it.
 #include <initializer_list>
 
-#include "canvas/canvas_coordinates.h"
+#include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
-#include "selection/outline_brush.h"
-#include "selection/row_crossings.h"
+#include "selection/geometry/outline_brush.h"
+#include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_state.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
-#include "tools/dab_placement.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
+#include "tools/kernels/dab_placement.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 // Routes from the canvas: drawing an outline, and clicks on the frame.
 #include "selection/selection.h"
 
-#include "canvas/canvas_coordinates.h"
+#include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_state.h"
 #include "selection/selection_tracking.h"
-#include "session/module_state.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
+#include "session/ground/module_state.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
 #include "resources/resource_ids.h"  // last: its names are macros
 
 namespace {

@@ -6,10 +6,10 @@
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection.h"
-#include "selection/selection_images.h"
+#include "selection/geometry/selection_images.h"
 #include "selection/selection_state.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
 
 namespace {
 

@@ -2,17 +2,17 @@
 
 #include <initializer_list>
 
-#include "canvas/canvas_coordinates.h"
+#include "canvas/view/canvas_coordinates.h"
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
-#include "selection/row_crossings.h"
+#include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
-#include "selection/selection_images.h"
+#include "selection/geometry/selection_images.h"
 #include "selection/selection_state.h"
-#include "selection/selection_transform.h"
-#include "selection/span_rows.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
+#include "selection/geometry/selection_transform.h"
+#include "selection/geometry/span_rows.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
 
 namespace {
 

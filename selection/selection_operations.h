@@ -4,9 +4,9 @@
 
 #include <windows.h>
 
-#include "selection/outline.h"
+#include "selection/geometry/outline.h"
 
-// One-click operations and colour steps, by hit code (selection/frame_layout.h).
+// One-click operations and colour steps, by hit code (selection/geometry/frame_layout.h).
 void runSelectionOperation(HWND canvas, int hit);
 
 void moveSelectionBy(int dx, int dy);

@@ -2,16 +2,16 @@
 
 #include <initializer_list>
 
-#include "canvas/canvas_coordinates.h"
+#include "canvas/view/canvas_coordinates.h"
 #include "color/colour_adjustment.h"
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
-#include "image/pixel_ops.h"
-#include "selection/row_crossings.h"
+#include "image/pixels/pixel_ops.h"
+#include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
-#include "selection/selection_images.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
+#include "selection/geometry/selection_images.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
 
 namespace {
 

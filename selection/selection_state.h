@@ -11,9 +11,9 @@
 
 #include <windows.h>
 
-#include "image/bits_view.h"
-#include "selection/frame_layout.h"
-#include "selection/outline.h"
+#include "image/pixels/bits_view.h"
+#include "selection/geometry/frame_layout.h"
+#include "selection/geometry/outline.h"
 
 inline PixelRect pixelRectOf(const RECT& rect)
 {

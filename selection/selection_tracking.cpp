@@ -1,12 +1,12 @@
 #include "selection/selection_tracking.h"
 
-#include "canvas/canvas_coordinates.h"
-#include "canvas/cursor_outline.h"
+#include "canvas/view/canvas_coordinates.h"
+#include "canvas/view/cursor_outline.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_state.h"
-#include "selection/selection_transform.h"
-#include "session/module_state.h"
-#include "session/session_record.h"
+#include "selection/geometry/selection_transform.h"
+#include "session/ground/module_state.h"
+#include "session/ground/session_record.h"
 #include "resources/resource_ids.h"  // last: its names are macros
 
 namespace {

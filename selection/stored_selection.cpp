@@ -2,12 +2,12 @@
 
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
-#include "selection/mask_trace.h"
-#include "selection/row_crossings.h"
+#include "selection/geometry/mask_trace.h"
+#include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
 #include "selection/selection_state.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
 
 namespace {
 

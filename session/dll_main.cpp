@@ -1,7 +1,7 @@
 #include <windows.h>
 
-#include "session/language.h"
-#include "session/module_state.h"
+#include "session/ground/language.h"
+#include "session/ground/module_state.h"
 
 // The reason is not looked at: every call renews the instance handle and the profile's language.
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD, LPVOID)

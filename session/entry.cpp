@@ -4,9 +4,9 @@
 #include "image/packed_bitmap.h"
 #include "resources/resource_ids.h"
 #include "session/host_dialog.h"
-#include "session/module_state.h"
-#include "session/session_record.h"
-#include "tools/undo_history.h"
+#include "session/ground/module_state.h"
+#include "session/ground/session_record.h"
+#include "tools/painting/undo_history.h"
 
 // While the pointer rests on the canvas, its place is looked at this often (milliseconds). A message
 // that arrives ends the wait at once.

@@ -6,14 +6,14 @@
 #include "image/packed_bitmap.h"
 #include "resources/resource_ids.h"
 #include "session/aspect_ratio.h"
-#include "session/dialog_face.h"
+#include "session/dialogs/dialog_face.h"
 #include "session/entry.h"
 #include "session/frame.h"
-#include "session/language.h"
-#include "session/module_state.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
-#include "tools/palette.h"
+#include "session/ground/language.h"
+#include "session/ground/module_state.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
+#include "tools/palette/palette.h"
 
 namespace {
 

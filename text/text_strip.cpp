@@ -5,9 +5,9 @@
 
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
-#include "text/text_stamp.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
+#include "text/kernels/text_stamp.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "text/text_line.h"
+#include "text/kernels/text_line.h"
 
 // Makes textFontHandle from textFont, whose height becomes brushHeight.
 void createTextFont();

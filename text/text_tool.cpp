@@ -4,11 +4,11 @@
 
 #include <cstdlib>
 
-#include "canvas/canvas_coordinates.h"
+#include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
-#include "session/session_record.h"
-#include "session/window_props.h"
-#include "text/text_line.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
+#include "text/kernels/text_line.h"
 #include "text/text_strip.h"
 
 namespace {

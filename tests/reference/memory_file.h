@@ -4,8 +4,8 @@
 #include <cstring>
 #include <vector>
 
-#include "library/tiff_reader.h"
-#include "library/tiff_writer.h"
+#include "library/format/tiff_reader.h"
+#include "library/format/tiff_writer.h"
 
 struct MemoryFile {
     std::vector<uint8_t> bytes;

@@ -1,0 +1,27 @@
+// The faster ways of computing what color/kernels/adjust.h promises. They exist where the compiler can make
+// them; elsewhere only the plain way is built.
+#pragma once
+
+#include "color/kernels/adjust.h"
+
+#if defined(__GNUC__) && (defined(__i386__) || defined(__x86_64__)) && defined(__SSE2__)
+#define COLOUR_VECTORS 1
+
+// Eight pixels at a time, for every processor that this library runs on.
+void toneBytesSse2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
+void hlsPixelsSse2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
+
+// Sixteen pixels at a time; only where the processor and the system know AVX2.
+bool avx2Supported();
+void toneBytesAvx2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
+void hlsPixelsAvx2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
+
+// Thirty-two pixels at a time, where the processor and the system know AVX-512.
+bool avx512Supported();
+void toneBytesAvx512(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
+void hlsPixelsAvx512(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
+#endif
+
+// Byte by byte and pixel by pixel.
+void toneBytesPlain(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
+void hlsPixelsPlain(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);

@@ -1,0 +1,55 @@
+// Moving 24-bit pixels between views: clipped copies, masked rows, flips, nearest-neighbour scaling.
+// Pure pixel code: callers own the memory, and every view describes memory that is really there.
+#pragma once
+
+#include "image/pixels/bits_view.h"
+
+// What one axis of a clipped copy comes to.
+struct ClippedSpan {
+    bool misses;  // nothing to copy; the other fields are 0
+    int count;    // pixels to copy
+    int skipped;  // pixels of the placed span that lie before `start`
+    int start;    // first position inside the limit, never negative
+};
+
+// Places a span of `length` at `position` on an axis of `limit` pixels.
+// A span that hangs over BOTH ends is cut to the limit and skips nothing: its pixels come from its beginning.
+ClippedSpan clipSpan(int64_t position, int length, int limit);
+
+// A view of bottom-up rows; `bottomRow` is the first stored byte, `stride` the padded row size.
+BitsView bottomUpView(uint8_t* bottomRow, int width, int height, ptrdiff_t stride);
+
+// Fills the destination with the source's pixels from (left, top) on. Destination pixels whose source
+// would lie outside are left alone.
+void copyFromOffset(const BitsView& destination, const BitsView& source, int left, int top);
+
+// Copies the source's rectangle onto the destination at (left, top), clipped. The source's horizontal
+// skip is counted in BYTES, not in pixels: a paste over the left edge comes out shifted, as is meant.
+// False when nothing of the source lies inside. The two may share memory.
+bool pasteWithByteSkip(const BitsView& destination, const BitsView& source, int left, int top);
+
+// Sets pixels whose map cell is 0 to the colour; cells and pixels are matched from the top left corner.
+void fillWhereMapIsZero(const BitsView& image, const MapView& map, Rgb colour);
+
+// Takes the source pixels whose mask pixel has red 0 into the row. All three rows are `width` pixels.
+void mergeMaskedRow(uint8_t* destination, const uint8_t* source, const uint8_t* mask, int width);
+
+// mergeMaskedRow for whole images with the source's corner at (left, top) of the destination; what
+// falls outside is skipped. Source and mask are of equal size.
+void mergeMasked(const BitsView& destination, const BitsView& source, const BitsView& mask, int left, int top);
+
+// Turns the first height - 1 stored rows around; the last stored row (the picture's top) stays. Against
+// a true mirror the result is one row off: that is how a flip is meant to come out.
+void reverseAllButLastRow(uint8_t* storedRows, ptrdiff_t rowBytes, int height);
+
+// Mirrors every row left to right; padding is left alone.
+void mirrorRows(const BitsView& image);
+
+// Fills `table` (`to` entries) with the source position for each of `to` positions, by the line rule
+// from (0, 0) to (from - 1, to - 1). Both are at least 1.
+void nearestTable(uint32_t* table, int from, int to);
+
+// Resamples the source into the result, nearest neighbour. Rows are matched from the BOTTOM of both
+// pictures. False (and nothing written) when there is no memory for the tables or a source
+// row is above 4 GB.
+bool scaleNearest(const BitsView& result, const BitsView& source);

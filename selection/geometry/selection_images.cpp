@@ -1,0 +1,77 @@
+#include "selection/geometry/selection_images.h"
+
+#include <cstring>
+
+#include "image/pixels/pixel_ops.h"
+
+static int clampColumn(int64_t column, int width)
+{
+    return column < 0 ? 0 : column > width ? width : (int)column;
+}
+
+static void fillPixels(uint8_t* row, int from, int to, int value)
+{
+    if (to > from) memset(row + (size_t)from * 3, value, (size_t)(to - from) * 3);
+}
+
+static void fillMaskRow(uint8_t* row, int width, SpanWalk walk, int left)
+{
+    int done = 0;
+    for (CrossingSpan span; nextSpan(walk, span);) {
+        const int from = clampColumn((int64_t)span.left - left, width);
+        const int to = clampColumn((int64_t)span.right - left, width);
+        fillPixels(row, done, from, 255);
+        fillPixels(row, from, to, 0);
+        done = to;
+    }
+    memset(row + (size_t)done * 3, 255, (size_t)(rowStride(width, 24) - (int64_t)done * 3));
+}
+
+static void cutImageRow(uint8_t* row, int width, SpanWalk walk, int left)
+{
+    int done = 0;
+    for (CrossingSpan span; nextSpan(walk, span);) {
+        fillPixels(row, done, clampColumn((int64_t)span.left - left, width), 0);
+        done = clampColumn((int64_t)span.right - left, width);
+    }
+    fillPixels(row, done, width, 0);
+}
+
+void fillSelectionMask(const BitsView& mask, const RowHead* table, PixelRect rect)
+{
+    for (int y = 0; y < mask.height; y++)
+        fillMaskRow(rowOf(mask, y), mask.width, beginSpans(crossingsOfRow(table, rect.top + y)), rect.left);
+}
+
+void cutSelectionImage(const BitsView& pixels, const RowHead* table, PixelRect rect)
+{
+    for (int y = 0; y < pixels.height; y++)
+        cutImageRow(rowOf(pixels, y), pixels.width, beginSpans(crossingsOfRow(table, rect.top + y)), rect.left);
+}
+
+void applySelection(const BitsView& image, const BitsView& pixels, const BitsView& mask, int left, int top)
+{
+    mergeMasked(image, pixels, mask, left, top);
+}
+
+static void copyImageAt(const BitsView& target, const BitsView& image, PixelRect rect)
+{
+    for (int y = 0; y < target.height; y++)
+        fillPixels(rowOf(target, y), 0, target.width, 0);
+    copyFromOffset(target, image, rect.left, rect.top);
+}
+
+void composeSelection(const BitsView& target, const BitsView& image, const BitsView& pixels, const BitsView& mask,
+                      PixelRect rect)
+{
+    copyImageAt(target, image, rect);
+    mergeMasked(target, pixels, mask, 0, 0);
+}
+
+void rebuildSelectionImage(const BitsView& pixels, const RowHead* table, PixelRect rect, const BitsView& image,
+                           const BitsView& oldPixels, const BitsView& oldMask, PixelRect oldRect)
+{
+    copyImageAt(pixels, image, rect);
+    mergeMasked(pixels, oldPixels, oldMask, oldRect.left - rect.left, oldRect.top - rect.top);
+    cutSelectionImage(pixels, table, rect);
+}

@@ -1,0 +1,6 @@
+#include "session/ground/module_state.h"
+
+HINSTANCE moduleInstance;
+int sessionResult;
+char languageCode[4];
+Leaving sessionLeaving;

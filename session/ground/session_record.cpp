@@ -1,0 +1,3 @@
+#include "session/ground/session_record.h"
+
+SessionRecord* session;

@@ -1,6 +1,0 @@
-#include "session/module_state.h"
-
-HINSTANCE moduleInstance;
-int sessionResult;
-char languageCode[4];
-Leaving sessionLeaving;

@@ -1,3 +1,0 @@
-#include "session/session_record.h"
-
-SessionRecord* session;

@@ -1,0 +1,323 @@
+// Whole images, selections and outlines against the reference; rows as they are stored.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "color/kernels/adjust.h"
+#include "color/kernels/adjust_selection.h"
+#include "color/kernels/span_reshape.h"
+#include "tests/reference/colour_reference.h"
+
+using reference::Crossings;
+using reference::Image;
+using reference::Values;
+
+static Image randomImage(std::mt19937& random, int width, int height)
+{
+    Image image = {width, height, std::vector<uint8_t>((size_t)reference::strideOf(width) * height)};
+    for (uint8_t& byte : image.bytes) {
+        byte = (uint8_t)random();
+    }
+    return image;
+}
+
+// Runs of inside and outside; the other bytes of a mask pixel are noise and must not matter.
+static Image randomMask(std::mt19937& random, int width, int height)
+{
+    Image mask = randomImage(random, width, height);
+    int run = 0;
+    uint8_t red = 0;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x, --run) {
+            if (run <= 0) {
+                run = 1 + (int)(random() % 7);
+                red = random() & 1 ? 0 : (uint8_t)(1 + random() % 255);
+            }
+            mask.bytes[(size_t)y * reference::strideOf(width) + (size_t)x * 3 + 2] = red;
+        }
+    }
+    return mask;
+}
+
+static BitsView viewOf(Image& image)
+{
+    const int stride = reference::strideOf(image.width);
+    return BitsView{image.bytes.data() + (ptrdiff_t)stride * (image.height - 1), -stride, image.width, image.height};
+}
+
+static Values randomValues(std::mt19937& random)
+{
+    return Values{(int)(random() % 201) - 100, (int)(random() % 201) - 100, random() % 3 ? (int)(random() % 101) : 50,
+                  random() % 3 ? (int)(random() % 255) - 127 : 0, random() % 2 ? (int)(random() % 5) : 0};
+}
+
+TEST(AdjustImage, EqualsTheReferenceAndZeroesThePaddingOfEveryRow)
+{
+    std::mt19937 random(10);
+    for (int i = 0; i < 300; ++i) {
+        const Values v = randomValues(random);
+        Image image = randomImage(random, 1 + (int)(random() % 90), 1 + (int)(random() % 12));
+        Image target = randomImage(random, image.width, image.height);
+        const Image before = image;
+        const Image expected = reference::adjustImage(image, v);
+        const ColourAdjustment adjustment = imageAdjustment(v.contrast, v.brightness, v.saturation, v.hue);
+
+        adjustImage(adjustment, viewOf(image), viewOf(target));
+        ASSERT_EQ(expected.bytes, target.bytes) << "case " << i;
+        ASSERT_EQ(before.bytes, image.bytes) << "case " << i;
+        adjustImage(adjustment, viewOf(image), viewOf(image));
+        ASSERT_EQ(expected.bytes, image.bytes) << "in place, case " << i;
+    }
+}
+
+TEST(AdjustImage, RowsWiderThanOneBlockAreWhole)
+{
+    std::mt19937 random(11);
+    Image image = randomImage(random, 9001, 2);
+    const Values v = {5, -5, 20, 44, 0};
+    const Image expected = reference::adjustImage(image, v);
+    adjustImage(imageAdjustment(5, -5, 20, 44), viewOf(image), viewOf(image));
+    EXPECT_EQ(expected.bytes, image.bytes);
+}
+
+struct SelectionCase {
+    Image source, sourceMask, target, targetMask;
+};
+
+static SelectionCase randomSelection(std::mt19937& random, int sourceWidth, int sourceHeight, int width, int height)
+{
+    return SelectionCase{randomImage(random, sourceWidth, sourceHeight), randomMask(random, sourceWidth, sourceHeight),
+                         randomImage(random, width, height), randomMask(random, width, height)};
+}
+
+static void runSelection(SelectionCase& c, const Values& v)
+{
+    ASSERT_TRUE(adjustSelection(selectionAdjustment(v.contrast, v.brightness, v.saturation, v.hue), v.lift,
+                                MaskedPixels{viewOf(c.source), viewOf(c.sourceMask)},
+                                MaskedPixels{viewOf(c.target), viewOf(c.targetMask)}));
+}
+
+TEST(AdjustSelection, EqualsTheReferenceAtRandomSizes)
+{
+    std::mt19937 random(12);
+    for (int i = 0; i < 600; ++i) {
+        const int sourceWidth = 1 + (int)(random() % 40), sourceHeight = 1 + (int)(random() % 14);
+        const bool sameSize = random() % 3 == 0;
+        SelectionCase c =
+            randomSelection(random, sourceWidth, sourceHeight, sameSize ? sourceWidth : 1 + (int)(random() % 80),
+                            sameSize ? sourceHeight : 1 + (int)(random() % 20));
+        SelectionCase expected = c;
+        const Values v = randomValues(random);
+        reference::adjustSelection(expected.source, expected.sourceMask, expected.target, expected.targetMask, v);
+        runSelection(c, v);
+        ASSERT_EQ(expected.target.bytes, c.target.bytes) << "case " << i;
+        ASSERT_EQ(expected.targetMask.bytes, c.targetMask.bytes) << "case " << i;
+        ASSERT_EQ(expected.source.bytes, c.source.bytes) << "case " << i;
+        ASSERT_EQ(expected.sourceMask.bytes, c.sourceMask.bytes) << "case " << i;
+    }
+}
+
+TEST(AdjustSelection, ATargetTwiceTheSizeRepeatsEachPixelAndRowTwice)
+{
+    std::mt19937 random(13);
+    SelectionCase c = randomSelection(random, 3, 2, 6, 4);
+    for (size_t i = 2; i < c.sourceMask.bytes.size(); ++i) {
+        c.sourceMask.bytes[i] = 0;
+    }
+    runSelection(c, Values{0, 0, 50, 0, 0});
+    for (int y = 0; y < 4; ++y) {
+        for (int x = 0; x < 18; ++x) {
+            const int sourceByte = y / 2 * 12 + x / 6 * 3 + x % 3;
+            EXPECT_EQ(c.source.bytes[sourceByte], c.target.bytes[y * 20 + x]);
+        }
+    }
+}
+
+TEST(AdjustSelection, OnlyTheRedByteOfTheMaskDecides)
+{
+    SelectionCase c = {{2, 1, {1, 2, 3, 4, 5, 6, 0, 0}},
+                       {2, 1, {0, 0, 255, 255, 255, 0, 0, 0}},  // outside, inside
+                       {2, 1, {70, 71, 72, 73, 74, 75, 76, 77}},
+                       {2, 1, {9, 9, 9, 9, 9, 9, 9, 9}}};
+    runSelection(c, Values{0, 0, 50, 0, 0});
+    EXPECT_EQ((std::vector<uint8_t>{70, 71, 72, 4, 5, 6, 76, 77}), c.target.bytes);
+    EXPECT_EQ((std::vector<uint8_t>{0, 0, 255, 255, 255, 0, 9, 9}), c.targetMask.bytes);
+}
+
+TEST(AdjustSelection, TheSourceMaskMayBeTheTargetMaskAtEqualSizes)
+{
+    std::mt19937 random(14);
+    SelectionCase c = randomSelection(random, 23, 9, 23, 9);
+    SelectionCase expected = c;
+    const Values v = {-30, 20, 10, 100, 2};
+    reference::adjustSelection(expected.source, expected.sourceMask, expected.target, expected.targetMask, v);
+    const Image maskBefore = c.sourceMask;
+    ASSERT_TRUE(adjustSelection(selectionAdjustment(-30, 20, 10, 100), 2,
+                                MaskedPixels{viewOf(c.source), viewOf(c.sourceMask)},
+                                MaskedPixels{viewOf(c.target), viewOf(c.sourceMask)}));
+    EXPECT_EQ(expected.target.bytes, c.target.bytes);
+    EXPECT_EQ(maskBefore.bytes, c.sourceMask.bytes);
+}
+
+TEST(AdjustSelection, RepeatedStepsStartFromTheSourceAndDoNotAddUp)
+{
+    std::mt19937 random(15);
+    SelectionCase once = randomSelection(random, 20, 10, 31, 7);
+    SelectionCase twice = once;
+    runSelection(once, Values{-10, 5, 30, 40, 1});
+    runSelection(twice, Values{60, -70, 90, -100, 4});
+    runSelection(twice, Values{-10, 5, 30, 40, 1});
+    EXPECT_EQ(once.target.bytes, twice.target.bytes);
+}
+
+// --- spans ---
+
+struct Outline {
+    Crossings crossings;
+    reference::Rect rect;
+};
+
+static Outline randomOutline(std::mt19937& random, int imageWidth, int imageHeight)
+{
+    Outline outline;
+    const int width = 1 + (int)(random() % 24), height = 1 + (int)(random() % 12);
+    outline.rect.left = (int)(random() % (imageWidth - width + 1));
+    outline.rect.top = (int)(random() % (imageHeight - height + 1));
+    outline.rect.right = outline.rect.left + width;
+    outline.rect.bottom = outline.rect.top + height;
+    outline.crossings.resize(imageHeight);
+    for (int y = outline.rect.top; y < outline.rect.bottom; ++y) {
+        int x = outline.rect.left;
+        while (x < outline.rect.right && random() % 4) {
+            const int entry = x + (int)(random() % 6), exit = entry + 1 + (int)(random() % 9);
+            if (exit > outline.rect.right) break;
+            outline.crossings[y].push_back(entry);
+            outline.crossings[y].push_back(exit);
+            x = exit + 1;
+        }
+    }
+    return outline;
+}
+
+static std::vector<RowSpans> rowsOf(const Crossings& crossings)
+{
+    std::vector<RowSpans> rows;
+    for (const std::vector<int>& row : crossings) {
+        rows.push_back(RowSpans{row.data(), (int)row.size()});
+    }
+    return rows;
+}
+
+static void reshape(SelectionCase& c, const Outline& from, const Outline& onto)
+{
+    const std::vector<RowSpans> fromRows = rowsOf(from.crossings), ontoRows = rowsOf(onto.crossings);
+    reshapeSelectionSpans(MaskedPixels{viewOf(c.source), viewOf(c.sourceMask)},
+                          MaskedPixels{viewOf(c.target), viewOf(c.targetMask)},
+                          SpanOutline{{fromRows.data(), (int)fromRows.size()},
+                                      {from.rect.left, from.rect.top, from.rect.right, from.rect.bottom}},
+                          SpanOutline{{ontoRows.data(), (int)ontoRows.size()},
+                                      {onto.rect.left, onto.rect.top, onto.rect.right, onto.rect.bottom}});
+}
+
+static void expectReshaped(SelectionCase c, const Outline& from, const Outline& onto, int number)
+{
+    SelectionCase expected = c;
+    reference::reshapeSpans(expected.source, expected.sourceMask, expected.target, expected.targetMask, from.crossings,
+                            from.rect, onto.crossings, onto.rect);
+    reshape(c, from, onto);
+    ASSERT_EQ(expected.target.bytes, c.target.bytes) << "case " << number;
+    ASSERT_EQ(expected.targetMask.bytes, c.targetMask.bytes) << "case " << number;
+}
+
+TEST(ReshapeSpans, EqualsTheReferenceOnRandomOutlines)
+{
+    std::mt19937 random(16);
+    for (int i = 0; i < 2000; ++i) {
+        const Outline from = randomOutline(random, 40, 30), onto = randomOutline(random, 40, 30);
+        SelectionCase c = randomSelection(random, from.rect.right - from.rect.left, from.rect.bottom - from.rect.top,
+                                          onto.rect.right - onto.rect.left, onto.rect.bottom - onto.rect.top);
+        ASSERT_NO_FATAL_FAILURE(expectReshaped(c, from, onto, i));
+    }
+}
+
+// Images whose sizes do not fit their rectangles, and crossings outside them: nothing may be overrun.
+TEST(ReshapeSpans, StaysInsideItsImagesWhateverTheOutlines)
+{
+    std::mt19937 random(17);
+    for (int i = 0; i < 2000; ++i) {
+        Outline from = randomOutline(random, 40, 30), onto = randomOutline(random, 40, 30);
+        for (Crossings* crossings : {&from.crossings, &onto.crossings}) {
+            for (std::vector<int>& row : *crossings) {
+                if (random() % 8 == 0) row = {(int)(random() % 60) - 10, (int)(random() % 60)};
+                if (random() % 16 == 0) row.push_back(32766);
+            }
+        }
+        SelectionCase c = randomSelection(random, 1 + (int)(random() % 30), 1 + (int)(random() % 20),
+                                          1 + (int)(random() % 30), 1 + (int)(random() % 20));
+        ASSERT_NO_FATAL_FAILURE(expectReshaped(c, from, onto, i));
+    }
+}
+
+static Outline oneRow(std::vector<int> crossings, int left, int right)
+{
+    return Outline{{std::move(crossings)}, {left, 0, right, 1}};
+}
+
+static SelectionCase countedRow(int sourceWidth, int targetWidth)
+{
+    SelectionCase c;
+    c.source = {sourceWidth, 1, std::vector<uint8_t>((size_t)reference::strideOf(sourceWidth))};
+    for (int x = 0; x < sourceWidth; ++x) {
+        c.source.bytes[(size_t)x * 3] = (uint8_t)(x + 1);
+    }
+    c.sourceMask = {sourceWidth, 1, std::vector<uint8_t>(c.source.bytes.size(), 0)};
+    c.target = {targetWidth, 1, std::vector<uint8_t>((size_t)reference::strideOf(targetWidth), 0xEE)};
+    c.targetMask = c.target;
+    return c;
+}
+
+static std::vector<int> blues(const Image& image)
+{
+    std::vector<int> values;
+    for (int x = 0; x < image.width; ++x) {
+        values.push_back(image.bytes[(size_t)x * 3]);
+    }
+    return values;
+}
+
+TEST(ReshapeSpans, StretchesTheSpanSoThatItsEndsMeet)
+{
+    SelectionCase c = countedRow(4, 9);
+    reshape(c, oneRow({10, 14}, 10, 14), oneRow({21, 28}, 20, 29));
+    EXPECT_EQ((std::vector<int>{0xEE, 1, 1, 2, 2, 3, 3, 4, 0xEE}), blues(c.target));
+    EXPECT_EQ((std::vector<int>{255, 0, 0, 0, 0, 0, 0, 0, 255}), blues(c.targetMask));
+}
+
+TEST(ReshapeSpans, RowsWithEquallyManySpansBelongTogetherSpanBySpan)
+{
+    SelectionCase c = countedRow(6, 6);
+    reshape(c, oneRow({1, 3, 4, 6}, 1, 7), oneRow({1, 3, 4, 6}, 1, 7));
+    EXPECT_EQ((std::vector<int>{1, 2, 0xEE, 4, 5, 0xEE}), blues(c.target));
+}
+
+TEST(ReshapeSpans, OtherwiseEverySpanOfARowTakesTheFirstSourcePair)
+{
+    SelectionCase c = countedRow(6, 6);
+    reshape(c, oneRow({1, 3}, 1, 7), oneRow({1, 3, 4, 6}, 1, 7));
+    EXPECT_EQ((std::vector<int>{1, 2, 0xEE, 1, 2, 0xEE}), blues(c.target));
+}
+
+TEST(ReshapeSpans, APairWithAMissingValueIsPassedOver)
+{
+    SelectionCase c = countedRow(6, 2);
+    reshape(c, oneRow({0, 2, 3, 32766, 4, 6}, 0, 6), oneRow({1, 3}, 1, 3));
+    EXPECT_EQ((std::vector<int>{5, 6}), blues(c.target));
+}
+
+TEST(ReshapeSpans, WithoutASourcePairTheSpanStaysOutside)
+{
+    SelectionCase c = countedRow(6, 2);
+    reshape(c, oneRow({0, 2}, 0, 6), oneRow({1, 3}, 1, 3));
+    EXPECT_EQ((std::vector<int>{0xEE, 0xEE}), blues(c.target));
+    EXPECT_EQ((std::vector<int>{255, 255}), blues(c.targetMask));
+}

@@ -1,0 +1,411 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "image/pixels/pixel_ops.h"
+#include "selection/geometry/selection_images.h"
+#include "selection/geometry/selection_transform.h"
+#include "tests/reference/outline_reference.h"
+
+static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& points)
+{
+    std::vector<PixelPoint> pixels;
+    for (ReferencePoint p : points)
+        pixels.push_back(PixelPoint{p.x, p.y});
+    return pixels;
+}
+
+static std::vector<PixelPoint> randomPoints(std::mt19937& random, int count, int range)
+{
+    std::vector<PixelPoint> points;
+    for (int n = 0; n < count; n++)
+        points.push_back(PixelPoint{(int)(random() % (unsigned)range), (int)(random() % (unsigned)range)});
+    return points;
+}
+
+static void expectPoint(int x, int y, PixelPoint actual)
+{
+    EXPECT_EQ(x, actual.x);
+    EXPECT_EQ(y, actual.y);
+}
+
+static void expectRect(PixelRect expected, PixelRect actual)
+{
+    EXPECT_EQ(expected.left, actual.left);
+    EXPECT_EQ(expected.top, actual.top);
+    EXPECT_EQ(expected.right, actual.right);
+    EXPECT_EQ(expected.bottom, actual.bottom);
+}
+
+namespace {
+struct Picture {
+    int width, height;
+    std::vector<uint8_t> rows;
+
+    Picture(int w, int h) : width(w), height(h), rows((size_t)(rowStride(w, 24) * h), 0xCC) {}
+    explicit Picture(const ReferenceImage& image)
+        : width(image.width), height(image.height), rows(storedRows(image, 0xCC))
+    {
+    }
+    BitsView view() { return bottomUpView(rows.data(), width, height, (ptrdiff_t)rowStride(width, 24)); }
+    ReferencePixel get(int x, int y)
+    {
+        const uint8_t* p = rowOf(view(), y) + 3 * x;
+        return {p[0], p[1], p[2]};
+    }
+};
+}  // namespace
+
+TEST(SelectionTransform, MovedPointsStayAtOneOrMore)
+{
+    PixelPoint points[] = {{5, 9}, {1, 1}, {40, 2}};
+    movePoints(points, 3, -4, -3);
+    expectPoint(1, 6, points[0]);
+    expectPoint(1, 1, points[1]);
+    expectPoint(36, 1, points[2]);
+}
+
+TEST(SelectionTransform, ScalingFollowsTheBoxAndTruncates)
+{
+    std::mt19937 random(50);
+    for (int n = 0; n < 300; n++) {
+        const std::vector<PixelPoint> points = randomPoints(random, 2 + n % 20, 4000);
+        const PointBox box = boxOfPoints(points.data(), (int)points.size());
+        if (box.minX == box.maxX || box.minY == box.maxY) continue;
+        const PixelRect from = {box.minX - 1, box.minY, box.maxX + 1, box.maxY + 1};
+        const int left = (int)(random() % 3000), top = (int)(random() % 3000);
+        const PixelRect to = {left, top, left + 30 + (int)(random() % 5000), top + 30 + (int)(random() % 5000)};
+        std::vector<PixelPoint> scaled(points.size());
+        scalePoints(points.data(), (int)points.size(), from, to, scaled.data());
+        const int width = to.right - 1 - (to.left + 1), height = to.bottom - 1 - to.top;
+        for (size_t k = 0; k < points.size(); k++) {
+            const double x = std::floor((points[k].x - box.minX) * (double)width / (box.maxX - box.minX));
+            const double y = std::floor((points[k].y - box.minY) * (double)height / (box.maxY - box.minY));
+            expectPoint(to.left + 1 + (int)x, to.top + (int)y, scaled[k]);
+        }
+        std::vector<PixelPoint> same = points;
+        scalePoints(same.data(), (int)same.size(), from, from, same.data());
+        for (size_t k = 0; k < points.size(); k++)
+            expectPoint(points[k].x, points[k].y, same[k]);
+    }
+}
+
+TEST(SelectionTransform, ScalingHoldsZeroWidthsAndLargeProducts)
+{
+    const PixelPoint line[] = {{5, 5}, {5, 30000}, {5, 17000}};
+    PixelPoint scaled[3];
+    scalePoints(line, 3, PixelRect{4, 4, 6, 30001}, PixelRect{100, 4, 32000, 32001}, scaled);
+    expectPoint(101, 5, scaled[0]);
+    expectPoint(101, 32000, scaled[1]);
+    expectPoint(101, 5 + (int)(16995LL * 31995 / 29995), scaled[2]);
+    scalePoints(line, 0, PixelRect{}, PixelRect{}, scaled);
+}
+
+TEST(SelectionTransform, FlipsStayInTheirOwnBox)
+{
+    PixelPoint points[] = {{2, 3}, {10, 4}, {7, 9}};
+    flipPointsVertically(points, 3);
+    expectPoint(2, 9, points[0]);
+    expectPoint(10, 8, points[1]);
+    expectPoint(7, 3, points[2]);
+    flipPointsHorizontally(points, 3);
+    expectPoint(10, 9, points[0]);
+    expectPoint(2, 8, points[1]);
+    expectPoint(5, 3, points[2]);
+}
+
+TEST(SelectionTransform, TurningIsCounterClockwiseAndRoundsTowardZero)
+{
+    const PixelPoint points[] = {{100, 100}, {300, 100}, {300, 200}, {100, 200}};
+    PixelPoint turned[4];
+    turnPoints(points, 4, turnAbout(boxOfPoints(points, 4), 90), turned);
+    const double angle = 90 * 3.1415926 / 180;
+    for (int n = 0; n < 4; n++) {
+        const double right = points[n].x - 200, up = 150 - points[n].y;
+        expectPoint((int)(200 + std::cos(angle) * right - std::sin(angle) * up),
+                    (int)(150 - (std::cos(angle) * up + std::sin(angle) * right)), turned[n]);
+    }
+    // The upper left corner goes to the lower left one; a coordinate may fall just short of the whole number.
+    EXPECT_NEAR(150, turned[0].x, 1);
+    EXPECT_NEAR(250, turned[0].y, 1);
+}
+
+TEST(SelectionTransform, ElevenTurnsOfFifteenAreOneOf165)
+{
+    std::mt19937 random(51);
+    const std::vector<PixelPoint> points = randomPoints(random, 500, 2000);
+    const PointBox box = boxOfPoints(points.data(), 500);
+    int rotation = 0;
+    std::vector<PixelPoint> once(500), last(500);
+    for (int n = 0; n < 11; n++) {
+        rotation = addRotation(rotation, 15);
+        turnPoints(points.data(), 500, turnAbout(box, rotation), last.data());
+    }
+    turnPoints(points.data(), 500, turnAbout(box, 165), once.data());
+    for (int n = 0; n < 500; n++)
+        expectPoint(once[(size_t)n].x, once[(size_t)n].y, last[(size_t)n]);
+}
+
+// Every build must turn alike: a checksum over many turns, the same number everywhere.
+TEST(SelectionTransform, AllBuildsTurnAlike)
+{
+    std::mt19937 random(52);
+    uint32_t sum = 2166136261u;
+    for (int degrees = -360; degrees <= 360; degrees++) {
+        const std::vector<PixelPoint> points = randomPoints(random, 100, 6000);
+        std::vector<PixelPoint> turned(100);
+        turnPoints(points.data(), 100, turnAbout(boxOfPoints(points.data(), 100), degrees), turned.data());
+        for (PixelPoint p : turned)
+            sum = ((sum ^ (uint32_t)p.x) * 16777619u ^ (uint32_t)p.y) * 16777619u;
+    }
+    EXPECT_EQ(0x7c7ebc73u, sum);
+}
+
+namespace {
+// A selection of random outline with its source image and mask.
+struct Floating {
+    PixelRect rect;
+    ReferenceImage pixels, mask;
+};
+}  // namespace
+
+static bool makeFloating(std::mt19937& random, int shape, int size, std::vector<PixelPoint>& points, Floating& floating)
+{
+    const std::vector<ReferencePoint> given = randomOutline(random, shape, size, size, 12);
+    const ReferenceOutline outline = referenceOutline(size, size, given, given.back());
+    const ReferenceBounds bounds = outline.crossings.bounds();
+    if (bounds.empty) return false;
+    points = asPixels(outline.points);
+    const ReferenceImage image = randomReference(random, size, size);
+    floating = {{bounds.left, bounds.top, bounds.right, bounds.bottom},
+                referenceSelectionImage(image, outline.crossings, bounds),
+                referenceSelectionMask(outline.crossings, bounds)};
+    return true;
+}
+
+static bool insideAt(const Floating& f, int column, int row)
+{
+    return column >= 0 && row >= 0 && column < f.mask.width && row < f.mask.height && f.mask.get(column, row).red == 0;
+}
+
+// The four pixels around the place, weighted; false when none of them is inside.
+static bool bilinear(const Floating& f, double x, double y, double* channels)
+{
+    double weights = 0;
+    channels[0] = channels[1] = channels[2] = 0;
+    for (int v = (int)std::floor(y); v <= (int)std::floor(y) + 1; v++) {
+        for (int u = (int)std::floor(x); u <= (int)std::floor(x) + 1; u++) {
+            const double weight = (1 - std::fabs(x - u)) * (1 - std::fabs(y - v));
+            if (!insideAt(f, u, v) || weight <= 0) continue;
+            const ReferencePixel p = f.pixels.get(u, v);
+            weights += weight;
+            channels[0] += weight * p.blue;
+            channels[1] += weight * p.green;
+            channels[2] += weight * p.red;
+        }
+    }
+    for (int c = 0; c < 3 && weights > 0; c++)
+        channels[c] /= weights;
+    return weights > 0;
+}
+
+TEST(SelectionTransform, TurnedPixelsComeFromInsideTheOutline)
+{
+    std::mt19937 random(53);
+    int checked = 0;
+    for (int n = 0; n < 200; n++) {
+        std::vector<PixelPoint> points;
+        Floating a = {{}, ReferenceImage(0, 0), ReferenceImage(0, 0)};
+        if (!makeFloating(random, n % 3, 60, points, a)) continue;
+        const int degrees = (int)(random() % 720) - 360;
+        const PointBox box = boxOfPoints(points.data(), (int)points.size());
+        const Turn turn = turnAbout(box, degrees);
+        std::vector<PixelPoint> turned(points.size());
+        turnPoints(points.data(), (int)points.size(), turn, turned.data());
+        RowHead* table = crossingsOfPoints(200, turned.data(), (int)turned.size());
+        PixelRect rect;
+        if (computeCrossingBounds(table, rect)) {
+            Picture target(rect.right - rect.left, rect.bottom - rect.top), mask(target.width, target.height);
+            Picture source(a.pixels), sourceMask(a.mask);
+            fillSelectionMask(mask.view(), table, rect);
+            turnPixels(PlacedImage{target.view(), mask.view(), rect},
+                       PlacedImage{source.view(), sourceMask.view(), a.rect}, turn);
+            const double angle = degrees * 3.1415926 / 180;
+            for (int y = 0; y < target.height; y++) {
+                for (int x = 0; x < target.width; x++) {
+                    const ReferencePixel p = target.get(x, y);
+                    if (mask.get(x, y).red != 0) {
+                        ASSERT_TRUE((p == ReferencePixel{0, 0, 0}));
+                        continue;
+                    }
+                    // Turned back by the opposite angle.
+                    const double right = rect.left + x + 0.5 - turn.centreX, down = rect.top + y - 0.5 - turn.centreY;
+                    const double sx = turn.centreX + std::cos(angle) * right - std::sin(angle) * down;
+                    const double sy = turn.centreY + std::sin(angle) * right + std::cos(angle) * down;
+                    double expected[3];
+                    if (!bilinear(a, sx - 0.5 - a.rect.left, sy + 0.5 - a.rect.top, expected)) continue;
+                    ASSERT_NEAR(expected[0], p.blue, 0.5001);
+                    ASSERT_NEAR(expected[1], p.green, 0.5001);
+                    ASSERT_NEAR(expected[2], p.red, 0.5001);
+                    checked++;
+                }
+            }
+        }
+        freeCrossings(table);
+    }
+    EXPECT_GT(checked, 10000);
+}
+
+TEST(SelectionTransform, FullTurnOfPixelsIsACopy)
+{
+    std::mt19937 random(54);
+    std::vector<PixelPoint> points;
+    Floating a = {{}, ReferenceImage(0, 0), ReferenceImage(0, 0)};
+    while (!makeFloating(random, 0, 50, points, a)) {
+    }
+    Picture target(a.pixels.width, a.pixels.height), source(a.pixels), mask(a.mask);
+    turnPixels(PlacedImage{target.view(), mask.view(), a.rect}, PlacedImage{source.view(), mask.view(), a.rect},
+               turnAbout(boxOfPoints(points.data(), (int)points.size()), 0));
+    EXPECT_EQ(source.rows, target.rows);
+}
+
+TEST(SelectionTransform, WhereNothingIsInsideTheNearestInsidePixelServes)
+{
+    ReferenceImage pixels(12, 1), mask(12, 1), all(12, 1);
+    for (int x = 0; x < 12; x++)
+        mask.set(x, 0, {255, 255, 255});
+    mask.set(3, 0, {0, 0, 0});
+    pixels.set(3, 0, {10, 20, 30});
+    Picture source(pixels), sourceMask(mask), inside(all), target(12, 1);
+    const PixelRect rect = {100, 50, 112, 51};
+    turnPixels(PlacedImage{target.view(), inside.view(), rect}, PlacedImage{source.view(), sourceMask.view(), rect},
+               turnAbout(PointBox{100, 50, 112, 51}, 0));
+    for (int x = 0; x < 12; x++) {
+        const bool reached = std::abs(x - 3) <= turnSearch;
+        EXPECT_EQ(reached ? (ReferencePixel{10, 20, 30}) : (ReferencePixel{0, 0, 0}), target.get(x, 0)) << x;
+    }
+}
+
+TEST(SelectionTransform, AnglesAddUpOverTheShorterWay)
+{
+    const PixelPoint centre = {500, 500};
+    AngleTrack track = beginAngle(centre, PixelPoint{600, 500});
+    trackAngle(track, PixelPoint{500, 400});  // up: counter-clockwise
+    EXPECT_EQ(90, trackedDegrees(track));
+    trackAngle(track, PixelPoint{400, 500});
+    trackAngle(track, PixelPoint{500, 600});
+    trackAngle(track, PixelPoint{500, 500});  // the centre has no angle
+    EXPECT_EQ(270, trackedDegrees(track));
+    trackAngle(track, PixelPoint{600, 500});
+    trackAngle(track, PixelPoint{600, 400});
+    EXPECT_EQ(405, trackedDegrees(track));
+    AngleTrack back = beginAngle(centre, PixelPoint{600, 500});
+    for (int degrees = -10; degrees >= -1000; degrees -= 10) {
+        const double angle = degrees * 3.14159265358979 / 180;
+        trackAngle(back, PixelPoint{500 + (int)std::lround(4000 * std::cos(angle)),
+                                    500 - (int)std::lround(4000 * std::sin(angle))});
+    }
+    EXPECT_NEAR(-1000, trackedAngle(back), 0.05);
+}
+
+TEST(SelectionTransform, AngleBeginsWhereThePointerLeavesTheCentre)
+{
+    AngleTrack track = beginAngle(PixelPoint{5, 5}, PixelPoint{5, 5});
+    trackAngle(track, PixelPoint{5, 0});
+    EXPECT_EQ(0, trackedDegrees(track));
+    trackAngle(track, PixelPoint{0, 5});
+    EXPECT_EQ(90, trackedDegrees(track));
+}
+
+TEST(SelectionTransform, DegreesAreTruncatedTowardZero)
+{
+    AngleTrack track = beginAngle(PixelPoint{0, 0}, PixelPoint{1000, 0});
+    trackAngle(track, PixelPoint{1000, -43});  // 2.46 degrees
+    EXPECT_EQ(2, trackedDegrees(track));
+    trackAngle(track, PixelPoint{1000, 52});  // -2.98
+    EXPECT_EQ(-2, trackedDegrees(track));
+}
+
+TEST(SelectionTransform, RotationLosesOneTurnBeyond360)
+{
+    EXPECT_EQ(360, addRotation(350, 10));
+    EXPECT_EQ(1, addRotation(350, 11));
+    EXPECT_EQ(-360, addRotation(-300, -60));
+    EXPECT_EQ(-1, addRotation(-300, -61));
+    EXPECT_EQ(-90, addRotation(90, -180));
+}
+
+static const FrameMetrics metrics = {3, 5};  // margins 7 and 11
+static const PixelRect client = {0, 0, 600, 400};
+
+static void expectMoved(int left, int top, int x, int y)
+{
+    expectRect(PixelRect{left, top, left + 100, top + 50},
+               moveBand(PixelRect{200, 100, 300, 150}, PixelPoint{10, 20}, PixelPoint{x, y}, client, metrics));
+}
+
+TEST(SelectionTransform, MovedBandStopsAtTheMargins)
+{
+    expectMoved(190, 130, 200, 150);
+    expectMoved(489, 130, 900, 150);  // 600 - 100 - 11
+    expectMoved(190, 339, 200, 900);  // 400 - 50 - 11
+    expectMoved(190, 11, 200, -80);
+}
+
+// Tested with the height of the system's frame, set with its width.
+TEST(SelectionTransform, LeftMarginThatIsSetDiffersFromTheOneThatIsTested)
+{
+    expectMoved(11, 130, 21, 150);
+    expectMoved(7, 130, 20, 150);
+    expectMoved(7, 130, -500, 150);
+}
+
+static void expectResized(PixelRect expected, int hit, int x, int y)
+{
+    expectRect(expected, resizeBand(PixelRect{200, 100, 300, 180}, BandResize{hit, 24, 34}, PixelPoint{2, 1},
+                                    PixelPoint{x, y}, client, metrics));
+}
+
+TEST(SelectionTransform, ResizingMovesTheDraggedSides)
+{
+    expectResized({150, 100, 300, 180}, HIT_LEFT_EDGE, 152, 999);
+    expectResized({200, 100, 350, 180}, HIT_RIGHT_EDGE, 352, 999);
+    expectResized({200, 50, 300, 180}, HIT_TOP_EDGE, 999, 51);
+    expectResized({200, 100, 300, 220}, HIT_BOTTOM_EDGE, 999, 221);
+    expectResized({150, 50, 300, 180}, HIT_TOP_LEFT, 152, 51);
+    expectResized({200, 50, 350, 180}, HIT_TOP_RIGHT, 352, 51);
+    expectResized({150, 100, 300, 220}, HIT_BOTTOM_LEFT, 152, 221);
+    expectResized({200, 100, 350, 220}, HIT_BOTTOM_RIGHT, 352, 221);
+    expectResized({200, 100, 300, 180}, HIT_NONE, 352, 221);
+}
+
+TEST(SelectionTransform, ResizedBandNeverTurnsInsideOut)
+{
+    expectResized({270, 100, 300, 180}, HIT_LEFT_EDGE, 900, 0);
+    expectResized({200, 100, 230, 180}, HIT_RIGHT_EDGE, -900, 0);
+    expectResized({200, 140, 300, 180}, HIT_TOP_EDGE, 0, 900);
+    expectResized({200, 100, 300, 140}, HIT_BOTTOM_EDGE, 0, -900);
+}
+
+TEST(SelectionTransform, ResizedBandStopsAtTheMargins)
+{
+    expectResized({7, 11, 300, 180}, HIT_TOP_LEFT, -50, -50);
+    expectResized({11, 100, 300, 180}, HIT_LEFT_EDGE, 13, 0);
+    expectResized({7, 100, 300, 180}, HIT_LEFT_EDGE, 12, 0);
+    expectResized({200, 100, 589, 389}, HIT_BOTTOM_RIGHT, 5000, 5000);
+}
+
+TEST(SelectionTransform, GrabOffsetsAreFromTheDraggedSides)
+{
+    const PixelRect band = {200, 100, 300, 180};
+    const PixelPoint at = {210, 130};
+    expectPoint(10, 30, bandGrabOffset(band, HIT_INSIDE, at));
+    expectPoint(10, 0, bandGrabOffset(band, HIT_LEFT_EDGE, at));
+    expectPoint(-90, 0, bandGrabOffset(band, HIT_RIGHT_EDGE, at));
+    expectPoint(0, 30, bandGrabOffset(band, HIT_TOP_EDGE, at));
+    expectPoint(0, -50, bandGrabOffset(band, HIT_BOTTOM_EDGE, at));
+    expectPoint(10, 30, bandGrabOffset(band, HIT_TOP_LEFT, at));
+    expectPoint(-90, 30, bandGrabOffset(band, HIT_TOP_RIGHT, at));
+    expectPoint(10, -50, bandGrabOffset(band, HIT_BOTTOM_LEFT, at));
+    expectPoint(-90, -50, bandGrabOffset(band, HIT_BOTTOM_RIGHT, at));
+}
