@@ -3,6 +3,8 @@
 #include <windowsx.h>
 
 #include "controls/button_paint.h"
+#include "controls/button_record.h"
+#include "controls/kovctrl32.h"
 #include "controls/superclass.h"
 #include "controls/tooltip.h"
 
@@ -11,30 +13,35 @@ static const wchar_t baseName[] = L"Button";
 
 static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM lp);
 
-Button* buttonFromWindow(HWND window)
+// The record of a window of the class, null for any other window.
+static Button* buttonFromWindow(HWND window)
 {
     DWORD process = 0;
     if (!GetWindowThreadProcessId(window, &process) || process != GetCurrentProcessId()) return nullptr;
     if ((WNDPROC)GetClassLongPtrW(window, GCLP_WNDPROC) != buttonProc) return nullptr;
-    return (Button*)ownSlot(window);
+    return buttonOf(window);
+}
+
+int WINAPI setButtonPicture(HWND window, HBITMAP picture, int state)
+{
+    Button* button = buttonFromWindow(window);
+    if (!button || state < 0 || state >= PICTURE_COUNT) return 0;
+    if (picture && GetObjectType(picture) != OBJ_BITMAP) return 0;
+    holdPicture(button, (ButtonPicture)state, picture);
+    InvalidateRect(window, nullptr, FALSE);
+    return 1;
 }
 
 static Button* createButton(HWND window)
 {
     WNDPROC base = baseProcedure(baseName);
-    Button* button = base ? (Button*)HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(Button)) : nullptr;
-    if (!button) return nullptr;
-    button->base = base;
-    setOwnSlot(window, (LONG_PTR)button);
-    return button;
+    return base ? attachButton(window, base) : nullptr;
 }
 
 static LRESULT onNcDestroy(HWND window, Button* button, WPARAM wp, LPARAM lp)
 {
     const LRESULT result = CallWindowProcW(button->base, window, WM_NCDESTROY, wp, lp);
-    setOwnSlot(window, 0);
-    releasePictures(button);
-    HeapFree(GetProcessHeap(), 0, button);
+    releaseButton(window, button);
     return result;
 }
 
@@ -101,7 +108,7 @@ static LRESULT onStateMessage(HWND window, Button* button, UINT message, WPARAM 
 
 static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM lp)
 {
-    Button* button = (Button*)ownSlot(window);
+    Button* button = buttonOf(window);
     if (!button && message == WM_NCCREATE) button = createButton(window);
     if (!button) return message == WM_NCCREATE ? FALSE : DefWindowProcW(window, message, wp, lp);
 

@@ -1,7 +1,7 @@
 #include "controls/button_paint.h"
 
-#include "controls/button.h"
 #include "controls/button_picture.h"
+#include "controls/button_record.h"
 #include "controls/caption.h"
 #include "controls/superclass.h"
 
@@ -248,7 +248,7 @@ static void readLook(HWND window, const Button& button, ButtonLook& look)
 
 void drawButton(HWND window, HDC dc, const RECT& client)
 {
-    const Button* button = buttonFromWindow(window);
+    const Button* button = buttonOf(window);
     if (!button) return;
     ButtonLook look = {};
     readLook(window, *button, look);

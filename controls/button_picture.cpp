@@ -2,40 +2,9 @@
 
 #include <stdint.h>
 
-#include "controls/button.h"
-#include "controls/kovctrl32.h"
 #include "controls/picture_pixels.h"
 
 enum { TRANSPARENT_COLOUR = 0x00C0C0C0, LARGEST_SIDE = 4096 };
-
-// A picture held by two states is deleted with the second.
-static void dropPicture(Button* button, int state)
-{
-    HBITMAP old = button->pictures[state];
-    button->pictures[state] = nullptr;
-    for (HBITMAP other : button->pictures)
-        if (other == old) return;
-    DeleteObject(old);
-}
-
-void releasePictures(Button* button)
-{
-    for (int state = 0; state < PICTURE_COUNT; ++state)
-        if (button->pictures[state]) dropPicture(button, state);
-}
-
-int WINAPI setButtonPicture(HWND window, HBITMAP picture, int state)
-{
-    Button* button = buttonFromWindow(window);
-    if (!button || state < 0 || state >= PICTURE_COUNT) return 0;
-    if (picture && GetObjectType(picture) != OBJ_BITMAP) return 0;
-    if (button->pictures[state] != picture) {
-        if (button->pictures[state]) dropPicture(button, state);
-        button->pictures[state] = picture;
-    }
-    InvalidateRect(window, nullptr, FALSE);
-    return 1;
-}
 
 static BITMAPINFO pixelFormat(int width, int height)
 {

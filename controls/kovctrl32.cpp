@@ -1,7 +1,5 @@
 #include "controls/kovctrl32.h"
 
-#include "controls/button.h"
-#include "controls/separator.h"
 #include "controls/tooltip.h"
 
 int WINAPI displayMode(void)
@@ -21,25 +19,4 @@ int WINAPI releaseDialog(HWND dialog)
 {
     destroyTooltip(dialog);
     return 1;
-}
-
-static BOOL registerClasses(HINSTANCE instance)
-{
-    if (!registerButtonClass(instance)) return FALSE;
-    if (registerSeparatorClass(instance)) return TRUE;
-    unregisterButtonClass(instance);
-    return FALSE;
-}
-
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
-{
-    switch (reason) {
-    case DLL_PROCESS_ATTACH: DisableThreadLibraryCalls(instance); return registerClasses(instance);
-    case DLL_PROCESS_DETACH:
-        if (processEnds) break;  // the classes go with the process
-        unregisterSeparatorClass(instance);
-        unregisterButtonClass(instance);
-        break;
-    }
-    return TRUE;
 }
