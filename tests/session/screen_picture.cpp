@@ -1,8 +1,9 @@
 #include "tests/session/screen_picture.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
 
-#include "tests/session/session_driver.h"
+#include <vector>
 
 static bool writeBitmapFile(const std::string& path, const BITMAPINFOHEADER& header, const std::vector<uint8_t>& rows)
 {

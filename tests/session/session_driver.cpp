@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/session/message_log.h"
 #include "tests/session/screen_picture.h"
 
 constexpr UINT RUN_CALL = WM_APP + 1;       // posted to the control window: call the entry

@@ -9,10 +9,10 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "include/kovrtch32.h"
 #include "tests/session/host_image.h"
+#include "tests/session/message_log.h"
 
 constexpr DWORD WAIT_LIMIT_MS = 10000;
 
@@ -50,16 +50,6 @@ bool loadLibrary(Library* library);
 bool loadLibraryIn(Library* library, const std::string& directory);  // made if need be; its parent exists
 std::string freshDirectory();                                        // a path that nothing lies under yet
 void unloadLibrary(Library* library);                                // also removes the directory
-
-// A message that the session's thread retrieved from its queue, or (sent) that was sent to one of its windows.
-struct SeenMessage {
-    HWND window;
-    UINT message;
-    WPARAM wParam;
-    LPARAM lParam;
-    POINT screen;  // pointer position of a retrieved message
-    bool sent;
-};
 
 // What one call of the entry is given. stackOffset (i686 only): how far the stack pointer is from a
 // multiple of 16 at the call.
@@ -115,17 +105,8 @@ bool waitUntil(const char* what, const std::function<bool()>& condition);
 // Waits until the session's thread has dispatched all that is queued (posted, input, paint).
 bool settle(Host* host);
 
-// The log of messages, in order.
-size_t seenCount();
-std::vector<SeenMessage> seenSince(size_t first);
-bool wasSeen(size_t first, HWND window, UINT message);  // window 0: any
-int countSeen(size_t first, HWND window, UINT message);
-
 // Runs the function on the host's thread, from its message loop (also one inside the library), and waits for it.
 void runOnHost(Host* host, const std::function<void()>& function);
 
 // Class name of a window.
 std::string classOf(HWND window);
-
-// Saves the screen to <directory of the test program>/failures/<test>-<n>.bmp and prints the path.
-void savePicture(const char* reason);

@@ -1,5 +1,7 @@
 #include "tests/session/session_fixture.h"
 
+#include "tests/session/screen_picture.h"
+
 RECT dialogRectForClient(int left, int top, int clientWidth, int clientHeight)
 {
     return {left, top, left + clientWidth + 2 * GetSystemMetrics(SM_CXFRAME),
