@@ -1,0 +1,224 @@
+#!/usr/bin/env python3
+"""Holds the plan of the house: which folder may include which.
+
+usage: check_structure.py ROOT               the tree as it is; prints each fault and ends with 1 if there is one
+       check_structure.py --self-test ROOT   plants faults in a copy in memory and looks whether each is found
+
+The plan is the table of floors in docs/architecture.md, the top floor first. A file may include files of its own
+folder and of lower floors. Besides that no units (a header and its source) include each other in a circle, and
+what a header declares its own source defines.
+"""
+import os
+import posixpath
+import re
+import sys
+
+PLAN = 'docs/architecture.md'
+FREE = {'tests', 'bench', 'docs'}  # may include anything: nothing includes them
+INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)
+FLOOR = re.compile(r'^\| (\w[\w ]*) \| ((?:`[\w/]+/`(?:, )?)+) \|', re.M)
+# One at the left margin: `Type name(` up to the `;` or `{` behind the closing parenthesis.
+FUNCTION = re.compile(r'^(?!static |typedef |using |#|inline |constexpr |return )'
+                      r'(?:extern "C" )?[A-Za-z_][\w:<>,*&\s]*?[\s*&](\w+)\(([^;{}]*)\)\s*(?:const)?\s*([;{])', re.M)
+
+# Headers that speak for several sources, each with the reason.
+SPEAKS_FOR_MANY = {
+    'controls/kovctrl32.h',            # what the module shows to others
+    'color/kernels/adjust_methods.h',  # one way of computing a source
+}
+
+# Arrows, circles and strayed declarations that are known and about to go. By the beginning of their fault.
+LEFT = (
+    'canvas/canvas.cpp -> session/entry.h: up',
+    'library/library_list.cpp -> tools/palette/palette.h: up',
+    'a circle: canvas/canvas -> session/entry -> canvas/canvas',
+    'a circle: color/kernels/adjust -> color/kernels/adjust_methods -> color/kernels/adjust',
+    'a circle: image/bitmap_block -> image/packed_bitmap -> image/bitmap_block',
+    'a circle: selection/selection -> selection/selection_operations -> selection/selection',
+    'a circle: tools/kernels/stroke_kernels -> tools/kernels/stroke_segment -> tools/kernels/stroke_kernels',
+    'selection/selection.h declares ',
+    'tools/kernels/stroke_segment.h declares ',
+    'tools/palette/palette.h declares selectTool',
+    'tools/palette/palette_controls.h declares ',
+)
+
+
+def readTree(root):
+    """The text of every C++ and resource file, and of the plan, by path."""
+    tree = {}
+    for folder, folders, names in os.walk(root):
+        folders[:] = [name for name in folders if name != 'build' and not name.startswith('.')]
+        for name in names:
+            path = posixpath.normpath(os.path.relpath(os.path.join(folder, name), root))
+            if name.endswith(('.cpp', '.h', '.rc')) or path == PLAN:
+                with open(os.path.join(folder, name), encoding='utf-8') as file:
+                    tree[path] = file.read()
+    return tree
+
+
+def readFloors(plan):
+    """[(name, [folder, ...]), ...], the top floor first."""
+    return [(name, re.findall(r'`([\w/]+)/`', folders)) for name, folders in FLOOR.findall(plan)]
+
+
+def isFree(path):
+    return path.split('/')[0] in FREE
+
+
+def includesOf(tree):
+    """(includer, included or None, as written) of every include in quotes."""
+    for path, text in sorted(tree.items()):
+        if path == PLAN:
+            continue
+        for written in INCLUDE.findall(text):
+            near = posixpath.normpath(posixpath.join(posixpath.dirname(path), written))
+            found = next((each for each in (written, near) if each in tree), None)
+            yield path, found, written
+
+
+def floorFaults(tree):
+    floors = readFloors(tree[PLAN])
+    level, floorName = {}, {}
+    for height, (name, folders) in enumerate(reversed(floors)):
+        for folder in folders:
+            if folder in level:
+                yield f'{PLAN}: {folder}/ stands on two floors'
+            level[folder], floorName[folder] = height, name
+    used = {posixpath.dirname(path) for path in tree if path != PLAN and not isFree(path)}
+    for folder in sorted(used - level.keys()):
+        yield f'{folder}/ is on no floor of {PLAN}'
+    for folder in sorted(level.keys() - used):
+        yield f'{PLAN}: {folder}/ has no source'
+
+    for path, target, written in includesOf(tree):
+        if isFree(path):
+            continue
+        if target is None:
+            yield f'{path} -> {written}: there is no such file'
+            continue
+        here, there = posixpath.dirname(path), posixpath.dirname(target)
+        if here == there or here not in level:
+            continue
+        if there not in level:
+            yield f'{path} -> {target}: outside the floors'
+        elif level[there] > level[here]:
+            yield f'{path} -> {target}: up, from {floorName[here]} to {floorName[there]}'
+        elif level[there] == level[here]:
+            yield f'{path} -> {target}: folders of one floor, {floorName[here]}'
+
+
+def circleThrough(start, arrows):
+    """The shortest way from a unit back to itself, or None."""
+    ways = [[start]]
+    seen = set()
+    for way in ways:
+        for following in sorted(arrows.get(way[-1], ())):
+            if following == start:
+                return way
+            if following not in seen:
+                seen.add(following)
+                ways.append(way + [following])
+    return None
+
+
+def circleFaults(tree):
+    arrows = {}
+    for path, target, _ in includesOf(tree):
+        here, there = posixpath.splitext(path)[0], target and posixpath.splitext(target)[0]
+        if there and here != there:
+            arrows.setdefault(here, set()).add(there)
+    told = set()
+    for unit in sorted(arrows):
+        circle = circleThrough(unit, arrows)
+        if circle and not told.intersection(circle):
+            told.update(circle)
+            yield 'a circle: ' + ' -> '.join(circle + [unit])
+
+
+def functionsIn(text, ending):
+    text = re.sub(r'//[^\n]*', '', text)
+    return [name for name, _, end in FUNCTION.findall(text) if end in ending]
+
+
+def strayFaults(tree):
+    """Functions that a header declares and a source of another name defines."""
+    definers = {}
+    for path, text in sorted(tree.items()):
+        if path.endswith('.cpp') and not isFree(path):
+            for name in functionsIn(text, '{'):
+                definers.setdefault(name, set()).add(path)
+    for path, text in sorted(tree.items()):
+        own = path[:-1] + 'cpp'
+        if not path.endswith('.h') or isFree(path) or path in SPEAKS_FOR_MANY:
+            continue
+        for name in functionsIn(text, ';'):
+            where = definers.get(name, set())
+            if where and own not in where:
+                yield f'{path} declares {name}, which {", ".join(sorted(where))} defines'
+
+
+def faultsOf(tree):
+    return [*floorFaults(tree), *circleFaults(tree), *strayFaults(tree)]
+
+
+def selfTest(tree):
+    def plant(what, expected, changes):
+        found = set(faultsOf({**tree, **changes})) - before
+        if not any(expected in fault for fault in found):
+            print(f'not found: {what} (expected "{expected}", found {sorted(found)})')
+            return False
+        return True
+
+    def with_include(path, header):
+        return {path: f'#include "{header}"\n' + tree[path]}
+
+    before = set(faultsOf(tree))
+    pixels, record = 'image/pixels/pixel_ops.h', 'session/ground/session_record.h'
+    without_ground = re.sub(r'^\| ground \|.*\n', '', tree[PLAN], flags=re.M)
+    return all([
+        plant('an include upward', f'{pixels} -> {record}: up, from pixels to ground', with_include(pixels, record)),
+        plant('an include written from its own folder', f'{pixels} -> {record}: up, from pixels to ground',
+              with_include(pixels, '../../session/ground/session_record.h')),
+        plant('an include between folders of one floor', 'folders of one floor, kernels',
+              with_include('text/kernels/text_line.cpp', 'tools/kernels/pixel_mix.h')),
+        plant('an include of a test', 'outside the floors',
+              with_include('image/pixels/pixel_ops.cpp', 'tests/reference/tiff_reference.h')),
+        plant('an include of nothing', 'there is no such file', with_include(pixels, 'image/nothing.h')),
+        plant('a folder without a floor', 'session/ground/ is on no floor', {PLAN: without_ground}),
+        plant('a new folder', 'image/colours/ is on no floor', {'image/colours/new.cpp': ''}),
+        plant('a folder that is gone', 'gone/ has no source',
+              {PLAN: tree[PLAN].replace('`image/pixels/`', '`image/pixels/`, `gone/`')}),
+        plant('a folder told twice', 'stands on two floors',
+              {PLAN: tree[PLAN].replace('`image/pixels/`', '`image/pixels/`, `image/`')}),
+        plant('a circle of two', 'a circle: image/pixels/bits_view -> image/pixels/pixel_ops ->',
+              with_include('image/pixels/bits_view.h', pixels)),
+        plant('a circle of three', 'a circle: image/pixels/a -> image/pixels/b -> image/pixels/c ->',
+              {f'image/pixels/{a}.h': f'#include "image/pixels/{b}.h"\n' for a, b in ('ab', 'bc', 'ca')}),
+        plant('a declaration without a source', 'image/pixels/a.h declares strayed',
+              {'image/pixels/a.h': 'int* strayed(void (*each)(int));\n',
+               'image/pixels/b.cpp': 'int* strayed(void (*each)(int))\n{\n}\n'}),
+        plant('a strayed declaration', 'image/pixels/a.h declares strayed, which image/pixels/b.cpp defines',
+              {'image/pixels/a.h': 'void strayed(int first,\n             int second);\n', 'image/pixels/a.cpp': '',
+               'image/pixels/b.cpp': 'void strayed(int first, int second)\n{\n}\n'}),
+    ])
+
+
+def main(arguments):
+    testing = arguments[:1] == ['--self-test']
+    roots = arguments[1:] if testing else arguments
+    if len(roots) != 1:
+        sys.exit(__doc__)
+    tree = readTree(roots[0])
+    if testing:
+        return 0 if selfTest(tree) else 1
+    found = faultsOf(tree)
+    faults = [fault for fault in found if not fault.startswith(LEFT)]
+    for fault in faults:
+        print(fault)
+    print(f'{len(tree)} files, {len(readFloors(tree[PLAN]))} floors, {len(faults)} faults, '
+          f'{len(found) - len(faults)} left for now')
+    return 1 if faults else 0
+
+
+if __name__ == '__main__':
+    sys.exit(main(sys.argv[1:]))
