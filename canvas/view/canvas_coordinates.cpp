@@ -2,6 +2,9 @@
 
 #include <cstdint>
 
+#include "image/packed_bitmap.h"
+#include "session/ground/window_props.h"
+
 POINT imagePointOf(HWND canvas, POINT client)
 {
     const HDC dc = GetDC(canvas);
@@ -30,11 +33,21 @@ static LONG scaledUp(LONG value, LONG from, LONG to)
     return -scaledDown(-value, from, to);
 }
 
+static RECT coveringRect(const RECT& rect, SIZE from, SIZE to)
+{
+    if (from.cx < 1 || from.cy < 1) return {0, 0, 0, 0};
+    return {scaledDown(rect.left, from.cx, to.cx), scaledDown(rect.top, from.cy, to.cy),
+            scaledUp(rect.right, from.cx, to.cx), scaledUp(rect.bottom, from.cy, to.cy)};
+}
+
 RECT coveringImageRect(const RECT& device, SIZE client, SIZE image)
 {
-    if (client.cx < 1 || client.cy < 1) return {0, 0, 0, 0};
-    return {scaledDown(device.left, client.cx, image.cx), scaledDown(device.top, client.cy, image.cy),
-            scaledUp(device.right, client.cx, image.cx), scaledUp(device.bottom, client.cy, image.cy)};
+    return coveringRect(device, client, image);
+}
+
+RECT coveringDeviceRect(const RECT& image, SIZE imageSize, SIZE client)
+{
+    return coveringRect(image, imageSize, client);
 }
 
 POINT pointerIn(HWND window)
@@ -47,7 +60,11 @@ POINT pointerIn(HWND window)
 
 void invalidateImageRect(HWND canvas, const RECT& image, int margin)
 {
-    RECT device = deviceRectOf(canvas, image);
+    RECT client;
+    int width, height;
+    GetClientRect(canvas, &client);
+    if (!lockBitmapInfo(editedImage(), &width, &height, nullptr)) return;
+    RECT device = coveringDeviceRect(image, {width, height}, {client.right, client.bottom});
     InflateRect(&device, margin, margin);
     InvalidateRect(canvas, &device, FALSE);
 }

@@ -45,6 +45,23 @@ TEST(CanvasCoordinates, PictureOfTheCoverHoldsTheDeviceRectangle)
     }
 }
 
+// No pixel of the image is so small that the screen's pixel which shows it would be left out.
+TEST(CanvasCoordinates, DeviceRectangleHoldsThePictureOfEveryPixel)
+{
+    for (int client = 1; client <= 40; ++client) {
+        for (int image = 1; image <= 260; image += 3) {
+            for (int left = 0; left < image; ++left) {
+                const RECT part =
+                    coveringDeviceRect({left, left, left + 1, left + 1}, {image, image}, {client, client});
+                ASSERT_LT(part.left, part.right);
+                ASSERT_LE((double)part.left * image, (double)left * client);
+                ASSERT_GE((double)part.bottom * image, (double)(left + 1) * client);
+                ASSERT_LT((double)(part.left + 1) * image, (double)left * client + image + 1);
+            }
+        }
+    }
+}
+
 TEST(CanvasCoordinates, EmptyClientCoversNothing)
 {
     expectRect({0, 0, 0, 0}, cover({0, 0, 5, 5}, {0, 7}, {10, 10}));
