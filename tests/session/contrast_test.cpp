@@ -6,6 +6,7 @@
 #include "tests/reference/colour_reference.h"
 #include "tests/session/import_patch.h"
 #include "tests/session/screen_part.h"
+#include "tests/session/screen_picture.h"
 #include "tests/session/session_fixture.h"
 
 enum ContrastId {

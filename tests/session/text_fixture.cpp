@@ -1,5 +1,7 @@
 #include "tests/session/text_fixture.h"
 
+#include "tests/session/screen_picture.h"
+
 #include <algorithm>
 #include <cstring>
 
