@@ -9,7 +9,6 @@
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection.h"
-#include "session/entry.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"

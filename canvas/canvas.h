@@ -6,6 +6,10 @@
 
 constexpr char CANVAS_CLASS[] = "KOVRETOUCH";
 
+// The session loop posts these; lParam packs the screen point of the pointer.
+constexpr UINT CANVAS_POINTER_ENTERED = 1025;
+constexpr UINT CANVAS_POINTER_LEFT = 1026;
+
 // Registers the window class; returns RegisterClassA's result, 0 on failure.
 int registerCanvasClass(HINSTANCE instance);
 void unregisterCanvasClass(HINSTANCE instance);

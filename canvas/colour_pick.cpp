@@ -3,7 +3,7 @@
 #include "image/packed_bitmap.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
-#include "tools/palette/palette.h"
+#include "tools/brush/brush_preview.h"
 
 static COLORREF colourUnder(POINT at)
 {

@@ -10,8 +10,8 @@
 #include "library/selection_file.h"
 #include "selection/selection.h"
 #include "selection/stored_selection.h"
+#include "session/dialogs/tool_choice.h"
 #include "session/ground/session_record.h"
-#include "tools/palette/palette.h"
 
 namespace {
 

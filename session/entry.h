@@ -11,7 +11,3 @@ struct SessionArguments {
     const RECT* dialogRect;
     const POINT* palettePos;
 };
-
-// Messages that the loop posts to the canvas; lParam packs the screen point of the pointer.
-constexpr UINT CANVAS_POINTER_ENTERED = 1025;
-constexpr UINT CANVAS_POINTER_LEFT = 1026;

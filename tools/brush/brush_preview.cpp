@@ -1,5 +1,6 @@
 #include "tools/brush/brush_preview.h"
 
+#include "resources/resource_ids.h"
 #include "session/ground/session_record.h"
 
 namespace {
@@ -83,4 +84,20 @@ void drawBrushPreview(HDC dc, const RECT& area, int width, int height, int palet
     SelectObject(dc, GetStockObject(preview.whiteMode ? BLACK_PEN : NULL_PEN));
     drawShape(dc, preview);
     RestoreDC(dc, saved);
+}
+
+RECT previewArea(HWND palette)
+{
+    RECT area = {0, 0, 0, 0};
+    const HWND place = GetDlgItem(palette, AREA_PREVIEW);
+    GetClientRect(place, &area);
+    MapWindowPoints(place, palette, (POINT*)&area, 2);
+    return area;
+}
+
+void invalidateBrushPreview()
+{
+    if (!session->paletteDialog) return;
+    const RECT area = previewArea(session->paletteDialog);
+    InvalidateRect(session->paletteDialog, &area, FALSE);
 }

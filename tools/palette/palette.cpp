@@ -77,19 +77,3 @@ INT_PTR CALLBACK paletteDialogProc(HWND palette, UINT message, WPARAM wParam, LP
 {
     return session ? dispatchDialogMessage(routes, palette, message, wParam, lParam) : FALSE;
 }
-
-RECT previewArea(HWND palette)
-{
-    RECT area = {0, 0, 0, 0};
-    const HWND place = GetDlgItem(palette, AREA_PREVIEW);
-    GetClientRect(place, &area);
-    MapWindowPoints(place, palette, (POINT*)&area, 2);
-    return area;
-}
-
-void invalidateBrushPreview()
-{
-    if (!session->paletteDialog) return;
-    const RECT area = previewArea(session->paletteDialog);
-    InvalidateRect(session->paletteDialog, &area, FALSE);
-}

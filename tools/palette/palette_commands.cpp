@@ -13,7 +13,7 @@
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"
 #include "tools/brush/brush_mask.h"
-#include "tools/palette/palette.h"
+#include "tools/brush/brush_preview.h"
 #include "tools/palette/palette_controls.h"
 #include "tools/painting/undo_history.h"
 
@@ -259,11 +259,4 @@ void runPaletteCommand(HWND palette, int id)
     for (const Command& command : commands) {
         if (command.id == id) return command.run(palette, id);
     }
-}
-
-void selectTool(uint32_t tool)
-{
-    if (!session->paletteDialog) return;
-    runPaletteCommand(session->paletteDialog, (int)tool);
-    CheckRadioButton(session->paletteDialog, BUTTON_FIRST_TOOL, BUTTON_LAST_TOOL, (int)tool);
 }

@@ -17,6 +17,3 @@ void saveToolSettings(uint32_t toolId);
 
 // Makes the settings of a tool the current ones and shows them in the palette.
 void loadToolSettings(HWND palette, uint32_t toolId);
-
-// Client rectangle of the preview area in the palette's coordinates.
-RECT previewArea(HWND palette);

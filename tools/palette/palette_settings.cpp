@@ -6,7 +6,7 @@
 #include "session/ground/session_record.h"
 #include "text/text_tool.h"
 #include "tools/brush/brush_mask.h"
-#include "tools/palette/palette.h"
+#include "tools/brush/brush_preview.h"
 #include "tools/palette/palette_controls.h"
 #include "session/dialogs/scroll_bars.h"
 

@@ -11,6 +11,7 @@
 #include "session/ground/module_state.h"
 #include "tests/session/import_patch.h"
 #include "tests/unit/windowed/stroke_model.h"
+#include "tools/brush/brush_preview.h"
 #include "tools/palette/palette.h"
 #include "tools/palette/palette_controls.h"
 
