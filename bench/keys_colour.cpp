@@ -11,13 +11,10 @@ enum Work { TONE, HLS, HLS_NOISE, TONE_PLAIN, HLS_PLAIN, PREVIEW };
 
 static HGLOBAL image, target;
 
-struct ColourValues {
-    int saturation, hue;
-};
-
 static ColourValues valuesOf(int work)
 {
-    return work == TONE || work == TONE_PLAIN ? ColourValues{50, 0} : ColourValues{35, 20};
+    const bool toneOnly = work == TONE || work == TONE_PLAIN;
+    return toneOnly ? ColourValues{-20, -10, 50, 0, 0} : ColourValues{-20, -10, 35, 20, 0};
 }
 
 static bool fillInput(int work, int width, int height)
@@ -56,15 +53,13 @@ static void releaseImages(int)
 
 static bool adjust(int work)
 {
-    const ColourValues values = valuesOf(work);
-    adjustImageColours(image, target, -20, -10, values.saturation, values.hue);
+    adjustImageColours(image, target, valuesOf(work));
     return true;
 }
 
 static bool adjustPlainly(int work)
 {
-    const ColourValues values = valuesOf(work);
-    const ColourAdjustment adjustment = imageAdjustment(-20, -10, values.saturation, values.hue);
+    const ColourAdjustment adjustment = imageAdjustment(valuesOf(work));
     const int width = bitmapWidth(image), height = bitmapHeight(image);
     const size_t stride = (size_t)rowStride(width, 24);
     const BYTE* from = lockBitmapBits(image);

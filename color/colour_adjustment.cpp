@@ -2,63 +2,56 @@
 
 #include "color/kernels/adjust.h"
 #include "color/kernels/adjust_selection.h"
-#include "image/packed_bitmap.h"
-
-// Locks a 24-bit bitmap. Returns false, with nothing locked, when it is none.
-static bool lockView(HGLOBAL bitmap, BitsView* view)
-{
-    int width = 0, height = 0;
-    DWORD bitCount = 0;
-    if (!bitmap || !lockBitmapInfo(bitmap, &width, &height, &bitCount)) return false;
-    if (bitCount != 24 || width < 1 || height < 1) return false;
-    BYTE* bits = lockBitmapBits(bitmap);
-    if (!bits) return false;
-    *view = viewOfBits(bits, width, height);
-    return true;
-}
+#include "image/bitmap_block.h"
 
 static bool sameSize(const BitsView& a, const BitsView& b)
 {
     return a.width == b.width && a.height == b.height;
 }
 
-void adjustImageColours(HGLOBAL image, HGLOBAL target, int contrast, int brightness, int saturation, int hue)
+void adjustImageColours(HGLOBAL image, HGLOBAL target, const ColourValues& values)
 {
-    const HGLOBAL written = target ? target : image;
+    BitmapBlock imageBlock, targetBlock;
     BitsView from, onto;
-    if (!lockView(image, &from)) return;
-    if (lockView(written, &onto)) {
-        if (sameSize(from, onto)) {
-            adjustImage(imageAdjustment(contrast, brightness, saturation, hue), from, onto);
-        }
-        unlockBitmap(written);
+    if (!lockPixels(image, &imageBlock, &from)) return;
+    if (lockPixels(target ? target : image, &targetBlock, &onto)) {
+        if (sameSize(from, onto)) adjustImage(imageAdjustment(values), from, onto);
+        unlockBlock(targetBlock);
     }
-    unlockBitmap(image);
+    unlockBlock(imageBlock);
 }
 
+struct MaskedBlocks {
+    BitmapBlock pixels, mask;
+};
+
 // Locks pixels and mask together. Returns false, with nothing locked, when they do not belong together.
-static bool lockMasked(HGLOBAL pixels, HGLOBAL mask, MaskedPixels* masked)
+static bool lockMasked(HGLOBAL pixels, HGLOBAL mask, MaskedBlocks* blocks, MaskedPixels* masked)
 {
-    if (!lockView(pixels, &masked->pixels)) return false;
-    if (lockView(mask, &masked->mask)) {
+    if (!lockPixels(pixels, &blocks->pixels, &masked->pixels)) return false;
+    if (lockPixels(mask, &blocks->mask, &masked->mask)) {
         if (sameSize(masked->pixels, masked->mask)) return true;
-        unlockBitmap(mask);
+        unlockBlock(blocks->mask);
     }
-    unlockBitmap(pixels);
+    unlockBlock(blocks->pixels);
     return false;
 }
 
-void applyColourAdjustment(HGLOBAL source, HGLOBAL target, HGLOBAL sourceMask, HGLOBAL targetMask, int contrast,
-                           int brightness, int saturation, int hue, int lift)
+static void unlockMasked(const MaskedBlocks& blocks)
 {
-    const HGLOBAL writtenMask = targetMask ? targetMask : sourceMask;
+    unlockBlock(blocks.mask);
+    unlockBlock(blocks.pixels);
+}
+
+void applyColourAdjustment(HGLOBAL source, HGLOBAL target, HGLOBAL sourceMask, HGLOBAL targetMask,
+                           const ColourValues& values)
+{
+    MaskedBlocks fromBlocks, ontoBlocks;
     MaskedPixels from, onto;
-    if (!lockMasked(source, sourceMask, &from)) return;
-    if (lockMasked(target, writtenMask, &onto)) {
-        adjustSelection(selectionAdjustment(contrast, brightness, saturation, hue), lift, from, onto);
-        unlockBitmap(writtenMask);
-        unlockBitmap(target);
+    if (!lockMasked(source, sourceMask, &fromBlocks, &from)) return;
+    if (lockMasked(target, targetMask ? targetMask : sourceMask, &ontoBlocks, &onto)) {
+        adjustSelection(selectionAdjustment(values), from, onto);
+        unlockMasked(ontoBlocks);
     }
-    unlockBitmap(sourceMask);
-    unlockBitmap(source);
+    unlockMasked(fromBlocks);
 }

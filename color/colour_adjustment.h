@@ -1,4 +1,5 @@
-// Colour adjustment of whole packed bitmaps, given by handle. The values are those of color/kernels/adjust.h.
+// Colour adjustment of whole packed bitmaps, given by handle. Pixels lie directly behind the header,
+// whatever colour table it announces.
 //
 // Nothing is reported: when a handle is null, a size or depth does not fit or memory is short, nothing
 // is changed.
@@ -6,14 +7,16 @@
 
 #include <windows.h>
 
+#include "color/kernels/colour_values.h"
+
 // Adjusts every pixel of a 24-bit image into `target`, a bitmap of the same size, or in place when
 // `target` is null. The padding bytes of the written rows become 0. At neutral values the result is a
 // little brighter than the image: that is how it is meant to be.
-void adjustImageColours(HGLOBAL image, HGLOBAL target, int contrast, int brightness, int saturation, int hue);
+void adjustImageColours(HGLOBAL image, HGLOBAL target, const ColourValues& values);
 
 // Derives a floating selection from its untouched source: scales `source` and `sourceMask` to the size
 // of `target` (nearest neighbour), rewrites `targetMask`, and writes the adjusted colours into `target`
-// wherever the scaled mask is inside (red byte 0). `lift` passes pull bright pixels towards white.
+// wherever the scaled mask is inside (red byte 0). The lift comes last.
 // A null `targetMask` stands for `sourceMask`, which is possible only when the sizes are equal.
-void applyColourAdjustment(HGLOBAL source, HGLOBAL target, HGLOBAL sourceMask, HGLOBAL targetMask, int contrast,
-                           int brightness, int saturation, int hue, int lift);
+void applyColourAdjustment(HGLOBAL source, HGLOBAL target, HGLOBAL sourceMask, HGLOBAL targetMask,
+                           const ColourValues& values);

@@ -17,35 +17,35 @@
 
 namespace {
 
-constexpr int NEUTRAL_SATURATION = 50;
-
 struct AdjustmentBar {
     int barId, resetId;
-    ScrollRange range;
-    int neutral;
+    int ColourValues::*value;
 };
 
-// In the order in which the colour engine takes the values.
 const AdjustmentBar bars[] = {
-    {BAR_CONTRAST, BUTTON_RESET_CONTRAST, {-100, 100, 1, 10}, 0},
-    {BAR_BRIGHTNESS, BUTTON_RESET_BRIGHTNESS, {-100, 100, 1, 10}, 0},
-    {BAR_SATURATION, BUTTON_RESET_SATURATION, {0, 100, 1, 10}, NEUTRAL_SATURATION},
-    {BAR_HUE, BUTTON_RESET_HUE, {-127, 127, 1, 10}, 0},
+    {BAR_CONTRAST, BUTTON_RESET_CONTRAST, &ColourValues::contrast},
+    {BAR_BRIGHTNESS, BUTTON_RESET_BRIGHTNESS, &ColourValues::brightness},
+    {BAR_SATURATION, BUTTON_RESET_SATURATION, &ColourValues::saturation},
+    {BAR_HUE, BUTTON_RESET_HUE, &ColourValues::hue},
 };
 
-struct Adjustment {
-    int contrast, brightness, saturation, hue;
-};
-
-Adjustment adjustmentOf(HWND dialog)
+ScrollRange rangeOf(const AdjustmentBar& bar)
 {
-    return {scrollPosition(dialog, BAR_CONTRAST), scrollPosition(dialog, BAR_BRIGHTNESS),
-            scrollPosition(dialog, BAR_SATURATION), scrollPosition(dialog, BAR_HUE)};
+    const ColourParameter& parameter = parameterOf(bar.value);
+    return {parameter.lowest, parameter.highest, 1, 10};
 }
 
-void adjustInto(HGLOBAL image, HGLOBAL target, const Adjustment& a)
+int neutralOf(const AdjustmentBar& bar)
 {
-    adjustImageColours(image, target, a.contrast, a.brightness, a.saturation, a.hue);
+    return parameterOf(bar.value).neutral;
+}
+
+ColourValues valuesOf(HWND dialog)
+{
+    ColourValues values = neutralColourValues();
+    for (const AdjustmentBar& bar : bars)
+        values.*bar.value = scrollPosition(dialog, bar.barId);
+    return values;
 }
 
 void freePreview()
@@ -96,9 +96,9 @@ void invalidatePreview(HWND dialog)
     InvalidateRect(dialog, &rect, FALSE);
 }
 
-void recomputePreview(HWND dialog, const Adjustment& adjustment)
+void recomputePreview(HWND dialog, const ColourValues& values)
 {
-    adjustInto(session->previewSource, session->previewImage, adjustment);
+    adjustImageColours(session->previewSource, session->previewImage, values);
     invalidatePreview(dialog);
 }
 
@@ -132,7 +132,7 @@ void layoutContrastDialog(HWND dialog, const RECT& button)
     SetWindowPos(dialog, nullptr, onScreen(button.right, width, GetSystemMetrics(SM_CXSCREEN)),
                  onScreen(button.top, height, GetSystemMetrics(SM_CYSCREEN)), width, height, SWP_NOZORDER);
     for (const AdjustmentBar& bar : bars)
-        setScrollBar(dialog, bar.barId, bar.range, bar.neutral);
+        setScrollBar(dialog, bar.barId, rangeOf(bar), neutralOf(bar));
     RECT client;
     GetClientRect(dialog, &client);
     createContrastPreview(client);
@@ -162,11 +162,11 @@ INT_PTR onScroll(HWND dialog, WPARAM wParam, LPARAM lParam)
 {
     const int id = GetDlgCtrlID((HWND)lParam);
     for (const AdjustmentBar& bar : bars) {
-        if (bar.barId == id) scrollStep((HWND)lParam, wParam, bar.range);
+        if (bar.barId == id) scrollStep((HWND)lParam, wParam, rangeOf(bar));
     }
-    const Adjustment adjustment = adjustmentOf(dialog);
-    const bool neutralColour = adjustment.saturation == NEUTRAL_SATURATION && adjustment.hue == 0;
-    if (LOWORD(wParam) == SB_ENDSCROLL || neutralColour) recomputePreview(dialog, adjustment);
+    const ColourValues values = valuesOf(dialog), neutral = neutralColourValues();
+    const bool neutralColour = values.saturation == neutral.saturation && values.hue == neutral.hue;
+    if (LOWORD(wParam) == SB_ENDSCROLL || neutralColour) recomputePreview(dialog, values);
     return TRUE;
 }
 
@@ -175,8 +175,8 @@ INT_PTR onScroll(HWND dialog, WPARAM wParam, LPARAM lParam)
 void resetBar(HWND dialog, const AdjustmentBar& bar)
 {
     const HWND control = GetDlgItem(dialog, bar.barId);
-    SetScrollPos(control, SB_CTL, bar.neutral, TRUE);
-    PostMessageA(dialog, WM_VSCROLL, SB_ENDSCROLL, MAKELPARAM(bar.neutral, (DWORD_PTR)control & 0xFFFF));
+    SetScrollPos(control, SB_CTL, neutralOf(bar), TRUE);
+    PostMessageA(dialog, WM_VSCROLL, SB_ENDSCROLL, MAKELPARAM(neutralOf(bar), (DWORD_PTR)control & 0xFFFF));
 }
 
 void applyToImage(HWND dialog)
@@ -184,7 +184,7 @@ void applyToImage(HWND dialog)
     const HGLOBAL image = editedImage();
     if (!image) return;
     const HCURSOR before = SetCursor(LoadCursorA(nullptr, (LPCSTR)IDC_WAIT));
-    adjustInto(image, nullptr, adjustmentOf(dialog));
+    adjustImageColours(image, nullptr, valuesOf(dialog));
     InvalidateRect(session->canvasWindow, nullptr, TRUE);
     copyBitmapInto(session->originalImage, image);
     SetCursor(before);

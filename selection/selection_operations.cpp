@@ -144,14 +144,9 @@ void close(HWND, int)
 
 void stepColour(HWND, int hit)
 {
-    SelectionAdjust adjust = {session->selectionBrightness, session->selectionContrast, session->selectionSaturation,
-                              session->selectionHue, session->selectionLift};
-    adjustSelection(adjust, hit);
-    session->selectionBrightness = adjust.brightness;
-    session->selectionContrast = adjust.contrast;
-    session->selectionSaturation = adjust.saturation;
-    session->selectionHue = adjust.hue;
-    session->selectionLift = adjust.lift;
+    ColourValues values = selectionColours();
+    stepColourOfHit(values, hit);
+    setSelectionColours(values);
     deriveShownImages();
     redrawSelection();
 }

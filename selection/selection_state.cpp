@@ -210,11 +210,41 @@ bool cutFloatingImages()
     return cut && cutImage(session->selectionImageSource) && fillMask(session->selectionMaskSource);
 }
 
+namespace {
+
+// Where the record keeps each value.
+struct RecordedColour {
+    int ColourValues::*value;
+    int32_t SessionRecord::*field;
+};
+const RecordedColour recordedColours[] = {
+    {&ColourValues::brightness, &SessionRecord::selectionBrightness},
+    {&ColourValues::contrast, &SessionRecord::selectionContrast},
+    {&ColourValues::saturation, &SessionRecord::selectionSaturation},
+    {&ColourValues::hue, &SessionRecord::selectionHue},
+    {&ColourValues::lift, &SessionRecord::selectionLift},
+};
+
+}  // namespace
+
+ColourValues selectionColours()
+{
+    ColourValues values = neutralColourValues();
+    for (const RecordedColour& colour : recordedColours)
+        values.*colour.value = session->*colour.field;
+    return values;
+}
+
+void setSelectionColours(const ColourValues& values)
+{
+    for (const RecordedColour& colour : recordedColours)
+        session->*colour.field = values.*colour.value;
+}
+
 void adjustShownImages()
 {
     applyColourAdjustment(session->selectionImageSource, session->selectionImage, session->selectionMaskSource,
-                          session->selectionMask, session->selectionContrast, session->selectionBrightness,
-                          session->selectionSaturation, session->selectionHue, session->selectionLift);
+                          session->selectionMask, selectionColours());
 }
 
 bool deriveShownImages()
@@ -318,22 +348,13 @@ bool storeReferences()
            storeReferenceA() && storeReferenceB();
 }
 
-void resetSelectionColours()
-{
-    session->selectionBrightness = neutralAdjust.brightness;
-    session->selectionContrast = neutralAdjust.contrast;
-    session->selectionSaturation = neutralAdjust.saturation;
-    session->selectionHue = neutralAdjust.hue;
-    session->selectionLift = neutralAdjust.lift;
-}
-
 bool floatOutline()
 {
     PixelRect rect;
     if (session->outlineIncomplete || !computeCrossingBounds(session->rowCrossings, rect)) return false;
     setSelectionRect(rect);
     if (!cutFloatingImages()) return false;
-    resetSelectionColours();
+    setSelectionColours(neutralColourValues());
     return deriveShownImages() && storeReferences();
 }
 

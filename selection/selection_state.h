@@ -37,8 +37,9 @@ void layOutFrame();
 // when memory is short.
 bool cutFloatingImages();
 
-// The five colour parameters become neutral.
-void resetSelectionColours();
+// The selection's colour values, as the record keeps them.
+ColourValues selectionColours();
+void setSelectionColours(const ColourValues& values);
 
 // The shown images again from the sources, with the colour parameters. False, and nothing changed, when
 // memory is short.

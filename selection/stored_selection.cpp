@@ -54,7 +54,7 @@ bool placeStoredSelection(POINT at, HGLOBAL image, HGLOBAL mask)
     }
     putOutline(outline);
     setSelectionRect({origin.x, origin.y, origin.x + width, origin.y + height});
-    resetSelectionColours();
+    setSelectionColours(neutralColourValues());
     if (!deriveShownImages() || !storeReferences()) {
         clearSelection();
         return false;

@@ -1,38 +1,14 @@
 // Contrast, brightness, saturation and hue of pixels. No windows, no memory handles.
-//
-// A pixel is the three bytes blue, green, red. The values follow vertical scroll bars, whose top is
-// their minimum, and moving a bar up brightens, steepens and saturates:
-//   contrast     -100..100, 0 neutral; negative is steeper
-//   brightness   -100..100, 0 neutral; negative is brighter
-//   saturation   0..100, 50 neutral; 0 doubles, 100 removes it
-//   hue          -127..127, 0 neutral, in 1/252 of a turn
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
+#include "color/kernels/adjustment.h"
 #include "image/pixels/bits_view.h"
 
-// What one call does to every pixel.
-struct ColourAdjustment {
-    uint8_t tone[256];     // applied to each channel first
-    int slope, offset;     // the tone table is clamp(i * slope / 191 + offset)
-    int saturationFactor;  // 128 keeps the saturation
-    int hueShift;
-    bool toneOnly;  // neutral saturation and hue: the table is the whole result
-    bool inRange;   // the values were those given above; others take the plain way
-};
-
-// Whole images: at neutral values every level from 191 upward rises by one, and 128 keeps the
-// saturation exactly. Meant to differ from the next one; the two are not to be aligned.
-ColourAdjustment imageAdjustment(int contrast, int brightness, int saturation, int hue);
-
-// Floating selections: neutral values change nothing, but the saturation falls a little (127 / 128)
-// whenever the hue is shifted.
-ColourAdjustment selectionAdjustment(int contrast, int brightness, int saturation, int hue);
-
-// Adjusts pixels from source to target by the fastest method of this processor. The two may be the
-// same memory, but must not overlap otherwise.
+// Adjusts pixels from source to target by the fastest method of this processor; the lift is left out. The two
+// may be the same memory, but must not overlap otherwise.
 void adjustPixels(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t pixelCount);
 
 // A whole image into one of the same size, or in place (both the same). The padding bytes of every row

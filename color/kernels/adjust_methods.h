@@ -2,7 +2,7 @@
 // them; elsewhere only the plain way is built.
 #pragma once
 
-#include "color/kernels/adjust.h"
+#include "color/kernels/adjust_plain.h"
 
 #if defined(__GNUC__) && (defined(__i386__) || defined(__x86_64__)) && defined(__SSE2__)
 #define COLOUR_VECTORS 1
@@ -21,7 +21,3 @@ bool avx512Supported();
 void toneBytesAvx512(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
 void hlsPixelsAvx512(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
 #endif
-
-// Byte by byte and pixel by pixel.
-void toneBytesPlain(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
-void hlsPixelsPlain(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "color/kernels/adjust.h"
 #include "color/kernels/lift.h"
 
 static uint8_t* storedRow(const BitsView& view, int64_t row)
@@ -51,7 +52,7 @@ static void copyInside(const uint8_t* pixels, const uint8_t* mask, uint8_t* targ
     }
 }
 
-bool adjustSelection(const ColourAdjustment& adjustment, int lift, MaskedPixels source, MaskedPixels target)
+bool adjustSelection(const ColourAdjustment& adjustment, MaskedPixels source, MaskedPixels target)
 {
     const int width = target.pixels.width, height = target.pixels.height;
     uint8_t* line = (uint8_t*)malloc((size_t)width * 3);
@@ -63,7 +64,7 @@ bool adjustSelection(const ColourAdjustment& adjustment, int lift, MaskedPixels 
         scaleRow(storedRow(source.mask, sourceRow), source.mask.width, maskRow, width);
         scaleRow(storedRow(source.pixels, sourceRow), source.pixels.width, line, width);
         adjustPixels(adjustment, line, line, (size_t)width);
-        liftPixels(line, (size_t)width, lift);
+        liftPixels(line, (size_t)width, adjustment.lift);
         copyInside(line, maskRow, storedRow(target.pixels, row), width);
     }
     free(line);

@@ -1,7 +1,7 @@
 // A floating selection's pixels, derived again from its untouched source. No windows, no handles.
 #pragma once
 
-#include "color/kernels/adjust.h"
+#include "color/kernels/adjustment.h"
 #include "image/pixels/bits_view.h"
 
 // Pixels and the mask that goes with them; both of one size. A mask pixel whose red byte is 0 is inside.
@@ -15,4 +15,4 @@ struct MaskedPixels {
 // keep their bytes. Rows are counted from the bottom, as they are stored: there the sampling starts.
 // Source and target masks may be the same memory when the sizes are equal.
 // False when memory is short; nothing is changed then.
-bool adjustSelection(const ColourAdjustment& adjustment, int lift, MaskedPixels source, MaskedPixels target);
+bool adjustSelection(const ColourAdjustment& adjustment, MaskedPixels source, MaskedPixels target);

@@ -1,7 +1,5 @@
 #include "selection/geometry/frame_layout.h"
 
-#include <climits>
-
 enum Side { NEAR_SIDE, FAR_SIDE };  // left or top; right or bottom
 
 // One side of a button: so many band units and pixels from a side of the frame.
@@ -59,21 +57,21 @@ static const HitOperation hitOperations[] = {
 
 struct ColourStep {
     FrameHit hit;
-    int SelectionAdjust::*parameter;
-    int step, lowest, highest;
+    int ColourValues::*value;
+    int direction;
 };
 
 static const ColourStep colourSteps[] = {
-    {HIT_BRIGHTER, &SelectionAdjust::brightness, -5, -100, 100},
-    {HIT_DARKER, &SelectionAdjust::brightness, 5, -100, 100},
-    {HIT_HUE_DOWN, &SelectionAdjust::hue, -3, -127, 127},
-    {HIT_HUE_UP, &SelectionAdjust::hue, 3, -127, 127},
-    {HIT_SATURATION_MORE, &SelectionAdjust::saturation, -5, 0, 100},
-    {HIT_SATURATION_LESS, &SelectionAdjust::saturation, 5, 0, 100},
-    {HIT_CONTRAST_MORE, &SelectionAdjust::contrast, -5, -100, 100},
-    {HIT_CONTRAST_LESS, &SelectionAdjust::contrast, 5, -100, 100},
-    {HIT_LIFT_UP, &SelectionAdjust::lift, 1, 0, INT_MAX},
-    {HIT_LIFT_DOWN, &SelectionAdjust::lift, -1, 0, INT_MAX},
+    {HIT_BRIGHTER, &ColourValues::brightness, -1},
+    {HIT_DARKER, &ColourValues::brightness, 1},
+    {HIT_HUE_DOWN, &ColourValues::hue, -1},
+    {HIT_HUE_UP, &ColourValues::hue, 1},
+    {HIT_SATURATION_MORE, &ColourValues::saturation, -1},
+    {HIT_SATURATION_LESS, &ColourValues::saturation, 1},
+    {HIT_CONTRAST_MORE, &ColourValues::contrast, -1},
+    {HIT_CONTRAST_LESS, &ColourValues::contrast, 1},
+    {HIT_LIFT_UP, &ColourValues::lift, 1},
+    {HIT_LIFT_DOWN, &ColourValues::lift, -1},
 };
 
 bool isEmptyRect(PixelRect rect)
@@ -139,18 +137,11 @@ FrameOperation operationOfHit(int hit)
     return OPERATION_NONE;
 }
 
-static int stepWithin(int value, const ColourStep& step)
-{
-    if (step.step > 0 && value > step.highest - step.step) return step.highest;
-    if (step.step < 0 && value < step.lowest - step.step) return step.lowest;
-    return value + step.step;
-}
-
-bool adjustSelection(SelectionAdjust& adjust, int hit)
+bool stepColourOfHit(ColourValues& values, int hit)
 {
     for (const ColourStep& step : colourSteps) {
         if (step.hit != hit) continue;
-        adjust.*step.parameter = stepWithin(adjust.*step.parameter, step);
+        stepColourValue(values, step.value, step.direction);
         return true;
     }
     return false;

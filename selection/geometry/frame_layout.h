@@ -2,6 +2,7 @@
 // what a hit does. All in image pixels (the canvas's logical units); y downward.
 #pragma once
 
+#include "color/kernels/colour_values.h"
 #include "image/pixels/bits_view.h"
 
 // What a point of the canvas hits. The numbers are fixed.
@@ -71,7 +72,7 @@ enum FrameOperation {
     OPERATION_APPLY,
     OPERATION_FLIP_VERTICAL,
     OPERATION_FLIP_HORIZONTAL,
-    OPERATION_COLOUR,  // adjustSelection
+    OPERATION_COLOUR,  // stepColourOfHit
 };
 
 // The frame's band: twice the system's frame sizes, converted to image pixels by the caller.
@@ -83,17 +84,6 @@ struct BandUnit {
 struct FrameMetrics {
     int cxFrame, cyFrame;
 };
-
-// The five colour parameters of a floating selection.
-struct SelectionAdjust {
-    int brightness;  // -100..100, higher is darker
-    int contrast;    // -100..100, higher is flatter
-    int saturation;  // 0..100, lower is stronger
-    int hue;         // -127..127
-    int lift;        // 0 and up
-};
-
-const SelectionAdjust neutralAdjust = {0, 0, 50, 0, 0};
 
 bool isEmptyRect(PixelRect rect);
 bool rectContains(PixelRect rect, PixelPoint point);  // left and top inclusive, right and bottom not
@@ -109,6 +99,6 @@ int hitOfButton(int button);  // a FrameHit; HIT_NONE for no button
 int hitTestFrame(PixelRect inner, PixelRect outer, const FrameButtons& buttons, BandUnit band, PixelPoint point);
 FrameOperation operationOfHit(int hit);
 
-// Steps one colour parameter within its limits. False, and nothing changed, when the hit is no colour
-// button. A parameter that stays at its limit counts as stepped.
-bool adjustSelection(SelectionAdjust& adjust, int hit);
+// Steps the colour value of a button within its limits. False, and nothing changed, when the hit is no
+// colour button. A value that stays at its limit counts as stepped.
+bool stepColourOfHit(ColourValues& values, int hit);

@@ -14,6 +14,11 @@
 using reference::Colour;
 using reference::Values;
 
+static ColourValues given(const Values& v)
+{
+    return {v.contrast, v.brightness, v.saturation, v.hue, v.lift};
+}
+
 #ifdef __SANITIZE_ADDRESS__
 static const int redStep = 51;
 static const int sampleShare = 20;
@@ -60,7 +65,7 @@ TEST(ToneTable, EqualsTheReferenceForEveryContrastAndBrightness)
 
 TEST(ImageAdjustment, NeutralValuesRaiseEveryLevelFrom191ByOne)
 {
-    const ColourAdjustment neutral = imageAdjustment(0, 0, 50, 0);
+    const ColourAdjustment neutral = imageAdjustment({0, 0, 50, 0, 0});
     for (int i = 0; i < 256; ++i) {
         EXPECT_EQ(i < 191 || i == 255 ? i : i + 1, neutral.tone[i]);
     }
@@ -69,7 +74,7 @@ TEST(ImageAdjustment, NeutralValuesRaiseEveryLevelFrom191ByOne)
 
 TEST(SelectionAdjustment, NeutralValuesChangeNothing)
 {
-    const ColourAdjustment neutral = selectionAdjustment(0, 0, 50, 0);
+    const ColourAdjustment neutral = selectionAdjustment({0, 0, 50, 0, 0});
     for (int i = 0; i < 256; ++i) {
         EXPECT_EQ(i, neutral.tone[i]);
     }
@@ -78,8 +83,8 @@ TEST(SelectionAdjustment, NeutralValuesChangeNothing)
 
 TEST(SelectionAdjustment, LosesALittleSaturationWheneverTheHueIsShifted)
 {
-    EXPECT_EQ(127, selectionAdjustment(0, 0, 50, 1).saturationFactor);
-    EXPECT_EQ(128, imageAdjustment(0, 0, 50, 1).saturationFactor);
+    EXPECT_EQ(127, selectionAdjustment({0, 0, 50, 1, 0}).saturationFactor);
+    EXPECT_EQ(128, imageAdjustment({0, 0, 50, 1, 0}).saturationFactor);
 }
 
 TEST(Hls, GrayHasHue168AndComesBackTruncated)
@@ -91,11 +96,11 @@ TEST(Hls, GrayHasHue168AndComesBackTruncated)
         EXPECT_EQ(0, saturation);
         const int back = lightness * 255 / 252;
         // Through the whole path, at a hue shift that would show on a colour.
-        uint8_t toned = imageAdjustment(0, 0, 50, 9).tone[level];
+        uint8_t toned = imageAdjustment({0, 0, 50, 9, 0}).tone[level];
         rgbToHls(toned, toned, toned, &hue, &lightness, &saturation);
         const int adjustedBack = lightness * 255 / 252;
         expectColour(adjustedBack, adjustedBack, adjustedBack,
-                     adjusted(imageAdjustment(0, 0, 50, 9), Colour{level, level, level}));
+                     adjusted(imageAdjustment({0, 0, 50, 9, 0}), Colour{level, level, level}));
         uint8_t red, green, blue;
         rgbToHls((uint16_t)level, (uint16_t)level, (uint16_t)level, &hue, &lightness, &saturation);
         hlsToRgb(hue, lightness, saturation, &red, &green, &blue);
@@ -108,7 +113,7 @@ static int shiftedHue(int hue, int shift)
 {
     const Colour pure = reference::rgbFromHls({hue, 126, 252});
     EXPECT_EQ(hue, reference::hlsFromRgb(pure).hue) << "this hue does not survive";
-    return reference::hlsFromRgb(adjusted(imageAdjustment(0, 0, 50, shift), pure)).hue;
+    return reference::hlsFromRgb(adjusted(imageAdjustment({0, 0, 50, shift, 0}), pure)).hue;
 }
 
 TEST(HueShift, WrapsOnceAtBothEnds)
@@ -122,7 +127,7 @@ TEST(Saturation, HundredMakesEveryPixelGray)
     std::mt19937 random(1);
     for (int i = 0; i < 20000; ++i) {
         const Colour in = {(int)(random() & 255), (int)(random() & 255), (int)(random() & 255)};
-        const Colour out = adjusted(imageAdjustment(0, 0, 100, (int)(random() % 255) - 127), in);
+        const Colour out = adjusted(imageAdjustment({0, 0, 100, (int)(random() % 255) - 127, 0}), in);
         ASSERT_EQ(out.red, out.green);
         ASSERT_EQ(out.red, out.blue);
     }
@@ -130,19 +135,19 @@ TEST(Saturation, HundredMakesEveryPixelGray)
 
 TEST(Saturation, ZeroDoublesAndClampsAt252)
 {
-    EXPECT_EQ(256, imageAdjustment(0, 0, 0, 0).saturationFactor);
+    EXPECT_EQ(256, imageAdjustment({0, 0, 0, 0, 0}).saturationFactor);
     // Levels below 191, which the tone table leaves alone.
     const Colour pale = {110, 100, 90};
     const reference::Hls before = reference::hlsFromRgb(pale);
     expectColour(reference::rgbFromHls({before.hue, before.lightness, 2 * before.saturation}).red,
                  reference::rgbFromHls({before.hue, before.lightness, 2 * before.saturation}).green,
                  reference::rgbFromHls({before.hue, before.lightness, 2 * before.saturation}).blue,
-                 adjusted(imageAdjustment(0, 0, 0, 0), pale));
+                 adjusted(imageAdjustment({0, 0, 0, 0, 0}), pale));
     const Colour strong = {180, 40, 20};
     const reference::Hls hls = reference::hlsFromRgb(strong);
     ASSERT_GT(2 * hls.saturation, 252);
     const Colour clamped = reference::rgbFromHls({hls.hue, hls.lightness, 252});
-    expectColour(clamped.red, clamped.green, clamped.blue, adjusted(imageAdjustment(0, 0, 0, 0), strong));
+    expectColour(clamped.red, clamped.green, clamped.blue, adjusted(imageAdjustment({0, 0, 0, 0, 0}), strong));
 }
 
 static Colour lifted(Colour in, int times)
@@ -245,8 +250,7 @@ static void expectAllMethods(RedLevel* level, const ColourAdjustment& adjustment
 static void walkAllColours(const Values& values, bool wholeImage)
 {
     const ColourAdjustment adjustment =
-        wholeImage ? imageAdjustment(values.contrast, values.brightness, values.saturation, values.hue)
-                   : selectionAdjustment(values.contrast, values.brightness, values.saturation, values.hue);
+        wholeImage ? imageAdjustment(given(values)) : selectionAdjustment(given(values));
     RedLevel level;
     for (int red = 0; red < 256; red += redStep) {
         fillRedLevel(&level, red);
@@ -304,7 +308,7 @@ TEST(ColourMethods, AgreeForEverySaturationAndHue)
                 expected[i * 3 + 1] = (uint8_t)out.green;
                 expected[i * 3 + 2] = (uint8_t)out.red;
             }
-            const ColourAdjustment adjustment = imageAdjustment(contrast, brightness, saturation, hue);
+            const ColourAdjustment adjustment = imageAdjustment({contrast, brightness, saturation, hue, 0});
             for (int m = 0; m < COLOUR_METHOD_COUNT; ++m) {
                 if (!COLOUR_METHODS[m].supported()) continue;
                 adjustPixelsBy(COLOUR_METHODS[m], adjustment, input.data(), actual.data(), pixelCount);
@@ -322,8 +326,8 @@ TEST(ColourMethods, AgreeOnTheToneLineForEveryContrastAndBrightness)
     }
     for (int contrast = -100; contrast <= 100; ++contrast) {
         for (int brightness = -100; brightness <= 100; brightness += redStep > 1 ? 8 : 1) {
-            for (const ColourAdjustment& adjustment :
-                 {imageAdjustment(contrast, brightness, 50, 0), selectionAdjustment(contrast, brightness, 50, 0)}) {
+            for (const ColourAdjustment& adjustment : {imageAdjustment({contrast, brightness, 50, 0, 0}),
+                                                       selectionAdjustment({contrast, brightness, 50, 0, 0})}) {
                 for (int m = 0; m < COLOUR_METHOD_COUNT; ++m) {
                     if (!COLOUR_METHODS[m].supported()) continue;
                     COLOUR_METHODS[m].toneBytes(adjustment, input, actual, sizeof input);
@@ -339,7 +343,7 @@ TEST(ColourMethods, AgreeOnTheToneLineForEveryContrastAndBrightness)
 
 TEST(ColourMethods, TouchNothingBeyondTheirPixels)
 {
-    const ColourAdjustment tone = imageAdjustment(-20, -10, 50, 0), hls = imageAdjustment(0, 0, 35, 20);
+    const ColourAdjustment tone = imageAdjustment({-20, -10, 50, 0, 0}), hls = imageAdjustment({0, 0, 35, 20, 0});
     for (int m = 0; m < COLOUR_METHOD_COUNT; ++m) {
         if (!COLOUR_METHODS[m].supported()) continue;
         for (size_t count = 0; count < 70; ++count) {
@@ -361,7 +365,7 @@ TEST(ColourMethods, TouchNothingBeyondTheirPixels)
 
 TEST(ColourMethods, LeaveValuesOutOfRangeToThePlainWay)
 {
-    const ColourAdjustment wild = imageAdjustment(-5000, 4000, 50, 0);
+    const ColourAdjustment wild = imageAdjustment({-5000, 4000, 50, 0, 0});
     uint8_t input[256], actual[256];
     for (int i = 0; i < 256; ++i) {
         input[i] = (uint8_t)i;

@@ -12,6 +12,11 @@ using reference::Crossings;
 using reference::Image;
 using reference::Values;
 
+static ColourValues given(const Values& v)
+{
+    return {v.contrast, v.brightness, v.saturation, v.hue, v.lift};
+}
+
 static Image randomImage(std::mt19937& random, int width, int height)
 {
     Image image = {width, height, std::vector<uint8_t>((size_t)reference::strideOf(width) * height)};
@@ -60,7 +65,7 @@ TEST(AdjustImage, EqualsTheReferenceAndZeroesThePaddingOfEveryRow)
         Image target = randomImage(random, image.width, image.height);
         const Image before = image;
         const Image expected = reference::adjustImage(image, v);
-        const ColourAdjustment adjustment = imageAdjustment(v.contrast, v.brightness, v.saturation, v.hue);
+        const ColourAdjustment adjustment = imageAdjustment(given(v));
 
         adjustImage(adjustment, viewOf(image), viewOf(target));
         ASSERT_EQ(expected.bytes, target.bytes) << "case " << i;
@@ -76,7 +81,7 @@ TEST(AdjustImage, RowsWiderThanOneBlockAreWhole)
     Image image = randomImage(random, 9001, 2);
     const Values v = {5, -5, 20, 44, 0};
     const Image expected = reference::adjustImage(image, v);
-    adjustImage(imageAdjustment(5, -5, 20, 44), viewOf(image), viewOf(image));
+    adjustImage(imageAdjustment(given(v)), viewOf(image), viewOf(image));
     EXPECT_EQ(expected.bytes, image.bytes);
 }
 
@@ -92,8 +97,7 @@ static SelectionCase randomSelection(std::mt19937& random, int sourceWidth, int 
 
 static void runSelection(SelectionCase& c, const Values& v)
 {
-    ASSERT_TRUE(adjustSelection(selectionAdjustment(v.contrast, v.brightness, v.saturation, v.hue), v.lift,
-                                MaskedPixels{viewOf(c.source), viewOf(c.sourceMask)},
+    ASSERT_TRUE(adjustSelection(selectionAdjustment(given(v)), MaskedPixels{viewOf(c.source), viewOf(c.sourceMask)},
                                 MaskedPixels{viewOf(c.target), viewOf(c.targetMask)}));
 }
 
@@ -152,8 +156,7 @@ TEST(AdjustSelection, TheSourceMaskMayBeTheTargetMaskAtEqualSizes)
     const Values v = {-30, 20, 10, 100, 2};
     reference::adjustSelection(expected.source, expected.sourceMask, expected.target, expected.targetMask, v);
     const Image maskBefore = c.sourceMask;
-    ASSERT_TRUE(adjustSelection(selectionAdjustment(-30, 20, 10, 100), 2,
-                                MaskedPixels{viewOf(c.source), viewOf(c.sourceMask)},
+    ASSERT_TRUE(adjustSelection(selectionAdjustment(given(v)), MaskedPixels{viewOf(c.source), viewOf(c.sourceMask)},
                                 MaskedPixels{viewOf(c.target), viewOf(c.sourceMask)}));
     EXPECT_EQ(expected.target.bytes, c.target.bytes);
     EXPECT_EQ(maskBefore.bytes, c.sourceMask.bytes);

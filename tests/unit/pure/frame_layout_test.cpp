@@ -128,29 +128,29 @@ TEST(FrameLayout, NoFrameIsHitWithoutRectangles)
     EXPECT_EQ(HIT_NONE, hitTestFrame(inner, PixelRect{}, buttons, band, PixelPoint{150, 140}));
 }
 
-static SelectionAdjust stepped(SelectionAdjust adjust, int hit, int times)
+static ColourValues stepped(ColourValues adjust, int hit, int times)
 {
     for (int n = 0; n < times; n++)
-        EXPECT_TRUE(adjustSelection(adjust, hit));
+        EXPECT_TRUE(stepColourOfHit(adjust, hit));
     return adjust;
 }
 
 TEST(FrameLayout, ColourStepsStopAtTheirLimits)
 {
-    EXPECT_EQ(-5, stepped(neutralAdjust, HIT_BRIGHTER, 1).brightness);
-    EXPECT_EQ(-100, stepped(neutralAdjust, HIT_BRIGHTER, 50).brightness);
-    EXPECT_EQ(100, stepped(neutralAdjust, HIT_DARKER, 50).brightness);
-    EXPECT_EQ(-127, stepped(neutralAdjust, HIT_HUE_DOWN, 50).hue);
-    EXPECT_EQ(126, stepped(neutralAdjust, HIT_HUE_UP, 42).hue);
-    EXPECT_EQ(127, stepped(neutralAdjust, HIT_HUE_UP, 43).hue);
-    EXPECT_EQ(0, stepped(neutralAdjust, HIT_SATURATION_MORE, 11).saturation);
-    EXPECT_EQ(100, stepped(neutralAdjust, HIT_SATURATION_LESS, 11).saturation);
-    EXPECT_EQ(-100, stepped(neutralAdjust, HIT_CONTRAST_MORE, 21).contrast);
-    EXPECT_EQ(100, stepped(neutralAdjust, HIT_CONTRAST_LESS, 21).contrast);
-    EXPECT_EQ(0, stepped(neutralAdjust, HIT_LIFT_DOWN, 3).lift);
-    EXPECT_EQ(300, stepped(neutralAdjust, HIT_LIFT_UP, 300).lift);
-    SelectionAdjust adjust = neutralAdjust;
+    EXPECT_EQ(-5, stepped(neutralColourValues(), HIT_BRIGHTER, 1).brightness);
+    EXPECT_EQ(-100, stepped(neutralColourValues(), HIT_BRIGHTER, 50).brightness);
+    EXPECT_EQ(100, stepped(neutralColourValues(), HIT_DARKER, 50).brightness);
+    EXPECT_EQ(-127, stepped(neutralColourValues(), HIT_HUE_DOWN, 50).hue);
+    EXPECT_EQ(126, stepped(neutralColourValues(), HIT_HUE_UP, 42).hue);
+    EXPECT_EQ(127, stepped(neutralColourValues(), HIT_HUE_UP, 43).hue);
+    EXPECT_EQ(0, stepped(neutralColourValues(), HIT_SATURATION_MORE, 11).saturation);
+    EXPECT_EQ(100, stepped(neutralColourValues(), HIT_SATURATION_LESS, 11).saturation);
+    EXPECT_EQ(-100, stepped(neutralColourValues(), HIT_CONTRAST_MORE, 21).contrast);
+    EXPECT_EQ(100, stepped(neutralColourValues(), HIT_CONTRAST_LESS, 21).contrast);
+    EXPECT_EQ(0, stepped(neutralColourValues(), HIT_LIFT_DOWN, 3).lift);
+    EXPECT_EQ(300, stepped(neutralColourValues(), HIT_LIFT_UP, 300).lift);
+    ColourValues adjust = neutralColourValues();
     for (int hit : {0, 1, 3, 10, 101, 109})
-        EXPECT_FALSE(adjustSelection(adjust, hit));
+        EXPECT_FALSE(stepColourOfHit(adjust, hit));
     EXPECT_EQ(50, adjust.saturation);
 }

@@ -11,6 +11,11 @@
 using reference::Image;
 using reference::Values;
 
+static ColourValues given(const Values& v)
+{
+    return {v.contrast, v.brightness, v.saturation, v.hue, v.lift};
+}
+
 static std::vector<uint8_t> bytesOf(HGLOBAL block)
 {
     const uint8_t* start = (const uint8_t*)GlobalLock(block);
@@ -53,10 +58,10 @@ TEST(AdjustImageColours, EqualsTheReferencePaddingIncluded)
         const Values v = {(int)(random() % 201) - 100, (int)(random() % 201) - 100, (int)(random() % 101),
                           (int)(random() % 255) - 127, 0};
         HGLOBAL source = packed(image), target = packed(randomImage(random, width, 5));
-        adjustImageColours(source, target, v.contrast, v.brightness, v.saturation, v.hue);
+        adjustImageColours(source, target, given(v));
         expectRows(image, source);
         expectRows(reference::adjustImage(image, v), target);
-        adjustImageColours(source, nullptr, v.contrast, v.brightness, v.saturation, v.hue);
+        adjustImageColours(source, nullptr, given(v));
         expectRows(reference::adjustImage(image, v), source);
         EXPECT_EQ(0u, GlobalFlags(source) & GMEM_LOCKCOUNT);
         EXPECT_EQ(0u, GlobalFlags(target) & GMEM_LOCKCOUNT);
@@ -69,9 +74,36 @@ TEST(AdjustImageColours, NeutralValuesTurn191Into192And254Into255)
 {
     const Image image = {1, 1, {190, 191, 254, 0xCC}};
     HGLOBAL block = packed(image);
-    adjustImageColours(block, nullptr, 0, 0, 50, 0);
+    adjustImageColours(block, nullptr, {0, 0, 50, 0, 0});
     expectRows(Image{1, 1, {190, 192, 255, 0}}, block);
     GlobalFree(block);
+}
+
+// A 24-bit image has no colour table, even if its header announces one: the pixels follow the header. So other
+// readers find them too, and what lies behind the last row is not touched.
+TEST(AdjustImageColours, FindsThePixelsBehindTheHeaderWhateverColoursItAnnounces)
+{
+    std::mt19937 random(25);
+    const Image image = randomImage(random, 13, 6);
+    const Values v = {-20, 10, 70, 33, 0};
+    for (DWORD colours : {1u, 3u, 256u}) {
+        const SIZE_T behind = 1100;  // room for such a table
+        HGLOBAL block = GlobalReAlloc(packed(image), 40 + image.bytes.size() + behind, GMEM_MOVEABLE);
+        BYTE* start = (BYTE*)GlobalLock(block);
+        ((BITMAPINFOHEADER*)start)->biClrUsed = colours;
+        memset(start + 40 + image.bytes.size(), 0x5A, behind);
+        GlobalUnlock(block);
+        adjustImageColours(block, nullptr, given(v));
+        expectRows(reference::adjustImage(image, v), block);
+        const std::vector<uint8_t> bytes = bytesOf(block);
+        for (size_t i = bytes.size() - behind; i < bytes.size(); ++i)
+            ASSERT_EQ(0x5A, bytes[i]) << colours << " colours, byte " << i;
+        COLORREF colour = 0;
+        const uint8_t* topLeft = &bytes[40 + (size_t)reference::strideOf(13) * 5];
+        ASSERT_EQ(1, getPixelColour(block, 0, 0, &colour));
+        EXPECT_EQ(RGB(topLeft[2], topLeft[1], topLeft[0]), colour);
+        GlobalFree(block);
+    }
 }
 
 TEST(AdjustImageColours, LeavesOtherDepthsAndUnequalSizesAlone)
@@ -80,11 +112,11 @@ TEST(AdjustImageColours, LeavesOtherDepthsAndUnequalSizesAlone)
     const Image image = randomImage(random, 8, 4), small = randomImage(random, 7, 4);
     HGLOBAL gray = packed(image, 8), deep = packed(image, 32), source = packed(image), target = packed(small);
     const std::vector<uint8_t> grayBefore = bytesOf(gray), deepBefore = bytesOf(deep), targetBefore = bytesOf(target);
-    adjustImageColours(gray, nullptr, -50, -50, 10, 10);
-    adjustImageColours(deep, nullptr, -50, -50, 10, 10);
-    adjustImageColours(source, target, -50, -50, 10, 10);
-    adjustImageColours(nullptr, target, -50, -50, 10, 10);
-    adjustImageColours(nullptr, nullptr, -50, -50, 10, 10);
+    adjustImageColours(gray, nullptr, {-50, -50, 10, 10, 0});
+    adjustImageColours(deep, nullptr, {-50, -50, 10, 10, 0});
+    adjustImageColours(source, target, {-50, -50, 10, 10, 0});
+    adjustImageColours(nullptr, target, {-50, -50, 10, 10, 0});
+    adjustImageColours(nullptr, nullptr, {-50, -50, 10, 10, 0});
     EXPECT_EQ(grayBefore, bytesOf(gray));
     EXPECT_EQ(deepBefore, bytesOf(deep));
     EXPECT_EQ(targetBefore, bytesOf(target));
@@ -121,8 +153,7 @@ TEST(ApplyColourAdjustment, EqualsTheReferenceForEveryArgument)
         const Values v = {(int)(random() % 201) - 100, (int)(random() % 201) - 100, (int)(random() % 101),
                           (int)(random() % 255) - 127, (int)(random() % 4)};
         const SelectionBlocks b = {packed(source), packed(sourceMask), packed(target), packed(targetMask)};
-        applyColourAdjustment(b.source, b.target, b.sourceMask, b.targetMask, v.contrast, v.brightness, v.saturation,
-                              v.hue, v.lift);
+        applyColourAdjustment(b.source, b.target, b.sourceMask, b.targetMask, given(v));
         reference::adjustSelection(source, sourceMask, target, targetMask, v);
         expectRows(target, b.target);
         expectRows(targetMask, b.targetMask);
@@ -138,12 +169,12 @@ TEST(ApplyColourAdjustment, ANullTargetMaskStandsForTheSourceMaskAtEqualSizesOnl
     const Image source = randomImage(random, 5, 3), black = {5, 3, std::vector<uint8_t>(48, 0)};
     const Image larger = randomImage(random, 6, 3);
     const SelectionBlocks b = {packed(source), packed(black), packed(randomImage(random, 5, 3)), packed(larger)};
-    applyColourAdjustment(b.source, b.target, b.sourceMask, nullptr, 0, 0, 50, 0, 0);
+    applyColourAdjustment(b.source, b.target, b.sourceMask, nullptr, {0, 0, 50, 0, 0});
     const std::vector<uint8_t> result = bytesOf(b.target);
     for (int y = 0; y < 3; ++y) {
         EXPECT_EQ(0, memcmp(&source.bytes[y * 16], &result[40 + y * 16], 15));
     }
-    applyColourAdjustment(b.source, b.targetMask, b.sourceMask, nullptr, 0, 0, 50, 0, 0);
+    applyColourAdjustment(b.source, b.targetMask, b.sourceMask, nullptr, {0, 0, 50, 0, 0});
     expectRows(larger, b.targetMask);
     freeBlocks(b);
 }
@@ -153,9 +184,9 @@ TEST(ApplyColourAdjustment, ChangesNothingWithoutAllItsImages)
     std::mt19937 random(24);
     const Image image = randomImage(random, 4, 4);
     const SelectionBlocks b = {packed(image), packed(image), packed(image), packed(image)};
-    applyColourAdjustment(nullptr, b.target, b.sourceMask, b.targetMask, -50, 0, 0, 9, 1);
-    applyColourAdjustment(b.source, nullptr, b.sourceMask, b.targetMask, -50, 0, 0, 9, 1);
-    applyColourAdjustment(b.source, b.target, nullptr, b.targetMask, -50, 0, 0, 9, 1);
+    applyColourAdjustment(nullptr, b.target, b.sourceMask, b.targetMask, {-50, 0, 0, 9, 1});
+    applyColourAdjustment(b.source, nullptr, b.sourceMask, b.targetMask, {-50, 0, 0, 9, 1});
+    applyColourAdjustment(b.source, b.target, nullptr, b.targetMask, {-50, 0, 0, 9, 1});
     expectRows(image, b.target);
     expectRows(image, b.targetMask);
     freeBlocks(b);
