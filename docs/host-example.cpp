@@ -7,7 +7,8 @@
 
 #include <cstdio>
 
-// The bitmap without its file header is what the library takes. The caller frees the block.
+// The bitmap without its file header is what the library takes. A 24-bit image has no colour table: one that the
+// file may hold between header and rows is left out. The caller frees the block.
 static HGLOBAL loadBitmapFile(const char* path)
 {
     FILE* file = fopen(path, "rb");
@@ -26,6 +27,7 @@ static HGLOBAL loadBitmapFile(const char* path)
         const bool whole = packed && fread(packed + 1, pixels, 1, file) == 1;
         if (packed) {
             *packed = info;
+            packed->biClrUsed = packed->biClrImportant = 0;
             GlobalUnlock(image);  // the library locks it itself
         }
         if (!whole) image = GlobalFree(image);

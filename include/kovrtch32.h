@@ -18,8 +18,10 @@
 // image       A movable global memory block (GlobalAlloc with GMEM_MOVEABLE) that holds a packed
 //             device-independent bitmap: a BITMAPINFOHEADER with biBitCount 24, biCompression BI_RGB,
 //             positive width and height, then the pixel rows, bottom row first, each padded to a
-//             multiple of 4 bytes, pixels blue, green, red. It stays the host's: the library writes
-//             into it but never frees, reallocates or keeps it. It must not be locked by the host.
+//             multiple of 4 bytes, pixels blue, green, red. A 24-bit image has no colour table: the
+//             rows follow biSize bytes of header directly, whatever biClrUsed says. The block stays the
+//             host's: the library writes into it but never frees, reallocates or keeps it. It must not
+//             be locked by the host.
 //             With a sound bitmap of another depth the window opens, too, but shows black; it is never changed.
 // dialogRect  Screen rectangle in pixels that the editing window, frame included, is to occupy. The image
 //             fills all that is inside the frame (SM_CXFRAME, SM_CYFRAME, SM_CYCAPTION), stretched when the
