@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""Writes the dialog templates and the string table of every language as one resource script.
+"""Writes what the build makes of the languages.
 
-    generate_dialogs.py OUTPUT.rc
+    generate_dialogs.py OUTPUT.rc         dialog templates and string table of every language, a resource script
+    generate_dialogs.py --rows OUTPUT.inc  a row {"code", "letters of its dialogs", string offset} for every code
 
 layouts/NAME.txt     one dialog: its size, style and controls, the same in every language
-languages/XX.txt     one language: its captions, its confirmation text and its string offset
+languages/XX.txt     one language: its captions, its confirmation text, its string offset, and the further
+                     codes (`also`, may be missing) of languages that are shown in this one
 
 A language without a file simply has no templates; the dialogs then open in English.
 """
@@ -71,19 +73,45 @@ def string_script(captions):
     ] + ["END", ""]
 
 
-def main():
-    english = read_language(HERE / "languages" / "EN.txt")
+def read_languages():
+    """{code: captions} of all languages."""
+    languages = {path.stem: read_language(path) for path in sorted((HERE / "languages").glob("??.txt"))}
+    for code, captions in languages.items():
+        difference = sorted(set(captions) - {"also"} ^ set(languages["EN"]))
+        if difference:
+            sys.exit(f"{code}.txt: keys differ from English: {', '.join(difference)}")
+    return languages
+
+
+def rows(languages):
+    """English has none: it is what every unknown code gets."""
+    codes, offsets = [], []
+    for letters, captions in languages.items():
+        offsets.append(captions["offset"])
+        for code in [letters] + captions.get("also", "").split():
+            codes.append(code)
+            if code != "EN":
+                yield f'{{"{code}", "{letters}", {captions["offset"]}}},'
+    for number, values in (("code", codes), ("offset", offsets)):
+        twice = sorted({value for value in values if values.count(value) > 1})
+        if twice:
+            sys.exit(f"languages: {number} {', '.join(twice)} is given twice")
+
+
+def dialogs(languages):
     script = ["#pragma code_page(65001)", "#include <windows.h>", '#include "resources/resource_ids.h"', "",
               "LANGUAGE LANG_NEUTRAL, SUBLANG_NEUTRAL", ""]
-    for path in sorted((HERE / "languages").glob("??.txt")):
-        captions = read_language(path)
-        difference = sorted(set(captions) ^ set(english))
-        if difference:
-            sys.exit(f"{path.name}: keys differ from English: {', '.join(difference)}")
+    for code, captions in languages.items():
         for name in LAYOUTS:
-            script += dialog_script(read_layout(HERE / "layouts" / f"{name}.txt"), path.stem, captions)
+            script += dialog_script(read_layout(HERE / "layouts" / f"{name}.txt"), code, captions)
         script += string_script(captions)
-    pathlib.Path(sys.argv[1]).write_text("\n".join(script), encoding="utf-8")
+    return script
+
+
+def main():
+    languages = read_languages()
+    script = [*rows(languages), ""] if sys.argv[1] == "--rows" else dialogs(languages)
+    pathlib.Path(sys.argv[-1]).write_text("\n".join(script), encoding="utf-8")
 
 
 if __name__ == "__main__":

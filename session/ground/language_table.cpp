@@ -1,9 +1,14 @@
 #include "session/ground/language_table.h"
 
-const Language languages[17] = {
-    {"FR", 0},     {"DE", 9000},  {"IT", 4000},  {"ES", 2000},  {"PT", 3000},  {"RU", 5000},
-    {"UK", 5000},  {"PL", 6000},  {"NL", 7000},  {"CH", 8000},  {"SK", 10000}, {"HU", 11000},
-    {"JP", 12000}, {"CS", 13000}, {"TR", 14000}, {"LT", 15000}, {"KO", 16000},
+struct Language {
+    char code[3];     // as the system abbreviates it
+    char letters[3];  // its dialogs' names begin with them; another language's when it has no dialogs of its own
+    int offset;
+};
+
+// Written by the build, from resources/languages. English has no row: it is what every unknown code gets.
+static const Language languages[] = {
+#include "session/ground/language_rows.inc"
 };
 
 static bool sameCode(const char* a, const char* b)
@@ -11,18 +16,24 @@ static bool sameCode(const char* a, const char* b)
     return a[0] == b[0] && a[0] && a[1] == b[1];
 }
 
+static const Language* languageOf(const char* code)
+{
+    for (const Language& language : languages)
+        if (sameCode(code, language.code)) return &language;
+    return nullptr;
+}
+
 int languageOffsetOf(const char* code)
 {
-    for (const Language& language : languages) {
-        if (sameCode(code, language.code)) return language.offset;
-    }
-    return ENGLISH_OFFSET;
+    const Language* language = languageOf(code);
+    return language ? language->offset : ENGLISH_OFFSET;
 }
 
 void localiseDialogName(char* name, const char* code)
 {
     if (!code[0] || !code[1]) return;
-    const char* letters = sameCode(code, "UK") ? "RU" : code;
+    const Language* language = languageOf(code);
+    const char* letters = language ? language->letters : code;
     name[0] = letters[0];
     name[1] = letters[1];
 }
