@@ -3,7 +3,8 @@
 //     BENCH <key> <value> <unit>
 //     CHECK <key> <CRC-32 of the result>
 //
-// Unknown keys are ignored. The exit code is 1 when a key could not be measured.
+// Unknown keys are ignored. kovbench --list prints the keys' names. The exit code is 1 when a key could not be
+// measured.
 #include <cstdio>
 #include <cstring>
 
@@ -16,8 +17,17 @@ static bool wanted(const char* name, int argc, char** argv)
     return argc < 2;
 }
 
+static int listKeys()
+{
+    for (const BenchGroup* group : benchGroups)
+        for (size_t k = 0; k < group->count; ++k)
+            printf("%s\n", group->keys[k].name);
+    return 0;
+}
+
 int main(int argc, char** argv)
 {
+    if (argc == 2 && strcmp(argv[1], "--list") == 0) return listKeys();
     if (!holdOnOneCore()) fprintf(stderr, "the process could not be held on one core\n");
     bool allMeasured = true;
     for (const BenchGroup* group : benchGroups)
