@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 constexpr uint32_t DEFAULT_BRUSH_SIZE = 16;
@@ -30,6 +31,7 @@ static LOGFONTA defaultFont()
 
 void writeSessionDefaults()
 {
+    sessionExtras = {};
     session->brushWidth = session->brushHeight = DEFAULT_BRUSH_SIZE;
     session->brushShape = SHAPE_CIRCLE;
     session->edgeMode = EDGE_FULL;

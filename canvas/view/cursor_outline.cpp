@@ -1,7 +1,10 @@
 #include "canvas/view/cursor_outline.h"
 
+#include <algorithm>
+
 #include "canvas/view/canvas_coordinates.h"
 #include "image/bitmap_display.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "tools/brush/brush_mask.h"
 #include "tools/brush/brush_preview.h"
@@ -42,40 +45,73 @@ SIZE brushSizeOnScreen()
     return {device.right > 1 ? device.right : 1, device.bottom > 1 ? device.bottom : 1};
 }
 
-// The size of a bitmap that was made earlier, for a brush or scale that may have changed since.
-SIZE sizeOf(HBITMAP bitmap)
-{
-    BITMAP info = {};
-    GetObjectA(bitmap, sizeof info, &info);
-    return {info.bmWidth, info.bmHeight};
-}
-
 bool visible()
 {
     return session->overlayHideCount > 0 && session->overlayEnabled;
 }
 
-// Where the picture's corner lies when it is centred on the pointer, host dialog client coordinates.
-POINT cornerAtPointer(SIZE size)
+// Where the whole picture's corner lies when it is centred on the pointer, host dialog client coordinates.
+POINT cornerAtPointer()
 {
     const POINT pointer = pointerIn(session->hostDialog);
-    return {pointer.x - size.cx / 2, pointer.y - size.cy / 2};
+    const SIZE whole = sessionExtras.outline.whole;
+    return {pointer.x - whole.cx / 2, pointer.y - whole.cy / 2};
+}
+
+LONG partOffset(LONG corner, LONG whole, LONG part)
+{
+    return std::min(std::max(-corner, 0L), whole - part);
+}
+
+// Which part of the picture is in the client area, or next to it, when the picture's corner lies there.
+POINT offsetAt(POINT corner)
+{
+    const OutlinePicture& picture = sessionExtras.outline;
+    return {partOffset(corner.x, picture.whole.cx, picture.part.cx),
+            partOffset(corner.y, picture.whole.cy, picture.part.cy)};
+}
+
+// Where that part lies, host dialog client coordinates.
+RECT partAt(POINT corner)
+{
+    const SIZE part = sessionExtras.outline.part;
+    const POINT offset = offsetAt(corner);
+    const POINT at = {corner.x + offset.x, corner.y + offset.y};
+    return {at.x, at.y, at.x + part.cx, at.y + part.cy};
+}
+
+void drawPart(HDC memory, POINT offset)
+{
+    OutlinePicture& picture = sessionExtras.outline;
+    const RECT whole = {-offset.x, -offset.y, picture.whole.cx - offset.x, picture.whole.cy - offset.y};
+    if (session->currentTool == TOOL_STAMP && session->maskCache) {
+        drawBitmap(memory, session->maskCache, &whole, SRCCOPY);
+    } else {
+        drawBrushPreview(memory, whole, picture.whole.cx, picture.whole.cy, 0);
+    }
+    picture.offset = offset;
+}
+
+// Neither picture nor save-under exceeds what can lie inside the client area: of an image of few pixels, a brush
+// would be thousands of pixels large.
+void measurePicture()
+{
+    OutlinePicture& picture = sessionExtras.outline;
+    RECT client = {0, 0, 0, 0};
+    GetClientRect(session->hostDialog, &client);
+    picture.whole = brushSizeOnScreen();
+    picture.part = {std::min(picture.whole.cx, std::max(client.right, 1L)),
+                    std::min(picture.whole.cy, std::max(client.bottom, 1L))};
 }
 
 void createPicture(HWND canvas)
 {
-    const SIZE size = brushSizeOnScreen();
-    const RECT whole = {0, 0, size.cx, size.cy};
+    measurePicture();
+    const SIZE part = sessionExtras.outline.part;
     const HDC canvasDC = GetDC(canvas);
-    session->outlineBitmap = CreateCompatibleBitmap(canvasDC, size.cx, size.cy);
+    session->outlineBitmap = CreateCompatibleBitmap(canvasDC, part.cx, part.cy);
     const MemoryPicture memory = openMemory(canvasDC, session->outlineBitmap);
-    if (memory.dc) {
-        if (session->currentTool == TOOL_STAMP && session->maskCache) {
-            drawBitmap(memory.dc, session->maskCache, &whole, SRCCOPY);
-        } else {
-            drawBrushPreview(memory.dc, whole, size.cx, size.cy, 0);
-        }
-    }
+    if (memory.dc) drawPart(memory.dc, offsetAt(cornerAtPointer()));
     closeMemory(memory);
     ReleaseDC(canvas, canvasDC);
 }
@@ -83,11 +119,11 @@ void createPicture(HWND canvas)
 void restoreSaveUnder()
 {
     if (!session->saveUnderBitmap) return;
-    const SIZE size = sizeOf(session->saveUnderBitmap);
+    const RECT at = partAt(session->outlinePos);
     const HDC dc = GetDC(session->hostDialog);
     const MemoryPicture saved = openMemory(dc, session->saveUnderBitmap);
     if (saved.dc) {
-        BitBlt(dc, session->outlinePos.x, session->outlinePos.y, size.cx, size.cy, saved.dc, 0, 0, SRCCOPY);
+        BitBlt(dc, at.left, at.top, at.right - at.left, at.bottom - at.top, saved.dc, 0, 0, SRCCOPY);
     }
     closeMemory(saved);
     ReleaseDC(session->hostDialog, dc);
@@ -95,26 +131,29 @@ void restoreSaveUnder()
 
 void takeSaveUnder()
 {
-    const SIZE size = sizeOf(session->outlineBitmap);
-    session->outlinePos = cornerAtPointer(size);
+    const SIZE part = sessionExtras.outline.part;
+    session->outlinePos = cornerAtPointer();
+    const RECT at = partAt(session->outlinePos);
     const HDC dc = GetDC(session->hostDialog);
-    if (!session->saveUnderBitmap) session->saveUnderBitmap = CreateCompatibleBitmap(dc, size.cx, size.cy);
+    if (!session->saveUnderBitmap) session->saveUnderBitmap = CreateCompatibleBitmap(dc, part.cx, part.cy);
     const MemoryPicture saved = openMemory(dc, session->saveUnderBitmap);
-    if (saved.dc) {
-        BitBlt(saved.dc, 0, 0, size.cx, size.cy, dc, session->outlinePos.x, session->outlinePos.y, SRCCOPY);
-    }
+    if (saved.dc) BitBlt(saved.dc, 0, 0, part.cx, part.cy, dc, at.left, at.top, SRCCOPY);
     closeMemory(saved);
     ReleaseDC(session->hostDialog, dc);
 }
 
-// Copies the picture; its pixels in the key colour stay transparent.
-void drawPictureOn(HDC target, POINT at)
+// Copies what is seen of the picture at outlinePos; its pixels in the key colour stay transparent. The target's
+// corner stands for `corner` of the client area.
+void drawPictureOn(HDC target, POINT corner)
 {
-    const SIZE size = sizeOf(session->outlineBitmap);
+    const SIZE part = sessionExtras.outline.part;
+    const POINT offset = offsetAt(session->outlinePos), drawn = sessionExtras.outline.offset;
+    const RECT at = partAt(session->outlinePos);
     const MemoryPicture picture = openMemory(target, session->outlineBitmap);
     if (picture.dc) {
-        GdiTransparentBlt(target, at.x, at.y, size.cx, size.cy, picture.dc, 0, 0, size.cx, size.cy,
-                          session->previewBackground);
+        if (offset.x != drawn.x || offset.y != drawn.y) drawPart(picture.dc, offset);
+        GdiTransparentBlt(target, at.left - corner.x, at.top - corner.y, part.cx, part.cy, picture.dc, 0, 0, part.cx,
+                          part.cy, session->previewBackground);
     }
     closeMemory(picture);
 }
@@ -122,26 +161,26 @@ void drawPictureOn(HDC target, POINT at)
 void drawPicture()
 {
     const HDC dc = GetDC(session->hostDialog);
-    drawPictureOn(dc, session->outlinePos);
+    drawPictureOn(dc, {0, 0});
     ReleaseDC(session->hostDialog, dc);
 }
 
 // Old and new place overlap: everything is composed off screen and shown with one copy.
-void moveOverlapping(const RECT& from, const RECT& to, SIZE size)
+void moveOverlapping(const RECT& all, const RECT& from, POINT newCorner)
 {
-    RECT all;
-    UnionRect(&all, &from, &to);
+    const SIZE size = sessionExtras.outline.part;
+    const RECT to = partAt(newCorner);
     const int width = all.right - all.left, height = all.bottom - all.top;
     const HDC dc = GetDC(session->hostDialog);
     const HBITMAP workBitmap = CreateCompatibleBitmap(dc, width, height);
     const MemoryPicture work = openMemory(dc, workBitmap);
     const MemoryPicture saved = openMemory(dc, session->saveUnderBitmap);
     if (work.dc && saved.dc) {
-        session->outlinePos = {to.left, to.top};
+        session->outlinePos = newCorner;
         BitBlt(work.dc, 0, 0, width, height, dc, all.left, all.top, SRCCOPY);
         BitBlt(work.dc, from.left - all.left, from.top - all.top, size.cx, size.cy, saved.dc, 0, 0, SRCCOPY);
         BitBlt(saved.dc, 0, 0, size.cx, size.cy, work.dc, to.left - all.left, to.top - all.top, SRCCOPY);
-        drawPictureOn(work.dc, {to.left - all.left, to.top - all.top});
+        drawPictureOn(work.dc, {all.left, all.top});
         BitBlt(dc, all.left, all.top, width, height, work.dc, 0, 0, SRCCOPY);
     }
     closeMemory(saved);
@@ -150,9 +189,13 @@ void moveOverlapping(const RECT& from, const RECT& to, SIZE size)
     ReleaseDC(session->hostDialog, dc);
 }
 
-RECT rectAt(POINT corner, SIZE size)
+// What two places of the picture cover of the client area; false when that is nothing.
+bool seenOf(const RECT& from, const RECT& to, RECT* seen)
 {
-    return {corner.x, corner.y, corner.x + size.cx, corner.y + size.cy};
+    RECT all, client;
+    UnionRect(&all, &from, &to);
+    GetClientRect(session->hostDialog, &client);
+    return IntersectRect(seen, &all, &client) != 0;
 }
 
 }  // namespace
@@ -190,12 +233,11 @@ void showOutline(HWND)
 void trackOutline(HWND)
 {
     if (!visible()) return;
-    const SIZE size = sizeOf(session->outlineBitmap);
-    const RECT from = rectAt(session->outlinePos, size);
-    const RECT to = rectAt(cornerAtPointer(size), size);
-    RECT overlap;
-    if (session->saveUnderBitmap && IntersectRect(&overlap, &from, &to)) {
-        moveOverlapping(from, to, size);
+    const POINT newCorner = cornerAtPointer();
+    const RECT from = partAt(session->outlinePos), to = partAt(newCorner);
+    RECT overlap, seen;
+    if (session->saveUnderBitmap && IntersectRect(&overlap, &from, &to) && seenOf(from, to, &seen)) {
+        moveOverlapping(seen, from, newCorner);
     } else {
         restoreSaveUnder();
         takeSaveUnder();

@@ -2,21 +2,15 @@
 
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "tools/kernels/brush_raster.h"
 
-// What the present mask was made for; a mask that fits is kept.
-struct MaskKey {
-    HGLOBAL handle;
-    int width, height;
-    uint32_t shape;
-};
-static MaskKey madeFor;
-
 static bool fits(int width, int height)
 {
-    return session->brushMask && madeFor.handle == session->brushMask && madeFor.width == width &&
-           madeFor.height == height && madeFor.shape == session->brushShape;
+    const BrushMaskKey& key = sessionExtras.brushMaskKey;
+    return session->brushMask && key.mask == session->brushMask && key.width == width && key.height == height &&
+           key.shape == session->brushShape;
 }
 
 int buildBrushMask(int width, int height)
@@ -33,6 +27,6 @@ int buildBrushMask(int width, int height)
     if (!lockMap(session->brushMask, &block, &mask)) return 0;
     rasteriseBrush(mask, session->brushShape);
     unlockBlock(block);
-    madeFor = {session->brushMask, maskWidth, maskHeight, session->brushShape};
+    sessionExtras.brushMaskKey = {session->brushMask, maskWidth, maskHeight, session->brushShape};
     return 1;
 }

@@ -6,6 +6,7 @@
 #include "canvas/view/cursor_outline.h"
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "tools/kernels/brush_kernels.h"
@@ -30,15 +31,9 @@ struct Dab {
     bool softEdge;
 };
 
-// The lines of the coverage map that the stroke has reached, so that the next press clears no others.
-struct CoveredLines {
-    HGLOBAL map;
-    int top, bottom;
-};
-CoveredLines covered;
-
 void noteCovered(int top, int bottom)
 {
+    CoveredLines& covered = sessionExtras.covered;
     const bool none = covered.top >= covered.bottom;
     if (none || top < covered.top) covered.top = top;
     if (none || bottom > covered.bottom) covered.bottom = bottom;
@@ -215,6 +210,7 @@ void pickUpPatch(HWND canvas, int x, int y)
 
 void clearCovered(const MapView& map)
 {
+    const CoveredLines& covered = sessionExtras.covered;
     const int top = covered.top > 0 ? covered.top : 0;
     const int bottom = covered.bottom < map.height ? covered.bottom : map.height;
     if (top < bottom) memset(rowOf(map, bottom - 1), 0, (size_t)-map.stride * (size_t)(bottom - top));
@@ -223,6 +219,7 @@ void clearCovered(const MapView& map)
 // A zeroed map of the image's size; the block of the stroke before is used again when it fits.
 HGLOBAL freshCoverage(HGLOBAL old, int width, int height)
 {
+    CoveredLines& covered = sessionExtras.covered;
     BitmapBlock block;
     MapView map;
     bool fits = false;

@@ -2,9 +2,13 @@
 // after it has gone.
 #include <algorithm>
 
+#include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/cursor_outline.h"
 #include "image/bitmap_block.h"
+#include "image/bitmap_display.h"
+#include "tests/unit/windowed/client_screen.h"
 #include "tests/unit/windowed/stroke_model.h"
+#include "tools/brush/brush_preview.h"
 
 using reference::Picture;
 
@@ -73,26 +77,16 @@ struct CursorOutline : SessionFixture {
     int changedInside(const Screen& before, const RECT& rect) const;
     // Where the picture is, and where it should be.
     RECT picture() const;
+    SIZE wholePicture() const;
     bool centredOn(int x, int y) const;
 };
 
+// The unused byte of a screen pixel says nothing.
 Screen CursorOutline::screen() const
 {
-    BITMAPINFO info = {};
-    info.bmiHeader = {sizeof info.bmiHeader, client.cx, -client.cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    const HDC dc = GetDC(host), memory = CreateCompatibleDC(dc);
-    const HBITMAP copy = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ old = SelectObject(memory, copy);
-    BitBlt(memory, 0, 0, client.cx, client.cy, dc, 0, 0, SRCCOPY);
-    GdiFlush();
-    Screen pixels((const uint32_t*)bits, (const uint32_t*)bits + client.cx * client.cy);
+    Screen pixels = clientScreen(session->canvasWindow);
     for (uint32_t& pixel : pixels)
         pixel &= 0xFFFFFF;
-    SelectObject(memory, old);
-    DeleteObject(copy);
-    DeleteDC(memory);
-    ReleaseDC(host, dc);
     return pixels;
 }
 
@@ -118,10 +112,18 @@ RECT CursorOutline::picture() const
     return {corner.x, corner.y, corner.x + info.bmWidth, corner.y + info.bmHeight};
 }
 
+// Of which the bitmap holds no more than the canvas can show.
+SIZE CursorOutline::wholePicture() const
+{
+    const RECT brush =
+        deviceRectOf(session->canvasWindow, {0, 0, (LONG)session->brushWidth, (LONG)session->brushHeight});
+    return {std::max(brush.right, 1L), std::max(brush.bottom, 1L)};
+}
+
 bool CursorOutline::centredOn(int x, int y) const
 {
-    const RECT rect = picture();
-    return rect.left == x - (rect.right - rect.left) / 2 && rect.top == y - (rect.bottom - rect.top) / 2;
+    const SIZE whole = wholePicture();
+    return session->outlinePos.x == x - whole.cx / 2 && session->outlinePos.y == y - whole.cy / 2;
 }
 
 struct OutlineScale {
@@ -210,6 +212,88 @@ TEST_F(CursorOutline, BrushLargerThanTheCanvasLeavesNoTrail)
         moveTo(dice.upTo(49), dice.upTo(34));
     leave();
     EXPECT_TRUE(before == screen());
+}
+
+static SIZE sizeOf(HBITMAP bitmap)
+{
+    BITMAP info = {};
+    GetObjectA(bitmap, sizeof info, &info);
+    return {info.bmWidth, info.bmHeight};
+}
+
+// A brush of 16 pixels on an image of one is 10,240 pixels wide on this canvas.
+TEST_F(CursorOutline, HoldsNoMoreOfALargeBrushThanTheCanvasShows)
+{
+    ASSERT_TRUE(start(1, 1, {640, 480}));
+    brush(16, 16);
+    const Screen before = screen();
+    enter(320, 240);
+    for (const POINT at : {POINT{0, 0}, POINT{639, 5}, POINT{320, 479}, POINT{322, 470}}) {
+        moveTo(at.x, at.y);
+        EXPECT_TRUE(centredOn(at.x, at.y));
+        for (HBITMAP bitmap : {session->outlineBitmap, session->saveUnderBitmap}) {
+            EXPECT_EQ(640, sizeOf(bitmap).cx);
+            EXPECT_EQ(480, sizeOf(bitmap).cy);
+        }
+    }
+    leave();
+    EXPECT_TRUE(before == screen());
+}
+
+// The whole picture in one bitmap, whatever it costs, drawn over the screen as it was.
+static Screen withWholePicture(const CursorOutline& test, const Screen& before, POINT pointer)
+{
+    const SIZE whole = test.wholePicture(), client = test.client;
+    const RECT area = {0, 0, whole.cx, whole.cy};
+    const HDC dc = GetDC(nullptr), large = CreateCompatibleDC(dc), small = CreateCompatibleDC(dc);
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof info.bmiHeader, client.cx, -client.cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    const HBITMAP shown = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HBITMAP picture = CreateCompatibleBitmap(dc, whole.cx, whole.cy);
+    const HGDIOBJ oldShown = SelectObject(small, shown), oldPicture = SelectObject(large, picture);
+    memcpy(bits, before.data(), before.size() * sizeof before[0]);
+    if (session->currentTool == TOOL_STAMP) {
+        drawBitmap(large, session->maskCache, &area, SRCCOPY);
+    } else {
+        drawBrushPreview(large, area, whole.cx, whole.cy, 0);
+    }
+    GdiTransparentBlt(small, pointer.x - whole.cx / 2, pointer.y - whole.cy / 2, whole.cx, whole.cy, large, 0, 0,
+                      whole.cx, whole.cy, session->previewBackground);
+    GdiFlush();
+    Screen result((const uint32_t*)bits, (const uint32_t*)bits + before.size());
+    for (uint32_t& pixel : result)
+        pixel &= 0xFFFFFF;
+    SelectObject(large, oldPicture);
+    SelectObject(small, oldShown);
+    DeleteObject(picture);
+    DeleteObject(shown);
+    DeleteDC(large);
+    DeleteDC(small);
+    ReleaseDC(nullptr, dc);
+    return result;
+}
+
+TEST_F(CursorOutline, ShowsOfALargeBrushWhatTheWholePictureWould)
+{
+    ASSERT_TRUE(start(14, 11, {112, 77}));
+    for (uint32_t tool : {TOOL_BRUSH, TOOL_OUTLINE_BRUSH, TOOL_STAMP}) {
+        session->currentTool = TOOL_NONE;
+        sessionBrush({tool, SHAPE_CIRCLE, false, 20, 6, 100, {250, 10, 20}});  // 160 x 42 on the screen
+        const Screen before = screen();
+        if (tool == TOOL_STAMP) {
+            sessionPress(7, 5);
+            sessionRelease(7, 5);
+        }
+        enter(56, 38);
+        for (int k = 0; k < 40; ++k) {
+            const POINT at = {dice.upTo(111), k % 4 == 3 ? dice.upTo(76) : std::min(3 * k, 76)};
+            moveTo(at.x, at.y);
+            ASSERT_TRUE(screen() == withWholePicture(*this, before, at)) << "tool " << tool << " at " << at.x;
+        }
+        leave();
+        ASSERT_TRUE(before == screen()) << "tool " << tool;
+    }
 }
 
 TEST_F(CursorOutline, WhiteBrushStaysVisible)

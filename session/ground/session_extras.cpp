@@ -1,0 +1,3 @@
+#include "session/ground/session_extras.h"
+
+SessionExtras sessionExtras;
