@@ -1,11 +1,13 @@
-// The smallest host: loads a 24-bit BMP file, lets the user retouch it, writes retouched.bmp.
+// The smallest host in C++: loads a 24-bit BMP file, lets the user retouch it, writes retouched.bmp. It loads the
+// library when it is needed and says what is wrong with an installation.
 //
-//     i686-w64-mingw32-g++-posix -std=c++17 -I. docs/host-example.cpp -o host-example.exe -static
+//     i686-w64-mingw32-g++-posix -std=c++17 -I. host.cpp -o host.exe -static
 //
-// KOVRTCH32.dll and KOVCTRL32.dll lie beside the program.
-#include "include/kovrtch32.h"
+// kovrtch32.h lies in the current folder then; KOVRTCH32.dll and KOVCTRL32.dll beside the program.
+#include "kovrtch32.h"
 
 #include <cstdio>
+#include <initializer_list>
 
 // The bitmap without its file header is what the library takes. A 24-bit image has no colour table: one that the
 // file may hold between header and rows is left out. The caller frees the block.
@@ -68,17 +70,37 @@ static RECT editorPlace(HGLOBAL image)
             60 + height + 2 * GetSystemMetrics(SM_CYFRAME) + GetSystemMetrics(SM_CYCAPTION)};
 }
 
+// The library needs KOVCTRL32.dll, and the system does not say which of the two it could not load.
+static void explainMissingLibrary()
+{
+    for (const char* name : {"KOVCTRL32.dll", "KOVRTCH32.dll"}) {
+        HMODULE module = LoadLibraryA(name);
+        const DWORD error = module ? 0 : GetLastError();
+        if (module) FreeLibrary(module);
+        if (error == ERROR_BAD_EXE_FORMAT) {
+            fprintf(stderr, "%s is built for another number of bits than this program.\n", name);
+        } else if (error) {
+            fprintf(stderr, "%s is missing or damaged (error %lu).\n", name, error);
+        }
+        if (error) return;
+    }
+}
+
 int main(int count, char** words)
 {
     HMODULE library = LoadLibraryA("KOVRTCH32.dll");
     RetouchEntry retouch =
         library ? (RetouchEntry)(void*)GetProcAddress(library, MAKEINTRESOURCEA(KOVRTCH32_ENTRY_ORDINAL)) : nullptr;
+    if (!retouch) {
+        explainMissingLibrary();
+        return 3;
+    }
     HGLOBAL image = count == 2 ? loadBitmapFile(words[1]) : nullptr;
-    if (!retouch || !image) {
-        fprintf(stderr, retouch ? "Usage: host-example PHOTO.bmp (24 bits a pixel)\n" : "KOVRTCH32.dll is missing.\n");
+    if (!image) {
+        fprintf(stderr, "Usage: host PHOTO.bmp (24 bits a pixel)\n");
         return 2;
     }
-    HWND window = CreateWindowA("STATIC", "Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1200, 800, nullptr, nullptr,
+    HWND window = CreateWindowA("STATIC", words[1], WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1200, 800, nullptr, nullptr,
                                 nullptr, nullptr);
     RECT dialog = editorPlace(image);
     POINT palette = {20, 60};                                     // the tool palette's top-left corner

@@ -1,0 +1,277 @@
+// The worked hosts of the documentation, each a program of its own: a photo goes in, the real pointer paints a stroke,
+// Save or Close is pressed, and what the host leaves behind is looked at.
+#include "tests/host/test_folder.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <functional>
+
+namespace {
+
+constexpr int width = 50, height = 35;  // shown exactly 20 times as large by every host
+constexpr size_t headerSize = 54, rowBytes = 152;
+constexpr int brushButton = 117, closeButton = 2, saveButton = 8;
+constexpr COLORREF paintColour = 0x00C0C0FF;  // what Brush starts with
+
+std::vector<uint8_t> photo()
+{
+    std::vector<uint8_t> file(headerSize + rowBytes * height);
+    BITMAPFILEHEADER head = {0x4D42, (DWORD)file.size(), 0, 0, (DWORD)headerSize};
+    BITMAPINFOHEADER info = {sizeof info, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    memcpy(&file[0], &head, sizeof head);
+    memcpy(&file[sizeof head], &info, sizeof info);
+    for (size_t i = headerSize; i < file.size(); ++i)
+        file[i] = (uint8_t)((i - headerSize) % rowBytes < width * 3 ? i * 7 % 200 : 0);
+    return file;
+}
+
+COLORREF pixelOf(const std::vector<uint8_t>& file, int x, int y)
+{
+    const uint8_t* at = &file[headerSize + rowBytes * (size_t)(height - 1 - y) + 3 * (size_t)x];
+    return RGB(at[2], at[1], at[0]);
+}
+
+bool waitUntil(const char* what, const std::function<bool()>& holds)
+{
+    const DWORD start = GetTickCount();
+    while (!holds()) {
+        if (GetTickCount() - start > 30000) {
+            ADD_FAILURE() << "waited in vain: " << what;
+            return false;
+        }
+        Sleep(10);
+    }
+    return true;
+}
+
+std::wstring programFolder()
+{
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    std::wstring folder = path;
+    return folder.substr(0, folder.find_last_of(L'\\') + 1);
+}
+
+struct Program {
+    PROCESS_INFORMATION process = {};
+    ~Program()
+    {
+        if (process.hProcess && WaitForSingleObject(process.hProcess, 0) != WAIT_OBJECT_0)
+            TerminateProcess(process.hProcess, 999);
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+    int exitCode() const
+    {
+        DWORD code = 999;
+        WaitForSingleObject(process.hProcess, 30000);
+        GetExitCodeProcess(process.hProcess, &code);
+        return (int)code;
+    }
+};
+
+// Runs in the folder; what the program says goes to said.txt there.
+void start(Program* program, const std::wstring& path, const std::wstring& argument, const TestFolder& folder)
+{
+    std::wstring line = L"\"" + path + L"\" \"" + argument + L"\"";
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = startup.hStdError = CreateFileW((folder.path + L"said.txt").c_str(), GENERIC_WRITE,
+                                                         FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0, nullptr);
+    EXPECT_TRUE(CreateProcessW(nullptr, &line[0], nullptr, nullptr, TRUE, 0, nullptr, folder.path.c_str(), &startup,
+                               &program->process));
+    CloseHandle(startup.hStdOutput);
+}
+
+std::string said(const TestFolder& folder)
+{
+    const std::vector<uint8_t> bytes = readBytes(folder.path + L"said.txt");
+    return std::string(bytes.begin(), bytes.end());
+}
+
+struct Editor {
+    DWORD process;
+    HWND canvas, palette;
+};
+
+BOOL CALLBACK findParts(HWND window, LPARAM parameter)
+{
+    Editor* editor = (Editor*)parameter;
+    DWORD process;
+    GetWindowThreadProcessId(window, &process);
+    if (process != editor->process || !IsWindowVisible(window)) return TRUE;
+    if (HWND canvas = FindWindowExA(window, nullptr, "KOVRETOUCH", nullptr)) editor->canvas = canvas;
+    if (GetDlgItem(window, brushButton)) editor->palette = window;
+    return TRUE;
+}
+
+bool openedBy(const Program& program, Editor* editor)
+{
+    return waitUntil("the editor opens",
+                     [&] {
+                         *editor = {program.process.dwProcessId, nullptr, nullptr};
+                         EnumWindows(findParts, (LPARAM)editor);
+                         return (editor->canvas && editor->palette) ||
+                                WaitForSingleObject(program.process.hProcess, 0) == WAIT_OBJECT_0;
+                     }) &&
+           editor->canvas;
+}
+
+void sendMouse(DWORD flags, POINT at)
+{
+    const int screenWidth = GetSystemMetrics(SM_CXSCREEN), screenHeight = GetSystemMetrics(SM_CYSCREEN);
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    input.mi.dx = (LONG)(((LONGLONG)at.x * 65536 + screenWidth - 1) / screenWidth);
+    input.mi.dy = (LONG)(((LONGLONG)at.y * 65536 + screenHeight - 1) / screenHeight);
+    SetCursorPos(at.x, at.y);
+    SendInput(1, &input, sizeof input);
+}
+
+void click(HWND window)
+{
+    RECT box;
+    GetWindowRect(window, &box);
+    const POINT middle = {(box.left + box.right) / 2, (box.top + box.bottom) / 2};
+    sendMouse(0, middle);
+    sendMouse(MOUSEEVENTF_LEFTDOWN, middle);
+    sendMouse(MOUSEEVENTF_LEFTUP, middle);
+}
+
+// The middle of an image pixel on the screen.
+POINT onScreen(const Editor& editor, int x, int y)
+{
+    RECT client;
+    GetClientRect(editor.canvas, &client);
+    POINT at = {(2 * x + 1) * client.right / (2 * width), (2 * y + 1) * client.bottom / (2 * height)};
+    ClientToScreen(editor.canvas, &at);
+    return at;
+}
+
+bool shows(POINT at, COLORREF colour)
+{
+    const HDC screen = GetDC(nullptr);
+    const COLORREF shown = GetPixel(screen, at.x, at.y);
+    ReleaseDC(nullptr, screen);
+    return shown == colour;
+}
+
+// A stroke of the brush as it is at the start, 16 pixels wide, along the middle row.
+bool paintStroke(const Editor& editor)
+{
+    const HWND brush = GetDlgItem(editor.palette, brushButton);
+    click(brush);
+    if (!waitUntil("Brush is chosen", [&] { return SendMessageA(brush, BM_GETCHECK, 0, 0) == BST_CHECKED; }))
+        return false;
+    const POINT from = onScreen(editor, 15, 17), to = onScreen(editor, 35, 17);
+    sendMouse(0, from);
+    sendMouse(MOUSEEVENTF_LEFTDOWN, from);
+    for (int step = 1; step <= 10; ++step)
+        sendMouse(0, {from.x + (to.x - from.x) * step / 10, from.y});
+    const bool painted = waitUntil("the stroke is seen", [&] { return shows(onScreen(editor, 35, 17), paintColour); });
+    sendMouse(MOUSEEVENTF_LEFTUP, to);
+    return painted;
+}
+
+class WorkedHost : public testing::TestWithParam<const char*> {
+protected:
+    std::wstring path() const
+    {
+        const std::string name = GetParam();
+        return programFolder() + std::wstring(name.begin(), name.end());
+    }
+    TestFolder folder;
+    Program program;
+    Editor editor = {};
+};
+
+}  // namespace
+
+TEST_P(WorkedHost, SavesWhatWasPainted)
+{
+    writeBytes(folder.path + L"photo.bmp", photo());
+    start(&program, path(), L"photo.bmp", folder);
+    ASSERT_TRUE(openedBy(program, &editor)) << said(folder);
+    ASSERT_TRUE(paintStroke(editor));
+    click(GetDlgItem(editor.palette, saveButton));
+    EXPECT_EQ(program.exitCode(), 0) << said(folder);
+    EXPECT_NE(said(folder).find("Saved: retouched.bmp"), std::string::npos);
+
+    const std::vector<uint8_t> before = photo(), after = readBytes(folder.path + L"retouched.bmp");
+    ASSERT_EQ(after.size(), before.size());
+    EXPECT_TRUE(std::equal(after.begin(), after.begin() + headerSize, before.begin()));
+    for (int x = 15; x <= 35; ++x)
+        EXPECT_EQ(pixelOf(after, x, 17), paintColour) << x;
+    for (int x = 0; x < width; ++x) {  // the brush reaches 8 pixels up and down
+        EXPECT_EQ(pixelOf(after, x, 5), pixelOf(before, x, 5)) << x;
+        EXPECT_EQ(pixelOf(after, x, 29), pixelOf(before, x, 29)) << x;
+    }
+    EXPECT_EQ(readBytes(folder.path + L"photo.bmp"), before);
+}
+
+TEST_P(WorkedHost, WritesNothingAfterClose)
+{
+    writeBytes(folder.path + L"photo.bmp", photo());
+    start(&program, path(), L"photo.bmp", folder);
+    ASSERT_TRUE(openedBy(program, &editor)) << said(folder);
+    ASSERT_TRUE(paintStroke(editor));
+    click(GetDlgItem(editor.palette, closeButton));
+    EXPECT_EQ(program.exitCode(), 1) << said(folder);
+    EXPECT_NE(said(folder).find("Nothing saved."), std::string::npos);
+    EXPECT_TRUE(readBytes(folder.path + L"retouched.bmp").empty());
+}
+
+TEST_P(WorkedHost, RefusesWhatIsNoSuchPhoto)
+{
+    std::vector<uint8_t> file = photo();
+    file.resize(file.size() - 1);
+    writeBytes(folder.path + L"photo.bmp", file);
+    start(&program, path(), L"photo.bmp", folder);
+    EXPECT_EQ(program.exitCode(), 2);
+    EXPECT_NE(said(folder).find("Usage:"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(Documented, WorkedHost, testing::Values(WORKED_HOSTS),
+                         [](const auto& info) { return std::string(info.param, strlen(info.param) - 4); });
+
+namespace {
+
+// A folder with the host and its libraries, of which something is wrong with KOVCTRL32.dll.
+std::string saidWithControlLibrary(const std::vector<uint8_t>& controlLibrary, int* code)
+{
+    TestFolder folder;
+    for (const wchar_t* name : {L"host_cpp.exe", L"KOVRTCH32.dll"})
+        writeBytes(folder.path + name, readBytes(programFolder() + name));
+    if (!controlLibrary.empty()) writeBytes(folder.path + L"KOVCTRL32.dll", controlLibrary);
+    Program program;
+    start(&program, folder.path + L"host_cpp.exe", L"photo.bmp", folder);
+    *code = program.exitCode();
+    return said(folder);
+}
+
+}  // namespace
+
+TEST(IncompleteInstallation, NamesTheMissingControlLibrary)
+{
+    int code;
+    const std::string told = saidWithControlLibrary({}, &code);
+    EXPECT_EQ(code, 3);
+    EXPECT_NE(told.find("KOVCTRL32.dll is missing"), std::string::npos) << told;
+}
+
+TEST(IncompleteInstallation, NamesTheControlLibraryOfAnotherNumberOfBits)
+{
+    std::vector<uint8_t> library = readBytes(programFolder() + L"KOVCTRL32.dll");
+    IMAGE_NT_HEADERS* headers = (IMAGE_NT_HEADERS*)&library[(size_t)((IMAGE_DOS_HEADER*)&library[0])->e_lfanew];
+    const bool is64 = headers->FileHeader.Machine == IMAGE_FILE_MACHINE_AMD64;
+    headers->FileHeader.Machine = is64 ? IMAGE_FILE_MACHINE_I386 : IMAGE_FILE_MACHINE_AMD64;
+    headers->OptionalHeader.Magic = is64 ? IMAGE_NT_OPTIONAL_HDR32_MAGIC : IMAGE_NT_OPTIONAL_HDR64_MAGIC;
+    int code;
+    const std::string told = saidWithControlLibrary(library, &code);
+    EXPECT_EQ(code, 3);
+    EXPECT_NE(told.find("KOVCTRL32.dll is built for another number of bits"), std::string::npos) << told;
+}
