@@ -3,9 +3,13 @@
 // sits before the screen.
 //
 // Wherever a picture of the screen is wanted it prints a line "picture NAME" and waits for a line on
-// standard input. Exit code: 0 done, 1 no session found, 2 the session did not end.
+// standard input. With two arguments it does one thing in the editor of one photo, for scripts that check:
+//     retouch_demo save|spot|close|wait PHOTO    PHOTO: the file's name without its folder
+// save presses Save, spot first lays one dab into the photo's middle, close leaves without saving, wait only
+// waits until the editor is open. Exit code: 0 done, 1 no session found, 2 the session did not end, 3 usage.
 #include <cmath>
 #include <cstdio>
+#include <string>
 #include <windows.h>
 
 namespace {
@@ -16,12 +20,20 @@ const int widthBar = 202;
 
 struct Editor {
     HWND dialog, canvas, palette;
+    DWORD process;  // whose editor is wanted; 0: anyone's
 };
+
+DWORD processOf(HWND window)
+{
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    return process;
+}
 
 BOOL CALLBACK findParts(HWND window, LPARAM parameter)
 {
     Editor* editor = (Editor*)parameter;
-    if (!IsWindowVisible(window)) return TRUE;
+    if (!IsWindowVisible(window) || (editor->process && processOf(window) != editor->process)) return TRUE;
     if (HWND canvas = FindWindowExW(window, nullptr, L"KOVRETOUCH", nullptr)) {
         editor->dialog = window;
         editor->canvas = canvas;
@@ -33,7 +45,7 @@ BOOL CALLBACK findParts(HWND window, LPARAM parameter)
 
 bool editorIsOpen(Editor* editor)
 {
-    *editor = {};
+    *editor = {nullptr, nullptr, nullptr, editor->process};
     EnumWindows(findParts, (LPARAM)editor);
     return editor->canvas && editor->palette;
 }
@@ -129,11 +141,21 @@ void paintWave(const Editor& editor)
     button(MOUSEEVENTF_LEFTUP);
 }
 
-}  // namespace
-
-int main()
+int endOf(const Editor& editor)
 {
-    Editor editor;
+    return waitUntil([&] { return !IsWindow(editor.dialog); }, 60000) ? 0 : 2;
+}
+
+int pressSave(const Editor& editor)
+{
+    settle(editor);
+    click(GetDlgItem(editor.palette, saveButton), 0.5, 0.5);
+    return endOf(editor);
+}
+
+int playEdit()
+{
+    Editor editor = {};
     if (!waitUntil([&] { return editorIsOpen(&editor); }, 60000)) return 1;
     picture(editor, "opened");
 
@@ -144,7 +166,45 @@ int main()
 
     paintWave(editor);
     picture(editor, "painted");
+    return pressSave(editor);
+}
 
-    click(GetDlgItem(editor.palette, saveButton), 0.5, 0.5);
-    return waitUntil([&] { return !IsWindow(editor.dialog); }, 60000) ? 0 : 2;
+void laySpot(const Editor& editor)
+{
+    settle(editor);
+    click(GetDlgItem(editor.palette, brushButton), 0.5, 0.5);
+    settle(editor);
+    click(editor.canvas, 0.5, 0.5);
+}
+
+int closeEditor(const Editor& editor)
+{
+    PostMessageW(editor.dialog, WM_CLOSE, 0, 0);
+    return endOf(editor);
+}
+
+int doOneThing(const std::wstring& action, const std::wstring& photo)
+{
+    const std::wstring title = photo + L" - Retouch";
+    Editor editor = {};
+    const bool open = waitUntil(
+        [&] {
+            HWND host = FindWindowW(L"RetouchHost", title.c_str());
+            editor.process = host ? processOf(host) : 0;
+            return host && editorIsOpen(&editor);
+        },
+        60000);
+    if (!open) return 1;
+    if (action == L"spot") laySpot(editor);
+    if (action == L"spot" || action == L"save") return pressSave(editor);
+    if (action == L"close") return closeEditor(editor);
+    return action == L"wait" ? 0 : 3;
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** words)
+{
+    if (count == 3) return doOneThing(words[1], words[2]);
+    return count == 1 ? playEdit() : 3;
 }
