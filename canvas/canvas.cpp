@@ -26,6 +26,7 @@ LRESULT onCreate(HWND canvas)
 {
     writeSessionDefaults();
     session->canvasWindow = canvas;
+    canvasView = {};
     rebuildOutline(canvas, 1);
     freeUndoHistory();
     return 0;
@@ -155,6 +156,7 @@ void mapCanvas(HWND canvas)
     if (!GetClientRect(canvas, &client) || client.right < 1 || client.bottom < 1) return;
     int width = client.right, height = client.bottom;
     lockBitmapInfo(imageOf(canvas), &width, &height, nullptr);
+    canvasView = resizedView(canvasView, {(int)client.right, (int)client.bottom}, {width, height});
     const HDC dc = GetDC(canvas);
     SetMapMode(dc, MM_ANISOTROPIC);
     SetWindowOrgEx(dc, 0, 0, nullptr);

@@ -14,6 +14,6 @@ constexpr UINT CANVAS_POINTER_LEFT = 1026;
 int registerCanvasClass(HINSTANCE instance);
 void unregisterCanvasClass(HINSTANCE instance);
 
-// Sets the mapping of the canvas's own device context: one logical unit is one image pixel, y downward.
-// Without an image one logical unit is one device pixel.
+// The canvas or the image has a new size: the view follows, and the mapping of the canvas's own device context.
+// One logical unit is one image pixel, y downward; without an image one device pixel.
 void mapCanvas(HWND canvas);

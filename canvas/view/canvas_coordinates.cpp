@@ -1,53 +1,41 @@
 #include "canvas/view/canvas_coordinates.h"
 
-#include <cstdint>
+CanvasView canvasView;
 
-#include "image/packed_bitmap.h"
-#include "session/ground/window_props.h"
-
-POINT imagePointOf(HWND canvas, POINT client)
+static PixelRect pixelRectFrom(const RECT& rect)
 {
-    const HDC dc = GetDC(canvas);
-    DPtoLP(dc, &client, 1);
-    ReleaseDC(canvas, dc);
-    return client;
+    return {(int)rect.left, (int)rect.top, (int)rect.right, (int)rect.bottom};
 }
 
-RECT deviceRectOf(HWND canvas, const RECT& image)
+static RECT rectFrom(const PixelRect& rect)
 {
-    RECT device = image;
-    const HDC dc = GetDC(canvas);
-    LPtoDP(dc, (POINT*)&device, 2);
-    ReleaseDC(canvas, dc);
-    return device;
+    return {rect.left, rect.top, rect.right, rect.bottom};
 }
 
-static LONG scaledDown(LONG value, LONG from, LONG to)
+POINT imagePointOf(HWND, POINT client)
 {
-    const int64_t product = (int64_t)value * to;
-    return (LONG)(product >= 0 ? product / from : -((-product + from - 1) / from));
+    const PixelPoint point = imagePointAt(canvasView, {(int)client.x, (int)client.y});
+    return {point.x, point.y};
 }
 
-static LONG scaledUp(LONG value, LONG from, LONG to)
+RECT deviceRectOf(HWND, const RECT& image)
 {
-    return -scaledDown(-value, from, to);
+    return rectFrom(deviceRectAt(canvasView, pixelRectFrom(image)));
 }
 
-static RECT coveringRect(const RECT& rect, SIZE from, SIZE to)
+static CanvasView fittedViewOf(SIZE client, SIZE image)
 {
-    if (from.cx < 1 || from.cy < 1) return {0, 0, 0, 0};
-    return {scaledDown(rect.left, from.cx, to.cx), scaledDown(rect.top, from.cy, to.cy),
-            scaledUp(rect.right, from.cx, to.cx), scaledUp(rect.bottom, from.cy, to.cy)};
+    return {{(int)client.cx, (int)client.cy}, {(int)image.cx, (int)image.cy}, 0, {0, 0}};
 }
 
 RECT coveringImageRect(const RECT& device, SIZE client, SIZE image)
 {
-    return coveringRect(device, client, image);
+    return rectFrom(imageCover(fittedViewOf(client, image), pixelRectFrom(device)));
 }
 
 RECT coveringDeviceRect(const RECT& image, SIZE imageSize, SIZE client)
 {
-    return coveringRect(image, imageSize, client);
+    return rectFrom(deviceCover(fittedViewOf(client, imageSize), pixelRectFrom(image)));
 }
 
 POINT pointerIn(HWND window)
@@ -60,11 +48,7 @@ POINT pointerIn(HWND window)
 
 void invalidateImageRect(HWND canvas, const RECT& image, int margin)
 {
-    RECT client;
-    int width, height;
-    GetClientRect(canvas, &client);
-    if (!lockBitmapInfo(editedImage(), &width, &height, nullptr)) return;
-    RECT device = coveringDeviceRect(image, {width, height}, {client.right, client.bottom});
+    RECT device = rectFrom(deviceCover(canvasView, pixelRectFrom(image)));
     InflateRect(&device, margin, margin);
     InvalidateRect(canvas, &device, FALSE);
 }

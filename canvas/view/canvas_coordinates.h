@@ -1,7 +1,11 @@
-// Between image pixels (the canvas's logical units) and the canvas's client area (device units).
+// Between image pixels and the canvas's client area (device units), by the session's view of the canvas.
 #pragma once
 
 #include <windows.h>
+
+#include "canvas/view/view.h"
+
+extern CanvasView canvasView;  // of the running session; a new canvas starts with all zero
 
 // The image pixel under a client point.
 POINT imagePointOf(HWND canvas, POINT client);
@@ -10,7 +14,7 @@ POINT imagePointOf(HWND canvas, POINT client);
 // are drawn. What must not miss a changed pixel takes coveringDeviceRect.
 RECT deviceRectOf(HWND canvas, const RECT& image);
 
-// The smallest rectangle of image pixels whose picture covers a client rectangle.
+// The smallest rectangle of image pixels whose picture covers a client rectangle, fitted.
 RECT coveringImageRect(const RECT& device, SIZE client, SIZE image);
 
 // The smallest client rectangle around the picture of a rectangle of image pixels; never empty unless that is.
