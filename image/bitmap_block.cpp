@@ -1,6 +1,5 @@
 #include "image/bitmap_block.h"
 
-#include "image/packed_bitmap.h"
 #include "image/pixels/pixel_ops.h"
 
 static const uint32_t fixedHeaderBytes = sizeof(BITMAPINFOHEADER);
@@ -38,6 +37,12 @@ BitsView pixelsBehind(const BitmapBlock& block, uint32_t headerBytes)
                         (ptrdiff_t)rowStride(block.width, 24));
 }
 
+MapView mapBehind(const BitmapBlock& block, uint32_t headerBytes)
+{
+    const ptrdiff_t stride = (ptrdiff_t)rowStride(block.width, 8);
+    return {(uint8_t*)block.header + headerBytes + stride * (block.height - 1), -stride, block.width, block.height};
+}
+
 static bool lockPixelsAt(HGLOBAL image, bool fixedHeader, BitmapBlock* block, BitsView* pixels)
 {
     if (!lockBlock(image, block)) return false;
@@ -68,8 +73,7 @@ bool lockMap(HGLOBAL mask, BitmapBlock* block, MapView* map)
         unlockBlock(*block);
         return false;
     }
-    const ptrdiff_t stride = (ptrdiff_t)rowStride(block->width, 8);
-    *map = {(uint8_t*)block->header + headerBytes + stride * (block->height - 1), -stride, block->width, block->height};
+    *map = mapBehind(*block, headerBytes);
     return true;
 }
 
@@ -80,18 +84,4 @@ uint64_t colourTableBytes(const BitmapBlock& block)
         entries = 1u << block.bitCount;
     }
     return entries * sizeof(RGBQUAD);
-}
-
-HGLOBAL cutRect(HGLOBAL image, int left, int top, int width, int height)
-{
-    BitmapBlock from, to;
-    BitsView source, cut;
-    if (!lockPixels(image, &from, &source)) return nullptr;
-    HGLOBAL result = createBitmap(width, height, 24);
-    if (lockPixels(result, &to, &cut)) {
-        copyFromOffset(cut, source, left, top);
-        unlockBlock(to);
-    }
-    unlockBlock(from);
-    return result;
 }

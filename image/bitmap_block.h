@@ -1,4 +1,5 @@
 // A packed bitmap's block while it is locked, with what its header promises and what is really there.
+// Code that uses bitmaps takes the locks of image/bitmap_locks.h, which end with their scope.
 #pragma once
 
 #include <windows.h>
@@ -21,8 +22,9 @@ void unlockBlock(const BitmapBlock& block);
 // behind `headerBytes`.
 bool rowsFit(const BitmapBlock& block, uint64_t headerBytes, int bitsPerPixel);
 
-// The rows behind `headerBytes`, counted from the top. Only after rowsFit(block, headerBytes, 24).
+// The rows behind `headerBytes`, counted from the top. Only after rowsFit(block, headerBytes, 24), or 8 for a map.
 BitsView pixelsBehind(const BitmapBlock& block, uint32_t headerBytes);
+MapView mapBehind(const BitmapBlock& block, uint32_t headerBytes);
 
 // Locks a 24-bit image whose rows are all there behind a header of biSize bytes.
 bool lockPixels(HGLOBAL image, BitmapBlock* block, BitsView* pixels);
@@ -36,6 +38,3 @@ bool lockMap(HGLOBAL mask, BitmapBlock* block, MapView* map);
 
 // Bytes of the colour table: biClrUsed entries, else as many as the depth has colours, none above 8 bits.
 uint64_t colourTableBytes(const BitmapBlock& block);
-
-// The rectangle as a new 24-bit bitmap of exactly its size, black outside the image. 0 on failure.
-HGLOBAL cutRect(HGLOBAL image, int left, int top, int width, int height);

@@ -1,6 +1,6 @@
 #include "image/bitmap_display.h"
 
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "image/packed_bitmap.h"
 
 // GDI takes the colour table from behind the header, where the rows are: both must be inside the block.
@@ -13,17 +13,15 @@ static bool isDrawable(const BitmapBlock& block)
 
 void drawBitmap(HDC dc, HGLOBAL image, const RECT* destination, DWORD rop)
 {
-    BitmapBlock block;
-    if (!destination || !lockBlock(image, &block)) return;
-    if (isDrawable(block)) {
-        const int oldMode = SetStretchBltMode(dc, COLORONCOLOR);
-        StretchDIBits(dc, destination->left, destination->top, destination->right - destination->left,
-                      destination->bottom - destination->top, 0, 0, block.width, block.height,
-                      (const BYTE*)block.header + block.header->biSize, (const BITMAPINFO*)block.header, DIB_RGB_COLORS,
-                      rop);
-        if (oldMode) SetStretchBltMode(dc, oldMode);
-    }
-    unlockBlock(block);
+    const LockedBitmap locked(image);
+    const BitmapBlock& block = locked.block;
+    if (!destination || !locked || !isDrawable(block)) return;
+    const int oldMode = SetStretchBltMode(dc, COLORONCOLOR);
+    StretchDIBits(dc, destination->left, destination->top, destination->right - destination->left,
+                  destination->bottom - destination->top, 0, 0, block.width, block.height,
+                  (const BYTE*)block.header + block.header->biSize, (const BITMAPINFO*)block.header, DIB_RGB_COLORS,
+                  rop);
+    if (oldMode) SetStretchBltMode(dc, oldMode);
 }
 
 // Draws the image as the canvas shows it, black where it has no pixels; the memory DC's corner stands for
@@ -84,8 +82,8 @@ static void paintThroughMemory(HDC target, HDC canvas, HGLOBAL image, const RECT
 
 void paintImageRect(HWND hostDialog, HDC canvasPaintDC, HGLOBAL image, const RECT* rect, OverlayPainter overlay)
 {
-    BitmapBlock block;
-    if (!rect || !lockBlock(image, &block)) return;
+    const LockedBitmap locked(image);
+    if (!rect || !locked) return;
     const int oldMode = SetStretchBltMode(canvasPaintDC, COLORONCOLOR);
     HDC target = GetDC(hostDialog);
     if (target) {
@@ -95,5 +93,4 @@ void paintImageRect(HWND hostDialog, HDC canvasPaintDC, HGLOBAL image, const REC
         ReleaseDC(hostDialog, target);
     }
     if (oldMode) SetStretchBltMode(canvasPaintDC, oldMode);
-    unlockBlock(block);
 }

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
+#include "image/made_bitmap.h"
 #include "image/pixels/pixel_ops.h"
+#include "session/ground/locked_block.h"
 
 void initBitmapHeader(BITMAPINFOHEADER* header, int width, int height, WORD bitCount)
 {
@@ -19,6 +21,13 @@ void initBitmapHeader(BITMAPINFOHEADER* header, int width, int height, WORD bitC
 // Half the address space: pointer differences inside one block must not overflow.
 static const uint64_t largestBlock = SIZE_MAX / 2;
 
+static bool writeHeader(HGLOBAL image, int width, int height, WORD bitCount)
+{
+    const LockedBlock block(image);
+    initBitmapHeader((BITMAPINFOHEADER*)block.bytes, width, height, bitCount);
+    return (bool)block;
+}
+
 HGLOBAL createBitmap(int width, int height, WORD bitCount)
 {
     if (width < 1 || height < 1) return nullptr;
@@ -28,24 +37,18 @@ HGLOBAL createBitmap(int width, int height, WORD bitCount)
 
     HGLOBAL image = GlobalAlloc(GHND, (SIZE_T)(stride * (unsigned)height + sizeof(BITMAPINFOHEADER)));
     if (!image) return nullptr;
-    BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(image);
-    if (!header) {
-        GlobalFree(image);
-        return nullptr;
-    }
-    initBitmapHeader(header, width, height, bitCount);
-    GlobalUnlock(image);
-    return image;
+    if (writeHeader(image, width, height, bitCount)) return image;
+    GlobalFree(image);
+    return nullptr;
 }
 
 int lockBitmapInfo(HGLOBAL image, int* width, int* height, DWORD* bitCount)
 {
-    BitmapBlock block;
-    if (!lockBlock(image, &block)) return 0;
-    if (width) *width = block.width;
-    if (height) *height = block.height;
-    if (bitCount) *bitCount = (DWORD)block.bitCount;
-    unlockBlock(block);
+    const LockedBitmap locked(image);
+    if (!locked) return 0;
+    if (width) *width = locked.block.width;
+    if (height) *height = locked.block.height;
+    if (bitCount) *bitCount = (DWORD)locked.block.bitCount;
     return 1;
 }
 
@@ -86,12 +89,10 @@ void unlockBitmap(HGLOBAL image)
 // Copies the first `size` bytes; both blocks are at least that long.
 static int copyBytes(HGLOBAL destination, HGLOBAL source, SIZE_T size)
 {
-    const void* from = GlobalLock(source);
-    void* to = GlobalLock(destination);
-    if (from && to) memmove(to, from, size);
-    if (to) GlobalUnlock(destination);
-    if (from) GlobalUnlock(source);
-    return from && to;
+    const LockedBlock from(source), to(destination);
+    if (!from || !to) return 0;
+    memmove(to.bytes, from.bytes, size);
+    return 1;
 }
 
 HGLOBAL duplicateBitmap(HGLOBAL image, int copyContents)
@@ -127,16 +128,12 @@ int copyBitmapInto(HGLOBAL destination, HGLOBAL source)
 
 int getPixelColour(HGLOBAL image, int x, int y, COLORREF* colour)
 {
-    BitmapBlock block;
-    BitsView pixels;
-    if (!colour || !lockPixels(image, &block, &pixels)) return 0;
-    const bool inside = x >= 0 && y >= 0 && x < pixels.width && y < pixels.height;
-    if (inside) {
-        const uint8_t* pixel = rowOf(pixels, y) + (ptrdiff_t)x * 3;
-        *colour = RGB(pixel[2], pixel[1], pixel[0]);
-    }
-    unlockBlock(block);
-    return inside;
+    const LockedPixels locked(image);
+    const BitsView& pixels = locked.view;
+    if (!colour || !locked || x < 0 || y < 0 || x >= pixels.width || y >= pixels.height) return 0;
+    const uint8_t* pixel = rowOf(pixels, y) + (ptrdiff_t)x * 3;
+    *colour = RGB(pixel[2], pixel[1], pixel[0]);
+    return 1;
 }
 
 HGLOBAL extractRect(HGLOBAL image, const RECT* rect)
@@ -149,55 +146,44 @@ HGLOBAL extractRect(HGLOBAL image, const RECT* rect)
     return cutRect(image, rect->left, rect->top, (int)width, (int)height);
 }
 
+HGLOBAL cutRect(HGLOBAL image, int left, int top, int width, int height)
+{
+    const LockedPixels source(image);
+    if (!source) return nullptr;
+    return makePixels(width, height, [&](const LockedPixels& cut) {
+        copyFromOffset(cut.view, source.view, left, top);
+        return true;
+    });
+}
+
 HGLOBAL extractRectMasked(HGLOBAL image, HGLOBAL mask, int x, int y, int width, int height, COLORREF fill)
 {
-    BitmapBlock maskBlock, cutBlock;
-    MapView map;
-    BitsView pixels;
-    if (!lockMap(mask, &maskBlock, &map)) return nullptr;
+    const LockedMap map(mask);
+    if (!map) return nullptr;
     const int64_t right = std::min<int64_t>((int64_t)x + width, INT32_MAX);
     const int64_t bottom = std::min<int64_t>((int64_t)y + height, INT32_MAX);
     const RECT rect = {x, y, (LONG)std::max<int64_t>(right, INT32_MIN), (LONG)std::max<int64_t>(bottom, INT32_MIN)};
-    HGLOBAL cut = extractRect(image, &rect);
-    if (lockPixels(cut, &cutBlock, &pixels)) {
-        fillWhereMapIsZero(pixels, map, rgbFromColorref(fill));
-        unlockBlock(cutBlock);
-    }
-    unlockBlock(maskBlock);
-    return cut;
+    return changedOrFreed(extractRect(image, &rect), [&](const LockedPixels& cut) {
+        fillWhereMapIsZero(cut.view, map.view, rgbFromColorref(fill));
+        return true;
+    });
 }
 
 INT_PTR pasteRect(HGLOBAL destination, HGLOBAL source, const RECT* rect)
 {
-    BitmapBlock to, from;
-    BitsView destinationPixels, sourcePixels;
-    if (!rect || !lockPixelsBehind40(destination, &to, &destinationPixels)) return 0;
-    INT_PTR result = 0;
-    if (lockPixelsBehind40(source, &from, &sourcePixels)) {
-        // A source that misses the destination answers with its own handle: nonzero, nothing copied.
-        result = pasteWithByteSkip(destinationPixels, sourcePixels, rect->left, rect->top) ? 1 : (INT_PTR)source;
-        unlockBlock(from);
-    }
-    unlockBlock(to);
-    return result;
+    const LockedPixels to(destination, BEHIND_40_BYTES), from(source, BEHIND_40_BYTES);
+    if (!rect || !to || !from) return 0;
+    // A source that misses the destination answers with its own handle: nonzero, nothing copied.
+    return pasteWithByteSkip(to.view, from.view, rect->left, rect->top) ? 1 : (INT_PTR)source;
 }
 
 int pasteMasked(HGLOBAL destination, HGLOBAL source, HGLOBAL mask, POINT at)
 {
-    BitmapBlock to, from, maskBlock;
-    BitsView destinationPixels, sourcePixels, maskPixels;
-    if (!lockPixelsBehind40(destination, &to, &destinationPixels)) return 0;
-    int done = 0;
-    if (lockPixelsBehind40(source, &from, &sourcePixels)) {
-        if (lockPixelsBehind40(mask, &maskBlock, &maskPixels)) {
-            done = maskPixels.width == sourcePixels.width && maskPixels.height == sourcePixels.height;
-            if (done) mergeMasked(destinationPixels, sourcePixels, maskPixels, at.x, at.y);
-            unlockBlock(maskBlock);
-        }
-        unlockBlock(from);
-    }
-    unlockBlock(to);
-    return done;
+    const LockedPixels to(destination, BEHIND_40_BYTES), from(source, BEHIND_40_BYTES), marks(mask, BEHIND_40_BYTES);
+    if (!to || !from || !marks) return 0;
+    if (marks.view.width != from.view.width || marks.view.height != from.view.height) return 0;
+    mergeMasked(to.view, from.view, marks.view, at.x, at.y);
+    return 1;
 }
 
 // Bytes of a pixel at the depths that can be flipped, 0 at all others.
@@ -212,67 +198,56 @@ static int flippableBytesPerPixel(int bitCount)
     }
 }
 
-// Locks an image that can be flipped: at least 2 by 2, its rows all there behind biSize bytes.
-static bool lockFlippable(HGLOBAL image, BitmapBlock* block, uint8_t** rows, ptrdiff_t* rowBytes)
+// The rows of a locked image that can be flipped: at least 2 by 2, all there behind biSize bytes. Null otherwise.
+static uint8_t* flippableRows(const LockedBitmap& image, ptrdiff_t* rowBytes)
 {
-    if (!lockBlock(image, block)) return false;
-    const int bits = flippableBytesPerPixel(block->bitCount) * 8;
-    if (bits == 0 || block->width < 2 || block->height < 2 || !rowsFit(*block, block->header->biSize, bits)) {
-        unlockBlock(*block);
-        return false;
-    }
-    *rows = (uint8_t*)block->header + block->header->biSize;
-    *rowBytes = (ptrdiff_t)rowStride(block->width, bits);
-    return true;
+    const BitmapBlock& block = image.block;
+    const int bits = flippableBytesPerPixel(block.bitCount) * 8;
+    if (!image || bits == 0 || block.width < 2 || block.height < 2) return nullptr;
+    if (!rowsFit(block, block.header->biSize, bits)) return nullptr;
+    *rowBytes = (ptrdiff_t)rowStride(block.width, bits);
+    return (uint8_t*)block.header + block.header->biSize;
 }
 
 int flipVertical(HGLOBAL image)
 {
-    BitmapBlock block;
-    uint8_t* rows;
+    const LockedBitmap locked(image);
     ptrdiff_t rowBytes;
-    if (!lockFlippable(image, &block, &rows, &rowBytes)) return 0;
-    reverseAllButLastRow(rows, rowBytes, block.height);
-    unlockBlock(block);
+    uint8_t* const rows = flippableRows(locked, &rowBytes);
+    if (!rows) return 0;
+    reverseAllButLastRow(rows, rowBytes, locked.block.height);
     return 1;
 }
 
 // Only 24-bit rows are mirrored; rows of the other depths become zero, which is meant.
 int flipHorizontal(HGLOBAL image)
 {
-    BitmapBlock block;
-    uint8_t* rows;
+    const LockedBitmap locked(image);
+    const BitmapBlock& block = locked.block;
     ptrdiff_t rowBytes;
-    if (!lockFlippable(image, &block, &rows, &rowBytes)) return 0;
+    uint8_t* const rows = flippableRows(locked, &rowBytes);
+    if (!rows) return 0;
     if (block.bitCount == 24) {
         mirrorRows(bottomUpView(rows, block.width, block.height, rowBytes));
     } else {
         memset(rows, 0, (size_t)rowBytes * (size_t)block.height);
     }
-    unlockBlock(block);
     return 1;
-}
-
-// Writes the resampled source into the new bitmap; when that fails the bitmap stays black.
-static void resampleInto(HGLOBAL scaled, const BitsView& source)
-{
-    BitmapBlock block;
-    BitsView result;
-    if (!lockPixels(scaled, &block, &result)) return;
-    scaleNearest(result, source);
-    unlockBlock(block);
 }
 
 HGLOBAL scaleBitmap(HGLOBAL image, int width, int height)
 {
-    BitmapBlock block;
-    if (width < 1 || height < 1 || !lockBlock(image, &block)) return nullptr;
-    const bool scalable =
-        (block.bitCount == 8 || block.bitCount == 24) && rowsFit(block, block.header->biSize, block.bitCount);
-    HGLOBAL scaled = scalable ? createBitmap(width, height, (WORD)block.bitCount) : nullptr;
-    if (scaled && block.bitCount == 24) resampleInto(scaled, pixelsBehind(block, block.header->biSize));
-    unlockBlock(block);
-    return scaled;
+    const LockedBitmap locked(image);
+    const BitmapBlock& block = locked.block;
+    if (!locked || width < 1 || height < 1) return nullptr;
+    if (block.bitCount != 8 && block.bitCount != 24) return nullptr;
+    if (!rowsFit(block, block.header->biSize, block.bitCount)) return nullptr;
+    if (block.bitCount == 8) return createBitmap(width, height, 8);
+    const BitsView source = pixelsBehind(block, block.header->biSize);
+    return makePixels(width, height, [&](const LockedPixels& scaled) {
+        scaleNearest(scaled.view, source);
+        return true;
+    });
 }
 
 static bool isKnownDepth(int bitCount)
@@ -282,14 +257,13 @@ static bool isKnownDepth(int bitCount)
 
 bool isSoundBitmap(HGLOBAL image)
 {
-    BitmapBlock block;
-    if (!lockBlock(image, &block)) return false;
+    const LockedBitmap locked(image);
+    if (!locked) return false;
+    const BitmapBlock& block = locked.block;
     // Pastes count on a header of exactly 40 bytes, so no other size is sound.
-    const bool sound = block.header->biSize == sizeof(BITMAPINFOHEADER) && block.header->biPlanes == 1 &&
-                       block.header->biCompression == BI_RGB && isKnownDepth(block.bitCount) &&
-                       rowsFit(block, block.header->biSize + colourTableBytes(block), block.bitCount);
-    unlockBlock(block);
-    return sound;
+    return block.header->biSize == sizeof(BITMAPINFOHEADER) && block.header->biPlanes == 1 &&
+           block.header->biCompression == BI_RGB && isKnownDepth(block.bitCount) &&
+           rowsFit(block, block.header->biSize + colourTableBytes(block), block.bitCount);
 }
 
 BitsView viewOfBits(BYTE* bits, int width, int height)

@@ -31,7 +31,7 @@ int bitmapHeight(HGLOBAL image);
 
 // Locks the block, leaves it locked, and returns its first stored (bottom) row, behind the header and
 // the colour table. Null for a null handle, and when the block does not hold what the header promises.
-// 8-bit bitmaps made here store no colour table: theirs are locked with lockMap of bitmap_block.h.
+// 8-bit bitmaps made here store no colour table: theirs are locked with LockedMap of bitmap_locks.h.
 // Pair with unlockBitmap.
 BYTE* lockBitmapBits(HGLOBAL image);
 void unlockBitmap(HGLOBAL image);
@@ -55,6 +55,9 @@ int getPixelColour(HGLOBAL image, int x, int y, COLORREF* colour);
 // The rectangle as a new 24-bit bitmap, at most as wide and high as the image; what lies outside the
 // image is black.
 HGLOBAL extractRect(HGLOBAL image, const RECT* rect);
+
+// The rectangle as a new 24-bit bitmap of exactly its size, black outside the image.
+HGLOBAL cutRect(HGLOBAL image, int left, int top, int width, int height);
 
 // extractRect of (x, y, x + width, y + height); pixels whose cell of the 8-bit mask is 0 become fill.
 HGLOBAL extractRectMasked(HGLOBAL image, HGLOBAL mask, int x, int y, int width, int height, COLORREF fill);

@@ -2,8 +2,8 @@
 
 #include <cwchar>
 
-#include "image/bitmap_block.h"
-#include "image/packed_bitmap.h"
+#include "image/bitmap_locks.h"
+#include "image/made_bitmap.h"
 #include "library/format/tiff_reader.h"
 #include "library/format/tiff_writer.h"
 #include "session/ground/session_record.h"
@@ -16,25 +16,17 @@ static bool writeToHandle(void* context, const void* bytes, uint32_t count)
     return WriteFile((HANDLE)context, bytes, count, &written, nullptr) && written == count;
 }
 
-static Resolution resolutionOf(const BitmapBlock& block)
+static Resolution resolutionOf(const LockedPixels& pixels)
 {
-    return {block.header->biXPelsPerMeter, block.header->biYPelsPerMeter};
+    return {pixels.header()->biXPelsPerMeter, pixels.header()->biYPelsPerMeter};
 }
 
 static bool writeBitmaps(HANDLE file, HGLOBAL image, HGLOBAL mask)
 {
-    BitmapBlock imageBlock, maskBlock;
-    SelectionImages selection;
-    if (!lockPixels(image, &imageBlock, &selection.image)) return false;
-    bool written = false;
-    if (lockPixels(mask, &maskBlock, &selection.mask)) {
-        selection.imageResolution = resolutionOf(imageBlock);
-        selection.maskResolution = resolutionOf(maskBlock);
-        written = writeSelectionImages(ByteSink{writeToHandle, file}, selection);
-        unlockBlock(maskBlock);
-    }
-    unlockBlock(imageBlock);
-    return written;
+    const LockedPixels pixels(image), marks(mask);
+    if (!pixels || !marks) return false;
+    const SelectionImages selection = {pixels.view, marks.view, resolutionOf(pixels), resolutionOf(marks)};
+    return writeSelectionImages(ByteSink{writeToHandle, file}, selection);
 }
 
 // The name under which a file is written: as long as its own (which may be the longest that the system
@@ -120,20 +112,11 @@ typedef bool (*ReadPixels)(const ByteSource& source, const SelectionDescription&
 static HGLOBAL readBitmap(const ByteSource& source, const SelectionDescription& description, int width, int height,
                           ReadPixels read)
 {
-    BitmapBlock block;
-    BitsView pixels;
-    HGLOBAL image = createBitmap(width, height, 24);
-    if (!image) return nullptr;
-    bool done = false;
-    if (lockPixels(image, &block, &pixels)) {
-        block.header->biXPelsPerMeter = description.xPelsPerMetre;
-        block.header->biYPelsPerMeter = description.yPelsPerMetre;
-        done = read(source, description, pixels);
-        unlockBlock(block);
-    }
-    if (done) return image;
-    GlobalFree(image);
-    return nullptr;
+    return makePixels(width, height, [&](const LockedPixels& pixels) {
+        pixels.header()->biXPelsPerMeter = description.xPelsPerMetre;
+        pixels.header()->biYPelsPerMeter = description.yPelsPerMetre;
+        return read(source, description, pixels.view);
+    });
 }
 
 HGLOBAL readSelectionThumbnail(const WCHAR* path)

@@ -3,8 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "image/bitmap_block.h"
-#include "image/packed_bitmap.h"
+#include "image/made_bitmap.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/kernels/text_stamp.h"
@@ -41,20 +40,23 @@ void closeContext(const TextContext& context)
     DeleteDC(context.dc);
 }
 
-// The strip as a 24-bit bitmap; the caller frees it.
+bool copyStripBits(const LockedPixels& pixels, SIZE size)
+{
+    BITMAPINFO info = {};
+    initBitmapHeader(&info.bmiHeader, size.cx, size.cy, 24);
+    BYTE* const bits = (BYTE*)(pixels.header() + 1);
+    const HDC dc = CreateCompatibleDC(nullptr);
+    if (!dc) return false;
+    const int rows = GetDIBits(dc, session->textStrip, 0, (UINT)size.cy, bits, &info, DIB_RGB_COLORS);
+    DeleteDC(dc);
+    return rows == size.cy;
+}
+
+// The strip as a 24-bit bitmap; the caller frees it. Null on failure.
 HGLOBAL stripPixels()
 {
     const SIZE size = stripSize();
-    const HGLOBAL pixels = createBitmap(size.cx, size.cy, 24);
-    BYTE* bits = lockBitmapBits(pixels);
-    if (!bits) return pixels;
-    BITMAPINFO info = {};
-    initBitmapHeader(&info.bmiHeader, size.cx, size.cy, 24);
-    const HDC dc = CreateCompatibleDC(nullptr);
-    GetDIBits(dc, session->textStrip, 0, (UINT)size.cy, bits, &info, DIB_RGB_COLORS);
-    DeleteDC(dc);
-    unlockBitmap(pixels);
-    return pixels;
+    return makePixels(size.cx, size.cy, [&](const LockedPixels& pixels) { return copyStripBits(pixels, size); });
 }
 
 }  // namespace
@@ -151,20 +153,19 @@ void drawTextStrip(HDC dc)
     closeContext(strip);
 }
 
+static bool stampPixels(HGLOBAL pixels)
+{
+    const LockedPixels strip(pixels), image(editedImage());
+    if (!strip || !image) return false;
+    stampText(image.view, strip.view, session->textOriginY, rgbFromColorref(session->paintColour),
+              (int)session->opacity);
+    return true;
+}
+
 bool stampTextStrip()
 {
     const HGLOBAL pixels = stripPixels();
-    BitmapBlock imageBlock, stripBlock;
-    BitsView image, strip;
-    bool stamped = false;
-    if (lockPixels(pixels, &stripBlock, &strip)) {
-        stamped = lockPixels(editedImage(), &imageBlock, &image);
-        if (stamped) {
-            stampText(image, strip, session->textOriginY, rgbFromColorref(session->paintColour), (int)session->opacity);
-            unlockBlock(imageBlock);
-        }
-        unlockBlock(stripBlock);
-    }
+    const bool stamped = stampPixels(pixels);
     if (pixels) GlobalFree(pixels);
     return stamped;
 }

@@ -6,6 +6,7 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
+#include "session/ground/locked_block.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/kernels/text_line.h"
@@ -18,16 +19,18 @@ constexpr int CARET_WIDTH = 2;
 // A double-byte character arrives as two messages: its first byte waits here (0: none) for the second.
 char waitingLeadByte;
 
-// textBuffer stays locked for the time of one operation.
-TextLine openLine()
-{
-    return {(char*)GlobalLock(session->textBuffer), &session->caretIndex, textLeadBytes()};
-}
+// textBuffer stays locked for the time of one operation. False while no line is open, and when the buffer
+// cannot be locked: then the operation does not happen.
+struct OpenLine {
+    OpenLine() : buffer(session->textBuffer), line{(char*)buffer.bytes, &session->caretIndex, {}}
+    {
+        if (buffer) line.leads = textLeadBytes();
+    }
+    explicit operator bool() const { return (bool)buffer; }
 
-void closeLine()
-{
-    GlobalUnlock(session->textBuffer);
-}
+    LockedBlock buffer;
+    TextLine line;
+};
 
 bool lineIsOpen()
 {
@@ -103,20 +106,27 @@ void startLineAt(HWND canvas, const TextLine& line, int x, int y)
     showTextCaret(canvas);
 }
 
+void freeLine()
+{
+    if (session->textBuffer) GlobalFree(session->textBuffer);
+    session->textBuffer = nullptr;
+    freeTextStrip();
+}
+
 int openFirstLine(HWND canvas, int x, int y)
 {
     endText(canvas);
     int imageWidth;
     if (!lockBitmapInfo(editedImage(), &imageWidth, nullptr, nullptr) || !createTextStrip(imageWidth)) return 0;
     session->textBuffer = GlobalAlloc(GHND, TEXT_BUFFER_SIZE);
-    if (!session->textBuffer) {
-        freeTextStrip();
+    const OpenLine open;
+    if (!open) {
+        freeLine();
         return 0;
     }
     // Typing goes to the window with the focus.
     if (GetFocus() != canvas) SetFocus(canvas);
-    startLineAt(canvas, openLine(), x, y - textLineHeight());
-    closeLine();
+    startLineAt(canvas, open.line, x, y - textLineHeight());
     return 1;
 }
 
@@ -207,39 +217,35 @@ bool editByCharacter(const TextLine& line, UINT character)
 int textClick(HWND canvas, int x, int y)
 {
     if (!lineIsOpen()) return openFirstLine(canvas, x, y);
-    const TextLine line = openLine();
+    const OpenLine open;
+    if (!open) return 1;
     if (insideStrip(x, y)) {
-        moveCaretToPoint(canvas, line, x);
+        moveCaretToPoint(canvas, open.line, x);
     } else {
         stampLine(canvas);
-        startLineAt(canvas, line, x, y - textLineHeight() / 2);
+        startLineAt(canvas, open.line, x, y - textLineHeight() / 2);
     }
-    closeLine();
     return 1;
 }
 
 void textKeyDown(HWND canvas, UINT key)
 {
-    if (!lineIsOpen()) return;
-    if (key == VK_ESCAPE) return endText(canvas);
-    const TextLine line = openLine();
+    if (lineIsOpen() && key == VK_ESCAPE) return endText(canvas);
+    const OpenLine open;
+    if (!open) return;
     if (key == VK_RETURN) {
-        enterLine(canvas, line);
-    } else if (!moveCaretByKey(canvas, line, key)) {
-        editByKey(canvas, line, key);
+        enterLine(canvas, open.line);
+    } else if (!moveCaretByKey(canvas, open.line, key)) {
+        editByKey(canvas, open.line, key);
     }
-    closeLine();
 }
 
 void textChar(HWND canvas, UINT character)
 {
-    if (!lineIsOpen()) return;
-    const TextLine line = openLine();
-    if (editByCharacter(line, character)) {
-        moveCaret(canvas, line);
-        renderLine(canvas, line);
-    }
-    closeLine();
+    const OpenLine open;
+    if (!open || !editByCharacter(open.line, character)) return;
+    moveCaret(canvas, open.line);
+    renderLine(canvas, open.line);
 }
 
 void paintTextOverlay(HWND canvas, HDC dc)
@@ -252,13 +258,9 @@ void paintTextOverlay(HWND canvas, HDC dc)
 
 void endText(HWND canvas)
 {
-    if (lineIsOpen()) {
-        invalidateStrip(canvas);
-        GlobalFree(session->textBuffer);
-        session->textBuffer = nullptr;
-    }
+    if (lineIsOpen()) invalidateStrip(canvas);
     dropTextCaret(canvas);
-    freeTextStrip();
+    freeLine();
     session->caretIndex = 0;
     waitingLeadByte = 0;
 }
