@@ -6,6 +6,7 @@
 #include "image/bitmap_block.h"
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
+#include "selection/selection_drawing.h"
 #include "selection/selection_state.h"
 #include "session/ground/session_record.h"
 

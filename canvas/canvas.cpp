@@ -9,6 +9,7 @@
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection.h"
+#include "selection/selection_drawing.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"

@@ -7,6 +7,7 @@
 #include "selection/geometry/outline_brush.h"
 #include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
+#include "selection/selection_drawing.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_state.h"
 #include "session/ground/session_record.h"
@@ -31,11 +32,9 @@ BrushDab dabAt(POINT at)
 
 void eraseFrame()
 {
-    RECT outer = session->frameOuterRect;
     SetRectEmpty(&session->frameInnerRect);
     SetRectEmpty(&session->frameOuterRect);
-    InflateRect(&outer, 1, 1);
-    redrawSelectionMoved(outer);
+    redrawSelection();
 }
 
 void showFrameAgain()
@@ -60,12 +59,8 @@ void takeDabbedOutline(const Outline& outline)
     if (computeCrossingBounds(outline.crossings, bounds)) session->reshapeRect = rectOf(bounds);
 }
 
-void redrawDab(HWND canvas, const PointBox& before)
+void redrawDab()
 {
-    const PointBox now = boxOfPoints(session->outlinePoints, session->outlinePointCount);
-    for (const PointBox& box : {before, now}) {
-        invalidateImageRect(canvas, {box.minX, box.minY, box.maxX + 1, box.maxY + 1}, 1);
-    }
     redrawSelection();
     if (session->libraryDialog) UpdateWindow(session->libraryDialog);
 }
@@ -84,9 +79,8 @@ void dabOutline(HWND canvas, POINT at)
     const bool replayed = replayOutline(outline, session->rowCount, points, count) && !outline.incomplete;
     freeOutlinePoints(points);
     if (!replayed || !keepOutline()) return freeOutline(outline);
-    const PointBox before = boxOfPoints(session->outlinePoints, session->outlinePointCount);
     takeDabbedOutline(outline);
-    redrawDab(canvas, before);
+    redrawDab();
 }
 
 Outline takeWorkingOutline()

@@ -3,6 +3,7 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
+#include "selection/selection_drawing.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_state.h"
 #include "selection/selection_tracking.h"

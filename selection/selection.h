@@ -15,9 +15,6 @@ void releaseSelection(HWND canvas, POINT at);
 void pressOutlineBrush(HWND canvas, POINT at);
 void releaseOutlineBrush();
 
-// Draws the floating selection, its outline and its frame; logical units of the canvas.
-void drawSelection(HDC dc);
-
 // Sets the cursor for the part of the frame under the pointer. False when the pointer is on none: the
 // tool's own cursor shows.
 bool setSelectionCursor(HWND canvas);

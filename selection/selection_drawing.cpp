@@ -2,12 +2,15 @@
 // canvas, that is image pixels.
 #include <initializer_list>
 
+#include "canvas/view/canvas_coordinates.h"
 #include "image/bitmap_block.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
-#include "selection/selection.h"
+#include "selection/selection_drawing.h"
 #include "selection/geometry/selection_images.h"
+#include "selection/selection_progress.h"
 #include "selection/selection_state.h"
+#include "selection/selection_tracking.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
@@ -108,12 +111,19 @@ void blacken(HDC dc, int left, int top, int right, int bottom)
     PatBlt(dc, left, top, right - left, bottom - top, BLACKNESS);
 }
 
+// The rectangle of the close button's cross. Turned inside out, and beyond the button, where that is small.
+RECT crossRect()
+{
+    RECT r = session->closeButton;
+    InflateRect(&r, -5, -1);
+    return r;
+}
+
 // The corner cells and the centre of a three-by-three grid: a cross.
 void drawCloseButton(HDC dc)
 {
     drawFace(dc, session->closeButton);
-    RECT r = session->closeButton;
-    InflateRect(&r, -5, -1);
+    const RECT r = crossRect();
     const int w = (r.right - r.left) / 3, h = (r.bottom - r.top) / 3;
     blacken(dc, r.left, r.top, r.left + w, r.top + h);
     blacken(dc, r.right - w, r.top, r.right, r.top + h);
@@ -142,6 +152,38 @@ void drawFaces(HDC dc)
     }
 }
 
+// ---- where all this is
+
+void include(RECT& box, const RECT& part)
+{
+    box = {part.left < box.left ? part.left : box.left, part.top < box.top ? part.top : box.top,
+           part.right > box.right ? part.right : box.right, part.bottom > box.bottom ? part.bottom : box.bottom};
+}
+
+// Buttons as deep as a large frame's stick out of a small one.
+void includeFrame(RECT& box)
+{
+    const RECT cross = crossRect();
+    include(box, session->frameOuterRect);
+    include(box, cross);
+    include(box, {cross.right, cross.bottom, cross.left, cross.top});
+    const FrameButtons buttons = frameButtons();
+    for (const PixelRect& button : buttons.rects)
+        include(box, rectOf(button));
+}
+
+// Everything that drawSelection draws, but for what follows the pointer.
+RECT pictureRect()
+{
+    if (!session->outlinePoints || session->outlinePointCount < 1) return {0, 0, 0, 0};
+    const PointBox dots = boxOfPoints(session->outlinePoints, session->outlinePointCount);
+    RECT box = {dots.minX, dots.minY, dots.maxX + 1, dots.maxY + 1};
+    if (!IsRectEmpty(&session->selectionRect)) include(box, session->selectionRect);
+    if (!IsRectEmpty(&session->frameInnerRect)) includeFrame(box);
+    InflateRect(&box, 2, 2);  // lines lie on the sides of their rectangles
+    return box;
+}
+
 }  // namespace
 
 void drawSelection(HDC dc)
@@ -157,4 +199,23 @@ void drawSelection(HDC dc)
         drawFaces(dc);
     }
     RestoreDC(dc, saved);
+    drawTracking(dc);
+}
+
+void showSelection(HWND canvas)
+{
+    const HDC dc = GetDC(canvas);
+    drawSelection(dc);
+    ReleaseDC(canvas, dc);
+    selectionProgress.painted = pictureRect();
+}
+
+void redrawSelection()
+{
+    const RECT before = selectionProgress.painted, now = pictureRect();
+    selectionProgress.painted = now;
+    if (!session->canvasWindow || (IsRectEmpty(&before) && IsRectEmpty(&now))) return;
+    for (const RECT& part : {before, now})
+        if (!IsRectEmpty(&part)) invalidateImageRect(session->canvasWindow, part, 1);
+    UpdateWindow(session->canvasWindow);
 }

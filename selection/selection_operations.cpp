@@ -8,6 +8,7 @@
 #include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
 #include "selection/geometry/selection_images.h"
+#include "selection/selection_drawing.h"
 #include "selection/selection_state.h"
 #include "selection/geometry/selection_transform.h"
 #include "selection/geometry/span_rows.h"
@@ -289,7 +290,6 @@ void moveSelectionBy(int dx, int dy)
         freeCrossings(movedA);
         return;
     }
-    const RECT before = session->selectionOuterRect;
     movePoints(session->outlinePoints, session->outlinePointCount, dx, dy);
     for (int i = 0; i < session->referencePointCountA; ++i) {  // unclipped: turning out and back loses nothing
         session->referencePointsA[i].x += dx;
@@ -304,38 +304,35 @@ void moveSelectionBy(int dx, int dy)
     OffsetRect(&rect, dx, dy);
     setSelectionRect(pixelRectOf(rect));
     session->selectionHomeRect = session->selectionRect;
-    redrawSelectionMoved(before);
+    redrawSelection();
 }
 
 void resizeSelectionTo(const RECT& rect)
 {
     if (EqualRect(&rect, &session->selectionRect) || IsRectEmpty(&rect)) return;
-    const RECT before = session->selectionOuterRect;
     Shape shape = {};
     if (!makeResized(pixelRectOf(rect), shape) || !copyShownImages(shape)) return freeShape(shape);
     takeShape(shape);
     session->selectionRotation = 0;
     storeReferenceA();
-    redrawSelectionMoved(before);
+    redrawSelection();
 }
 
 void rotateSelectionBy(int degrees)
 {
     if (degrees == 0) return;
     const int rotation = addRotation(session->selectionRotation, degrees);
-    const RECT before = session->selectionOuterRect;
     Shape shape = {};
     // An empty result keeps state and angle.
     if (!makeRotated(rotation, shape) || !copyShownImages(shape)) return freeShape(shape);
     takeShape(shape);
     session->selectionRotation = rotation;
     storeReferenceB();
-    redrawSelectionMoved(before);
+    redrawSelection();
 }
 
 bool takeReshapedOutline(Outline& outline)
 {
-    const RECT before = session->selectionOuterRect;
     Shape shape = {outline.points, outline.pointCount, outline.crossings, {}, nullptr, nullptr, nullptr, nullptr};
     outline = {};
     if (!computeCrossingBounds(shape.crossings, shape.rect) || !createImages(shape) || !rebuildPixels(shape) ||
@@ -348,15 +345,8 @@ bool takeReshapedOutline(Outline& outline)
     session->selectionReshaped = !EqualRect(&home, &session->selectionRect);
     storeReferences();
     session->selectionActive = 1;
-    redrawSelectionMoved(before);
+    redrawSelection();
     return true;
-}
-
-void showSelection(HWND canvas)
-{
-    const HDC dc = GetDC(canvas);
-    drawSelection(dc);
-    ReleaseDC(canvas, dc);
 }
 
 RECT canvasArea(HWND canvas)

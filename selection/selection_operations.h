@@ -20,8 +20,5 @@ void rotateSelectionBy(int degrees);
 // nothing, or memory is short) the selection stays as it was.
 bool takeReshapedOutline(Outline& outline);
 
-// Draws the selection on the canvas at once.
-void showSelection(HWND canvas);
-
 // The canvas's client area in image pixels.
 RECT canvasArea(HWND canvas);

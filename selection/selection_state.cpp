@@ -10,6 +10,8 @@
 #include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
 #include "selection/geometry/selection_images.h"
+#include "selection/selection_drawing.h"
+#include "selection/selection_progress.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
@@ -61,27 +63,6 @@ void freeReferences()
          {&session->referenceImageA, &session->referenceMaskA, &session->referenceImageB, &session->referenceMaskB}) {
         freeImage(*image);
     }
-}
-
-// Where the picture of a rectangle that vanishes must be painted again.
-void eraseRect(RECT& rect)
-{
-    if (IsRectEmpty(&rect)) return;
-    RECT grown = rect;
-    InflateRect(&grown, 1, 1);
-    if (session->canvasWindow) {
-        invalidateImageRect(session->canvasWindow, grown, 1);
-        UpdateWindow(session->canvasWindow);
-    }
-    SetRectEmpty(&rect);
-}
-
-// Where the dotted line of an outline is.
-RECT drawnOutline()
-{
-    if (!session->outlinePoints) return {0, 0, 0, 0};
-    const PointBox box = boxOfPoints(session->outlinePoints, session->outlinePointCount);
-    return {box.minX, box.minY, box.maxX + 1, box.maxY + 1};
 }
 
 void dropComposite()
@@ -358,24 +339,13 @@ bool floatOutline()
     return deriveShownImages() && storeReferences();
 }
 
-void redrawSelection()
-{
-    redrawSelectionMoved(session->selectionOuterRect);
-}
-
-void redrawSelectionMoved(const RECT& before)
-{
-    if (!session->canvasWindow || IsRectEmpty(&session->selectionOuterRect)) return;
-    invalidateImageRect(session->canvasWindow, before, 1);
-    invalidateImageRect(session->canvasWindow, session->selectionOuterRect, 1);
-    UpdateWindow(session->canvasWindow);
-}
-
 void clearSelection()
 {
     session->selectionActive = 0;
     session->selectionRotation = 0;
-    RECT shown = session->selectionRect, outer = session->selectionOuterRect, drawn = drawnOutline();
+    session->rotatingSelection = 0;
+    session->trackingSelection = 0;
+    session->selectionHitCode = 0;
     freeWorkingOutline();
     for (RECT* rect :
          {&session->selectionRect, &session->frameInnerRect, &session->selectionOuterRect, &session->frameOuterRect}) {
@@ -384,7 +354,6 @@ void clearSelection()
     freeImages();
     dropComposite();
     freeReferences();
-    eraseRect(shown);
-    eraseRect(outer);
-    eraseRect(drawn);
+    redrawSelection();
+    selectionProgress = {};
 }

@@ -63,7 +63,3 @@ bool replacePoints(PixelPoint*& field, const PixelPoint* from, int count);
 BandUnit frameBand();
 FrameMetrics frameMetrics();
 FrameButtons frameButtons();
-
-// Invalidates the canvas where the selection with its frame is, and was at `before`, and paints it.
-void redrawSelection();
-void redrawSelectionMoved(const RECT& before);

@@ -3,6 +3,7 @@
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/cursor_outline.h"
 #include "selection/selection_operations.h"
+#include "selection/selection_progress.h"
 #include "selection/selection_state.h"
 #include "selection/geometry/selection_transform.h"
 #include "session/ground/module_state.h"
@@ -10,9 +11,6 @@
 #include "resources/resource_ids.h"  // last: its names are macros
 
 namespace {
-
-AngleTrack rotationTrack;
-POINT rotatedFrame[5];  // the turned frame on the screen, closed, image pixels
 
 PixelPoint hostPointOf(HWND canvas, POINT at)
 {
@@ -39,24 +37,53 @@ RECT imageRectOf(HWND canvas, const RECT& hostRect)
 
 // ---- rubber band: three nested focus rectangles; drawn twice, they are gone
 
-void invertBand()
+void drawBand(HDC dc, RECT band)
 {
-    const HDC dc = GetDC(session->hostDialog);
-    RECT band = session->trackRect;
     for (int i = 0; i < 3; ++i) {
         DrawFocusRect(dc, &band);
         InflateRect(&band, -1, -1);
     }
+}
+
+void invertBand()
+{
+    const HDC dc = GetDC(session->hostDialog);
+    drawBand(dc, session->trackRect);
     ReleaseDC(session->hostDialog, dc);
+}
+
+// The point of the canvas that the corner of `dc` stands for.
+POINT cornerOf(HDC dc)
+{
+    POINT origin, canvasOrigin;
+    GetViewportOrgEx(dc, &origin);
+    const HDC canvas = GetDC(session->canvasWindow);
+    GetViewportOrgEx(canvas, &canvasOrigin);
+    ReleaseDC(session->canvasWindow, canvas);
+    return {canvasOrigin.x - origin.x, canvasOrigin.y - origin.y};
+}
+
+// The band on another device context: pixel for pixel where it is on the host dialog's own.
+void drawBandOn(HDC dc)
+{
+    const POINT corner = cornerOf(dc);
+    RECT band = session->trackRect;
+    MapWindowPoints(session->hostDialog, session->canvasWindow, (POINT*)&band, 2);
+    OffsetRect(&band, -corner.x, -corner.y);
+    SetMapMode(dc, MM_TEXT);
+    SetWindowOrgEx(dc, 0, 0, nullptr);
+    SetViewportOrgEx(dc, 0, 0, nullptr);
+    SetBrushOrgEx(dc, -corner.x, -corner.y, nullptr);  // where the dots come from a brush
+    drawBand(dc, band);
 }
 
 void beginBand(HWND canvas, POINT at, int hit)
 {
-    session->trackingSelection = 1;
     hideOutline(canvas);
     session->trackRect = hostRectOf(canvas, session->selectionRect);
     const PixelPoint grab = bandGrabOffset(pixelRectOf(session->trackRect), hit, hostPointOf(canvas, at));
     session->trackGrabOffset = {grab.x, grab.y};
+    session->trackingSelection = 1;
     invertBand();
     if (hit == HIT_INSIDE) SetCursor(LoadCursorA(moduleInstance, MAKEINTRESOURCEA(CURSOR_DRAG_DIALOG)));
 }
@@ -82,6 +109,7 @@ void dragBand(HWND canvas, POINT at)
 void endBand(HWND canvas)
 {
     invertBand();
+    session->trackingSelection = 0;
     SetCursor(LoadCursorA(nullptr, (LPCSTR)IDC_ARROW));
     showOutline(canvas);
     const RECT rect = imageRectOf(canvas, session->trackRect);
@@ -94,13 +122,18 @@ void endBand(HWND canvas)
 
 // ---- turning: the frame of the unturned state, turned, in exclusive-or
 
+void drawRotatedFrame(HDC dc)
+{
+    SetROP2(dc, R2_NOT);
+    SelectObject(dc, GetStockObject(WHITE_PEN));
+    Polyline(dc, selectionProgress.rotatedFrame, 5);
+}
+
 void invertRotatedFrame(HWND canvas)
 {
     const HDC dc = GetDC(canvas);
     const int saved = SaveDC(dc);
-    SetROP2(dc, R2_NOT);
-    SelectObject(dc, GetStockObject(WHITE_PEN));
-    Polyline(dc, rotatedFrame, 5);
+    drawRotatedFrame(dc);
     RestoreDC(dc, saved);
     ReleaseDC(canvas, dc);
 }
@@ -110,30 +143,30 @@ void layRotatedFrame()
     const PixelRect a = pixelRectOf(session->referenceRectA);
     const PixelPoint corners[5] = {
         {a.left, a.top}, {a.right, a.top}, {a.right, a.bottom}, {a.left, a.bottom}, {a.left, a.top}};
-    const int degrees = addRotation(session->selectionRotation, trackedDegrees(rotationTrack));
+    const int degrees = addRotation(session->selectionRotation, trackedDegrees(selectionProgress.angle));
     const Turn turn = turnAbout(boxOfPoints(session->referencePointsA, session->referencePointCountA), degrees % 360);
     PixelPoint turned[5];
     turnPoints(corners, 5, turn, turned);
     for (int i = 0; i < 5; ++i)
-        rotatedFrame[i] = {turned[i].x, turned[i].y};
+        selectionProgress.rotatedFrame[i] = {turned[i].x, turned[i].y};
 }
 
 void beginRotation(HWND canvas, POINT at)
 {
     const PointBox box = boxOfPoints(session->referencePointsA, session->referencePointCountA);
     const PixelPoint centre = hostPointOf(canvas, {(box.minX + box.maxX) / 2, (box.minY + box.maxY) / 2});
-    session->rotatingSelection = 1;
     session->rotationCentre = {centre.x, centre.y};
-    rotationTrack = beginAngle(centre, hostPointOf(canvas, at));
-    session->rotationStartAngle = rotationTrack.first;
+    selectionProgress.angle = beginAngle(centre, hostPointOf(canvas, at));
+    session->rotationStartAngle = selectionProgress.angle.first;
     layRotatedFrame();
+    session->rotatingSelection = 1;
     invertRotatedFrame(canvas);
 }
 
 void dragRotation(HWND canvas, POINT at)
 {
     invertRotatedFrame(canvas);
-    trackAngle(rotationTrack, hostPointOf(canvas, at));
+    trackAngle(selectionProgress.angle, hostPointOf(canvas, at));
     layRotatedFrame();
     invertRotatedFrame(canvas);
 }
@@ -142,7 +175,7 @@ void endRotation(HWND canvas)
 {
     invertRotatedFrame(canvas);
     session->rotatingSelection = 0;
-    session->rotationDegrees = trackedDegrees(rotationTrack);
+    session->rotationDegrees = trackedDegrees(selectionProgress.angle);
     rotateSelectionBy(session->rotationDegrees);
 }
 
@@ -180,4 +213,16 @@ void endTracking(HWND canvas, POINT)
 bool trackingRuns()
 {
     return session->rotatingSelection || session->trackingSelection;
+}
+
+void drawTracking(HDC dc)
+{
+    if (!trackingRuns()) return;
+    const int saved = SaveDC(dc);
+    if (session->rotatingSelection) {
+        drawRotatedFrame(dc);
+    } else {
+        drawBandOn(dc);
+    }
+    RestoreDC(dc, saved);
 }

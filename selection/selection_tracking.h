@@ -9,3 +9,7 @@ void beginTracking(HWND canvas, POINT at, int hit);
 void trackPointer(HWND canvas, POINT at);
 void endTracking(HWND canvas, POINT at);
 bool trackingRuns();
+
+// Draws what follows the pointer over a freshly painted part of the canvas, whose mapping `dc` has.
+// Nothing when nothing is dragged.
+void drawTracking(HDC dc);

@@ -5,6 +5,7 @@
 #include "selection/geometry/mask_trace.h"
 #include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
+#include "selection/selection_drawing.h"
 #include "selection/selection_state.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"

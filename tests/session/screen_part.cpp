@@ -29,3 +29,13 @@ reference::Image shownBy(HWND window)
     MapWindowPoints(window, nullptr, (POINT*)&client, 2);
     return screenPart(client);
 }
+
+bool showsWhatAFullRepaintShows(Host* host)
+{
+    const std::vector<uint8_t> shown = shownBy(host->canvas).bytes;
+    runOnHost(host, [&] {
+        InvalidateRect(host->canvas, nullptr, FALSE);
+        UpdateWindow(host->canvas);
+    });
+    return shown == shownBy(host->canvas).bytes;
+}

@@ -194,21 +194,6 @@ TEST_F(SelectionFrames, TheFrameIsDrawnPixelByPixel)
 
 // ---- nothing is left on the screen
 
-namespace {
-
-// What the canvas shows, and what it would show painted anew.
-bool showsWhatAFullRepaintShows(Host* host)
-{
-    const std::vector<uint8_t> shown = shownBy(host->canvas).bytes;
-    runOnHost(host, [&] {
-        InvalidateRect(host->canvas, nullptr, FALSE);
-        UpdateWindow(host->canvas);
-    });
-    return shown == shownBy(host->canvas).bytes;
-}
-
-}  // namespace
-
 TEST_F(SelectionFrames, NoOperationLeavesAnythingOnTheScreen)
 {
     const int pressed[] = {APPLY, FLIP_VERTICAL, FLIP_HORIZONTAL, HUE_UP, BRIGHTER, LIFT_UP};

@@ -1,0 +1,16 @@
+// The selection on the screen: floating pixels, dotted outline, frame of buttons, and what follows the
+// pointer while it is dragged. All of it is drawn in logical units of the canvas, that is image pixels.
+#pragma once
+
+#include <windows.h>
+
+// Draws all of it over the image. `dc` has the canvas's mapping; its corner may stand for any point of
+// the canvas.
+void drawSelection(HDC dc);
+
+// Draws the selection on the canvas at once.
+void showSelection(HWND canvas);
+
+// Repaints the canvas where the selection was when this was called last, and where it is now. To be
+// called after every change of what is drawn, also when there is no selection any more.
+void redrawSelection();

@@ -1,0 +1,3 @@
+#include "selection/selection_progress.h"
+
+SelectionProgress selectionProgress;

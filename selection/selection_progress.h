@@ -1,0 +1,15 @@
+// What the selection keeps between two messages besides the record's fields. It lives as long as the
+// selection, or the outline being drawn: clearSelection makes all of it zero.
+#pragma once
+
+#include <windows.h>
+
+#include "selection/geometry/selection_transform.h"
+
+struct SelectionProgress {
+    RECT painted;           // where the selection is on the screen, image pixels; empty: nowhere
+    AngleTrack angle;       // of a running turn
+    POINT rotatedFrame[5];  // the turned frame on the screen, closed, image pixels
+};
+
+extern SelectionProgress selectionProgress;
