@@ -8,6 +8,8 @@
 
 struct SelectionProgress {
     RECT painted;           // where the selection is on the screen, image pixels; empty: nowhere
+    RECT bandStart;         // of a running move or resize, as trackRect
+    PixelPoint pressed;     // and where its button went down, client pixels of the host dialog
     AngleTrack angle;       // of a running turn
     POINT rotatedFrame[5];  // the turned frame on the screen, closed, image pixels
 };

@@ -81,21 +81,35 @@ void beginBand(HWND canvas, POINT at, int hit)
 {
     hideOutline(canvas);
     session->trackRect = hostRectOf(canvas, session->selectionRect);
-    const PixelPoint grab = bandGrabOffset(pixelRectOf(session->trackRect), hit, hostPointOf(canvas, at));
+    selectionProgress.bandStart = session->trackRect;
+    selectionProgress.pressed = hostPointOf(canvas, at);
+    const PixelPoint grab = bandGrabOffset(pixelRectOf(session->trackRect), hit, selectionProgress.pressed);
     session->trackGrabOffset = {grab.x, grab.y};
     session->trackingSelection = 1;
     invertBand();
     if (hit == HIT_INSIDE) SetCursor(LoadCursorA(moduleInstance, MAKEINTRESOURCEA(CURSOR_DRAG_DIALOG)));
 }
 
+bool bandIsAtStart()
+{
+    return EqualRect(&session->trackRect, &selectionProgress.bandStart) != FALSE;
+}
+
+// Windows reports moves to where the pointer is already; a band that hangs over the border stays there then.
+bool isStillPressed(PixelPoint pointer)
+{
+    return pointer.x == selectionProgress.pressed.x && pointer.y == selectionProgress.pressed.y && bandIsAtStart();
+}
+
 void dragBand(HWND canvas, POINT at)
 {
+    const PixelPoint pointer = hostPointOf(canvas, at);
+    if (isStillPressed(pointer)) return;
     RECT client;
     GetClientRect(session->hostDialog, &client);
     const FrameMetrics metrics = frameMetrics();
     const PixelRect band = pixelRectOf(session->trackRect);
     const PixelPoint grab = {(int)session->trackGrabOffset.x, (int)session->trackGrabOffset.y};
-    const PixelPoint pointer = hostPointOf(canvas, at);
     const int hit = (int)session->selectionHitCode;
     // A frame is never squeezed below the room that its buttons need.
     const BandResize resize = {hit, (metrics.cxFrame + 1) * 6 + 3, metrics.cyFrame * 4 + 3};
@@ -112,6 +126,8 @@ void endBand(HWND canvas)
     session->trackingSelection = 0;
     SetCursor(LoadCursorA(nullptr, (LPCSTR)IDC_ARROW));
     showOutline(canvas);
+    // The way to the screen and back rounds: what stays where it is must not go it.
+    if (bandIsAtStart()) return;
     const RECT rect = imageRectOf(canvas, session->trackRect);
     if (session->selectionHitCode == HIT_INSIDE) {
         moveSelectionBy(rect.left - session->selectionRect.left, rect.top - session->selectionRect.top);

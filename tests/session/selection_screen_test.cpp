@@ -136,3 +136,54 @@ TEST_F(SelectionScreen, ARepaintWhileAnOutlineIsDrawnKeepsItsDots)
         closeSession();
     }
 }
+
+// ---- a band that ends where it began
+
+namespace {
+
+const int bandHits[] = {INSIDE,    LEFT_EDGE,   RIGHT_EDGE,  TOP_EDGE,    TOP_LEFT,
+                        TOP_RIGHT, BOTTOM_EDGE, BOTTOM_LEFT, BOTTOM_RIGHT};
+
+}  // namespace
+
+TEST_F(SelectionScreen, ABandThatEndsWhereItBeganChangesNothingAtAnyScale)
+{
+    const std::vector<POINT> large = {{90, 70}, {310, 64}, {301, 230}, {200, 180}, {95, 221}};
+    for (const Size& scale : scales) {
+        SCOPED_TRACE(scale.name);
+        openAt(scale);
+        draw(large);
+        const std::vector<uint8_t> shown = shownBy(host.canvas).bytes;
+        for (const int hit : bandHits) {
+            SCOPED_TRACE(hit);
+            press(hit);
+            EXPECT_TRUE(shown == shownBy(host.canvas).bytes) << "a click";
+            const POINT at = clientOfHit(hit);
+            ASSERT_TRUE(drawStroke(&host, {at, {at.x + 21, at.y - 17}, {at.x - 9, at.y + 4}, at}));
+            EXPECT_TRUE(shown == shownBy(host.canvas).bytes) << "away and back";
+        }
+        apply();
+        expectPhoto("where it was drawn");
+        EXPECT_TRUE(model.before == snapshot(photo));
+        closeSession();
+    }
+}
+
+// A resize would begin from the turned shape, and turning back would no longer lead to the drawn pixels.
+TEST_F(SelectionScreen, ABandThatEndsWhereItBeganKeepsTheTurn)
+{
+    for (const Size& size : sizes) {
+        SCOPED_TRACE(size.name);
+        openAt(size);
+        draw(star);
+        dragTurn(37);
+        turnModel(&model, 37);
+        for (const int hit : bandHits)
+            press(hit);
+        dragTurn(-37);
+        turnModel(&model, 0);
+        apply();
+        EXPECT_TRUE(model.before == snapshot(photo));
+        closeSession();
+    }
+}

@@ -215,6 +215,29 @@ TEST_F(SelectionTool, AMoveKeepsTheTurn)
     EXPECT_TRUE(before == snapshot());
 }
 
+// The system reports moves to where the pointer is already. A band over the border, which a drag would pull
+// inside, stays.
+TEST_F(SelectionTool, AMoveToTheSamePointLeavesASelectionThatHangsOverTheBorder)
+{
+    openPhoto(120, 90);
+    draw({{20, 10}, {110, 10}, {110, 80}, {20, 80}});
+    moveSelectionBy(-60, 0);
+    const Snapshot before = snapshot();
+    const POINT at = {15, 45};
+    ASSERT_LT(session->selectionRect.left, 0);
+    for (const bool moves : {true, false}) {
+        pressButton(session->canvasWindow, at);
+        ASSERT_EQ(1u, session->trackingSelection);
+        movePointer(session->canvasWindow, at, true);
+        EXPECT_TRUE(before.rect.left == session->trackRect.left);
+        if (moves) movePointer(session->canvasWindow, {at.x + 9, at.y}, true);
+        releaseButton(session->canvasWindow, at);
+        EXPECT_EQ(moves, before.rect.left != session->selectionRect.left);
+        if (moves) moveSelectionBy(before.rect.left - session->selectionRect.left, 0);
+    }
+    EXPECT_TRUE(before == snapshot());
+}
+
 TEST_F(SelectionTool, ColourStepsAndBackGiveTheEarlierPixels)
 {
     openPhoto(120, 90);
