@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-constexpr char CONTRAST_TEMPLATE[] = "ENDLGRTCH_CONTRAST";  // the English one
+constexpr WCHAR CONTRAST_TEMPLATE[] = L"ENDLGRTCH_CONTRAST";  // the English one
 
 // Opens the dialog modally beside the palette's button and returns when it closes; the host dialog and
 // the selections library are disabled meanwhile. OK adjusts the image in place and makes the result the

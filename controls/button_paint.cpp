@@ -3,6 +3,7 @@
 #include "controls/button_picture.h"
 #include "controls/button_record.h"
 #include "controls/caption.h"
+#include "controls/caption_font.h"
 #include "controls/superclass.h"
 
 enum { TEXT_LENGTH = 512 };
@@ -255,8 +256,7 @@ void drawButton(HWND window, HDC dc, const RECT& client)
     DrawKind draw = look.picture || look.style & BS_PUSHLIKE ? drawPush : kinds[look.style & BS_TYPEMASK];
     if (!draw) return;
 
-    HFONT font = (HFONT)SendMessageW(window, WM_GETFONT, 0, 0);
-    HGDIOBJ before = SelectObject(dc, font ? font : GetStockObject(SYSTEM_FONT));
+    const CaptionFont font = selectCaptionFont(dc, window, look.text);
     draw(dc, client, look);
-    SelectObject(dc, before);
+    restoreFont(dc, font);
 }

@@ -1,6 +1,7 @@
 #include "controls/separator.h"
 
 #include "controls/caption.h"
+#include "controls/caption_font.h"
 #include "controls/superclass.h"
 
 static const wchar_t className[] = L"statique";
@@ -45,13 +46,12 @@ static void drawLabel(HWND window, HDC dc, const RECT& client, wchar_t* text)
         format |= DT_NOPREFIX;
     }
 
-    HFONT font = (HFONT)SendMessageW(window, WM_GETFONT, 0, 0);
-    HGDIOBJ before = SelectObject(dc, font ? font : GetStockObject(SYSTEM_FONT));
+    const CaptionFont font = selectCaptionFont(dc, window, text);
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, GetSysColor(IsWindowEnabled(window) ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
     RECT room = client;
     DrawTextW(dc, text, -1, &room, format);
-    SelectObject(dc, before);
+    restoreFont(dc, font);
 }
 
 static void drawSeparator(HWND window, HDC dc, const RECT& client)

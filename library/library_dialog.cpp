@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr char LIBRARY_TEMPLATE[] = "ENDLGRTCH_SELLISTFILES";  // the English one
+constexpr WCHAR LIBRARY_TEMPLATE[] = L"ENDLGRTCH_SELLISTFILES";  // the English one
 constexpr int PROP_PARAMETER = 1;
 constexpr int CONFIRMATION_SIZE = 128;
 
@@ -82,9 +82,9 @@ INT_PTR onDeleteItem(HWND, WPARAM, LPARAM lParam)
 
 int confirmDelete(HWND dialog)
 {
-    char question[CONFIRMATION_SIZE];
-    loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, question, sizeof question);
-    return MessageBoxA(dialog, question, "", MB_YESNO | MB_ICONHAND | MB_DEFBUTTON2) == IDYES;
+    WCHAR question[CONFIRMATION_SIZE];
+    loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, question, CONFIRMATION_SIZE);
+    return MessageBoxW(dialog, question, L"", MB_YESNO | MB_ICONHAND | MB_DEFBUTTON2) == IDYES;
 }
 
 void closeLibrary(HWND)

@@ -153,14 +153,14 @@ void placeItem(const LibraryPath& path)
 LRESULT pressList(HWND list, WPARAM wParam, LPARAM lParam)
 {
     // The box makes the item under the pointer current, and must not wait for the button itself.
-    const LRESULT result = CallWindowProcA(previousListProc, list, WM_LBUTTONDOWN, wParam, lParam);
-    CallWindowProcA(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
+    const LRESULT result = CallWindowProcW(previousListProc, list, WM_LBUTTONDOWN, wParam, lParam);
+    CallWindowProcW(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
     Grab grab;
     if (!grabItem(list, grab)) return result;
     const LibraryPath path = grab.item->path;
     const bool dropped = dragItem(list, grab);
     if (!IsWindow(list)) return result;  // the session ended in the middle of the drag
-    CallWindowProcA(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
+    CallWindowProcW(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
     if (dropped && droppedOnCanvas()) placeItem(path);
     return result;
 }
@@ -176,7 +176,7 @@ LRESULT CALLBACK libraryListProc(HWND list, UINT message, WPARAM wParam, LPARAM 
     if (isPress(message) && SendMessageA(list, LB_GETCOUNT, 0, 0) > 0) return pressList(list, wParam, lParam);
     // Pictures stand in the middle of their items: another width moves them all, as when the scroll bar appears.
     if (message == WM_SIZE) InvalidateRect(list, nullptr, FALSE);
-    return CallWindowProcA(previousListProc, list, message, wParam, lParam);
+    return CallWindowProcW(previousListProc, list, message, wParam, lParam);
 }
 
 }  // namespace
@@ -238,11 +238,11 @@ void setLibraryItemHeight(HWND list)
 
 void subclassLibraryList(HWND list)
 {
-    previousListProc = (WNDPROC)SetWindowLongPtrA(list, GWLP_WNDPROC, (LONG_PTR)&libraryListProc);
+    previousListProc = (WNDPROC)SetWindowLongPtrW(list, GWLP_WNDPROC, (LONG_PTR)&libraryListProc);
 }
 
 void unsubclassLibraryList(HWND list)
 {
-    if (previousListProc) SetWindowLongPtrA(list, GWLP_WNDPROC, (LONG_PTR)previousListProc);
+    if (previousListProc) SetWindowLongPtrW(list, GWLP_WNDPROC, (LONG_PTR)previousListProc);
     previousListProc = nullptr;
 }

@@ -114,7 +114,7 @@ static int callSession(HWND parent, SessionArguments& arguments)
 {
     if (!startSession(moduleInstance)) return 0;
     const HWND dialog =
-        CreateDialogParamA(moduleInstance, MAKEINTRESOURCEA(DIALOG_HOST), parent, hostDialogProc, (LPARAM)&arguments);
+        CreateDialogParamW(moduleInstance, MAKEINTRESOURCEW(DIALOG_HOST), parent, hostDialogProc, (LPARAM)&arguments);
     const bool started = session->hostDialog && session->canvasWindow;
     if (started) {
         runSession(parent);

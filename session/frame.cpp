@@ -95,11 +95,11 @@ void paintBorder(HWND dialog)
 
 void activateFrame(HWND dialog, WPARAM active)
 {
-    DefWindowProcA(dialog, WM_NCACTIVATE, active, 0);
+    DefWindowProcW(dialog, WM_NCACTIVATE, active, 0);
     paintBorder(dialog);
 }
 
 void paintFrame(HWND dialog)
 {
-    SendMessageA(dialog, WM_NCACTIVATE, GetActiveWindow() == dialog, 0);  // answered by activateFrame
+    SendMessageW(dialog, WM_NCACTIVATE, GetActiveWindow() == dialog, 0);  // answered by activateFrame
 }

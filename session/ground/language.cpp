@@ -28,30 +28,30 @@ int languageOffset()
     return languageOffsetOf(languageCode);
 }
 
-int loadLocalString(HINSTANCE instance, UINT id, char* buffer, int size)
+int loadLocalString(HINSTANCE instance, UINT id, WCHAR* buffer, int size)
 {
     if (size > 0) buffer[0] = 0;
-    return LoadStringA(instance, id + languageOffset(), buffer, size);
+    return LoadStringW(instance, id + languageOffset(), buffer, size);
 }
 
-static void localName(char* name, const char* englishName)
+static void localName(WCHAR* name, const WCHAR* englishName)
 {
-    lstrcpynA(name, englishName, DIALOG_NAME_SIZE);
+    lstrcpynW(name, englishName, DIALOG_NAME_SIZE);
     localiseDialogName(name, languageCode);
 }
 
-HWND openLocalDialog(HINSTANCE instance, const char* englishName, HWND owner, DLGPROC proc, LPARAM param)
+HWND openLocalDialog(HINSTANCE instance, const WCHAR* englishName, HWND owner, DLGPROC proc, LPARAM param)
 {
-    char name[DIALOG_NAME_SIZE];
+    WCHAR name[DIALOG_NAME_SIZE];
     localName(name, englishName);
-    const HWND dialog = CreateDialogParamA(instance, name, owner, proc, param);
-    return dialog ? dialog : CreateDialogParamA(instance, englishName, owner, proc, param);
+    const HWND dialog = CreateDialogParamW(instance, name, owner, proc, param);
+    return dialog ? dialog : CreateDialogParamW(instance, englishName, owner, proc, param);
 }
 
-INT_PTR runLocalDialog(HINSTANCE instance, const char* englishName, HWND owner, DLGPROC proc, LPARAM param)
+INT_PTR runLocalDialog(HINSTANCE instance, const WCHAR* englishName, HWND owner, DLGPROC proc, LPARAM param)
 {
-    char name[DIALOG_NAME_SIZE];
+    WCHAR name[DIALOG_NAME_SIZE];
     localName(name, englishName);
-    const INT_PTR result = DialogBoxParamA(instance, name, owner, proc, param);
-    return result != -1 ? result : DialogBoxParamA(instance, englishName, owner, proc, param);
+    const INT_PTR result = DialogBoxParamW(instance, name, owner, proc, param);
+    return result != -1 ? result : DialogBoxParamW(instance, englishName, owner, proc, param);
 }

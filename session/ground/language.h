@@ -1,4 +1,5 @@
-// The user's language: dialogs by prefixed name, strings by offset number.
+// The user's language: dialogs by prefixed name, strings by offset number. Both through the wide calls: the
+// language and the system's code page need not match, and every letter must be right.
 #pragma once
 
 #include <windows.h>
@@ -11,12 +12,12 @@ void readLocaleLanguage();
 // Offset of the user's strings; asks the locale when no code has been read yet.
 int languageOffset();
 
-// LoadStringA of id + languageOffset(). Returns the length, 0 when the string is missing.
-int loadLocalString(HINSTANCE instance, UINT id, char* buffer, int size);
+// LoadStringW of id + languageOffset(); `size` counts characters. Returns the length, 0 when the string is missing.
+int loadLocalString(HINSTANCE instance, UINT id, WCHAR* buffer, int size);
 
-// CreateDialogParamA of the template whose English name is given ("ENDLGRTCH_CMD"), in the user's
+// CreateDialogParamW of the template whose English name is given ("ENDLGRTCH_CMD"), in the user's
 // language, and in English when that template is missing. 0 when neither can be created.
-HWND openLocalDialog(HINSTANCE instance, const char* englishName, HWND owner, DLGPROC proc, LPARAM param);
+HWND openLocalDialog(HINSTANCE instance, const WCHAR* englishName, HWND owner, DLGPROC proc, LPARAM param);
 
-// The same with DialogBoxParamA: returns the dialog's end code, -1 when neither template is there.
-INT_PTR runLocalDialog(HINSTANCE instance, const char* englishName, HWND owner, DLGPROC proc, LPARAM param);
+// The same with DialogBoxParamW: returns the dialog's end code, -1 when neither template is there.
+INT_PTR runLocalDialog(HINSTANCE instance, const WCHAR* englishName, HWND owner, DLGPROC proc, LPARAM param);

@@ -29,11 +29,11 @@ int languageOffsetOf(const char* code)
     return language ? language->offset : ENGLISH_OFFSET;
 }
 
-void localiseDialogName(char* name, const char* code)
+void localiseDialogName(wchar_t* name, const char* code)
 {
     if (!code[0] || !code[1]) return;
     const Language* language = languageOf(code);
     const char* letters = language ? language->letters : code;
-    name[0] = letters[0];
-    name[1] = letters[1];
+    name[0] = (wchar_t)letters[0];
+    name[1] = (wchar_t)letters[1];
 }

@@ -8,4 +8,4 @@ int languageOffsetOf(const char* code);
 
 // Replaces the first two letters of a dialog name by the language code, or by those of the language
 // that is shown for it. A code of fewer than two letters leaves the name alone.
-void localiseDialogName(char* name, const char* code);
+void localiseDialogName(wchar_t* name, const char* code);

@@ -4,6 +4,6 @@
 
 #include <windows.h>
 
-constexpr char PALETTE_TEMPLATE[] = "ENDLGRTCH_CMD";  // the English one; the first two letters are the language
+constexpr WCHAR PALETTE_TEMPLATE[] = L"ENDLGRTCH_CMD";  // the English one; the first two letters are the language
 
 INT_PTR CALLBACK paletteDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
