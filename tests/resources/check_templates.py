@@ -322,8 +322,8 @@ def check_strings(library, languages):
     if library["strings"].get(1100) != "Are you sure to delete the file ?":
         yield "string 1100 is wrong"
     for identity, text in library["strings"].items():
-        if len(text.encode("utf-8")) > 127:
-            yield f"string {identity} is longer than the 127 bytes that are read"
+        if len(text.encode("utf-16-le")) // 2 > 127:
+            yield f"string {identity} is longer than the 127 characters that are read"
 
 
 def faults(library):
@@ -402,7 +402,7 @@ def planted_faults():
     yield "lost cursor", "cursors are", lambda library: library["groups"].pop(129)
     yield "lost cursor image", "its image is missing", lambda library: library["cursors"].clear()
     yield "lost string", "strings are", lambda library: library["strings"].pop(9100)
-    yield "long string", "127 bytes", lambda library: library["strings"].update({100: "é" * 80})
+    yield "long string", "127 characters", lambda library: library["strings"].update({100: "é" * 128})
 
 
 def self_test(library):

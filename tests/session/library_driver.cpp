@@ -102,12 +102,12 @@ HWND deleteQuestion(const Host& host)
     return found;
 }
 
-std::string questionText(const Host& host)
+std::wstring questionText(const Host& host)
 {
-    std::string text;
+    std::wstring text;
     for (HWND child = GetWindow(deleteQuestion(host), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        char part[256] = "";
-        if (lstrcmpiA(classOf(child).c_str(), "Static") == 0) GetWindowTextA(child, part, sizeof part);
+        wchar_t part[256] = L"";
+        if (lstrcmpiA(classOf(child).c_str(), "Static") == 0) GetWindowTextW(child, part, 256);
         text += part;
     }
     return text;

@@ -28,7 +28,7 @@ int currentStored(const Host& host);  // index of the list's current item, -1 fo
 
 // The question before a deletion; null while it is not asked.
 HWND deleteQuestion(const Host& host);
-std::string questionText(const Host& host);
+std::wstring questionText(const Host& host);
 bool askToDelete(Host* host);         // clicks Delete, waits for the question
 bool answer(Host* host, int button);  // clicks IDYES or IDNO, waits for the question to go
 void pressKey(WORD key);

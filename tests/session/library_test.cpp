@@ -93,7 +93,7 @@ TEST_F(LibraryWindow, DeletesOnlyAfterAYes)
     ASSERT_TRUE(clickStored(&host, 1));
     EXPECT_EQ(1, currentStored(host));
     ASSERT_TRUE(askToDelete(&host));
-    EXPECT_EQ("Are you sure to delete the file ?", questionText(host));
+    EXPECT_TRUE(questionText(host) == L"Are you sure to delete the file ?");
     EXPECT_EQ(GetDlgItem(deleteQuestion(host), IDNO), focusOf(host));
     pressKey(VK_RETURN);
     ASSERT_TRUE(waitUntil("the question to go", [&] { return !deleteQuestion(host); }));

@@ -146,22 +146,22 @@ TEST_F(Starting, FailureAfterSaveIsNotASave)
     expectGoodSession();
 }
 
-static HWND WINAPI noPalette(HINSTANCE instance, LPCSTR name, HWND parent, DLGPROC procedure, LPARAM lp)
+static HWND WINAPI noPalette(HINSTANCE instance, LPCWSTR name, HWND parent, DLGPROC procedure, LPARAM lp)
 {
     if (!IS_INTRESOURCE(name)) return nullptr;
-    return CreateDialogParamA(instance, name, parent, procedure, lp);
+    return CreateDialogParamW(instance, name, parent, procedure, lp);
 }
 
 TEST_F(Starting, NoPaletteInAnyLanguage)
 {
     ImportPatch patch;
-    ASSERT_TRUE(patchImport(&patch, library.module, "CreateDialogParamA", (void*)noPalette));
+    ASSERT_TRUE(patchImport(&patch, library.module, "CreateDialogParamW", (void*)noPalette));
     expectRefused(arguments());
     undoPatch(&patch);
     expectGoodSession();
 }
 
-static HWND WINAPI noDialog(HINSTANCE, LPCSTR, HWND, DLGPROC, LPARAM)
+static HWND WINAPI noDialog(HINSTANCE, LPCWSTR, HWND, DLGPROC, LPARAM)
 {
     return nullptr;
 }
@@ -169,7 +169,7 @@ static HWND WINAPI noDialog(HINSTANCE, LPCSTR, HWND, DLGPROC, LPARAM)
 TEST_F(Starting, NoHostDialog)
 {
     ImportPatch patch;
-    ASSERT_TRUE(patchImport(&patch, library.module, "CreateDialogParamA", (void*)noDialog));
+    ASSERT_TRUE(patchImport(&patch, library.module, "CreateDialogParamW", (void*)noDialog));
     expectRefused(arguments());
     undoPatch(&patch);
     expectGoodSession();

@@ -27,11 +27,11 @@ TEST(LanguageTable, UnknownOrShortCodesAreEnglish)
 
 TEST(LanguageTable, DialogNameTakesTheCode)
 {
-    char name[16] = "ENDLGRTCH_CMD";
+    wchar_t name[16] = L"ENDLGRTCH_CMD";
     localiseDialogName(name, "DEU");
-    EXPECT_STREQ("DEDLGRTCH_CMD", name);
+    EXPECT_STREQ(L"DEDLGRTCH_CMD", name);
     localiseDialogName(name, "UKR");
-    EXPECT_STREQ("RUDLGRTCH_CMD", name);
+    EXPECT_STREQ(L"RUDLGRTCH_CMD", name);
     localiseDialogName(name, "");
-    EXPECT_STREQ("RUDLGRTCH_CMD", name);
+    EXPECT_STREQ(L"RUDLGRTCH_CMD", name);
 }

@@ -91,14 +91,17 @@ TEST_F(UserLanguage, StringsComeFromTheLanguagesOffset)
 {
     ModuleHome home;
     ASSERT_TRUE(moveModuleHome(&home));
-    char text[128], other[128];
+    WCHAR text[128], other[128];
     setCode("SVE");
-    EXPECT_GT(loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, text, sizeof text), 0);
-    EXPECT_STREQ("Are you sure to delete the file ?", text);
+    EXPECT_GT(loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, text, 128), 0);
+    EXPECT_STREQ(L"Are you sure to delete the file ?", text);
     setCode("DEU");
-    EXPECT_GT(loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, other, sizeof other), 0);
-    EXPECT_STRNE(text, other);
-    EXPECT_EQ(0, loadLocalString(moduleInstance, STRING_CONFIRM_DELETE + 1, text, sizeof text));
-    EXPECT_STREQ("", text);
+    EXPECT_GT(loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, other, 128), 0);
+    EXPECT_STREQ(L"Möchten Sie die Datei wirklich löschen?", other);
+    setCode("RUS");
+    EXPECT_GT(loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, other, 128), 0);
+    EXPECT_EQ(L'ы', other[1]) << "whatever the system's code page is";
+    EXPECT_EQ(0, loadLocalString(moduleInstance, STRING_CONFIRM_DELETE + 1, text, 128));
+    EXPECT_STREQ(L"", text);
     leaveModuleHome(&home);
 }

@@ -340,7 +340,7 @@ TEST_F(PaletteDetails, ColorsPressedAgainHidesTheOutlineForGood)
     undoPatch(&patch);
 }
 
-static INT_PTR WINAPI fakeDialogBox(HINSTANCE, LPCSTR, HWND, DLGPROC, LPARAM)
+static INT_PTR WINAPI fakeDialogBox(HINSTANCE, LPCWSTR, HWND, DLGPROC, LPARAM)
 {
     hideCountInDialog = session->overlayHideCount;
     selectionInDialog = session->selectionActive;
@@ -351,7 +351,7 @@ static INT_PTR WINAPI fakeDialogBox(HINSTANCE, LPCSTR, HWND, DLGPROC, LPARAM)
 TEST_F(PaletteDetails, ContrastGivesTheButtonBackToTheTool)
 {
     ImportPatch patch;
-    ASSERT_TRUE(patchImport(&patch, GetModuleHandleA(nullptr), "DialogBoxParamA", (void*)fakeDialogBox));
+    ASSERT_TRUE(patchImport(&patch, GetModuleHandleA(nullptr), "DialogBoxParamW", (void*)fakeDialogBox));
     drawSelection();
     session->overlayHideCount = 1;
     settingsOf(TOOL_CONTRAST).width = 40;
