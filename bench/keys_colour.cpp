@@ -3,9 +3,9 @@
 #include "bench/keys.h"
 
 #include "bench/synthetic.h"
-#include "color/kernels/adjust.h"
 #include "color/colour_adjustment.h"
 #include "image/packed_bitmap.h"
+#include "image/pixels/vector_level.h"
 
 enum Work { TONE, HLS, HLS_NOISE, TONE_PLAIN, HLS_PLAIN, PREVIEW };
 
@@ -59,16 +59,10 @@ static bool adjust(int work)
 
 static bool adjustPlainly(int work)
 {
-    const ColourAdjustment adjustment = imageAdjustment(valuesOf(work));
-    const int width = bitmapWidth(image), height = bitmapHeight(image);
-    const size_t stride = (size_t)rowStride(width, 24);
-    const BYTE* from = lockBitmapBits(image);
-    BYTE* to = lockBitmapBits(target);
-    for (int y = 0; y < height; ++y) {
-        adjustPixelsBy(COLOUR_METHODS[0], adjustment, from + stride * y, to + stride * y, (size_t)width);
-    }
-    unlockBitmap(target);
-    unlockBitmap(image);
+    const VectorLevel before = vectorLevel();
+    forceVectorLevel(VECTOR_PLAIN);
+    adjust(work);
+    forceVectorLevel(before);
     return true;
 }
 

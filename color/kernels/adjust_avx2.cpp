@@ -1,37 +1,25 @@
 #include "color/kernels/adjust_methods.h"
 
-#ifdef COLOUR_VECTORS
+#ifdef VECTOR_CODE
 
 #include <cstring>
 #include <immintrin.h>
 
 #include "color/kernels/adjust_arithmetic.h"
 
-// Sixteen lanes. Only these functions are compiled for AVX2; the rest of the library runs on any processor.
-// Nothing here relies on a stack aligned to 32 bytes.
-#define AVX2_CODE __attribute__((target("avx2")))
-#define LANES(name) _mm256_##name
-#define LANES_WHOLE(name) _mm256_##name##_si256
-#define LANES_INLINE static inline __attribute__((target("avx2"), always_inline))
-
-bool avx2Supported()
-{
-    __builtin_cpu_init();
-    return __builtin_cpu_supports("avx2");
-}
-
 namespace {
 
+#include "image/pixels/words_avx2.h"
+
 const size_t LANE_COUNT = 16;
-typedef __m256i Vector;
 typedef __m256i Truth;  // all ones for yes
 typedef __m256 FloatPart;
+
+#include "color/kernels/lane_words.h"
 
 struct Pixels {
     Vector blue, green, red;
 };
-
-#include "color/kernels/lane_words.h"
 
 LANES_INLINE Vector smallerUnsigned(Vector a, Vector b)
 {
@@ -110,13 +98,13 @@ LANES_INLINE void storePixels(uint8_t* p, const Pixels& lanes)
 
 }  // namespace
 
-AVX2_CODE void toneBytesAvx2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
-                             size_t byteCount)
+VECTOR_FUNCTION void toneBytesAvx2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
+                                   size_t byteCount)
 {
     toneBytes(adjustment, source, target, byteCount);
 }
 
-AVX2_CODE void hlsPixelsAvx2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount)
+VECTOR_FUNCTION void hlsPixelsAvx2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount)
 {
     hlsPixels(adjustment, pixels, pixelCount);
 }

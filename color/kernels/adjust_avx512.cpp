@@ -1,43 +1,25 @@
 #include "color/kernels/adjust_methods.h"
 
-#ifdef COLOUR_VECTORS
+#ifdef VECTOR_CODE
 
 #include <cstring>
 
-// GCC 12 takes the deliberately undefined inputs inside this header's own functions for mistakes.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#include <immintrin.h>
-#pragma GCC diagnostic pop
-
 #include "color/kernels/adjust_arithmetic.h"
-
-// Thirty-two lanes. Only these functions are compiled for AVX-512 (with its byte permutations). Nothing
-// here relies on a stack aligned to 64 bytes.
-#define AVX512_CODE __attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi")))
-#define LANES(name) _mm512_##name
-#define LANES_WHOLE(name) _mm512_##name##_si512
-#define LANES_INLINE static inline __attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi"), always_inline))
-
-bool avx512Supported()
-{
-    __builtin_cpu_init();
-    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-           __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi");
-}
+#include "image/pixels/avx512_intrinsics.h"
 
 namespace {
 
+#include "image/pixels/words_avx512.h"
+
 const size_t LANE_COUNT = 32;
-typedef __m512i Vector;
 typedef __mmask32 Truth;
 typedef __m512 FloatPart;
+
+#include "color/kernels/lane_words.h"
 
 struct Pixels {
     Vector blue, green, red;
 };
-
-#include "color/kernels/lane_words.h"
 
 LANES_INLINE Vector smallerUnsigned(Vector a, Vector b)
 {
@@ -126,13 +108,13 @@ LANES_INLINE void storePixels(uint8_t* p, const Pixels& lanes)
 
 }  // namespace
 
-AVX512_CODE void toneBytesAvx512(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
-                                 size_t byteCount)
+VECTOR_FUNCTION void toneBytesAvx512(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
+                                     size_t byteCount)
 {
     toneBytes(adjustment, source, target, byteCount);
 }
 
-AVX512_CODE void hlsPixelsAvx512(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount)
+VECTOR_FUNCTION void hlsPixelsAvx512(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount)
 {
     hlsPixels(adjustment, pixels, pixelCount);
 }

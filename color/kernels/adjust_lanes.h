@@ -3,7 +3,7 @@
 //
 // No ordinary header: a source file says what its vectors can do, then includes this, and has toneBytes and
 // hlsPixels for them. Everything is LANES_INLINE, so that nothing of one width gets into another. Besides
-// the words of color/kernels/lane_words.h the file has
+// the words of image/pixels/vector_words.h and color/kernels/lane_words.h the file has
 //   LANE_COUNT              how many lanes
 //   Truth                   yes or no for each lane
 //   smallerUnsigned, distance (of signed values)
@@ -31,7 +31,7 @@ LANES_INLINE void toneBytes(const ColourAdjustment& adjustment, const uint8_t* s
     const ToneLine line = {all(adjustment.slope % TONE_DIVISOR), all(adjustment.slope / TONE_DIVISOR),
                            all(adjustment.offset)};
     size_t i = 0;
-    for (; i + sizeof(Vector) <= byteCount; i += sizeof(Vector)) {
+    for (; i + VECTOR_SIZE <= byteCount; i += VECTOR_SIZE) {
         const Vector bytes = load(source + i);
         store(target + i, packBytes(toneOfLanes(line, lowBytes(bytes)), toneOfLanes(line, highBytes(bytes))));
     }

@@ -3,21 +3,18 @@
 #pragma once
 
 #include "color/kernels/adjust_plain.h"
+#include "image/pixels/vector_level.h"
 
-#if defined(__GNUC__) && (defined(__i386__) || defined(__x86_64__)) && defined(__SSE2__)
-#define COLOUR_VECTORS 1
-
+#ifdef VECTOR_CODE
 // Eight pixels at a time, for every processor that this library runs on.
 void toneBytesSse2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
 void hlsPixelsSse2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
 
 // Sixteen pixels at a time; only where the processor and the system know AVX2.
-bool avx2Supported();
 void toneBytesAvx2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
 void hlsPixelsAvx2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
 
 // Thirty-two pixels at a time, where the processor and the system know AVX-512.
-bool avx512Supported();
 void toneBytesAvx512(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
 void hlsPixelsAvx512(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
 #endif

@@ -1,29 +1,25 @@
 #include "color/kernels/adjust_methods.h"
 
-#ifdef COLOUR_VECTORS
+#ifdef VECTOR_CODE
 
 #include <cstring>
 #include <emmintrin.h>
 
 #include "color/kernels/adjust_arithmetic.h"
 
-// SSE2, which every processor has that this library runs on: eight lanes.
-#define LANES(name) _mm_##name
-#define LANES_WHOLE(name) _mm_##name##_si128
-#define LANES_INLINE static inline __attribute__((always_inline))
-
 namespace {
 
+#include "image/pixels/words_sse2.h"
+
 const size_t LANE_COUNT = 8;
-typedef __m128i Vector;
 typedef __m128i Truth;  // all ones for yes
 typedef __m128 FloatPart;
+
+#include "color/kernels/lane_words.h"
 
 struct Pixels {
     Vector blue, green, red;
 };
-
-#include "color/kernels/lane_words.h"
 
 LANES_INLINE Vector smallerUnsigned(Vector a, Vector b)
 {

@@ -10,6 +10,7 @@
 #include "color/kernels/lift.h"
 #include "color/kernels/tone_table.h"
 #include "tests/reference/colour_reference.h"
+#include "tests/unit/vector_levels.h"
 
 using reference::Colour;
 using reference::Values;
@@ -239,11 +240,12 @@ static void fillRedLevel(RedLevel* level, int red)
 
 static void expectAllMethods(RedLevel* level, const ColourAdjustment& adjustment, const char* what, int red)
 {
-    for (int m = 0; m < COLOUR_METHOD_COUNT; ++m) {
-        if (!COLOUR_METHODS[m].supported()) continue;
-        adjustPixelsBy(COLOUR_METHODS[m], adjustment, level->input.data(), level->actual.data(), 65536);
+    for (int m = 0; m < VECTOR_LEVEL_COUNT; ++m) {
+        const LevelInUse inUse(m);
+        if (!inUse.present) continue;
+        adjustPixels(adjustment, level->input.data(), level->actual.data(), 65536);
         ASSERT_EQ(0, memcmp(level->expected.data(), level->actual.data(), level->actual.size()))
-            << what << ", method " << COLOUR_METHODS[m].name << ", red " << red;
+            << what << ", method " << vectorLevelName((VectorLevel)m) << ", red " << red;
     }
 }
 
@@ -309,10 +311,12 @@ TEST(ColourMethods, AgreeForEverySaturationAndHue)
                 expected[i * 3 + 2] = (uint8_t)out.red;
             }
             const ColourAdjustment adjustment = imageAdjustment({contrast, brightness, saturation, hue, 0});
-            for (int m = 0; m < COLOUR_METHOD_COUNT; ++m) {
-                if (!COLOUR_METHODS[m].supported()) continue;
-                adjustPixelsBy(COLOUR_METHODS[m], adjustment, input.data(), actual.data(), pixelCount);
-                ASSERT_EQ(expected, actual) << COLOUR_METHODS[m].name << " saturation " << saturation << " hue " << hue;
+            for (int m = 0; m < VECTOR_LEVEL_COUNT; ++m) {
+                const LevelInUse level(m);
+                if (!level.present) continue;
+                adjustPixels(adjustment, input.data(), actual.data(), pixelCount);
+                ASSERT_EQ(expected, actual)
+                    << vectorLevelName((VectorLevel)m) << " saturation " << saturation << " hue " << hue;
             }
         }
     }
@@ -320,7 +324,7 @@ TEST(ColourMethods, AgreeForEverySaturationAndHue)
 
 TEST(ColourMethods, AgreeOnTheToneLineForEveryContrastAndBrightness)
 {
-    uint8_t input[256 + 7], actual[256 + 7];
+    uint8_t input[256 + 8], actual[256 + 8];
     for (int i = 0; i < (int)sizeof input; ++i) {
         input[i] = (uint8_t)i;
     }
@@ -328,12 +332,14 @@ TEST(ColourMethods, AgreeOnTheToneLineForEveryContrastAndBrightness)
         for (int brightness = -100; brightness <= 100; brightness += redStep > 1 ? 8 : 1) {
             for (const ColourAdjustment& adjustment : {imageAdjustment({contrast, brightness, 50, 0, 0}),
                                                        selectionAdjustment({contrast, brightness, 50, 0, 0})}) {
-                for (int m = 0; m < COLOUR_METHOD_COUNT; ++m) {
-                    if (!COLOUR_METHODS[m].supported()) continue;
-                    COLOUR_METHODS[m].toneBytes(adjustment, input, actual, sizeof input);
+                for (int m = 0; m < VECTOR_LEVEL_COUNT; ++m) {
+                    const LevelInUse level(m);
+                    if (!level.present) continue;
+                    adjustPixels(adjustment, input, actual, sizeof input / 3);
                     for (size_t i = 0; i < sizeof input; ++i) {
                         ASSERT_EQ(adjustment.tone[input[i]], actual[i])
-                            << COLOUR_METHODS[m].name << " contrast " << contrast << " brightness " << brightness;
+                            << vectorLevelName((VectorLevel)m) << " contrast " << contrast << " brightness "
+                            << brightness;
                     }
                 }
             }
@@ -344,20 +350,21 @@ TEST(ColourMethods, AgreeOnTheToneLineForEveryContrastAndBrightness)
 TEST(ColourMethods, TouchNothingBeyondTheirPixels)
 {
     const ColourAdjustment tone = imageAdjustment({-20, -10, 50, 0, 0}), hls = imageAdjustment({0, 0, 35, 20, 0});
-    for (int m = 0; m < COLOUR_METHOD_COUNT; ++m) {
-        if (!COLOUR_METHODS[m].supported()) continue;
+    for (int m = 0; m < VECTOR_LEVEL_COUNT; ++m) {
+        const LevelInUse level(m);
+        if (!level.present) continue;
         for (size_t count = 0; count < 70; ++count) {
             for (const ColourAdjustment* adjustment : {&tone, &hls}) {
                 const size_t bytes = count * 3;
                 std::vector<uint8_t> input(bytes, 90);  // read one byte too far and a sanitizer tells
                 std::vector<uint8_t> output(bytes + 64, 0xCC);
-                adjustPixelsBy(COLOUR_METHODS[m], *adjustment, input.data(), output.data(), count);
+                adjustPixels(*adjustment, input.data(), output.data(), count);
                 for (size_t i = bytes; i < output.size(); ++i) {
-                    ASSERT_EQ(0xCC, output[i]) << COLOUR_METHODS[m].name << " " << count;
+                    ASSERT_EQ(0xCC, output[i]) << vectorLevelName((VectorLevel)m) << " " << count;
                 }
-                adjustPixelsBy(COLOUR_METHODS[m], *adjustment, input.data(), input.data(), count);
+                adjustPixels(*adjustment, input.data(), input.data(), count);
                 ASSERT_TRUE(std::equal(input.begin(), input.end(), output.begin()))
-                    << COLOUR_METHODS[m].name << " in place, " << count;
+                    << vectorLevelName((VectorLevel)m) << " in place, " << count;
             }
         }
     }
@@ -370,9 +377,10 @@ TEST(ColourMethods, LeaveValuesOutOfRangeToThePlainWay)
     for (int i = 0; i < 256; ++i) {
         input[i] = (uint8_t)i;
     }
-    for (int m = 0; m < COLOUR_METHOD_COUNT; ++m) {
-        if (!COLOUR_METHODS[m].supported()) continue;
-        adjustPixelsBy(COLOUR_METHODS[m], wild, input, actual, 85);
+    for (int m = 0; m < VECTOR_LEVEL_COUNT; ++m) {
+        const LevelInUse level(m);
+        if (!level.present) continue;
+        adjustPixels(wild, input, actual, 85);
         for (int i = 0; i < 255; ++i) {
             ASSERT_EQ(wild.tone[i], actual[i]);
         }

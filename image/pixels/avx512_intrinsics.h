@@ -1,0 +1,8 @@
+// <immintrin.h> without what GCC 12 says of it: it takes the deliberately undefined inputs inside this
+// header's own functions for mistakes.
+#pragma once
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#include <immintrin.h>
+#pragma GCC diagnostic pop
