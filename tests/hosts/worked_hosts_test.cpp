@@ -275,3 +275,41 @@ TEST(IncompleteInstallation, NamesTheControlLibraryOfAnotherNumberOfBits)
     EXPECT_EQ(code, 3);
     EXPECT_NE(told.find("KOVCTRL32.dll is built for another number of bits"), std::string::npos) << told;
 }
+
+// What lies in the zip for users, unpacked by check_package.sh, which names the folders.
+namespace {
+
+std::wstring folderNamedBy(const wchar_t* variable)
+{
+    wchar_t path[MAX_PATH] = {};
+    EXPECT_NE(GetEnvironmentVariableW(variable, path, MAX_PATH), 0u);
+    return std::wstring(path) + L"\\";
+}
+
+void paintAndSave(const std::wstring& program, const wchar_t* result)
+{
+    TestFolder folder;
+    writeBytes(folder.path + L"photo.bmp", photo());
+    Program running;
+    Editor editor = {};
+    start(&running, program, L"photo.bmp", folder);
+    ASSERT_TRUE(openedBy(running, &editor)) << said(folder);
+    const HWND brush = GetDlgItem(editor.palette, brushButton);
+    click(brush);
+    waitUntil("Brush is chosen", [&] { return SendMessageA(brush, BM_GETCHECK, 0, 0) == BST_CHECKED; });
+    click(GetDlgItem(editor.palette, saveButton));
+    EXPECT_EQ(running.exitCode(), 0) << said(folder);
+    EXPECT_EQ(readBytes(folder.path + result).size(), photo().size());
+}
+
+}  // namespace
+
+TEST(DISABLED_Package, RetouchRunsFromAFolderOfAnyName)
+{
+    paintAndSave(folderNamedBy(L"RETOUCH_PACKAGE") + L"retouch.exe", L"photo-retouched.bmp");
+}
+
+TEST(DISABLED_Package, AHostBuiltAgainstItRuns)
+{
+    paintAndSave(folderNamedBy(L"RETOUCH_CONSUMER") + L"host.exe", L"retouched.bmp");
+}

@@ -1,0 +1,12 @@
+# add_version_info(TARGET FILE DESCRIPTION): what the file's properties show on Windows. The version is the project's.
+function(add_version_info target version_file version_description)
+  get_target_property(type ${target} TYPE)
+  set(version_type VFT_DLL)
+  if(type STREQUAL "EXECUTABLE")
+    set(version_type VFT_APP)
+  endif()
+  get_filename_component(version_name ${version_file} NAME_WE)
+  set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}-version.rc)
+  configure_file(${CMAKE_SOURCE_DIR}/cmake/version.rc.in ${script} @ONLY)
+  target_sources(${target} PRIVATE ${script})
+endfunction()
