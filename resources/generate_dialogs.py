@@ -16,7 +16,33 @@ import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 LAYOUTS = ("palette", "contrast", "library")
-STRINGS = {"STRING_CONFIRM_DELETE": "confirm.delete"}
+STRINGS = {
+    "STRING_CONFIRM_DELETE": "confirm.delete",
+    "STRING_LIBRARY_EMPTY": "library.empty",
+    "STRING_WIDTH": "tip.width",
+    "STRING_HEIGHT": "tip.height",
+    "STRING_OPACITY": "opacity",
+    "STRING_CONTRAST": "contrast",
+    "STRING_BRIGHTNESS": "brightness",
+    "STRING_SATURATION": "saturation",
+    "STRING_HUE": "hue",
+    "STRING_FRAME_CLOSE": "frame.close",
+    "STRING_FRAME_APPLY": "frame.apply",
+    "STRING_FRAME_FLIP_VERTICAL": "frame.flip.vertical",
+    "STRING_FRAME_FLIP_HORIZONTAL": "frame.flip.horizontal",
+    "STRING_FRAME_BRIGHTER": "frame.brighter",
+    "STRING_FRAME_DARKER": "frame.darker",
+    "STRING_FRAME_ROTATE": "frame.rotate",
+    "STRING_FRAME_HUE_DOWN": "frame.hue.down",
+    "STRING_FRAME_HUE_UP": "frame.hue.up",
+    "STRING_FRAME_SATURATION_MORE": "frame.saturation.more",
+    "STRING_FRAME_SATURATION_LESS": "frame.saturation.less",
+    "STRING_FRAME_CONTRAST_MORE": "frame.contrast.more",
+    "STRING_FRAME_CONTRAST_LESS": "frame.contrast.less",
+    "STRING_FRAME_LIFT_UP": "frame.lift.up",
+    "STRING_FRAME_LIFT_DOWN": "frame.lift.down",
+    "STRING_FRAME_RESIZE": "frame.resize",
+}
 
 
 def data_lines(path):

@@ -123,3 +123,29 @@
 
 // ---- Strings: id + the language's offset (session/ground/language_table.h) ----
 #define STRING_CONFIRM_DELETE 100
+#define STRING_LIBRARY_EMPTY 101  // what to do, in a library that holds nothing
+// The scroll bars in full words.
+#define STRING_WIDTH 102
+#define STRING_HEIGHT 103
+#define STRING_OPACITY 104
+#define STRING_CONTRAST 105
+#define STRING_BRIGHTNESS 106
+#define STRING_SATURATION 107
+#define STRING_HUE 108
+// The buttons of the selection frame.
+#define STRING_FRAME_CLOSE 110
+#define STRING_FRAME_APPLY 111
+#define STRING_FRAME_FLIP_VERTICAL 112
+#define STRING_FRAME_FLIP_HORIZONTAL 113
+#define STRING_FRAME_BRIGHTER 114
+#define STRING_FRAME_DARKER 115
+#define STRING_FRAME_ROTATE 116
+#define STRING_FRAME_HUE_DOWN 117
+#define STRING_FRAME_HUE_UP 118
+#define STRING_FRAME_SATURATION_MORE 119
+#define STRING_FRAME_SATURATION_LESS 120
+#define STRING_FRAME_CONTRAST_MORE 121
+#define STRING_FRAME_CONTRAST_LESS 122
+#define STRING_FRAME_LIFT_UP 123
+#define STRING_FRAME_LIFT_DOWN 124
+#define STRING_FRAME_RESIZE 125

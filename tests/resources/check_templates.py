@@ -17,6 +17,7 @@ OFFSETS = {"FR": 0, "EN": 1000, "ES": 2000, "PT": 3000, "IT": 4000, "RU": 5000, 
            "DE": 9000, "SK": 10000, "HU": 11000, "JP": 12000, "CS": 13000, "TR": 14000, "LT": 15000, "KO": 16000}
 SEPARATOR = 65535
 CONFIRM_DELETE = 100
+STRINGS = (*range(100, 109), *range(110, 126))  # of each language, before its offset
 
 # Dialog suffix: position, size, style. The palette is shown by the code, so it starts invisible.
 DIALOGS = {
@@ -316,7 +317,7 @@ def check_cursors(library):
 
 
 def check_strings(library, languages):
-    expected = {CONFIRM_DELETE + OFFSETS[code] for code in languages}
+    expected = {string + OFFSETS[code] for code in languages for string in STRINGS}
     if set(library["strings"]) != expected:
         yield f"strings are {sorted(library['strings'])}"
     if library["strings"].get(1100) != "Are you sure to delete the file ?":

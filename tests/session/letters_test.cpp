@@ -44,7 +44,7 @@ const KeyOfControl paletteKeys[] = {
 const KeyOfControl contrastKeys[] = {
     {1, "ok"}, {2, "cancel"}, {150, "contrast"}, {152, "brightness"}, {154, "saturation"}, {156, "hue"},
 };
-const KeyOfControl libraryKeys[] = {{2, "close"}, {8, "save"}, {9, "delete"}};
+const KeyOfControl libraryKeys[] = {{2, "library.close"}, {8, "save"}, {9, "delete"}};
 
 std::wstring wide(const std::string& text)
 {
