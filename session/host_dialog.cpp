@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr int CAPTION_SIZE = 256;
+
 SIZE clientSizeFor(const RECT& dialogRect, HGLOBAL image)
 {
     const int frameX = 2 * GetSystemMetrics(SM_CXFRAME);
@@ -69,8 +71,17 @@ bool prepareSession(HWND dialog, const SessionArguments& arguments)
     return session->originalImage != nullptr;  // without the original, Close could not keep its promise
 }
 
+// The host names its picture in its own title. Read without asking the window, which may belong to another thread.
+void takeCaptionOfOwner(HWND dialog)
+{
+    WCHAR caption[CAPTION_SIZE];
+    const HWND owner = GetWindow(dialog, GW_OWNER);
+    if (owner && InternalGetWindowText(owner, caption, CAPTION_SIZE) > 0) SetWindowTextW(dialog, caption);
+}
+
 INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
 {
+    takeCaptionOfOwner(dialog);
     setWindowProp(dialog, PROP_FORWARD_TARGET, nullptr);
     if (!prepareSession(dialog, *(const SessionArguments*)lParam)) session->hostDialog = nullptr;
     return 1;

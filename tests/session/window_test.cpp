@@ -56,6 +56,19 @@ struct EditingWindow : SessionTest {
     }
 };
 
+TEST_F(EditingWindow, HasTheCaptionOfItsParent)
+{
+    const wchar_t* const captions[] = {L"Host", L"\u041F\u043B\u044F\u0436 \u2014 \u6D77\u8FBA.jpg", L""};
+    for (const wchar_t* caption : captions) {
+        SetWindowTextW(host.parent, caption);
+        ASSERT_TRUE(open());
+        wchar_t text[64] = L"";
+        GetWindowTextW(host.dialog, text, 64);
+        EXPECT_STREQ(caption, text);
+        closeAndCheck(snapshot(photo));
+    }
+}
+
 TEST_F(EditingWindow, OccupiesTheRectangleOfTheCall)
 {
     usePhoto(300, 200, 450, 300);
