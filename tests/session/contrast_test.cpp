@@ -9,22 +9,6 @@
 #include "tests/session/screen_picture.h"
 #include "tests/session/session_fixture.h"
 
-enum ContrastId {
-    ID_OK = 1,
-    ID_CANCEL = 2,
-    ID_CONTRAST_BAR = 101,
-    ID_BRIGHTNESS_BAR = 102,
-    ID_SATURATION_BAR = 103,
-    ID_HUE_BAR = 104,
-    ID_CONTRAST_BUTTON = 114,
-    ID_RUBBER_BUTTON = 118,
-    ID_RESET_CONTRAST = 150,
-    ID_RESET_BRIGHTNESS = 152,
-    ID_RESET_SATURATION = 154,
-    ID_RESET_HUE = 156,
-    ID_UNDO_BUTTON = 190,
-};
-
 constexpr int TEMPLATE_HEIGHT = 115;  // dialog units
 constexpr reference::Values NEUTRAL = {0, 0, 50, 0, 0};
 
@@ -103,7 +87,7 @@ struct Contrast : SessionTest {
     void openDialog()
     {
         if (!host.running) openSessionHere();
-        ASSERT_TRUE(clickControl(&host, ID_CONTRAST_BUTTON));
+        ASSERT_TRUE(clickControl(&host, ID_CONTRAST));
         ASSERT_TRUE(waitUntil("the contrast dialog to open", [&] { return findDialog(); }));
         leavePalette();
     }
@@ -215,7 +199,7 @@ struct Contrast : SessionTest {
         RECT window, client, button, bar = controlRect(ID_HUE_BAR), units = {0, 0, 193, TEMPLATE_HEIGHT};
         GetWindowRect(dialog, &window);
         GetClientRect(dialog, &client);
-        GetWindowRect(GetDlgItem(host.palette, ID_CONTRAST_BUTTON), &button);
+        GetWindowRect(GetDlgItem(host.palette, ID_CONTRAST), &button);
         MapWindowPoints(nullptr, dialog, (POINT*)&bar, 2);
         MapDialogRect(dialog, &units);
         EXPECT_EQ(units.bottom, client.bottom);
@@ -260,7 +244,7 @@ TEST_F(Contrast, PreviewsOfOddImages)
         const reference::Values values = {-30, 12, 80, 40, 0};
         set(values);
         expectPreview(values);
-        clickToClose(ID_OK);
+        clickToClose(ID_CONTRAST_OK);
         EXPECT_TRUE(adjustedBlock(before, photo, values) == snapshot(photo));
         saveAndCheck();
     }
@@ -279,7 +263,7 @@ TEST_F(Contrast, StaysOnTheScreen)
         GetWindowRect(dialog, &window);
         EXPECT_LE(window.right, GetSystemMetrics(SM_CXSCREEN));
         EXPECT_LE(window.bottom, GetSystemMetrics(SM_CYSCREEN));
-        clickToClose(ID_CANCEL);
+        clickToClose(ID_CONTRAST_CANCEL);
         closeAndCheck(before);
     }
 }
@@ -415,7 +399,7 @@ TEST_F(Contrast, OkAdjustsTheWholeImage)
         openDialog();
         set(values);
         expectPreview(values);
-        clickToClose(ID_OK);
+        clickToClose(ID_CONTRAST_OK);
         expectAfterOk(values);
         saveAndCheck();
         expectAfterOk(values);
@@ -426,7 +410,7 @@ TEST_F(Contrast, CancelChangesNothing)
 {
     openDialog();
     set({-60, 30, 90, 70, 0});
-    clickToClose(ID_CANCEL);
+    clickToClose(ID_CONTRAST_CANCEL);
     EXPECT_TRUE(before == snapshot(photo));
     saveAndCheck();
     EXPECT_TRUE(before == snapshot(photo));
@@ -435,7 +419,7 @@ TEST_F(Contrast, CancelChangesNothing)
 TEST_F(Contrast, HostWindowIsDisabledMeanwhile)
 {
     openSessionHere();
-    for (int way : {ID_OK, ID_CANCEL}) {
+    for (int way : {ID_CONTRAST_OK, ID_CONTRAST_CANCEL}) {
         EXPECT_TRUE(IsWindowEnabled(host.dialog));
         openDialog();
         EXPECT_FALSE(IsWindowEnabled(host.dialog));
@@ -443,7 +427,7 @@ TEST_F(Contrast, HostWindowIsDisabledMeanwhile)
         clickToClose(way);
         EXPECT_TRUE(IsWindowEnabled(host.dialog));
         EXPECT_TRUE(IsWindowEnabled(host.palette));
-        EXPECT_FALSE(isChecked(host, ID_CONTRAST_BUTTON));
+        EXPECT_FALSE(isChecked(host, ID_CONTRAST));
     }
 }
 
@@ -473,7 +457,7 @@ TEST_F(Contrast, WaitCursorShowsWhileTheImageIsAdjusted)
     cursorChanges.clear();
     ImportPatch patch;
     ASSERT_TRUE(patchImport(&patch, library.module, "SetCursor", (void*)noteCursor));
-    clickToClose(ID_OK);
+    clickToClose(ID_CONTRAST_OK);
     undoPatch(&patch);
     const HCURSOR wait = LoadCursorA(nullptr, (LPCSTR)IDC_WAIT);
     size_t shown = 0;
@@ -490,13 +474,13 @@ TEST_F(Contrast, AdjustedImageIsWhatRubberAndCloseGiveBack)
     openDialog();
     const reference::Values values = {-20, 10, 70, 30, 0};
     set(values);
-    clickToClose(ID_OK);
+    clickToClose(ID_CONTRAST_OK);
     expectAfterOk(values);
     const Block adjusted = snapshot(photo);
     ASSERT_TRUE(clickControl(&host, ID_BRUSH));
     ASSERT_TRUE(drawStroke(&host, {{60, 60}}));
     EXPECT_FALSE(adjusted == snapshot(photo));
-    ASSERT_TRUE(clickControl(&host, ID_RUBBER_BUTTON));
+    ASSERT_TRUE(clickControl(&host, ID_RUBBER));
     ASSERT_TRUE(drawStroke(&host, {{60, 60}}));  // a dab at each event, of the same size
     EXPECT_TRUE(adjusted == snapshot(photo)) << "Rubber must restore the adjusted image";
     ASSERT_TRUE(clickControl(&host, ID_BRUSH));
@@ -513,9 +497,9 @@ TEST_F(Contrast, UndoPutsBackTheKeptRectangleOfAnEarlierStroke)
     openDialog();
     const reference::Values values = {-20, 10, 50, 0, 0};
     set(values);
-    clickToClose(ID_OK);
+    clickToClose(ID_CONTRAST_OK);
     Block expected = snapshot(photo);
-    ASSERT_TRUE(clickControl(&host, ID_UNDO_BUTTON));
+    ASSERT_TRUE(clickControl(&host, ID_UNDO));
     const size_t stride = (size_t)reference::strideOf(photo.width);
     for (int y = 60 - 9; y < 90 + 10; ++y) {  // half a brush, a margin, and below one row more
         const size_t row = sizeof(BITMAPINFOHEADER) + stride * (size_t)(photo.height - 1 - y);
@@ -530,7 +514,7 @@ TEST_F(Contrast, CanvasShowsTheAdjustedImage)
     openDialog();
     const reference::Values values = {-50, -30, 50, 0, 0};
     set(values);
-    clickToClose(ID_OK);
+    clickToClose(ID_CONTRAST_OK);
     RECT canvas;
     GetClientRect(host.canvas, &canvas);
     ASSERT_EQ(photo.width, canvas.right);
@@ -551,7 +535,7 @@ TEST_F(Contrast, DISABLED_HundredMegapixels)
     set(values);
     expectPreview(values);
     const DWORD start = GetTickCount();
-    clickToClose(ID_OK);
+    clickToClose(ID_CONTRAST_OK);
     printf("OK took %u ms\n", (unsigned)(GetTickCount() - start));
     expectAfterOk(values);
 }

@@ -4,19 +4,11 @@
 #include "tests/session/library_driver.h"
 #include "tests/session/session_fixture.h"
 
-enum {
-    ID_CONTRAST_OK = 1,
-    ID_CONTRAST_CANCEL = 2,
-    ID_FIRST_BAR = 101,
-    ID_CONTRAST_BUTTON = 114,
-    ID_FIRST_RESET = 150,  // 152, 154 and 156 the others
-};
-
 constexpr int DRAG_CURSOR = 15001;
 
 static BOOL CALLBACK takeContrastWindow(HWND window, LPARAM found)
 {
-    if (!IsWindowVisible(window) || !GetDlgItem(window, ID_FIRST_BAR) || !GetDlgItem(window, ID_FIRST_RESET))
+    if (!IsWindowVisible(window) || !GetDlgItem(window, ID_CONTRAST_BAR) || !GetDlgItem(window, ID_RESET_CONTRAST))
         return TRUE;
     *(HWND*)found = window;
     return FALSE;
@@ -46,7 +38,7 @@ struct ContrastWindow : SessionTest {
 
     void openDialog()
     {
-        ASSERT_TRUE(clickControl(&host, ID_CONTRAST_BUTTON));
+        ASSERT_TRUE(clickControl(&host, ID_CONTRAST));
         ASSERT_TRUE(waitUntil("the contrast dialog to open", [&] { return dialog() != nullptr; }));
     }
 
@@ -127,9 +119,9 @@ TEST_F(ContrastWindow, ResetButtonsPostTheEndOfAScroll)
     openDialog();
     for (int number = 0; number < 4; ++number) {
         const size_t first = seenCount();
-        click(ID_FIRST_RESET + 2 * number);
+        click(ID_RESET_CONTRAST + 2 * number);
         ASSERT_TRUE(settle(&host));
-        const HWND bar = GetDlgItem(dialog(), ID_FIRST_BAR + number);
+        const HWND bar = GetDlgItem(dialog(), ID_CONTRAST_BAR + number);
         const LPARAM packed = MAKELPARAM(number == 2 ? 50 : 0, (DWORD_PTR)bar & 0xFFFF);
         int posted = 0;
         for (const SeenMessage& seen : seenSince(first)) {
@@ -138,7 +130,7 @@ TEST_F(ContrastWindow, ResetButtonsPostTheEndOfAScroll)
             EXPECT_EQ((WPARAM)SB_ENDSCROLL, seen.wParam);
             EXPECT_EQ(packed, seen.lParam);
         }
-        EXPECT_EQ(1, posted) << ID_FIRST_RESET + 2 * number;
+        EXPECT_EQ(1, posted) << ID_RESET_CONTRAST + 2 * number;
     }
     closeDialog(ID_CONTRAST_CANCEL);
 }
@@ -163,7 +155,7 @@ TEST_F(ContrastWindow, OpensInTheLanguageOfTheMoment)
         localeAnswer = locale;
         openDialog();
         char text[128] = "";
-        GetDlgItemTextA(dialog(), ID_FIRST_RESET, text, sizeof text);
+        GetDlgItemTextA(dialog(), ID_RESET_CONTRAST, text, sizeof text);
         captions.push_back(text);
         closeDialog(ID_CONTRAST_CANCEL);
     }

@@ -292,12 +292,12 @@ TEST_F(LibraryDrag, ADropReplacesWhatFloats)
 TEST_F(LibraryDrag, ADropEndsALineOfText)
 {
     ASSERT_TRUE(openWithStored(600, 400));
-    ASSERT_TRUE(clickControl(&host, ID_TEXT_TOOL));
+    ASSERT_TRUE(clickControl(&host, ID_TEXT));
     ASSERT_TRUE(drawStroke(&host, {{60, 60}}));
     ASSERT_TRUE(dragStored(&host, 0, onCanvas(host, 400, 250)));
     EXPECT_TRUE(floats());
     applyAndCheck(placedRect({400, 250}, selection, image()));
-    EXPECT_FALSE(isChecked(host, ID_TEXT_TOOL));
+    EXPECT_FALSE(isChecked(host, ID_TEXT));
 }
 
 // Meant: what floats is dropped before the file is looked at.

@@ -9,9 +9,6 @@
 #include "tests/session/pointer.h"
 
 // Control ids of the library's window.
-enum LibraryId { ID_LIBRARY_CLOSE = 2, ID_LIBRARY_SAVE = 8, ID_LIBRARY_DELETE = 9, ID_LIBRARY_LIST = 10 };
-// And of the palette.
-enum { ID_SELECTION = 116, ID_TEXT_TOOL = 123, ID_LIBRARY = 154 };
 
 // ---- the window
 

@@ -32,7 +32,7 @@ TEST_F(Palette, OpensWithTheDefaults)
     EXPECT_FALSE(isChecked(host, ID_RECTANGLE));
     EXPECT_TRUE(isChecked(host, ID_FULL));
     EXPECT_FALSE(isChecked(host, ID_SOFT));
-    for (int tool = 114; tool <= 124; ++tool)
+    for (int tool = ID_CONTRAST; tool <= ID_COLORS; ++tool)
         EXPECT_FALSE(isChecked(host, tool)) << tool;
 }
 
@@ -85,7 +85,7 @@ TEST_F(Palette, ToolsKeepTheirOwnSettings)
     ASSERT_TRUE(clickControl(&host, ID_SOFT));
     const int width = scrollPosition(host, ID_WIDTH);
     EXPECT_EQ(24, width);
-    ASSERT_TRUE(clickControl(&host, 118));
+    ASSERT_TRUE(clickControl(&host, ID_RUBBER));
     EXPECT_EQ(16, scrollPosition(host, ID_WIDTH));
     EXPECT_TRUE(isChecked(host, ID_CIRCLE));
     EXPECT_TRUE(isChecked(host, ID_FULL));
@@ -103,7 +103,7 @@ TEST_F(Palette, OpacityComesBackSquared)
     ASSERT_TRUE(clickScrollBar(&host, ID_OPACITY, -1));
     const int shown = scrollPosition(host, ID_OPACITY);
     EXPECT_EQ(99, shown);
-    ASSERT_TRUE(clickControl(&host, 118));
+    ASSERT_TRUE(clickControl(&host, ID_RUBBER));
     EXPECT_EQ(100, scrollPosition(host, ID_OPACITY));
     ASSERT_TRUE(clickControl(&host, ID_BRUSH));
     EXPECT_EQ(shown * shown / 100, scrollPosition(host, ID_OPACITY));
@@ -115,7 +115,7 @@ TEST_F(Palette, SecondSessionStartsWithoutATool)
     ASSERT_TRUE(clickControl(&host, ID_BRUSH));
     saveAndCheck();
     ASSERT_TRUE(open());
-    for (int tool = 114; tool <= 124; ++tool)
+    for (int tool = ID_CONTRAST; tool <= ID_COLORS; ++tool)
         EXPECT_FALSE(isChecked(host, tool)) << tool;
 }
 

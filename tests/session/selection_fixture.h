@@ -6,8 +6,6 @@
 #include "tests/session/selection_model.h"
 #include "tests/session/session_fixture.h"
 
-const int ID_SELECTION = 116;
-
 enum Hit {
     INSIDE = 1,
     APPLY = 3,

@@ -220,7 +220,7 @@ TEST_F(SelectionFrames, NoOperationLeavesAnythingOnTheScreen)
             draw(star);
             dragTurn(between(20, 160));
             EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "turning";
-            ASSERT_TRUE(clickControl(&host, 117));  // a painting tool drops the selection
+            ASSERT_TRUE(clickControl(&host, ID_BRUSH));  // a painting tool drops the selection
             EXPECT_TRUE(showsWhatAFullRepaintShows(&host)) << "another tool";
             ASSERT_TRUE(clickControl(&host, ID_SELECTION));
         }

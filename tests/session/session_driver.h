@@ -11,6 +11,7 @@
 #include <string>
 
 #include "include/kovrtch32.h"
+#include "tests/session/control_ids.h"
 #include "tests/session/host_image.h"
 #include "tests/session/message_log.h"
 
@@ -19,25 +20,6 @@ constexpr DWORD WAIT_LIMIT_MS = 10000;
 constexpr int CANVAS_ID = 12345;
 constexpr UINT POINTER_ENTERED = 1025;
 constexpr UINT POINTER_LEFT = 1026;
-
-// Control ids of the palette.
-enum PaletteId {
-    ID_CLOSE = 2,
-    ID_SAVE = 8,
-    ID_BRUSH = 117,
-    ID_AEROGRAPHE = 119,
-    ID_COLORS = 124,
-    ID_UNDO = 190,
-    ID_PREVIEW = 200,
-    ID_WIDTH = 202,
-    ID_HEIGHT = 204,
-    ID_LOCK = 206,
-    ID_CIRCLE = 208,
-    ID_RECTANGLE = 209,
-    ID_OPACITY = 212,
-    ID_FULL = 213,
-    ID_SOFT = 214,
-};
 
 // The library, loaded from a fresh directory of its own: its settings file lies beside it.
 struct Library {

@@ -99,7 +99,7 @@ void TextSession::openWithText()
     OffsetRect(&dialogRect, 200 - dialogRect.left, 0);
     ASSERT_TRUE(open());
     before = snapshot(photo);
-    ASSERT_TRUE(clickControl(&host, ID_TEXT_BUTTON));
+    ASSERT_TRUE(clickControl(&host, ID_TEXT));
     ASSERT_TRUE(movePointerOnCanvas(&host, 3, 3));
     ASSERT_TRUE(waitUntil("entering", [&] { return wasSeen(0, host.canvas, POINTER_ENTERED); }));
     ASSERT_TRUE(settle(&host));

@@ -7,8 +7,6 @@
 #include "tests/session/screen_part.h"
 #include "tests/session/session_fixture.h"
 
-enum TextId { ID_SELECTION_TOOL = 116, ID_TEXT_BUTTON = 123, ID_COLORS_TOOL = 124, ID_UNDO_STEP = 190 };
-
 typedef std::vector<uint8_t> Block;
 
 struct Look {

@@ -148,13 +148,13 @@ TEST_F(Text, EscapeLeavesNoPixel)
 TEST_F(Text, PaletteCommandsLeaveNothing)
 {
     openWithText();
-    for (int id : {(int)ID_COLORS_TOOL, (int)ID_UNDO_STEP, (int)ID_CIRCLE, (int)ID_FULL}) {
+    for (int id : {(int)ID_COLORS, (int)ID_UNDO, (int)ID_CIRCLE, (int)ID_FULL}) {
         SCOPED_TRACE(id);
         click(40, 70);
         type("Gone");
         ASSERT_TRUE(clickControl(&host, id));
         expectNothingLeft();
-        ASSERT_TRUE(id != ID_COLORS_TOOL || clickControl(&host, ID_TEXT_BUTTON));
+        ASSERT_TRUE(id != ID_COLORS || clickControl(&host, ID_TEXT));
     }
     click(40, 70);
     type("Gone");
@@ -164,14 +164,14 @@ TEST_F(Text, PaletteCommandsLeaveNothing)
 TEST_F(Text, OtherToolsLeaveNothing)
 {
     openWithText();
-    for (int id = ID_SELECTION_TOOL; id < ID_TEXT_BUTTON; ++id) {
+    for (int id = ID_SELECTION; id < ID_TEXT; ++id) {
         SCOPED_TRACE(id);
         click(40, 70);
         type("Gone");
         expectLineOnScreen("Gone", 40, 54);
         ASSERT_TRUE(clickControl(&host, id));
         expectNothingLeft();
-        ASSERT_TRUE(clickControl(&host, ID_TEXT_BUTTON));
+        ASSERT_TRUE(clickControl(&host, ID_TEXT));
     }
     saveAndCheck();
     EXPECT_TRUE(before == snapshot(photo));
@@ -222,7 +222,7 @@ TEST_F(Text, FontDialogEndsTheLine)
     openWithText();
     click(40, 70);
     type("Gone");
-    ASSERT_TRUE(clickControl(&host, ID_TEXT_BUTTON));
+    ASSERT_TRUE(clickControl(&host, ID_TEXT));
     ASSERT_TRUE(waitUntil("the font dialog to open", [&] { return fontDialog(host) != nullptr; }));
     EXPECT_FALSE(IsWindowEnabled(host.dialog));
     ASSERT_TRUE(closeFontDialog(&host, IDCANCEL));
@@ -252,7 +252,7 @@ void Text::takeLookOf(const std::string& value)
 TEST_F(Text, ChosenFontComesBackInTheNextSession)
 {
     openWithText();
-    ASSERT_TRUE(clickControl(&host, ID_TEXT_BUTTON));
+    ASSERT_TRUE(clickControl(&host, ID_TEXT));
     ASSERT_TRUE(waitUntil("the font dialog to open", [&] { return fontDialog(host) != nullptr; }));
     runOnHost(&host, [&] {
         const HWND dialog = fontDialog(host), sizes = GetDlgItem(dialog, cmb3);
@@ -291,7 +291,7 @@ static LRESULT rowOf(HWND dialog, int list, const char* text)
 TEST_F(Text, FontDialogSetsFontHeightAndColour)
 {
     openWithText();
-    ASSERT_TRUE(clickControl(&host, ID_TEXT_BUTTON));
+    ASSERT_TRUE(clickControl(&host, ID_TEXT));
     ASSERT_TRUE(waitUntil("the font dialog to open", [&] { return fontDialog(host) != nullptr; }));
     runOnHost(&host, [&] {
         const HWND dialog = fontDialog(host);

@@ -12,6 +12,7 @@
 #include "session/ground/module_state.h"
 #include "session/ground/session_record.h"
 #include "tests/reference/tiff_reference.h"
+#include "tests/session/import_patch.h"
 
 typedef std::wstring Path;
 
@@ -343,24 +344,28 @@ TEST_F(SelectionLibrary, AFailedSaveLeavesListCounterAndFilesAsTheyWere)
     EXPECT_TRUE(exists(library + L"seld_002.tif"));
 }
 
-static DWORD WINAPI closeSoon(LPVOID handle)
+// The other session is done when this one has waited for it three times.
+static HANDLE heldList;
+static int pauses;
+
+static void WINAPI closeAtTheThirdPause(DWORD)
 {
-    Sleep(100);
-    CloseHandle((HANDLE)handle);
-    return 0;
+    if (++pauses == 3) CloseHandle(heldList);
 }
 
 TEST_F(SelectionLibrary, AListThatAnotherSessionHoldsIsWaitedFor)
 {
     setSelection(randomSelection(26, 4, 4));
     ASSERT_EQ(1, saveSelectionToLibrary());
-    HANDLE held =
+    pauses = 0;
+    heldList =
         CreateFileW(list().c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    HANDLE releaser = CreateThread(nullptr, 0, closeSoon, held, 0, nullptr);
+    ASSERT_NE(heldList, INVALID_HANDLE_VALUE);
+    ImportPatch patch;
+    ASSERT_TRUE(patchImport(&patch, GetModuleHandleA(nullptr), "Sleep", (void*)closeAtTheThirdPause));
     EXPECT_EQ(1, saveSelectionToLibrary());
-    WaitForSingleObject(releaser, INFINITE);
-    CloseHandle(releaser);
+    undoPatch(&patch);
+    EXPECT_EQ(3, pauses);
     EXPECT_EQ(fileText(list()), "002\r\nseld_001.tif\r\nseld_002.tif\r\n");
 }
 

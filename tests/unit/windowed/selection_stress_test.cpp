@@ -15,7 +15,7 @@
 #include "selection/geometry/frame_layout.h"
 #include "selection/selection_operations.h"
 #include "tests/reference/outline_reference.h"
-#include "tests/session/free_handles.h"
+#include "tests/session/resources_in_use.h"
 
 namespace {
 
