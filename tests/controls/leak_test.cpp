@@ -61,6 +61,7 @@ TEST(Leaks, ThousandDialogsLeaveNothingBehind)
     ASSERT_LT(bitmapsBefore, 1 << 17) << "the count must end somewhere to say anything";
     for (int i = 0; i < 1000; ++i)
         useDialog();
+    // A single byte lost in every third dialog would be 333.
     EXPECT_GE(bitmapsLeft(), bitmapsBefore - 100);
-    EXPECT_LT(heapInUse(), heapBefore + 1000 * sizeof(void*));
+    EXPECT_LE(heapInUse(), heapBefore + 100);
 }
