@@ -6,7 +6,7 @@
 #include "image/bitmap_locks.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/locked_block.h"
-#include "tests/session/free_handles.h"
+#include "tests/session/resources_in_use.h"
 #include "tests/session/import_patch.h"
 
 TEST(BitmapBlock, LockMapFindsTheRowsOfAMapWithoutColourTable)
