@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "bench/synthetic.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "library/selection_file.h"
 #include "selection/geometry/outline.h"
@@ -21,7 +22,7 @@ static BitsView lockedView(HGLOBAL bitmap)
 
 static void freeBitmap(HGLOBAL* bitmap)
 {
-    if (*bitmap) GlobalFree(*bitmap);
+    releaseBlock(*bitmap);
     *bitmap = nullptr;
 }
 

@@ -2,6 +2,7 @@
 #include "bench/keys.h"
 
 #include "bench/synthetic.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 
 static HGLOBAL photo;
@@ -35,7 +36,8 @@ static bool prepare100(int)
 
 static void releasePhoto(int)
 {
-    if (photo) GlobalFree(photo);
+    releaseBlock(photo);
+    releaseKeptBlocks();
     photo = nullptr;
 }
 
@@ -45,13 +47,14 @@ static uint32_t crcAndFree(HGLOBAL result)
     const BitsView view = lockedView(result);
     const uint32_t crc = view.row0 ? crcOfImage(view) : 0;
     if (view.row0) unlockBitmap(result);
-    if (result) GlobalFree(result);
+    releaseBlock(result);
     return crc;
 }
 
 static bool freed(HGLOBAL result)
 {
-    return result && !GlobalFree(result);
+    releaseBlock(result);
+    return result != nullptr;
 }
 
 // Variant of scaling: how many times the result is smaller than the photo.

@@ -2,6 +2,7 @@
 #include "bench/keys.h"
 
 #include "bench/synthetic.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "selection/geometry/outline.h"
 #include "selection/geometry/selection_images.h"
@@ -26,7 +27,7 @@ static void preparePoints()
 
 static void freeMask()
 {
-    if (mask) GlobalFree(mask);
+    releaseBlock(mask);
     mask = nullptr;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "image/bitmap_locks.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 
 // The given 24-bit bitmap after `change`, which is given its LockedPixels and returns a bool, has worked on it.
@@ -16,7 +17,7 @@ HGLOBAL changedOrFreed(HGLOBAL bitmap, Change change)
         changed = pixels && change(pixels);
     }
     if (changed) return bitmap;
-    GlobalFree(bitmap);
+    releaseBlock(bitmap);
     return nullptr;
 }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "image/bitmap_locks.h"
+#include "image/kept_blocks.h"
 #include "image/made_bitmap.h"
 #include "image/pixels/pixel_ops.h"
 #include "session/ground/locked_block.h"
@@ -35,10 +36,10 @@ HGLOBAL createBitmap(int width, int height, WORD bitCount)
     const uint64_t room = largestBlock - sizeof(BITMAPINFOHEADER);
     if (stride > room / (unsigned)height) return nullptr;
 
-    HGLOBAL image = GlobalAlloc(GHND, (SIZE_T)(stride * (unsigned)height + sizeof(BITMAPINFOHEADER)));
+    HGLOBAL image = takeZeroedBlock((SIZE_T)(stride * (unsigned)height + sizeof(BITMAPINFOHEADER)));
     if (!image) return nullptr;
     if (writeHeader(image, width, height, bitCount)) return image;
-    GlobalFree(image);
+    releaseBlock(image);
     return nullptr;
 }
 
@@ -100,9 +101,9 @@ HGLOBAL duplicateBitmap(HGLOBAL image, int copyContents)
     const SIZE_T size = image ? GlobalSize(image) : 0;
     if (size == 0) return nullptr;
     // Zeroing bytes that are overwritten at once would double the work.
-    HGLOBAL copy = GlobalAlloc(copyContents ? GMEM_MOVEABLE : GHND, size);
+    HGLOBAL copy = copyContents ? takeBlock(size) : takeZeroedBlock(size);
     if (copy && copyContents && !copyBytes(copy, image, size)) {
-        GlobalFree(copy);
+        releaseBlock(copy);
         return nullptr;
     }
     return copy;
@@ -113,7 +114,7 @@ HGLOBAL duplicateBitmapReusing(HGLOBAL reuse, HGLOBAL image)
     if (!reuse || reuse == image) return duplicateBitmap(image, 1);
     const SIZE_T size = image ? GlobalSize(image) : 0;
     if (size != 0 && GlobalSize(reuse) == size && copyBytes(reuse, image, size)) return reuse;
-    GlobalFree(reuse);
+    releaseBlock(reuse);
     return duplicateBitmap(image, 1);
 }
 

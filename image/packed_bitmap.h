@@ -5,8 +5,8 @@
 // Coordinates are top-down: pixel (x, y), y = 0 at the top, lies in stored row height - 1 - y.
 //
 // Every function takes a handle and locks it for the call only (lockBitmapBits excepted). A returned
-// handle belongs to the caller, who frees it with GlobalFree. 0 (or a null handle) means failure and
-// leaves the inputs as they were.
+// handle belongs to the caller, who frees it with releaseBlock of kept_blocks.h (or GlobalFree). 0 (or a null handle)
+// means failure and leaves the inputs as they were.
 #pragma once
 
 #include <windows.h>

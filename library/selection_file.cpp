@@ -3,6 +3,7 @@
 #include <cwchar>
 
 #include "image/bitmap_locks.h"
+#include "image/kept_blocks.h"
 #include "image/made_bitmap.h"
 #include "library/format/tiff_reader.h"
 #include "library/format/tiff_writer.h"
@@ -142,14 +143,14 @@ bool readSelectionBitmaps(const WCHAR* path, HGLOBAL* image, HGLOBAL* mask)
     }
     closeSelection(source);
     if (*mask) return true;
-    if (*image) GlobalFree(*image);
+    releaseBlock(*image);
     *image = nullptr;
     return false;
 }
 
 static void replaceBlock(HGLOBAL* field, HGLOBAL block)
 {
-    if (*field) GlobalFree(*field);
+    releaseBlock(*field);
     *field = block;
 }
 

@@ -5,6 +5,7 @@
 #include "canvas/view/canvas_coordinates.h"
 #include "image/bitmap_block.h"
 #include "image/bitmap_display.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection_drawing.h"
 #include "selection/geometry/selection_images.h"
@@ -46,7 +47,7 @@ HGLOBAL composite()
     for (const LockedPixels* locked : {&mask, &pixels, &image, &target})
         unlockImage(*locked);
     if (ready) return composed;
-    if (composed) GlobalFree(composed);
+    releaseBlock(composed);
     return nullptr;
 }
 
@@ -56,7 +57,7 @@ void drawFloatingPixels(HDC dc)
     const HGLOBAL composed = composite();
     if (!composed) return;
     drawBitmap(dc, composed, &session->selectionRect, SRCCOPY);
-    GlobalFree(composed);
+    releaseBlock(composed);
 }
 
 // White dots on black: visible on any image.

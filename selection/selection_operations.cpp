@@ -4,6 +4,7 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/bitmap_block.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
@@ -34,7 +35,7 @@ void freeShape(Shape& shape)
     freeOutlinePoints(shape.points);
     freeCrossings(shape.crossings);
     for (HGLOBAL image : {shape.image, shape.mask, shape.shownImage, shape.shownMask}) {
-        if (image) GlobalFree(image);
+        releaseBlock(image);
     }
     shape = {};
 }
@@ -61,7 +62,7 @@ void takeShape(Shape& shape)
     freeCrossings(session->homeCrossings);
     for (HGLOBAL image : {session->selectionImageSource, session->selectionMaskSource, session->selectionImage,
                           session->selectionMask}) {
-        if (image) GlobalFree(image);
+        releaseBlock(image);
     }
     session->outlinePoints = shape.points;
     session->outlinePointCount = shape.pointCount;

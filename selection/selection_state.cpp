@@ -5,6 +5,7 @@
 #include "canvas/view/canvas_coordinates.h"
 #include "color/colour_adjustment.h"
 #include "image/bitmap_block.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "image/pixels/pixel_ops.h"
 #include "selection/geometry/row_crossings.h"
@@ -19,7 +20,7 @@ namespace {
 
 void freeImage(HGLOBAL& image)
 {
-    if (image) GlobalFree(image);
+    releaseBlock(image);
     image = nullptr;
 }
 

@@ -1,6 +1,7 @@
 #include "session/entry.h"
 
 #include "canvas/canvas.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "resources/resource_ids.h"
 #include "session/host_dialog.h"
@@ -34,7 +35,7 @@ static int startSession(HINSTANCE instance)
 
 static void freeBlock(HGLOBAL& block)
 {
-    if (block) GlobalFree(block);
+    releaseBlock(block);
     block = nullptr;
 }
 
@@ -48,6 +49,7 @@ static void endSession()
     freeBlock(session->strokeStartImage);
     freeBlock(session->undoSnapshot);
     session = nullptr;
+    releaseKeptBlocks();
     GlobalFree(sessionBlock);
     unregisterCanvasClass(moduleInstance);
 }

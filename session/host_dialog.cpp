@@ -3,6 +3,7 @@
 #include <initializer_list>
 
 #include "canvas/canvas.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "resources/resource_ids.h"
 #include "session/aspect_ratio.h"
@@ -201,7 +202,7 @@ void tearDown(HWND dialog)
 {
     leaveAsCloseUnlessSaved(dialog);
     if (session->originalImage) {
-        GlobalFree(session->originalImage);
+        releaseBlock(session->originalImage);
         session->originalImage = nullptr;
     }
     if (IsWindow(session->paletteDialog)) DestroyWindow(session->paletteDialog);

@@ -5,6 +5,7 @@
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/cursor_outline.h"
 #include "image/bitmap_block.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
@@ -228,7 +229,7 @@ HGLOBAL freshCoverage(HGLOBAL old, int width, int height)
         if (fits) clearCovered(map);
         unlockBlock(block);
     }
-    if (!fits && old) GlobalFree(old);
+    if (!fits) releaseBlock(old);
     covered = {fits ? old : createBitmap(width, height, 8), 0, 0};
     return covered.map;
 }

@@ -1,0 +1,169 @@
+#include "image/kept_blocks.h"
+
+#include <cstring>
+
+#include "session/ground/locked_block.h"
+
+namespace {
+
+constexpr SIZE_T LEAST_SIZE = 256 * 1024;  // smaller blocks come from the heap's own store
+constexpr DWORDLONG LEAST_FREE = 256ull * 1024 * 1024;
+
+struct BlockList {
+    static constexpr int ROOM = 32;
+    struct Entry {
+        HGLOBAL block;
+        SIZE_T size;  // as asked for
+        SIZE_T real;  // as the system said
+    };
+    Entry entries[ROOM];
+    int count;
+    SIZE_T bytes;
+};
+
+BlockList used, kept;
+SIZE_T mostUsed;  // bytes in use at one time
+
+void append(BlockList& list, const BlockList::Entry& entry)
+{
+    list.entries[list.count++] = entry;
+    list.bytes += entry.size;
+}
+
+void removeAt(BlockList& list, int index)
+{
+    list.bytes -= list.entries[index].size;
+    for (--list.count; index < list.count; ++index)
+        list.entries[index] = list.entries[index + 1];
+}
+
+int findBlock(const BlockList& list, HGLOBAL block)
+{
+    int index = list.count - 1;
+    while (index >= 0 && list.entries[index].block != block)
+        --index;
+    return index;
+}
+
+int findSize(const BlockList& list, SIZE_T size)
+{
+    int index = list.count - 1;
+    while (index >= 0 && list.entries[index].size != size)
+        --index;
+    return index;
+}
+
+void releaseOldest()
+{
+    GlobalFree(kept.entries[0].block);
+    removeAt(kept, 0);
+}
+
+void releaseAll()
+{
+    while (kept.count > 0)
+        releaseOldest();
+}
+
+// A block freed behind our back may have left its handle, which the system gives out again.
+void noteUsed(HGLOBAL block, SIZE_T size)
+{
+    const int stale = findBlock(used, block);
+    if (stale >= 0) removeAt(used, stale);
+    if (used.count == BlockList::ROOM) removeAt(used, 0);
+    append(used, {block, size, GlobalSize(block)});
+    if (used.bytes > mostUsed) mostUsed = used.bytes;
+    while (kept.count > 0 && used.bytes + kept.bytes > mostUsed)
+        releaseOldest();
+}
+
+bool memoryIsShort()
+{
+    MEMORYSTATUSEX memory = {};
+    memory.dwLength = sizeof memory;
+    return !GlobalMemoryStatusEx(&memory) || memory.ullAvailPhys < LEAST_FREE || memory.ullAvailVirtual < LEAST_FREE;
+}
+
+HGLOBAL allocate(UINT flags, SIZE_T size)
+{
+    const HGLOBAL block = GlobalAlloc(flags, size);
+    if (block || kept.count == 0) return block;
+    releaseAll();
+    return GlobalAlloc(flags, size);
+}
+
+bool zero(HGLOBAL block, SIZE_T size)
+{
+    const LockedBlock locked(block);
+    if (locked) memset(locked.bytes, 0, size);
+    return (bool)locked;
+}
+
+HGLOBAL takeKept(UINT flags, SIZE_T size)
+{
+    const int index = findSize(kept, size);
+    if (index < 0) return nullptr;
+    const HGLOBAL block = kept.entries[index].block;
+    removeAt(kept, index);
+    if (!(flags & GMEM_ZEROINIT) || zero(block, size)) return block;
+    GlobalFree(block);
+    return nullptr;
+}
+
+HGLOBAL take(UINT flags, SIZE_T size)
+{
+    if (size < LEAST_SIZE) return allocate(flags, size);
+    HGLOBAL block = takeKept(flags, size);
+    if (!block) block = allocate(flags, size);
+    if (block) noteUsed(block, size);
+    return block;
+}
+
+// Whether a block just taken off the used ones may be kept: as its owner left it, and within the bounds.
+bool mayKeep(const BlockList::Entry& entry)
+{
+    const bool whole = GlobalSize(entry.block) == entry.real && (GlobalFlags(entry.block) & GMEM_LOCKCOUNT) == 0;
+    return whole && kept.count < BlockList::ROOM && used.bytes + kept.bytes + entry.size <= mostUsed &&
+           !memoryIsShort();
+}
+
+}  // namespace
+
+HGLOBAL takeBlock(SIZE_T size)
+{
+    return take(GMEM_MOVEABLE, size);
+}
+
+HGLOBAL takeZeroedBlock(SIZE_T size)
+{
+    return take(GHND, size);
+}
+
+void releaseBlock(HGLOBAL block)
+{
+    if (!block) return;
+    const int index = findBlock(used, block);
+    if (index < 0) {
+        GlobalFree(block);
+        return;
+    }
+    const BlockList::Entry entry = used.entries[index];
+    removeAt(used, index);
+    if (mayKeep(entry)) {
+        append(kept, entry);
+    } else {
+        GlobalFree(block);
+    }
+}
+
+void releaseKeptBlocks()
+{
+    releaseAll();
+    used = {};
+    mostUsed = 0;
+}
+
+SIZE_T keptBytes()
+{
+    return kept.bytes;
+}
