@@ -10,6 +10,7 @@
 #include "image/packed_bitmap.h"
 #include "selection/selection.h"
 #include "selection/selection_drawing.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"
@@ -106,9 +107,16 @@ LRESULT onTimer(HWND canvas, WPARAM id)
     return 0;
 }
 
+bool isInput(UINT message)
+{
+    return message == WM_KEYDOWN || message == WM_CHAR || message == WM_TIMER || message == WM_LBUTTONDOWN ||
+           message == WM_MOUSEMOVE || message == WM_LBUTTONUP || message == WM_CAPTURECHANGED;
+}
+
 LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (!session) return DefWindowProcA(canvas, message, wParam, lParam);
+    if (sessionExtras.leaving != LEAVING_UNDECIDED && isInput(message)) return 0;
     // Signed on purpose: with the mouse captured, points left of and above the client are negative.
     const POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
     switch (message) {

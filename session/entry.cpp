@@ -2,7 +2,7 @@
 
 #include "canvas/canvas.h"
 #include "image/kept_blocks.h"
-#include "image/packed_bitmap.h"
+#include "image/original_image.h"
 #include "resources/resource_ids.h"
 #include "session/host_dialog.h"
 #include "session/ground/module_state.h"
@@ -24,7 +24,6 @@ static int startSession(HINSTANCE instance)
         if (sessionBlock) GlobalFree(sessionBlock);
         return 0;
     }
-    sessionLeaving = LEAVING_UNDECIDED;
     const int registered = registerCanvasClass(instance);
     if (!registered) {
         session = nullptr;
@@ -41,9 +40,9 @@ static void freeBlock(HGLOBAL& block)
 
 static void endSession()
 {
+    releaseOriginal();
     freeUndoHistory();
     freeBlock(session->brushMask);
-    freeBlock(session->originalImage);
     freeBlock(session->maskCache);
     freeBlock(session->strokeCoverage);
     freeBlock(session->strokeStartImage);

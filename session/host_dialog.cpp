@@ -3,7 +3,7 @@
 #include <initializer_list>
 
 #include "canvas/canvas.h"
-#include "image/kept_blocks.h"
+#include "image/original_image.h"
 #include "image/packed_bitmap.h"
 #include "resources/resource_ids.h"
 #include "session/aspect_ratio.h"
@@ -12,6 +12,7 @@
 #include "session/frame.h"
 #include "session/ground/language.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "tools/palette/palette.h"
@@ -68,8 +69,7 @@ bool prepareSession(HWND dialog, const SessionArguments& arguments)
     setWindowProp(dialog, PROP_ASPECT_HEIGHT, (HANDLE)(INT_PTR)client.cy);
     placeDialog(dialog, *arguments.dialogRect, client);
     if (!openPalette(dialog, *arguments.palettePos)) return false;
-    session->originalImage = duplicateBitmap(arguments.image, 1);
-    return session->originalImage != nullptr;  // without the original, Close could not keep its promise
+    return keepOriginal(arguments.image);  // without the original, Close could not keep its promise
 }
 
 // The host names its picture in its own title. Read without asking the window, which may belong to another thread.
@@ -190,21 +190,19 @@ INT_PTR onClose(HWND dialog, WPARAM, LPARAM)
     return 1;
 }
 
-// Every way out but Save gives the host its original back.
-void leaveAsCloseUnlessSaved(HWND dialog)
+// Every way out but Save gives the host its original back, Close once more: this is the last moment.
+void leaveAsCloseUnlessSaved()
 {
-    if (sessionLeaving != LEAVING_UNDECIDED || !session->originalImage) return;
-    copyBitmapInto((HGLOBAL)windowProp(dialog, PROP_IMAGE), session->originalImage);
-    sessionResult = 0;
+    if (sessionExtras.leaving != LEAVING_SAVED) {
+        sessionExtras.leaving = LEAVING_CLOSED;
+        sessionResult = 0;
+        giveBackOriginal();
+    }
+    releaseOriginal();
 }
 
 void tearDown(HWND dialog)
 {
-    leaveAsCloseUnlessSaved(dialog);
-    if (session->originalImage) {
-        releaseBlock(session->originalImage);
-        session->originalImage = nullptr;
-    }
     if (IsWindow(session->paletteDialog)) DestroyWindow(session->paletteDialog);
     for (int key : {PROP_ASPECT_WIDTH, PROP_ASPECT_HEIGHT, PROP_IMAGE, PROP_FORWARD_TARGET, PROP_CANVAS}) {
         removeWindowProp(dialog, key);
@@ -212,6 +210,7 @@ void tearDown(HWND dialog)
     session->canvasWindow = nullptr;
     if (IsWindow(session->libraryDialog)) DestroyWindow(session->libraryDialog);
     session->libraryDialog = nullptr;
+    leaveAsCloseUnlessSaved();
 }
 
 INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)

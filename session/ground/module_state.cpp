@@ -3,4 +3,3 @@
 HINSTANCE moduleInstance;
 int sessionResult;
 char languageCode[4];
-Leaving sessionLeaving;

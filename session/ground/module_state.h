@@ -6,7 +6,3 @@
 extern HINSTANCE moduleInstance;  // KOVRTCH32.dll; set by its main routine
 extern int sessionResult;         // what the entry returns: 1 Save, 0 Close. Keeps its value from session to session
 extern char languageCode[4];      // upper-case abbreviation of the user's language; its first two letters count
-
-// How the running session is being left. While undecided, leaving counts as Close.
-enum Leaving { LEAVING_UNDECIDED, LEAVING_CLOSED, LEAVING_SAVED };
-extern Leaving sessionLeaving;

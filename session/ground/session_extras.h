@@ -1,5 +1,5 @@
 // What a session remembers besides its record, whose fields are fixed. One for each session, zeroed when its
-// canvas is created, so that nothing of it outlives the record. It owns nothing.
+// canvas is created, so that nothing of it outlives the record. It owns nothing but the two locks of KeptOriginal.
 #pragma once
 
 #include <windows.h>
@@ -27,7 +27,21 @@ struct BrushMaskKey {
     uint32_t shape;
 };
 
+// How the session is being left. Once that is decided, nothing gets into the image any more; while undecided,
+// leaving counts as Close.
+enum Leaving { LEAVING_UNDECIDED, LEAVING_CLOSED, LEAVING_SAVED };
+
+// The host's image and the session's originalImage, both locked: image/original_image.h.
+struct KeptOriginal {
+    HGLOBAL image;
+    void* imageBytes;           // null when it is not locked
+    const void* originalBytes;  // null when it is not locked
+    size_t size;                // bytes of the original
+};
+
 struct SessionExtras {
+    Leaving leaving;
+    KeptOriginal kept;
     OutlinePicture outline;
     CoveredLines covered;
     BrushMaskKey brushMaskKey;

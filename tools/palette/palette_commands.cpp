@@ -4,11 +4,12 @@
 
 #include "canvas/view/cursor_outline.h"
 #include "color/contrast_dialog.h"
-#include "image/packed_bitmap.h"
+#include "image/original_image.h"
 #include "library/library_dialog.h"
 #include "resources/resource_ids.h"
 #include "selection/selection.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"
@@ -92,17 +93,17 @@ void postCloseToHost()
 
 void closeSession(HWND, int)
 {
-    copyBitmapInto(editedImage(), session->originalImage);
+    giveBackOriginal();
     postCloseToHost();
     sessionResult = 0;
-    sessionLeaving = LEAVING_CLOSED;
+    sessionExtras.leaving = LEAVING_CLOSED;
 }
 
 void saveSession(HWND, int)
 {
     postCloseToHost();
     sessionResult = 1;
-    sessionLeaving = LEAVING_SAVED;
+    sessionExtras.leaving = LEAVING_SAVED;
 }
 
 void adjustContrast(HWND palette, int id)
@@ -254,6 +255,7 @@ const Command commands[] = {
 
 void runPaletteCommand(HWND palette, int id)
 {
+    if (sessionExtras.leaving != LEAVING_UNDECIDED) return;  // Close and Save are the last word
     switchSettings(palette, (uint32_t)id);
     endText(session->canvasWindow);
     for (const Command& command : commands) {

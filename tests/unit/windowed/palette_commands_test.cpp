@@ -4,6 +4,7 @@
 #include "resources/resource_ids.h"
 #include "session/ground/language.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 #include "tests/unit/windowed/stroke_model.h"
 #include "tools/palette/palette.h"
 #include "tools/palette/palette_controls.h"
@@ -232,10 +233,10 @@ TEST_F(PaletteCommands, UndoAndRedoButtonsAndCloseGivesTheOriginalBack)
     click(BUTTON_CLOSE);
     EXPECT_TRUE(showsPicture(image, first));
     EXPECT_EQ(0, sessionResult);
-    EXPECT_EQ(LEAVING_CLOSED, sessionLeaving);
+    EXPECT_EQ(LEAVING_CLOSED, sessionExtras.leaving);
     MSG message;
     EXPECT_TRUE(PeekMessageA(&message, host, WM_CLOSE, WM_CLOSE, PM_REMOVE));
-    sessionLeaving = LEAVING_UNDECIDED;
+    sessionExtras.leaving = LEAVING_UNDECIDED;
 }
 
 TEST_F(PaletteCommands, SaveKeepsTheImage)
@@ -248,7 +249,7 @@ TEST_F(PaletteCommands, SaveKeepsTheImage)
     EXPECT_EQ(1, sessionResult);
     MSG message;
     EXPECT_TRUE(PeekMessageA(&message, host, WM_CLOSE, WM_CLOSE, PM_REMOVE));
-    sessionLeaving = LEAVING_UNDECIDED;
+    sessionExtras.leaving = LEAVING_UNDECIDED;
     sessionResult = 0;
 }
 

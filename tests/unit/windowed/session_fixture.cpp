@@ -5,6 +5,7 @@
 
 #include "canvas/canvas.h"
 #include "image/bitmap_block.h"
+#include "image/original_image.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/module_state.h"
 #include "session/ground/window_props.h"
@@ -76,9 +77,8 @@ bool SessionFixture::openOn(HGLOBAL bitmap, SIZE client, bool visible)
     mapCanvas(canvas);
     session->overlayEnabled = visible;
     session->mouseInside = 1;
-    session->originalImage = duplicateBitmap(image, 1);
     if (visible) UpdateWindow(canvas);
-    return session->originalImage != nullptr;
+    return keepOriginal(image);
 }
 
 void SessionFixture::close()
@@ -89,8 +89,9 @@ void SessionFixture::close()
     removeWindowProp(host, PROP_CANVAS);
     DestroyWindow(host);
     freeUndoHistory();
+    releaseOriginal();
     for (HGLOBAL block : {session->brushMask, session->maskCache, session->strokeCoverage, session->strokeStartImage,
-                          session->originalImage, session->undoSnapshot, image}) {
+                          session->undoSnapshot, image}) {
         if (block) GlobalFree(block);
     }
     free(session);
