@@ -16,6 +16,7 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "tools/palette/palette.h"
+#include "tools/settings/settings_file.h"
 
 namespace {
 
@@ -84,7 +85,10 @@ INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
 {
     takeCaptionOfOwner(dialog);
     setWindowProp(dialog, PROP_FORWARD_TARGET, nullptr);
-    if (!prepareSession(dialog, *(const SessionArguments*)lParam)) session->hostDialog = nullptr;
+    if (!prepareSession(dialog, *(const SessionArguments*)lParam)) {
+        session->hostDialog = nullptr;
+        leaveToolSettings();
+    }
     return 1;
 }
 

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "session/ground/tool_table.h"
+
 // The brush's picture at the pointer. A brush may be larger on the screen than the canvas: its bitmap then holds
 // only as much of it as can be seen at once.
 struct OutlinePicture {
@@ -39,7 +41,22 @@ struct KeptOriginal {
     size_t size;                // bytes of the original
 };
 
+// What is known of the settings file, so that nothing in it is overwritten that was not read and that the user
+// has not changed: tools/settings/settings_file.h.
+enum StoredValue : uint8_t {
+    VALUE_UNREAD,   // it may be there
+    VALUE_MISSING,  // it is not there
+    VALUE_READ,
+};
+struct StoredSettings {
+    bool mayBeWritten;  // false before the file was looked for
+    StoredValue toolValues[TOOL_COUNT], fontValue;
+    ToolSettings tools[TOOL_COUNT];  // as they were after reading
+    LOGFONTA font;
+};
+
 struct SessionExtras {
+    StoredSettings stored;
     Leaving leaving;
     KeptOriginal kept;
     OutlinePicture outline;

@@ -1,5 +1,6 @@
 // Calls with good and bad arguments: what they return, what they leave behind, and that the next works.
 #include "tests/session/import_patch.h"
+#include "tests/session/library_driver.h"
 #include "tests/session/session_fixture.h"
 
 struct Starting : SessionTest {
@@ -159,6 +160,35 @@ TEST_F(Starting, NoPaletteInAnyLanguage)
     expectRefused(arguments());
     undoPatch(&patch);
     expectGoodSession();
+}
+
+// A template with a control that cannot be made: the palette is destroyed before it has read any settings.
+TEST_F(Starting, PaletteThatCannotBeMadeLeavesTheSettingsAlone)
+{
+    const std::string path = library.directory + "KOVRTCH.INI";
+    const std::string text = "[Cursors]\r\nT117=001,001,005,006,000,001,001,001,000,049,255\r\n";
+    ASSERT_TRUE(writeFileBytes(path, FileBytes(text.begin(), text.end())));
+    ASSERT_TRUE(UnregisterClassA("Bouton", GetModuleHandleA("KOVCTRL32.dll")));
+    expectRefused(arguments());
+    const FileBytes after = fileBytes(path);
+    EXPECT_EQ(text, std::string(after.begin(), after.end()));
+}
+
+static HGLOBAL WINAPI noCopyOfAPhoto(UINT flags, SIZE_T size)
+{
+    return size > 100000 ? nullptr : GlobalAlloc(flags, size);
+}
+
+// The palette has read settings and is closed again: a session that does not start makes no file.
+TEST_F(Starting, ARefusalMakesNoSettingsFile)
+{
+    ImportPatch patch;
+    ASSERT_TRUE(patchImport(&patch, library.module, "GlobalAlloc", (void*)noCopyOfAPhoto));
+    expectRefused(arguments());
+    undoPatch(&patch);
+    EXPECT_EQ(INVALID_FILE_ATTRIBUTES, GetFileAttributesA((library.directory + "KOVRTCH.INI").c_str()));
+    expectGoodSession();
+    EXPECT_NE(INVALID_FILE_ATTRIBUTES, GetFileAttributesA((library.directory + "KOVRTCH.INI").c_str()));
 }
 
 static HWND WINAPI noDialog(HINSTANCE, LPCWSTR, HWND, DLGPROC, LPARAM)

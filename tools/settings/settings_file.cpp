@@ -3,9 +3,13 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <cwchar>
+#include <initializer_list>
 
 #include "session/ground/module_path.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "tools/settings/settings_text.h"
 
@@ -21,16 +25,19 @@ constexpr int LEGACY_TOOL_COUNT = TOOL_COUNT - 1;  // it did not know the outlin
 
 static_assert(FACE_NAME_SIZE == LF_FACESIZE, "a face name fits the font record");
 
-// The wide calls take any path; the file itself stays in the system's ANSI code page.
-bool readValue(const WCHAR* path, const WCHAR* key, char (&value)[SETTINGS_VALUE_SIZE])
+// The wide calls take any path; the file itself stays in the system's ANSI code page. A key that is not there
+// answers with a default that no file holds, so that it is not taken for one that could not be read.
+StoredValue readValue(const WCHAR* path, const WCHAR* key, char (&value)[SETTINGS_VALUE_SIZE])
 {
+    static const WCHAR notThere[] = L"\x01";
     WCHAR wide[SETTINGS_VALUE_SIZE];
     memset(value, 0, sizeof value);
-    if (!GetPrivateProfileStringW(SECTION, key, L"", wide, SETTINGS_VALUE_SIZE, path)) return false;
+    if (!GetPrivateProfileStringW(SECTION, key, notThere, wide, SETTINGS_VALUE_SIZE, path)) return VALUE_UNREAD;
+    if (wcscmp(wide, notThere) == 0) return VALUE_MISSING;
     if (!WideCharToMultiByte(CP_ACP, 0, wide, -1, value, sizeof value, nullptr, nullptr)) {
         value[sizeof value - 1] = 0;  // more bytes than characters: cut
     }
-    return value[0] != 0;
+    return value[0] ? VALUE_READ : VALUE_UNREAD;
 }
 
 void writeValue(const WCHAR* path, const WCHAR* key, const char* value)
@@ -45,25 +52,35 @@ void makeToolKey(WCHAR (&key)[16], uint32_t number)
     wsprintfW(key, L"T%d", (int)number);
 }
 
-FontSettings fontSettings(const LOGFONTA& font)
-{
-    FontSettings settings = {(int)font.lfHeight,    (int)font.lfWeight, font.lfQuality,
-                             font.lfPitchAndFamily, font.lfItalic,      font.lfUnderline,
-                             font.lfStrikeOut,      font.lfCharSet,     {}};
-    memcpy(settings.face, font.lfFaceName, sizeof settings.face);
-    settings.face[sizeof settings.face - 1] = 0;
-    return settings;
-}
-
 int within(int number, int minimum, int maximum)
 {
     return number < minimum ? minimum : number > maximum ? maximum : number;
 }
 
-void readFont(const WCHAR* path)
+// Values stand at fixed positions: a fourth digit or a sign would move all that follow.
+int writable(int number)
 {
-    char value[SETTINGS_VALUE_SIZE];
-    if (!readValue(path, FONT_KEY, value)) return;
+    return within(number, 0, 999);
+}
+
+FontSettings fontSettings(const LOGFONTA& font)
+{
+    FontSettings settings = {writable(abs((int)font.lfHeight)),
+                             writable((int)font.lfWeight),
+                             font.lfQuality,
+                             font.lfPitchAndFamily,
+                             font.lfItalic,
+                             font.lfUnderline,
+                             font.lfStrikeOut,
+                             font.lfCharSet,
+                             {}};
+    memcpy(settings.face, font.lfFaceName, sizeof settings.face);
+    settings.face[sizeof settings.face - 1] = 0;
+    return settings;
+}
+
+void takeFont(const char* value)
+{
     FontSettings settings = {};
     parseFontValue(value, settings);
     LOGFONTA& font = session->textFont;
@@ -78,63 +95,150 @@ void readFont(const WCHAR* path)
     memcpy(font.lfFaceName, settings.face, sizeof font.lfFaceName);
 }
 
-void readTools(const WCHAR* path)
+StoredValue readFont(const WCHAR* path)
 {
-    for (ToolSettings& settings : session->toolSettings) {
-        WCHAR key[16];
-        char value[SETTINGS_VALUE_SIZE];
-        makeToolKey(key, settings.toolId);
-        if (readValue(path, key, value)) parseToolValue(value, settings);
-    }
+    char value[SETTINGS_VALUE_SIZE];
+    const StoredValue found = readValue(path, FONT_KEY, value);
+    if (found == VALUE_READ) takeFont(value);
+    return found;
 }
 
-// The older file numbered the tools one lower, Contrast excepted.
-void readLegacyTools(const WCHAR* path)
+// Reads one tool's value from its key. `parse` is that of the file's layout.
+StoredValue readTool(const WCHAR* path, uint32_t number, ToolSettings& settings,
+                     void (*parse)(const char* text, ToolSettings& settings))
 {
-    for (int slot = 0; slot < LEGACY_TOOL_COUNT; ++slot) {
+    WCHAR key[16];
+    char value[SETTINGS_VALUE_SIZE];
+    makeToolKey(key, number);
+    const StoredValue found = readValue(path, key, value);
+    if (found == VALUE_READ) parse(value, settings);
+    return found;
+}
+
+void readCurrent(const WCHAR* path)
+{
+    StoredSettings& stored = sessionExtras.stored;
+    for (int slot = 0; slot < TOOL_COUNT; ++slot) {
         ToolSettings& settings = session->toolSettings[slot];
-        WCHAR key[16];
-        char value[SETTINGS_VALUE_SIZE];
-        makeToolKey(key, settings.toolId == TOOL_CONTRAST ? settings.toolId : settings.toolId - 1);
-        if (readValue(path, key, value)) parseLegacyToolValue(value, settings);
+        stored.toolValues[slot] = readTool(path, settings.toolId, settings, parseToolValue);
     }
+    stored.fontValue = readFont(path);
 }
 
-bool fileExists(const WCHAR* path)
+// The older file numbered the tools one lower, Contrast excepted. Once there is a current file this one is read
+// no more: so none is written while anything in this one could not be read.
+void readLegacy(const WCHAR* path)
 {
+    StoredSettings& stored = sessionExtras.stored;
+    stored.fontValue = readFont(path);
+    bool whole = stored.fontValue != VALUE_UNREAD;
+    for (int slot = 0; slot < TOOL_COUNT; ++slot) {
+        ToolSettings& settings = session->toolSettings[slot];
+        const uint32_t number = settings.toolId == TOOL_CONTRAST ? settings.toolId : settings.toolId - 1;
+        stored.toolValues[slot] =
+            slot < LEGACY_TOOL_COUNT ? readTool(path, number, settings, parseLegacyToolValue) : VALUE_MISSING;
+        whole = whole && stored.toolValues[slot] != VALUE_UNREAD;
+    }
+    stored.mayBeWritten = whole;
+}
+
+enum Presence { ABSENT, READABLE, UNREADABLE };
+
+// Whatever keeps a file from being looked at or opened: it may be there.
+Presence presenceOf(const WCHAR* path)
+{
+    SetLastError(ERROR_SUCCESS);
     const DWORD attributes = GetFileAttributesW(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        const DWORD error = GetLastError();
+        return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? ABSENT : UNREADABLE;
+    }
+    if (attributes & FILE_ATTRIBUTE_DIRECTORY) return ABSENT;
+    const DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE file = CreateFileW(path, GENERIC_READ, sharing, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return UNREADABLE;
+    CloseHandle(file);
+    return READABLE;
+}
+
+void readWhatIsThere()
+{
+    WCHAR path[MODULE_PATH_SIZE];
+    if (!pathBesideModule(path, CURRENT_FILE)) return;
+    const Presence current = presenceOf(path);
+    if (current == READABLE) readCurrent(path);
+    if (current == ABSENT && pathBesideModule(path, LEGACY_FILE)) readLegacy(path);
+}
+
+// Choosing the Text tool sets these fields of its block, whatever the user does.
+ToolSettings withoutForcedFields(ToolSettings settings)
+{
+    if (settings.toolId == TOOL_TEXT) settings.shape = settings.width = settings.lockLH = settings.widthEnabled = 0;
+    return settings;
+}
+
+bool toolHasChanged(int slot)
+{
+    const ToolSettings before = withoutForcedFields(sessionExtras.stored.tools[slot]);
+    const ToolSettings now = withoutForcedFields(session->toolSettings[slot]);
+    return memcmp(&before, &now, sizeof now) != 0;
+}
+
+bool fontHasChanged()
+{
+    // Opening a line gives the font the Text tool's height.
+    LOGFONTA now = session->textFont;
+    now.lfHeight = sessionExtras.stored.font.lfHeight;
+    return memcmp(&now, &sessionExtras.stored.font, sizeof now) != 0;
+}
+
+void writeTool(const WCHAR* path, const ToolSettings& settings)
+{
+    WCHAR key[16];
+    char value[SETTINGS_VALUE_SIZE];
+    ToolSettings within = settings;
+    for (uint32_t* number :
+         {&within.shape, &within.edge, &within.width, &within.height, &within.lockLH, &within.widthEnabled,
+          &within.heightEnabled, &within.showOutline, &within.spare, &within.opacity}) {
+        *number = (uint32_t)writable((int)*number);
+    }
+    makeToolKey(key, settings.toolId);
+    formatToolValue(value, sizeof value, within);
+    writeValue(path, key, value);
 }
 
 }  // namespace
 
 int readToolSettings()
 {
-    WCHAR path[MODULE_PATH_SIZE];
-    if (!pathBesideModule(path, CURRENT_FILE)) return 1;
-    const bool current = fileExists(path);
-    if (!current && !pathBesideModule(path, LEGACY_FILE)) return 1;
-    if (current) {
-        readTools(path);
-    } else {
-        readLegacyTools(path);
-    }
-    readFont(path);
+    StoredSettings& stored = sessionExtras.stored;
+    stored = {};
+    stored.mayBeWritten = true;
+    readWhatIsThere();
+    memcpy(stored.tools, session->toolSettings, sizeof stored.tools);
+    stored.font = session->textFont;
     return 1;
 }
 
 int writeToolSettings()
 {
+    const StoredSettings& stored = sessionExtras.stored;
     WCHAR path[MODULE_PATH_SIZE];
-    if (!pathBesideModule(path, CURRENT_FILE)) return 1;
-    char value[SETTINGS_VALUE_SIZE];
-    for (const ToolSettings& settings : session->toolSettings) {
-        WCHAR key[16];
-        makeToolKey(key, settings.toolId);
-        formatToolValue(value, sizeof value, settings);
-        writeValue(path, key, value);
+    if (!stored.mayBeWritten || !pathBesideModule(path, CURRENT_FILE)) return 1;
+    for (int slot = 0; slot < TOOL_COUNT; ++slot) {
+        if (stored.toolValues[slot] != VALUE_UNREAD || toolHasChanged(slot)) {
+            writeTool(path, session->toolSettings[slot]);
+        }
     }
-    formatFontValue(value, sizeof value, fontSettings(session->textFont));
-    writeValue(path, FONT_KEY, value);
+    if (stored.fontValue != VALUE_UNREAD || fontHasChanged()) {
+        char value[SETTINGS_VALUE_SIZE];
+        formatFontValue(value, sizeof value, fontSettings(session->textFont));
+        writeValue(path, FONT_KEY, value);
+    }
     return 1;
+}
+
+void leaveToolSettings()
+{
+    sessionExtras.stored.mayBeWritten = false;
 }

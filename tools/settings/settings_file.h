@@ -6,5 +6,10 @@
 // Fills the record's tool settings and text font. What the file does not name stays as it is. Returns 1.
 int readToolSettings();
 
-// Writes all of it; a place that cannot be written to is left alone. Returns 1.
+// Writes all of it that was read, was not in the file, or has been changed since; a value that could not be read is
+// not replaced by a default. Nothing before readToolSettings. A place that cannot be written to is left alone.
+// Returns 1.
 int writeToolSettings();
+
+// From here on nothing is written: the session has not started.
+void leaveToolSettings();

@@ -4,6 +4,7 @@
 #include <climits>
 
 #include "canvas/session_defaults.h"
+#include "session/ground/session_extras.h"
 #include "tools/palette/palette_controls.h"
 #include "tools/settings/settings_file.h"
 
@@ -67,6 +68,9 @@ static const char defaultFile[] = "[Cursors]\r\n"
 TEST_F(SettingsFile, WrittenByteForByte)
 {
     EXPECT_EQ(1, writeToolSettings());
+    EXPECT_EQ("", readFile(current())) << "nothing is written that was not read before";
+    EXPECT_EQ(1, readToolSettings());
+    EXPECT_EQ(1, writeToolSettings());
     EXPECT_EQ(defaultFile, readFile(current()));
 }
 
@@ -80,6 +84,7 @@ TEST_F(SettingsFile, WithoutAFileEverythingStaysAsItIs)
 
 TEST_F(SettingsFile, EverythingComesBack)
 {
+    readToolSettings();
     Dice dice = {7};
     for (ToolSettings& settings : session->toolSettings) {
         settings = {settings.toolId,         (uint32_t)dice.upTo(1),        (uint32_t)dice.upTo(1),
@@ -93,7 +98,9 @@ TEST_F(SettingsFile, EverythingComesBack)
     strcpy(session->textFont.lfFaceName, "Times New Roman");
     const Kept written = kept();
     writeToolSettings();
+    const SessionExtras extras = sessionExtras;
     writeSessionDefaults();
+    sessionExtras = extras;
     ASSERT_FALSE(written == kept());
     readToolSettings();
     EXPECT_TRUE(written == kept());
