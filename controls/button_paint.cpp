@@ -105,8 +105,28 @@ static RECT drawCaption(HDC dc, const RECT& room, const ButtonLook& look, UINT u
 
 // Push buttons, and whatever looks like one
 
+// High contrast: the system's colours and nothing between them.
+static void drawPlainFace(HDC dc, const RECT& client, const ButtonLook& look)
+{
+    const bool lit = look.pressed || look.checked;
+    const COLORREF edge = GetSysColor(look.disabled ? COLOR_GRAYTEXT : look.hot ? COLOR_HIGHLIGHT : COLOR_BTNTEXT);
+    fillColour(dc, client, GetSysColor(COLOR_BTNFACE));
+    drawFrame(dc, client, edge, edge);
+    if (!lit) return;
+    const COLORREF mark = GetSysColor(look.disabled ? COLOR_GRAYTEXT : COLOR_HIGHLIGHT);
+    drawFrame(dc, client, mark, mark);
+    drawFrame(dc, shrunk(client, 1), mark, mark);
+}
+
+static bool highContrast()
+{
+    HIGHCONTRASTW scheme = {sizeof scheme, 0, nullptr};
+    return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof scheme, &scheme, 0) && scheme.dwFlags & HCF_HIGHCONTRASTON;
+}
+
 static void drawFace(HDC dc, const RECT& client, const ButtonLook& look)
 {
+    if (highContrast()) return drawPlainFace(dc, client, look);
     const COLORREF light = mixColours(COLOR_BTNFACE, COLOR_BTNHIGHLIGHT, 90);
     const COLORREF shadow = GetSysColor(COLOR_BTNSHADOW);
     if (look.disabled && !look.checked) {
@@ -146,7 +166,7 @@ static void drawPush(HDC dc, const RECT& client, const ButtonLook& look)
     RECT room = shrunk(client, 3);
     if (look.pressed && !look.ownPicture) OffsetRect(&room, 1, 1);
     if (look.picture)
-        drawPicture(dc, room, look.picture, look.disabled && !look.ownPicture);
+        drawPicture(dc, client, room, look.picture, look.disabled && !look.ownPicture);
     else
         drawCaption(dc, room, look, DT_CENTER);
     if (look.focusShown) drawFocus(dc, shrunk(client, 3));

@@ -4,7 +4,7 @@
 
 #include "controls/picture_pixels.h"
 
-enum { TRANSPARENT_COLOUR = 0x00C0C0C0, LARGEST_SIDE = 4096 };
+enum { TRANSPARENT_COLOUR = 0x00C0C0C0, RIM_COLOUR = 0x00F0F0F0, LARGEST_SIDE = 4096 };
 
 static BITMAPINFO pixelFormat(int width, int height)
 {
@@ -34,23 +34,53 @@ static void blendPixels(HDC dc, POINT at, PictureSize size, HBITMAP pixels)
     DeleteDC(memory);
 }
 
-void drawPicture(HDC dc, const RECT& room, HBITMAP picture, bool greyed)
+// Only the pixels of a bitmap made from a file surely hold what was stored in their top byte.
+static bool bringsAlpha(HBITMAP picture, const uint32_t* pixels, size_t count)
+{
+    DIBSECTION section;
+    return GetObjectW(picture, sizeof section, &section) == sizeof section && section.dsBm.bmBitsPixel == 32 &&
+           hasAlpha(pixels, count);
+}
+
+static bool facesAreDark()
+{
+    const COLORREF face = GetSysColor(COLOR_BTNFACE);
+    return GetRValue(face) * 77 + GetGValue(face) * 150 + GetBValue(face) * 29 < 128 * 256;
+}
+
+// The picture's pixels as they are shown, still at their own size. `workspace` has room for them, too.
+static bool preparePixels(HDC dc, HBITMAP picture, PictureSize size, bool greyed, uint32_t* pixels, uint32_t* workspace)
+{
+    const size_t count = (size_t)size.width * size.height;
+    const bool dark = facesAreDark();
+    uint32_t* own = dark ? workspace : pixels;
+    if (!readPixels(dc, picture, size, own)) return false;
+    if (!bringsAlpha(picture, own, count)) keyPixels(own, count, TRANSPARENT_COLOUR);
+    if (dark) rimPixels(own, pixels, size.width, size.height, RIM_COLOUR);
+    if (greyed) greyPixels(pixels, count);
+    return true;
+}
+
+static PictureSize sizeOf(const RECT& rect)
+{
+    return {(int)(rect.right - rect.left), (int)(rect.bottom - rect.top)};
+}
+
+void drawPicture(HDC dc, const RECT& client, const RECT& room, HBITMAP picture, bool greyed)
 {
     BITMAP description;
     if (!GetObjectW(picture, sizeof description, &description)) return;
     const PictureSize from = {description.bmWidth, description.bmHeight};
     if (from.width < 1 || from.height < 1 || from.width > LARGEST_SIDE || from.height > LARGEST_SIDE) return;
-    const PictureSize to = fittedSize(from, {(int)(room.right - room.left), (int)(room.bottom - room.top)});
+    const PictureSize to = fittedSize(from, sizeOf(client), sizeOf(room));
     if (to.width > LARGEST_SIDE || to.height > LARGEST_SIDE) return;
 
     const size_t count = (size_t)from.width * from.height;
-    uint32_t* source = (uint32_t*)HeapAlloc(GetProcessHeap(), 0, count * sizeof *source);
+    uint32_t* source = (uint32_t*)HeapAlloc(GetProcessHeap(), 0, 2 * count * sizeof *source);
     void* bits = nullptr;
     const BITMAPINFO info = pixelFormat(to.width, to.height);
     HBITMAP shown = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    if (source && shown && readPixels(dc, picture, from, source)) {
-        keyPixels(source, count, TRANSPARENT_COLOUR);
-        if (greyed) greyPixels(source, count);
+    if (source && shown && preparePixels(dc, picture, from, greyed, source, source + count)) {
         scalePixels(source, from.width, from.height, (uint32_t*)bits, to.width, to.height);
         const POINT at = {(room.left + room.right - to.width) / 2, (room.top + room.bottom - to.height) / 2};
         blendPixels(dc, at, to, shown);

@@ -6,7 +6,9 @@
 // " BMP:..." (picture references of the resource format, ignored): TEXT is its caption when it has no
 // picture, and its tooltip.
 //
-// A picture is scaled to fit the control; its pixels of colour (192, 192, 192) are transparent. Check
+// A picture that the control has room for is shown pixel for pixel, and enlarged only from 1.5 times on; a larger
+// one is scaled down. A 32-bit bitmap with alpha (colours multiplied by it; a DIB section) is blended with the face,
+// in any other one the pixels of colour (192, 192, 192) are transparent. Check
 // boxes and radio buttons with a picture, or with BS_PUSHLIKE, look like buttons that stay down.
 //
 // All functions are exported by ordinal only.

@@ -10,6 +10,37 @@ void keyPixels(uint32_t* pixels, size_t count, uint32_t key)
     }
 }
 
+bool hasAlpha(const uint32_t* pixels, size_t count)
+{
+    for (size_t i = 0; i < count; ++i)
+        if (pixels[i] >> 24) return true;
+    return false;
+}
+
+static uint32_t strongestAlphaAround(const uint32_t* pixels, int width, int height, int x, int y)
+{
+    uint32_t strongest = 0;
+    for (int row = y > 0 ? y - 1 : 0; row <= y + 1 && row < height; ++row)
+        for (int column = x > 0 ? x - 1 : 0; column <= x + 1 && column < width; ++column) {
+            const uint32_t alpha = pixels[(ptrdiff_t)row * width + column] >> 24;
+            if (alpha > strongest) strongest = alpha;
+        }
+    return strongest;
+}
+
+void rimPixels(const uint32_t* from, uint32_t* to, int width, int height, uint32_t colour)
+{
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const uint32_t p = from[(ptrdiff_t)y * width + x];
+            const uint32_t rim = strongestAlphaAround(from, width, height, x, y) * (255 - (p >> 24)) / 255;
+            uint32_t result = p + (rim << 24);
+            for (int shift = 0; shift < 24; shift += 8)
+                result += (rim * (colour >> shift & 255) / 255) << shift;
+            to[(ptrdiff_t)y * width + x] = result;
+        }
+}
+
 void greyPixels(uint32_t* pixels, size_t count)
 {
     for (size_t i = 0; i < count; ++i) {
@@ -79,13 +110,13 @@ void scalePixels(const uint32_t* from, int fromWidth, int fromHeight, uint32_t* 
     }
 }
 
-PictureSize fittedSize(PictureSize picture, PictureSize room)
+PictureSize fittedSize(PictureSize picture, PictureSize button, PictureSize room)
 {
     if (room.width < 1) room.width = 1;
     if (room.height < 1) room.height = 1;
-    const bool fits = picture.width <= room.width && picture.height <= room.height;
-    const bool nearlyFills = 4 * room.width < 5 * picture.width || 4 * room.height < 5 * picture.height;
-    if (fits && nearlyFills) return picture;
+    const bool fits = picture.width <= button.width && picture.height <= button.height;
+    const bool worthGrowing = 2 * room.width >= 3 * picture.width && 2 * room.height >= 3 * picture.height;
+    if (fits && !worthGrowing) return picture;
 
     PictureSize size = {room.width, (int)((int64_t)picture.height * room.width / picture.width)};
     if (size.height > room.height) size = {(int)((int64_t)picture.width * room.height / picture.height), room.height};

@@ -10,6 +10,12 @@
 // that comes in does not count.
 void keyPixels(uint32_t* pixels, size_t count, uint32_t key);
 
+// Whether any pixel's top byte is set: the picture brings its own transparency, colours multiplied by it.
+bool hasAlpha(const uint32_t* pixels, size_t count);
+
+// Puts a rim of one pixel of `colour` (0x00RRGGBB) behind the picture, so that dark outlines show on a dark face.
+void rimPixels(const uint32_t* from, uint32_t* to, int width, int height, uint32_t colour);
+
 // The look of a disabled picture: shades of grey, half transparent.
 void greyPixels(uint32_t* pixels, size_t count);
 
@@ -21,6 +27,7 @@ struct PictureSize {
     int width, height;
 };
 
-// The size at which a picture is shown in a room: the largest that fits with the same proportions, at
-// least 1 x 1. Less than a quarter of growth is not worth the blur: the picture stays as it is.
-PictureSize fittedSize(PictureSize picture, PictureSize room);
+// The size at which a picture is shown on a button that leaves `room` inside its frame. A picture no larger than
+// the button keeps its size, so that every pixel is shown as it is, unless the room is at least 1.5 times as large.
+// Otherwise the largest size of the same proportions that fits into the room, at least 1 x 1.
+PictureSize fittedSize(PictureSize picture, PictureSize button, PictureSize room);

@@ -61,6 +61,9 @@
 #define PICTURE_TABLE_LIBRARY 3000
 
 // ---- Pictures (RT_BITMAP) ----
+// The same at 1.5 times and at twice the size: id + one of these.
+#define PICTURE_LARGE 1000
+#define PICTURE_DOUBLE 2000
 #define PICTURE_BRUSH 102
 #define PICTURE_COLORS 104
 #define PICTURE_SMOOTH 106

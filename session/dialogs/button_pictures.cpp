@@ -1,7 +1,37 @@
 #include "session/dialogs/button_pictures.h"
 
+#include <initializer_list>
+
 #include "controls/kovctrl32.h"
+#include "resources/resource_ids.h"
 #include "session/dialogs/picture_table.h"
+
+// The drawing's edge, which the button's own two pixels of frame must leave room for.
+constexpr int FRAME = 2;
+
+static bool fitsOn(HWND control, HBITMAP picture)
+{
+    RECT client;
+    BITMAP size;
+    return GetClientRect(control, &client) && GetObjectA(picture, sizeof size, &size) &&
+           size.bmWidth <= client.right - 2 * FRAME && size.bmHeight <= client.bottom - 2 * FRAME;
+}
+
+static HBITMAP loadPicture(HINSTANCE instance, int id)
+{
+    return (HBITMAP)LoadImageA(instance, MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION);
+}
+
+// The largest of the picture's sizes that the control has room for; its own size where there is room for none.
+static HBITMAP pictureFor(HWND control, HINSTANCE instance, int id)
+{
+    for (int larger : {PICTURE_DOUBLE, PICTURE_LARGE}) {
+        const HBITMAP picture = loadPicture(instance, id + larger);
+        if (picture && fitsOn(control, picture)) return picture;
+        if (picture) DeleteObject(picture);
+    }
+    return loadPicture(instance, id);
+}
 
 static void attachEntry(HWND dialog, const PictureEntry& entry, HINSTANCE instance)
 {
@@ -9,7 +39,7 @@ static void attachEntry(HWND dialog, const PictureEntry& entry, HINSTANCE instan
     if (!control) return;
     for (int state = 0; state < PICTURE_STATES; ++state) {
         const int id = entry.bitmapIds[state];
-        const HBITMAP picture = id ? LoadBitmapA(instance, MAKEINTRESOURCEA(id)) : nullptr;
+        const HBITMAP picture = id ? pictureFor(control, instance, id) : nullptr;
         if (!setButtonPicture(control, picture, state) && picture) DeleteObject(picture);
     }
 }

@@ -48,6 +48,41 @@ TEST_F(Pictures, ThatFitAreShownOneToOneInTheMiddle)
     EXPECT_EQ(5, extent.top);
 }
 
+TEST_F(Pictures, KeepTheirSizeUpToTheButtonsAndAreNotEnlargedALittle)
+{
+    RECT client;
+    GetClientRect(item(117), &client);
+    SetFocus(item(190));  // a focus rectangle would be drawn over the picture
+    for (int part : {100, 90, 75, 65}) {
+        const int width = client.right * part / 100, height = client.bottom * part / 100;
+        library.setButtonPicture(item(117), solidBitmap(width, height, RED), 0);
+        EXPECT_EQ(width * height, printed(item(117)).count(RED)) << part << " %";
+    }
+}
+
+// A bitmap from a file, with an alpha channel of its own: half transparent on the left, opaque on the right.
+static HBITMAP alphaBitmap(int side)
+{
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof info.bmiHeader, side, -side, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    for (int i = 0; i < side * side; ++i)
+        ((uint32_t*)bits)[i] = i % side < side / 2 ? 0x80400000 : 0xFFC0C0C0;
+    return bitmap;
+}
+
+TEST_F(Pictures, WithAlphaAreBlendedWithTheFace)
+{
+    SetFocus(item(117));
+    library.setButtonPicture(item(190), alphaBitmap(24), 0);
+    const Picture drawn = printed(item(190));
+    EXPECT_EQ(24 * 12, drawn.count(0xC0C0C0)) << "this grey is a colour here, and no hole";
+    const uint32_t face = drawn.at(3, drawn.height / 2), mixed = drawn.at(drawn.width / 2 - 4, drawn.height / 2);
+    EXPECT_NEAR(0x40 + (int)(face >> 16) * 127 / 255, (int)(mixed >> 16), 1);
+    EXPECT_NEAR((int)(face & 255) * 127 / 255, (int)(mixed & 255), 1);
+}
+
 TEST_F(Pictures, AreScaledToFitKeepingTheirProportions)
 {
     RECT client;

@@ -62,6 +62,7 @@ PICTURE_TABLES = {
     3000: [(2, 171), (8, 172), (9, 173)],
 }
 PICTURES = sorted({*range(102, 133, 2)} - {122} | {*range(150, 161, 2)} | {164, 166, 170, 171, 172, 173})
+TEXT_CURSOR, CURSOR_SIDES = 124, (32, 48, 64)
 CURSORS = sorted({*range(100, 145, 2)} | {129, 15001, 15002})
 WS_VISIBLE, WS_CLIPCHILDREN, WS_THICKFRAME, WS_CAPTION, WS_SYSMENU = (
     0x10000000, 0x02000000, 0x00040000, 0x00C00000, 0x00080000)
@@ -285,35 +286,67 @@ def check_tables(library):
 
 
 def check_pictures(library):
-    if sorted(library["pictures"]) != PICTURES:
-        yield f"pictures are {sorted(library['pictures'])}"
-    for identity, data in library["pictures"].items():
+    pictures = library["pictures"]
+    wanted = [identity + larger for larger in (0, 1000, 2000) for identity in PICTURES]
+    if sorted(pictures) != wanted:
+        yield f"pictures are {sorted(pictures)}"
+    for identity, data in pictures.items():
         size, width, height, _, bits, compression = struct.unpack_from("<IiiHHI", data)
-        if size != 40 or bits != 24 or compression or not 12 <= width == height <= 32:
+        own = struct.unpack_from("<i", pictures.get(identity % 1000, data), 4)[0]
+        if size != 40 or bits != 32 or compression or not 12 <= own <= 32:
             yield f"picture {identity}: {width} x {height}, {bits} bits"
-            continue
-        corner = data[40:43]
-        if corner != b"\xc0\xc0\xc0" or set(data[40:40 + 3 * width]) == {0xC0} == set(data[40:]):
-            yield f"picture {identity}: empty, or not on the light grey background"
+        elif width != height or 2 * width != own * (2, 3, 4)[identity // 1000]:
+            yield f"picture {identity}: {width} x {height} beside one of {own} x {own}"
+        else:
+            yield from check_transparency(identity, data[40:])
+
+
+def check_transparency(identity, pixels):
+    alpha = pixels[3::4]
+    if alpha[0] or max(alpha) < 128:
+        yield f"picture {identity}: empty, or without a transparent background"
+    if any(max(pixels[at:at + 3]) > pixels[at + 3] for at in range(0, len(pixels), 4)):
+        yield f"picture {identity}: its colours are not multiplied by its alpha"
 
 
 def check_cursors(library):
     if sorted(library["groups"]) != CURSORS:
         yield f"cursors are {sorted(library['groups'])}"
     for identity, group in library["groups"].items():
-        member = struct.unpack_from("<H", group, 6 + 12)[0]
-        data = library["cursors"].get(member)
-        if not data:
+        count = struct.unpack_from("<H", group, 4)[0]
+        members = [struct.unpack_from("<H", group, 6 + 14 * index + 12)[0] for index in range(count)]
+        images = [library["cursors"].get(member) for member in members]
+        if len(images) != len(CURSOR_SIDES) or not all(images):
             yield f"cursor {identity}: its image is missing"
             continue
-        x, y, _, width, height, _, bits = struct.unpack_from("<HHIiiHH", data)
-        if (width, height, bits) != (32, 64, 32) or x >= 32 or y >= 32:
-            yield f"cursor {identity}: {width} x {height}, {bits} bits, hot spot {x}, {y}"
-            continue
-        pixels = data[44:44 + 32 * 32 * 4]
-        solid = [pixels[i:i + 3] for i in range(0, len(pixels), 4) if pixels[i + 3] == 255]
-        if b"\0\0\0" not in solid or b"\xff\xff\xff" not in solid:
-            yield f"cursor {identity}: needs both black and white to show on any image"
+        spots = [struct.unpack_from("<HH", data) for data in images]
+        for side, data, spot in zip(CURSOR_SIDES, images, spots):
+            if spot != tuple(axis * side // 32 for axis in spots[0]):
+                yield f"cursor {identity}: hot spots {spots}"
+            yield from check_cursor_image(identity, side, data)
+        if identity == TEXT_CURSOR and spots[0][1] != foot_of(images[0]):
+            yield f"cursor {identity}: its hot spot is not at its foot"
+
+
+def check_cursor_image(identity, side, data):
+    x, y, _, width, height, _, bits = struct.unpack_from("<HHIiiHH", data)
+    if (width, height, bits) != (side, 2 * side, 32) or x >= side or y >= side:
+        yield f"cursor {identity}: {width} x {height}, {bits} bits, hot spot {x}, {y}"
+        return
+    pixels = data[44:44 + side * side * 4]
+    solid = [pixels[i:i + 3] for i in range(0, len(pixels), 4) if pixels[i + 3] == 255]
+    if b"\0\0\0" not in solid or b"\xff\xff\xff" not in solid:
+        yield f"cursor {identity}: needs both black and white to show on any image"
+
+
+def foot_of(data):
+    """The lowest row of a 32 x 32 cursor that is black in its middle columns' neighbourhood."""
+    pixels = data[44:44 + 32 * 32 * 4]
+    for row in range(32):  # stored bottom row first
+        line = pixels[row * 128:row * 128 + 128]
+        if any(line[i + 3] == 255 and max(line[i:i + 3]) < 64 for i in range(0, 128, 4)):
+            return 31 - row
+    return None
 
 
 def check_strings(library, languages):
@@ -373,7 +406,15 @@ def planted_faults():
         controls[0], controls[1] = controls[1], controls[0]
 
     def zero_colour(library):
-        library["pictures"][102] = library["pictures"][102][:40] + b"\xc0" * (len(library["pictures"][102]) - 40)
+        library["pictures"][102] = library["pictures"][102][:40] + bytes(len(library["pictures"][102]) - 40)
+
+    def thicken(library):
+        data = library["pictures"][1104]
+        library["pictures"][1104] = data[:40] + bytes([255, 255, 255, 0]) + data[44:]
+
+    def lower_text_cursor(library):
+        member = struct.unpack_from("<H", library["groups"][124], 6 + 12)[0]
+        library["cursors"][member] = struct.pack("<HH", 16, 16) + library["cursors"][member][4:]
 
     yield "duplicate id", "id 117 twice", change("DEDLGRTCH_CMD", 118, id=117)
     yield "access key", "access key 'r' twice", lambda library: [
@@ -399,7 +440,12 @@ def planted_faults():
     yield "dialog style", "is wrong", lambda library: library["dialogs"]["ENDLGRTCH_CMD"].update(style=0x90400040)
     yield "table", "table 100", lambda library: library["tables"].update({100: library["tables"][100][:-2] + b"\1\0"})
     yield "lost picture", "pictures are", lambda library: library["pictures"].pop(166)
+    yield "lost variant", "pictures are", lambda library: library["pictures"].pop(2166)
     yield "empty picture", "picture 102", zero_colour
+    yield "colours over alpha", "not multiplied", thicken
+    yield "hot spot", "not at its foot", lower_text_cursor
+    yield "lost cursor size", "its image is missing", lambda library: library["groups"].update(
+        {106: library["groups"][106][:4] + b"\2\0" + library["groups"][106][6:]})
     yield "lost cursor", "cursors are", lambda library: library["groups"].pop(129)
     yield "lost cursor image", "its image is missing", lambda library: library["cursors"].clear()
     yield "lost string", "strings are", lambda library: library["strings"].pop(9100)

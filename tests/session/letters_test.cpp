@@ -169,13 +169,6 @@ int WINAPI fakeLocale(LCID locale, LCTYPE type, LPSTR buffer, int size)
     return (int)localeAnswer.size() + 1;
 }
 
-BOOL CALLBACK takeContrastDialog(HWND window, LPARAM found)
-{
-    if (!GetDlgItem(window, 156) || !IsWindowVisible(window)) return TRUE;
-    *(HWND*)found = window;
-    return FALSE;
-}
-
 }  // namespace
 
 struct Letters : LibrarySession {
@@ -230,12 +223,7 @@ struct Letters : LibrarySession {
         }
     }
 
-    HWND contrastDialog()
-    {
-        HWND found = nullptr;
-        EnumThreadWindows(host.threadId, takeContrastDialog, (LPARAM)&found);
-        return found;
-    }
+    HWND contrastDialog() { return dialogWith(host, ID_RESET_HUE); }
 
     void expectContrastDialog()
     {

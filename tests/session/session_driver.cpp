@@ -303,6 +303,30 @@ static void printNewestMessages()
                (unsigned)seen.wParam, seen.screen.x, seen.screen.y, seen.sent ? ", sent" : "");
 }
 
+namespace {
+
+struct WantedDialog {
+    int control;
+    HWND found;
+};
+
+BOOL CALLBACK takeDialogWith(HWND window, LPARAM lParam)
+{
+    WantedDialog& wanted = *(WantedDialog*)lParam;
+    if (!IsWindowVisible(window) || !GetDlgItem(window, wanted.control)) return TRUE;
+    wanted.found = window;
+    return FALSE;
+}
+
+}  // namespace
+
+HWND dialogWith(const Host& host, int control)
+{
+    WantedDialog wanted = {control, nullptr};
+    EnumThreadWindows(host.threadId, takeDialogWith, (LPARAM)&wanted);
+    return wanted.found;
+}
+
 bool waitUntil(const char* what, const std::function<bool()>& condition)
 {
     const DWORD start = GetTickCount();

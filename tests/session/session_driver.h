@@ -82,6 +82,9 @@ bool openSession(Host* host, const CallArguments& arguments);
 // Looks for the session's windows; true when dialog and palette are visible.
 bool sessionIsOpen(Host* host);
 
+// A visible window of the session that has a control of this id; null while there is none.
+HWND dialogWith(const Host& host, int control);
+
 // Polls; on failure adds a test failure that names `what` and saves a picture of the screen.
 bool waitUntil(const char* what, const std::function<bool()>& condition);
 // Waits until the session's thread has dispatched all that is queued (posted, input, paint).

@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr int PREVIEW_FRAME = 2;  // an etched line around the preview, outside of it
+
 INT_PTR onInitDialog(HWND palette, WPARAM, LPARAM)
 {
     attachButtonPictures(palette, PICTURE_TABLE_PALETTE, moduleInstance);
@@ -49,7 +51,10 @@ INT_PTR onPaint(HWND palette, WPARAM, LPARAM)
 {
     PAINTSTRUCT paint;
     const HDC dc = BeginPaint(palette, &paint);
-    if (dc) drawBrushPreview(dc, previewArea(palette), (int)session->brushWidth, (int)session->brushHeight, 1);
+    RECT frame = previewArea(palette);
+    if (dc) drawBrushPreview(dc, frame, (int)session->brushWidth, (int)session->brushHeight, 1);
+    InflateRect(&frame, PREVIEW_FRAME, PREVIEW_FRAME);
+    if (dc) DrawEdge(dc, &frame, EDGE_ETCHED, BF_RECT);
     EndPaint(palette, &paint);
     return TRUE;
 }
