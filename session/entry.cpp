@@ -1,4 +1,4 @@
-#include "session/entry.h"
+#include "include/kovrtch32.h"
 
 #include "canvas/canvas.h"
 #include "image/kept_blocks.h"

@@ -8,7 +8,6 @@
 #include "resources/resource_ids.h"
 #include "session/aspect_ratio.h"
 #include "session/dialogs/dialog_face.h"
-#include "session/entry.h"
 #include "session/frame.h"
 #include "session/ground/language.h"
 #include "session/ground/module_state.h"

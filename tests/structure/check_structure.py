@@ -26,6 +26,7 @@ MADE = {'session/ground/language_rows.inc'}  # by the build
 # Headers that speak for several sources, each with the reason.
 SPEAKS_FOR_MANY = {
     'controls/kovctrl32.h',            # what the module shows to others
+    'include/kovrtch32.h',             # what the library shows to hosts
     'color/kernels/adjust_methods.h',  # one way of computing a source
 }
 
