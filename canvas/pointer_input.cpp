@@ -8,6 +8,7 @@
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"
 #include "tools/painting/dab_engine.h"
+#include "tools/painting/stroke_start.h"
 #include "tools/painting/undo_history.h"
 
 namespace {
@@ -61,9 +62,7 @@ void beginPress(HWND canvas, POINT at)
     session->pressActive = 1;
     session->strokePoint = session->strokePrevPoint = at;
     resetDirtyBox(at);
-    if (pushesUndo(session->currentTool)) {
-        session->undoSnapshot = duplicateBitmapReusing(session->undoSnapshot, editedImage());
-    }
+    if (pushesUndo(session->currentTool)) takeUndoSnapshot();
     if (session->currentTool != TOOL_OUTLINE_BRUSH) hideOutline(canvas);
 }
 

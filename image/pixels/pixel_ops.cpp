@@ -56,6 +56,17 @@ bool pasteWithByteSkip(const BitsView& destination, const BitsView& source, int 
     return true;
 }
 
+bool exchangePixels(const BitsView& image, const BitsView& patch, int left, int top)
+{
+    if (left < 0 || top < 0 || left > image.width - patch.width || top > image.height - patch.height) return false;
+    const size_t bytes = (size_t)patch.width * 3;
+    for (int y = 0; y < patch.height; ++y) {
+        uint8_t* const row = rowOf(image, top + y) + (ptrdiff_t)left * 3;
+        std::swap_ranges(row, row + bytes, rowOf(patch, y));
+    }
+    return true;
+}
+
 void fillWhereMapIsZero(const BitsView& image, const MapView& map, Rgb colour)
 {
     const int width = std::min(image.width, map.width);

@@ -28,6 +28,10 @@ void copyFromOffset(const BitsView& destination, const BitsView& source, int lef
 // False when nothing of the source lies inside. The two may share memory.
 bool pasteWithByteSkip(const BitsView& destination, const BitsView& source, int left, int top);
 
+// The patch and the part of the image under it, its corner at (left, top), change places. False, and nothing is
+// changed, when the patch does not lie inside the image. The two share no memory.
+bool exchangePixels(const BitsView& image, const BitsView& patch, int left, int top);
+
 // Sets pixels whose map cell is 0 to the colour; cells and pixels are matched from the top left corner.
 void fillWhereMapIsZero(const BitsView& image, const MapView& map, Rgb colour);
 

@@ -16,12 +16,6 @@ struct OutlinePicture {
     POINT offset;  // what the bitmap shows now: its corner within the whole picture
 };
 
-// The lines of the coverage map that the stroke has reached, so that the next press clears no others.
-struct CoveredLines {
-    HGLOBAL map;
-    int top, bottom;
-};
-
 // What the present brush mask was made for; a mask that fits is kept.
 struct BrushMaskKey {
     HGLOBAL mask;
@@ -60,7 +54,6 @@ struct SessionExtras {
     Leaving leaving;
     KeptOriginal kept;
     OutlinePicture outline;
-    CoveredLines covered;
     BrushMaskKey brushMaskKey;
 };
 

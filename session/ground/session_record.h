@@ -57,7 +57,8 @@ struct SessionRecord {
     ToolSettings toolSettings[TOOL_COUNT];  // 31..150: in slot order, see tool_table.h
     HGLOBAL brushMask;                      // 151
     HGLOBAL maskCache;                      // 152: patch picked up by Stamp or Spoonbill
-    HGLOBAL strokeCoverage;                 // 153: 8-bit map: what each pixel has received in this stroke
+    HGLOBAL strokeCoverage;                 // 153: 8-bit map: what each pixel has received in this stroke;
+                                            //      zeroed where the stroke comes, stale elsewhere
     HGLOBAL strokeStartImage;               // 154: unused, undoSnapshot serves
     uint32_t edgeMode;                      // 155: 0 Full, 1 Smooth
     uint32_t maskScale;                     // 156: 1, or 2 for the soft Aerographe
@@ -139,7 +140,7 @@ struct SessionRecord {
     UndoStep* undoSteps;                    // 390
     int32_t undoPosition;                   // 391
     int32_t undoCount;                      // 392
-    HGLOBAL undoSnapshot;                   // 393: the whole image at the button press
+    HGLOBAL undoSnapshot;                   // 393: the image at the press, where the stroke has come; stale elsewhere
     DirtyBox dirtyBox;                      // 394..397: dab centres of the current stroke, image pixels
     uint32_t selectionReshaped;             // 398
     RECT reshapeRect;                       // 399..402

@@ -1,6 +1,7 @@
 #include "tools/brush/brush_mask.h"
 
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
@@ -20,13 +21,11 @@ int buildBrushMask(int width, int height)
     const int maskWidth = width * (int)session->maskScale, maskHeight = height * (int)session->maskScale;
     if (fits(maskWidth, maskHeight)) return 1;
 
-    if (session->brushMask) GlobalFree(session->brushMask);
+    releaseBlock(session->brushMask);
     session->brushMask = createBitmap(maskWidth, maskHeight, 8);
-    BitmapBlock block;
-    MapView mask;
-    if (!lockMap(session->brushMask, &block, &mask)) return 0;
-    rasteriseBrush(mask, session->brushShape);
-    unlockBlock(block);
+    const LockedMap mask(session->brushMask);
+    if (!mask) return 0;
+    rasteriseBrush(mask.view, session->brushShape);
     sessionExtras.brushMaskKey = {session->brushMask, maskWidth, maskHeight, session->brushShape};
     return 1;
 }

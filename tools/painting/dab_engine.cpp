@@ -1,13 +1,10 @@
 #include "tools/painting/dab_engine.h"
 
-#include <cstring>
-
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/cursor_outline.h"
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
-#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "tools/kernels/brush_kernels.h"
@@ -19,6 +16,7 @@
 #include "tools/kernels/smooth_kernel.h"
 #include "tools/kernels/spray_kernels.h"
 #include "tools/kernels/stroke_kernels.h"
+#include "tools/painting/stroke_start.h"
 
 namespace {
 
@@ -32,31 +30,18 @@ struct Dab {
     bool softEdge;
 };
 
-void noteCovered(int top, int bottom)
-{
-    CoveredLines& covered = sessionExtras.covered;
-    const bool none = covered.top >= covered.bottom;
-    if (none || top < covered.top) covered.top = top;
-    if (none || bottom > covered.bottom) covered.bottom = bottom;
-}
-
-// The image as it was when the stroke began is the undo snapshot: both are taken at the press.
+// The image as it was when the stroke began is the undo snapshot, kept where the dab falls.
 int paintBrush(const Dab& dab)
 {
-    noteCovered(dab.place.imageY, dab.place.imageY + dab.place.height);
-    BitmapBlock coverageBlock, startBlock;
-    MapView coverage;
-    BitsView start;
-    if (!lockMap(session->strokeCoverage, &coverageBlock, &coverage)) return 0;
-    const bool ready = !dab.softEdge || lockPixels(session->undoSnapshot, &startBlock, &start);
-    if (ready && dab.softEdge) {
-        softBrushKernel(dab.image, start, dab.place, dab.mask, coverage, dab.colour, dab.opacity);
-        unlockBlock(startBlock);
-    } else if (ready) {
-        hardBrushKernel(dab.image, dab.place, dab.mask, coverage, dab.colour, dab.opacity);
+    const LockedMap coverage(session->strokeCoverage);
+    const LockedPixels start(dab.softEdge ? session->undoSnapshot : nullptr);
+    if (!coverage || (dab.softEdge && !start)) return 0;
+    if (dab.softEdge) {
+        softBrushKernel(dab.image, start.view, dab.place, dab.mask, coverage.view, dab.colour, dab.opacity);
+    } else {
+        hardBrushKernel(dab.image, dab.place, dab.mask, coverage.view, dab.colour, dab.opacity);
     }
-    unlockBlock(coverageBlock);
-    return ready;
+    return 1;
 }
 
 int paintSmooth(const Dab& dab)
@@ -66,22 +51,16 @@ int paintSmooth(const Dab& dab)
 
 int paintPatch(const Dab& dab)
 {
-    BitmapBlock block;
-    BitsView patch;
-    if (!lockPixels(session->maskCache, &block, &patch)) return 1;
-    patchKernel(dab.image, dab.place, dab.mask, patch, dab.opacity);
-    unlockBlock(block);
+    const LockedPixels patch(session->maskCache);
+    if (patch) patchKernel(dab.image, dab.place, dab.mask, patch.view, dab.opacity);
     return 1;
 }
 
 int paintRubber(const Dab& dab)
 {
-    BitmapBlock block;
-    BitsView original;
-    if (!lockPixels(session->originalImage, &block, &original)) return 1;
+    const LockedPixels original(session->originalImage);
     const auto kernel = dab.softEdge ? softRubberKernel : hardRubberKernel;
-    kernel(dab.image, dab.place, dab.mask, original, dab.opacity);
-    unlockBlock(block);
+    if (original) kernel(dab.image, dab.place, dab.mask, original.view, dab.opacity);
     return 1;
 }
 
@@ -125,7 +104,10 @@ int paintOn(const PaintingTool& tool, const PixelRect& rect, const BitsView& ima
                      rgbFromColorref(session->paintColour),
                      (int)session->opacity,
                      session->edgeMode == EDGE_SMOOTH};
-    return dab.place.visible ? tool.paint(dab) : 1;
+    if (!dab.place.visible) return 1;
+    const PixelRect painted = {dab.place.imageX, dab.place.imageY, dab.place.imageX + dab.place.width,
+                               dab.place.imageY + dab.place.height};
+    return keepForUndo(image, painted) ? tool.paint(dab) : 0;
 }
 
 // The Aerographe's halves are taken before scaling, so its soft dab stays centred.
@@ -165,12 +147,21 @@ RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to)
     return touched;
 }
 
-void paintSegmentOf(BrushStroke& stroke, PixelPoint from, PixelPoint to)
+void paintSegment(PixelPoint from, PixelPoint to)
 {
-    BitmapBlock start;
-    if (stroke.soft && !lockPixels(session->undoSnapshot, &start, &stroke.start)) return;
+    const bool soft = session->edgeMode == EDGE_SMOOTH;
+    const LockedPixels image(editedImage()), start(soft ? session->undoSnapshot : nullptr);
+    const LockedMap mask(session->brushMask), coverage(session->strokeCoverage);
+    if (!image || !mask || !coverage || (soft && !start) || !keepForUndoAlong(image.view, from, to)) return;
+    BrushStroke stroke = {};
+    stroke.image = image.view;
+    stroke.start = start.view;
+    stroke.coverage = coverage.view;
+    stroke.mask = mask.view;
+    stroke.colour = rgbFromColorref(session->paintColour);
+    stroke.opacity = (int)session->opacity;
+    stroke.soft = soft;
     paintBrushSegment(stroke, from, to);
-    if (stroke.soft) unlockBlock(start);
 }
 
 // The same dabs as layDabsAlong, with the blocks locked once for all of them.
@@ -178,25 +169,10 @@ RECT layBrushSegment(const PaintingTool&, PixelPoint from, PixelPoint to)
 {
     extendDirtyBox(from.x, from.y);
     extendDirtyBox(to.x, to.y);
+    paintSegment(from, to);
     const RECT first = rectOfDab(from), last = rectOfDab(to);
     RECT touched;
     UnionRect(&touched, &first, &last);
-    noteCovered((int)touched.top, (int)touched.bottom);
-    BrushStroke stroke = {};
-    stroke.colour = rgbFromColorref(session->paintColour);
-    stroke.opacity = (int)session->opacity;
-    stroke.soft = session->edgeMode == EDGE_SMOOTH;
-    BitmapBlock image, mask, coverage;
-    if (lockPixels(editedImage(), &image, &stroke.image)) {
-        if (lockMap(session->brushMask, &mask, &stroke.mask)) {
-            if (lockMap(session->strokeCoverage, &coverage, &stroke.coverage)) {
-                paintSegmentOf(stroke, from, to);
-                unlockBlock(coverage);
-            }
-            unlockBlock(mask);
-        }
-        unlockBlock(image);
-    }
     return touched;
 }
 
@@ -209,29 +185,10 @@ void pickUpPatch(HWND canvas, int x, int y)
     rebuildOutline(canvas, 0);
 }
 
-void clearCovered(const MapView& map)
+bool isMapOf(HGLOBAL coverage, int width, int height)
 {
-    const CoveredLines& covered = sessionExtras.covered;
-    const int top = covered.top > 0 ? covered.top : 0;
-    const int bottom = covered.bottom < map.height ? covered.bottom : map.height;
-    if (top < bottom) memset(rowOf(map, bottom - 1), 0, (size_t)-map.stride * (size_t)(bottom - top));
-}
-
-// A zeroed map of the image's size; the block of the stroke before is used again when it fits.
-HGLOBAL freshCoverage(HGLOBAL old, int width, int height)
-{
-    CoveredLines& covered = sessionExtras.covered;
-    BitmapBlock block;
-    MapView map;
-    bool fits = false;
-    if (old == covered.map && lockMap(old, &block, &map)) {
-        fits = map.width == width && map.height == height;
-        if (fits) clearCovered(map);
-        unlockBlock(block);
-    }
-    if (!fits) releaseBlock(old);
-    covered = {fits ? old : createBitmap(width, height, 8), 0, 0};
-    return covered.map;
+    const LockedMap map(coverage);
+    return map && map.view.width == width && map.view.height == height;
 }
 
 }  // namespace
@@ -240,7 +197,10 @@ int beginStroke()
 {
     int width, height;
     if (!lockBitmapInfo(editedImage(), &width, &height, nullptr)) return 0;
-    session->strokeCoverage = freshCoverage(session->strokeCoverage, width, height);
+    if (!isMapOf(session->strokeCoverage, width, height)) {
+        releaseBlock(session->strokeCoverage);
+        session->strokeCoverage = createBitmap(width, height, 8);
+    }
     return session->strokeCoverage != nullptr;
 }
 
@@ -256,17 +216,9 @@ void extendDirtyBox(int x, int y)
 int paintDab(uint32_t toolId, const PixelRect& dab)
 {
     const PaintingTool* tool = findPaintingTool(toolId);
-    BitmapBlock imageBlock, maskBlock;
-    BitsView image;
-    MapView mask;
-    if (!tool || !lockPixels(editedImage(), &imageBlock, &image)) return 0;
-    int painted = 0;
-    if (lockMap(session->brushMask, &maskBlock, &mask)) {
-        painted = paintOn(*tool, dab, image, mask);
-        unlockBlock(maskBlock);
-    }
-    unlockBlock(imageBlock);
-    return painted;
+    const LockedPixels image(editedImage());
+    const LockedMap mask(session->brushMask);
+    return tool && image && mask ? paintOn(*tool, dab, image.view, mask.view) : 0;
 }
 
 int strokeTo(HWND canvas, int previousX, int previousY, int x, int y)

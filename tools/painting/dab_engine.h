@@ -6,8 +6,9 @@
 
 #include "image/pixels/bits_view.h"
 
-// The Brush's stroke begins, with a zeroed coverage map. The image as it is now must be in undoSnapshot:
-// the Smooth edge paints over that. Returns 0 when the image cannot be read or memory is short.
+// The Brush's stroke begins, with a coverage map that counts as zeroed. takeUndoSnapshot comes first: it is by
+// the snapshot's tiles that the map is zeroed, and the Smooth edge paints over the snapshot. Returns 0 when the image
+// cannot be read or memory is short.
 int beginStroke();
 
 // Paints from one pointer position to another with the current tool and shows it at once. Brush and

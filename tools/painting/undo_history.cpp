@@ -1,9 +1,14 @@
 #include "tools/painting/undo_history.h"
 
+#include <algorithm>
+
 #include "canvas/view/canvas_coordinates.h"
+#include "image/bitmap_locks.h"
 #include "image/packed_bitmap.h"
+#include "image/pixels/pixel_ops.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
+#include "tools/painting/stroke_start.h"
 
 namespace {
 
@@ -12,23 +17,36 @@ HGLOBAL stepsBlock()
     return GlobalHandle(session->undoSteps);
 }
 
-bool resizeSteps(int count)
+int stepCapacity()
 {
-    const SIZE_T size = (SIZE_T)count * sizeof(UndoStep);
-    HGLOBAL block;
-    if (session->undoSteps) {
-        const HGLOBAL old = stepsBlock();
-        GlobalUnlock(old);
-        block = GlobalReAlloc(old, size, GMEM_MOVEABLE);
-        if (!block) {
-            session->undoSteps = (UndoStep*)GlobalLock(old);
-            return false;
-        }
-    } else {
-        block = GlobalAlloc(GMEM_MOVEABLE, size);
-        if (!block) return false;
+    return session->undoSteps ? (int)(GlobalSize(stepsBlock()) / sizeof(UndoStep)) : 0;
+}
+
+void freeSteps()
+{
+    if (!session->undoSteps) return;
+    const HGLOBAL block = stepsBlock();
+    GlobalUnlock(block);
+    GlobalFree(block);
+    session->undoSteps = nullptr;
+}
+
+constexpr int STEPS_AT_A_TIME = 256;
+
+// The old list stays until the new one is locked: neither can get lost.
+bool growSteps(int count)
+{
+    if (count <= stepCapacity()) return true;
+    const int capacity = (count / STEPS_AT_A_TIME + 1) * STEPS_AT_A_TIME;
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, (SIZE_T)capacity * sizeof(UndoStep));
+    UndoStep* const steps = block ? (UndoStep*)GlobalLock(block) : nullptr;
+    if (!steps) {
+        if (block) GlobalFree(block);
+        return false;
     }
-    session->undoSteps = (UndoStep*)GlobalLock(block);
+    std::copy_n(session->undoSteps, session->undoCount, steps);
+    freeSteps();
+    session->undoSteps = steps;
     return true;
 }
 
@@ -56,39 +74,39 @@ bool makeRoomForStep()
     } else {
         session->undoPosition = session->undoCount = 0;
     }
-    if (!resizeSteps(session->undoPosition + 1)) return false;
+    if (!growSteps(session->undoPosition + 1)) return false;
     session->undoCount = session->undoPosition + 1;
     return true;
 }
 
-// The step's patch and the image's rectangle change places.
-void swapWithImage(UndoStep& step)
+bool exchangeWithImage(const UndoStep& step)
 {
-    const HGLOBAL image = editedImage();
-    const HGLOBAL current = extractRect(image, &step.rect);
-    if (step.patch) {
-        pasteRect(image, step.patch, &step.rect);
-        GlobalFree(step.patch);
-    }
-    step.patch = current;
+    const LockedPixels image(editedImage()), patch(step.patch);
+    return image && patch && exchangePixels(image.view, patch.view, (int)step.rect.left, (int)step.rect.top);
+}
+
+// The step's patch and the image's rectangle change places, which takes no memory. Where they cannot, the step is
+// neither undone nor redone.
+bool swapWithImage(const UndoStep& step)
+{
+    if (!exchangeWithImage(step)) return false;
     if (session->canvasWindow) invalidateImageRect(session->canvasWindow, step.rect);
+    return true;
 }
 
-int undoStep()
+void undoStep()
 {
-    if (--session->undoPosition < 0) return 1;  // stays negative; the next redo starts at the first step
-    if (session->undoPosition > session->undoCount - 1) session->undoPosition = session->undoCount - 1;
-    swapWithImage(session->undoSteps[session->undoPosition]);
-    return 1;
+    // Stays negative after too many undos; the next redo starts at the first step.
+    const int position = std::min(session->undoPosition - 1, session->undoCount - 1);
+    if (position < 0 || swapWithImage(session->undoSteps[position])) session->undoPosition = position;
 }
 
-int redoStep()
+void redoStep()
 {
-    if (session->undoPosition >= session->undoCount) return 1;
-    if (session->undoPosition < 0) session->undoPosition = 0;
-    swapWithImage(session->undoSteps[session->undoPosition]);
-    ++session->undoPosition;
-    return 1;
+    const int position = std::max(session->undoPosition, 0);
+    if (position < session->undoCount && swapWithImage(session->undoSteps[position])) {
+        session->undoPosition = position + 1;
+    }
 }
 
 }  // namespace
@@ -98,7 +116,7 @@ int pushUndoStep(const RECT* rect)
     int width, height;
     if (!lockBitmapInfo(editedImage(), &width, &height, nullptr)) return 0;
     const RECT clamped = clampedToImage(*rect, width, height);
-    const HGLOBAL patch = extractRect(session->undoSnapshot, &clamped);
+    const HGLOBAL patch = cutFromSnapshot(clamped);
     if (!patch) return 0;
     if (!makeRoomForStep()) {
         GlobalFree(patch);
@@ -111,17 +129,17 @@ int pushUndoStep(const RECT* rect)
 int applyUndo(int direction)
 {
     if (session->undoCount <= 0 || !session->undoSteps) return 0;
-    return direction == UNDO ? undoStep() : redoStep();
+    if (direction == UNDO) {
+        undoStep();
+    } else {
+        redoStep();
+    }
+    return 1;
 }
 
 void freeUndoHistory()
 {
-    if (session->undoSteps) {
-        freePatches(0);
-        const HGLOBAL block = stepsBlock();
-        GlobalUnlock(block);
-        GlobalFree(block);
-    }
-    session->undoSteps = nullptr;
+    if (session->undoSteps) freePatches(0);
+    freeSteps();
     session->undoPosition = session->undoCount = 0;
 }

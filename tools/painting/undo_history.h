@@ -1,5 +1,6 @@
 // Undo and redo of painting strokes, any number of steps. A step keeps only the rectangle that its
-// stroke could have changed; undo and redo swap it with the image.
+// stroke could have changed; undo and redo swap it with the image, pixel by pixel in place. The patches are fixed
+// blocks: however many steps there are, they take one movable handle, the list's.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +10,8 @@
 struct UndoStep {
     uint32_t toolId;  // current tool when the step was pushed
     RECT rect;        // image pixels, clamped to the image
-    HGLOBAL patch;    // the rectangle's other content: before the step while applied, after it while undone
+    // Packed bitmap: the other content of the rectangle, before the step while applied, after it while undone.
+    HGLOBAL patch;
 };
 
 // Registers what the stroke may have changed, cut from undoSnapshot (the image at the press); drops every

@@ -222,6 +222,29 @@ static std::vector<int> tableOf(int from, int to)
     return {table.begin(), table.end()};
 }
 
+TEST(PixelOps, ExchangedPixelsChangePlaces)
+{
+    std::mt19937 random(23);
+    for (int n = 0; n < 1000; n++) {
+        ReferenceImage image = randomReference(random, 1 + random() % 40, 1 + random() % 20);
+        ReferenceImage patch = randomReference(random, 1 + random() % 40, 1 + random() % 20);
+        StoredImage large(image), small(patch);
+        const int left = (int)(random() % 30) - 4, top = (int)(random() % 16) - 4;
+        const bool inside =
+            left >= 0 && top >= 0 && left + patch.width <= image.width && top + patch.height <= image.height;
+        ASSERT_EQ(inside, exchangePixels(large.view(), small.view(), left, top));
+        for (int y = 0; inside && y < patch.height; y++) {
+            for (int x = 0; x < patch.width; x++) {
+                const auto under = image.get(left + x, top + y);
+                image.set(left + x, top + y, patch.get(x, y));
+                patch.set(x, y, under);
+            }
+        }
+        expectImage(image, large);
+        expectImage(patch, small);
+    }
+}
+
 TEST(NearestTable, SmallTablesByHand)
 {
     EXPECT_EQ((std::vector<int>{0}), tableOf(1, 1));

@@ -54,3 +54,6 @@ void press(StrokeModel& model, int x, int y);
 void move(StrokeModel& model, int x, int y);
 void tick(StrokeModel& model);
 void release(StrokeModel& model, int x, int y);
+
+// Any painting tool, size, edge and opacity.
+ModelBrush randomBrush(Dice& dice);
