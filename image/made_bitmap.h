@@ -28,3 +28,10 @@ HGLOBAL makePixels(int width, int height, Fill fill)
 {
     return changedOrFreed(createBitmap(width, height, 24), fill);
 }
+
+// The same for a `fill` that writes every pixel: nothing is made black first.
+template <typename Fill>
+HGLOBAL makeAllPixels(int width, int height, Fill fill)
+{
+    return changedOrFreed(createUnsetBitmap(width, height), fill);
+}

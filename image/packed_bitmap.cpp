@@ -6,6 +6,7 @@
 #include "image/bitmap_locks.h"
 #include "image/kept_blocks.h"
 #include "image/made_bitmap.h"
+#include "image/pixels/nearest.h"
 #include "image/pixels/pixel_ops.h"
 #include "session/ground/locked_block.h"
 
@@ -25,22 +26,49 @@ static const uint64_t largestBlock = SIZE_MAX / 2;
 static bool writeHeader(HGLOBAL image, int width, int height, WORD bitCount)
 {
     const LockedBlock block(image);
+    if (!block) return false;
+    memset(block.bytes, 0, sizeof(BITMAPINFOHEADER));
     initBitmapHeader((BITMAPINFOHEADER*)block.bytes, width, height, bitCount);
-    return (bool)block;
+    return true;
+}
+
+// 0 when there is no such bitmap or it would not fit the address space.
+static SIZE_T sizeOfBitmap(int width, int height, WORD bitCount)
+{
+    if (width < 1 || height < 1) return 0;
+    const uint64_t stride = (uint64_t)rowStride(width, bitCount);
+    if (stride > (largestBlock - sizeof(BITMAPINFOHEADER)) / (unsigned)height) return 0;
+    return (SIZE_T)(stride * (unsigned)height + sizeof(BITMAPINFOHEADER));
+}
+
+// The block as a bitmap, or freed when it cannot be locked.
+static HGLOBAL withHeader(HGLOBAL image, int width, int height, WORD bitCount)
+{
+    if (!image || writeHeader(image, width, height, bitCount)) return image;
+    releaseBlock(image);
+    return nullptr;
 }
 
 HGLOBAL createBitmap(int width, int height, WORD bitCount)
 {
-    if (width < 1 || height < 1) return nullptr;
-    const uint64_t stride = (uint64_t)rowStride(width, bitCount);
-    const uint64_t room = largestBlock - sizeof(BITMAPINFOHEADER);
-    if (stride > room / (unsigned)height) return nullptr;
+    const SIZE_T size = sizeOfBitmap(width, height, bitCount);
+    return size ? withHeader(takeZeroedBlock(size), width, height, bitCount) : nullptr;
+}
 
-    HGLOBAL image = takeZeroedBlock((SIZE_T)(stride * (unsigned)height + sizeof(BITMAPINFOHEADER)));
-    if (!image) return nullptr;
-    if (writeHeader(image, width, height, bitCount)) return image;
-    releaseBlock(image);
-    return nullptr;
+static void zeroPadding(const BitsView& image)
+{
+    const size_t rowBytes = (size_t)image.width * 3, padding = (size_t)rowStride(image.width, 24) - rowBytes;
+    for (int y = 0; padding > 0 && y < image.height; ++y)
+        memset(rowOf(image, y) + rowBytes, 0, padding);
+}
+
+HGLOBAL createUnsetBitmap(int width, int height)
+{
+    const SIZE_T size = sizeOfBitmap(width, height, 24);
+    const HGLOBAL image = size ? withHeader(takeBlock(size), width, height, 24) : nullptr;
+    const LockedPixels pixels(image);
+    if (pixels) zeroPadding(pixels.view);
+    return image;
 }
 
 int lockBitmapInfo(HGLOBAL image, int* width, int* height, DWORD* bitCount)
@@ -245,10 +273,7 @@ HGLOBAL scaleBitmap(HGLOBAL image, int width, int height)
     if (!rowsFit(block, block.header->biSize, block.bitCount)) return nullptr;
     if (block.bitCount == 8) return createBitmap(width, height, 8);
     const BitsView source = pixelsBehind(block, block.header->biSize);
-    return makePixels(width, height, [&](const LockedPixels& scaled) {
-        scaleNearest(scaled.view, source);
-        return true;
-    });
+    return makeAllPixels(width, height, [&](const LockedPixels& scaled) { return scaleNearest(scaled.view, source); });
 }
 
 static bool isKnownDepth(int bitCount)

@@ -21,6 +21,10 @@ void initBitmapHeader(BITMAPINFOHEADER* header, int width, int height, WORD bitC
 // memory is short.
 HGLOBAL createBitmap(int width, int height, WORD bitCount);
 
+// As createBitmap for 24 bits, but with whatever bytes in its pixels (0 in the padding): for callers that write
+// every pixel, and hand nothing out before.
+HGLOBAL createUnsetBitmap(int width, int height);
+
 // Copies width, height and bit count to the outputs that are given. 1, or 0 for a null handle or a
 // failed lock.
 int lockBitmapInfo(HGLOBAL image, int* width, int* height, DWORD* bitCount);

@@ -113,7 +113,7 @@ typedef bool (*ReadPixels)(const ByteSource& source, const SelectionDescription&
 static HGLOBAL readBitmap(const ByteSource& source, const SelectionDescription& description, int width, int height,
                           ReadPixels read)
 {
-    return makePixels(width, height, [&](const LockedPixels& pixels) {
+    return makeAllPixels(width, height, [&](const LockedPixels& pixels) {
         pixels.header()->biXPelsPerMeter = description.xPelsPerMetre;
         pixels.header()->biYPelsPerMeter = description.yPelsPerMetre;
         return read(source, description, pixels.view);

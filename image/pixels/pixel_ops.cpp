@@ -1,10 +1,9 @@
 #include "image/pixels/pixel_ops.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
-#include "image/pixels/vector_bytes.h"
+#include "image/pixels/pixel_rows.h"
 
 static const int bytesPerPixel = 3;
 
@@ -83,36 +82,15 @@ void fillWhereMapIsZero(const BitsView& image, const MapView& map, Rgb colour)
     }
 }
 
-// Whether "red is 0" equals `inside` for 16 mask pixels. The reds are bytes 2, 5, 8, ... 47 of 48.
-static bool sixteenAre(const uint8_t* mask, bool inside)
-{
-    static const int reds[3] = {0x4924, 0x2492, 0x9249};
-    int different = 0;
-    for (int part = 0; part < 3; ++part) {
-        const __m128i zeros = _mm_cmpeq_epi8(loadBytes(mask + part * 16), _mm_setzero_si128());
-        different |= (_mm_movemask_epi8(zeros) ^ (inside ? 0xFFFF : 0)) & reds[part];
-    }
-    return different == 0;
-}
-
-// First position from x on whose "red is 0" equals `inside`, or width.
-static ptrdiff_t runEnd(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
-{
-    while (x + 16 <= width && sixteenAre(mask + x * bytesPerPixel, inside))
-        x += 16;
-    while (x < width && (mask[x * bytesPerPixel + 2] == 0) == inside)
-        x++;
-    return x;
-}
-
 // Masks are made of long runs, so whole runs are copied instead of pixels.
 void mergeMaskedRow(uint8_t* destination, const uint8_t* source, const uint8_t* mask, int width)
 {
-    for (ptrdiff_t x = runEnd(mask, 0, width, false); x < width;) {
-        const ptrdiff_t end = runEnd(mask, x, width, true);
+    const PixelRows& rows = pixelRows();
+    for (ptrdiff_t x = rows.findMask(mask, 0, width, true); x < width;) {
+        const ptrdiff_t end = rows.findMask(mask, x, width, false);
         const size_t offset = (size_t)x * bytesPerPixel;
         memmove(destination + offset, source + offset, (size_t)(end - x) * bytesPerPixel);
-        x = runEnd(mask, end, width, false);
+        x = rows.findMask(mask, end, width, true);
     }
 }
 
@@ -150,85 +128,4 @@ void mirrorRows(const BitsView& image)
             std::swap_ranges(left, left + bytesPerPixel, right);
         }
     }
-}
-
-// Wide arithmetic: up to 8192 positions 16 bits would give the very same table, and beyond that they
-// would overflow.
-void nearestTable(uint32_t* table, int from, int to)
-{
-    const bool enlarging = to >= from;
-    const int64_t a = (enlarging ? from : to) - 1;
-    const int64_t b = (enlarging ? to : from) - 1;
-    int64_t error = 2 * a - b;
-    uint32_t position = 0;
-    *table++ = 0;
-    for (int64_t step = 0; step < b; step++) {
-        const bool diagonal = error >= 0;
-        if (diagonal || !enlarging) position++;
-        if (diagonal || enlarging) *table++ = position;
-        error += diagonal ? 2 * (a - b) : 2 * a;
-    }
-}
-
-static void copyPixel(uint8_t* to, const uint8_t* from)
-{
-    to[0] = from[0];
-    to[1] = from[1];
-    to[2] = from[2];
-}
-
-// Copies a pixel and the byte behind it, which the next pixel overwrites: one load and one store.
-static void copyPixelLoosely(uint8_t* to, const uint8_t* from)
-{
-    uint32_t four;
-    memcpy(&four, from, sizeof four);
-    memcpy(to, &four, sizeof four);
-}
-
-// `offsets` are the byte offsets of the source columns; the first `loose` of them are neither the last
-// column of the source nor of the result, so that a fourth byte may be touched.
-static void gatherRow(uint8_t* to, const uint8_t* from, const uint32_t* offsets, int width, int loose)
-{
-    int x = 0;
-    for (; x < loose; x++)
-        copyPixelLoosely(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
-    for (; x < width; x++)
-        copyPixel(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
-}
-
-// Turns columns into byte offsets and returns how many may be copied loosely. Columns never decrease.
-static int columnsToOffsets(uint32_t* columns, int width, int sourceWidth)
-{
-    int loose = 0;
-    for (int x = 0; x < width; x++) {
-        if (x < width - 1 && columns[x] < (uint32_t)sourceWidth - 1) loose = x + 1;
-        columns[x] *= bytesPerPixel;
-    }
-    return loose;
-}
-
-bool scaleNearest(const BitsView& result, const BitsView& source)
-{
-    if ((uint32_t)source.width > UINT32_MAX / bytesPerPixel) return false;
-    const size_t entries = (size_t)result.width + (size_t)result.height;
-    uint32_t* offsets = (uint32_t*)malloc(entries * sizeof(uint32_t));
-    if (!offsets) return false;
-    uint32_t* rows = offsets + result.width;
-    nearestTable(offsets, source.width, result.width);
-    nearestTable(rows, source.height, result.height);
-    const int loose = columnsToOffsets(offsets, result.width, source.width);
-
-    const size_t rowBytes = (size_t)result.width * bytesPerPixel;
-    for (int j = 0; j < result.height; j++) {
-        uint8_t* to = rowOf(result, result.height - 1 - j);
-        if (j > 0 && rows[j] == rows[j - 1]) {
-            memcpy(to, to + result.stride, rowBytes);  // the row below: the one written before
-        } else if (result.width == source.width) {
-            memcpy(to, rowOf(source, source.height - 1 - (int)rows[j]), rowBytes);
-        } else {
-            gatherRow(to, rowOf(source, source.height - 1 - (int)rows[j]), offsets, result.width, loose);
-        }
-    }
-    free(offsets);
-    return true;
 }

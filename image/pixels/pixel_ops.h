@@ -1,4 +1,4 @@
-// Moving 24-bit pixels between views: clipped copies, masked rows, flips, nearest-neighbour scaling.
+// Moving 24-bit pixels between views: clipped copies, masked rows, flips.
 // Pure pixel code: callers own the memory, and every view describes memory that is really there.
 #pragma once
 
@@ -48,12 +48,3 @@ void reverseAllButLastRow(uint8_t* storedRows, ptrdiff_t rowBytes, int height);
 
 // Mirrors every row left to right; padding is left alone.
 void mirrorRows(const BitsView& image);
-
-// Fills `table` (`to` entries) with the source position for each of `to` positions, by the line rule
-// from (0, 0) to (from - 1, to - 1). Both are at least 1.
-void nearestTable(uint32_t* table, int from, int to);
-
-// Resamples the source into the result, nearest neighbour. Rows are matched from the BOTTOM of both
-// pictures. False (and nothing written) when there is no memory for the tables or a source
-// row is above 4 GB.
-bool scaleNearest(const BitsView& result, const BitsView& source);

@@ -103,6 +103,11 @@ LANES_INLINE Vector largerBytes(Vector a, Vector b)
     return LANES(max_epu8)(a, b);
 }
 
+LANES_INLINE Vector smallerBytes(Vector a, Vector b)
+{
+    return LANES(min_epu8)(a, b);
+}
+
 LANES_INLINE Vector subtractBytes(Vector a, Vector b)
 {
     return LANES(sub_epi8)(a, b);

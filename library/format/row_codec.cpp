@@ -2,117 +2,37 @@
 
 #include <cstring>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define ROW_CODEC_SSE2 1
-#endif
-
-static void swapPixelsPlain(uint8_t* to, const uint8_t* from, size_t pixels)
-{
-    for (size_t i = 0; i < pixels; ++i, to += 3, from += 3) {
-        to[0] = from[2];
-        to[1] = from[1];
-        to[2] = from[0];
-    }
-}
-
-#ifdef ROW_CODEC_SSE2
-
-// 0xFF at the bytes of a 16-byte vector that hold the given byte of their pixel, where the vector's first
-// byte is byte `phase` of a pixel.
-static __m128i bytesOfPixel(int byteOfPixel, int phase)
-{
-    alignas(16) uint8_t mask[16];
-    for (int i = 0; i < 16; ++i)
-        mask[i] = (i + phase) % 3 == byteOfPixel ? 0xFF : 0;
-    return _mm_load_si128((const __m128i*)mask);
-}
-
-// A pixel's first byte comes from 2 behind it, its third from 2 before it, so a vector is put together from
-// three loads that lie 2 bytes apart. Pixels are taken 16 at a time (three vectors), the first and last of
-// the row apart, so that no load leaves the row.
-static size_t swapPixelsBy16(uint8_t* to, const uint8_t* from, size_t pixels)
-{
-    const __m128i first[3] = {bytesOfPixel(0, 0), bytesOfPixel(0, 1), bytesOfPixel(0, 2)};
-    const __m128i middle[3] = {bytesOfPixel(1, 0), bytesOfPixel(1, 1), bytesOfPixel(1, 2)};
-    const __m128i last[3] = {bytesOfPixel(2, 0), bytesOfPixel(2, 1), bytesOfPixel(2, 2)};
-    size_t done = 0;
-    for (; pixels - done > 16; done += 16) {
-        for (int part = 0; part < 3; ++part) {
-            const uint8_t* source = from + done * 3 + part * 16;
-            const __m128i behind = _mm_loadu_si128((const __m128i*)(source + 2));
-            const __m128i here = _mm_loadu_si128((const __m128i*)source);
-            const __m128i before = _mm_loadu_si128((const __m128i*)(source - 2));
-            const __m128i outer = _mm_or_si128(_mm_and_si128(behind, first[part]), _mm_and_si128(before, last[part]));
-            const __m128i mixed = _mm_or_si128(outer, _mm_and_si128(here, middle[part]));
-            _mm_storeu_si128((__m128i*)(to + done * 3 + part * 16), mixed);
-        }
-    }
-    return done;
-}
-
-#endif
+#include "image/pixels/pixel_rows.h"
 
 void swapRedAndBlue(uint8_t* to, const uint8_t* from, size_t pixels)
 {
-#ifdef ROW_CODEC_SSE2
-    if (pixels > 17) {
-        swapPixelsPlain(to, from, 1);
-        const size_t done = 1 + swapPixelsBy16(to + 3, from + 3, pixels - 1);
-        swapPixelsPlain(to + done * 3, from + done * 3, pixels - done);
+    pixelRows().swapRedAndBlue(to, from, pixels);
+}
+
+// Sets the bits [first, end) of a row, the first pixel's bit being the highest of byte 0.
+static void setBits(uint8_t* bits, size_t first, size_t end)
+{
+    const uint8_t head = (uint8_t)(0xFF >> (first & 7)), tail = (uint8_t) ~(0xFF >> (end & 7));
+    if (first / 8 == end / 8) {
+        bits[first / 8] |= head & tail;
         return;
     }
-#endif
-    swapPixelsPlain(to, from, pixels);
+    bits[first / 8] |= head;
+    memset(bits + first / 8 + 1, 0xFF, end / 8 - first / 8 - 1);
+    if (tail) bits[end / 8] |= tail;
 }
 
-static uint8_t packPixels(const uint8_t* maskPixels, size_t pixels)
-{
-    unsigned bits = 0;
-    for (size_t i = 0; i < pixels; ++i)
-        bits |= (unsigned)(maskPixels[i * 3 + 2] != 0) << (7 - i);
-    return (uint8_t)bits;
-}
-
-#ifdef ROW_CODEC_SSE2
-
-// Masks are mostly long runs, so 16 pixels that are inside or outside together are settled at once.
-static size_t packRowBy16(uint8_t* bits, const uint8_t* maskPixels, size_t pixels)
-{
-    const __m128i zero = _mm_setzero_si128();
-    // Bits of the reds: bytes 2, 5, 8, ... 47 of 48.
-    const unsigned reds[3] = {0x4924, 0x2492, 0x9249};
-    size_t done = 0;
-    for (; pixels - done >= 16; done += 16) {
-        unsigned inside[3];
-        for (int part = 0; part < 3; ++part) {
-            const __m128i bytes = _mm_loadu_si128((const __m128i*)(maskPixels + done * 3 + part * 16));
-            inside[part] = (unsigned)_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, zero)) & reds[part];
-        }
-        uint8_t* const out = bits + done / 8;
-        if ((inside[0] | inside[1] | inside[2]) == 0) {
-            out[0] = out[1] = 0xFF;
-        } else if (inside[0] == reds[0] && inside[1] == reds[1] && inside[2] == reds[2]) {
-            out[0] = out[1] = 0;
-        } else {
-            out[0] = packPixels(maskPixels + done * 3, 8);
-            out[1] = packPixels(maskPixels + done * 3 + 24, 8);
-        }
-    }
-    return done;
-}
-
-#endif
-
+// Masks are made of long runs.
 void packMaskRow(uint8_t* bits, const uint8_t* maskPixels, size_t pixels)
 {
-    size_t done = 0;
-#ifdef ROW_CODEC_SSE2
-    done = packRowBy16(bits, maskPixels, pixels);
-#endif
-    for (; pixels - done >= 8; done += 8)
-        bits[done / 8] = packPixels(maskPixels + done * 3, 8);
-    if (done < pixels) bits[done / 8] = packPixels(maskPixels + done * 3, pixels - done);
+    const PixelRows& rows = pixelRows();
+    const ptrdiff_t width = (ptrdiff_t)pixels;
+    memset(bits, 0, (pixels + 7) / 8);
+    for (ptrdiff_t x = rows.findMask(maskPixels, 0, width, false); x < width;) {
+        const ptrdiff_t end = rows.findMask(maskPixels, x, width, true);
+        setBits(bits, (size_t)x, (size_t)end);
+        x = rows.findMask(maskPixels, end, width, false);
+    }
 }
 
 static void unpackPixels(uint8_t* maskPixels, unsigned bits, size_t pixels)
@@ -121,16 +41,36 @@ static void unpackPixels(uint8_t* maskPixels, unsigned bits, size_t pixels)
         memset(maskPixels + i * 3, bits >> (7 - i) & 1 ? 0xFF : 0, 3);
 }
 
-void unpackMaskRow(uint8_t* maskPixels, const uint8_t* bits, size_t pixels)
+// How many bytes from `at` on equal the first one; looked at eight at a time.
+static size_t equalBytes(const uint8_t* at, size_t count)
 {
-    size_t done = 0;
-    for (; pixels - done >= 8; done += 8) {
-        const uint8_t eight = bits[done / 8];
-        if (eight == 0 || eight == 0xFF) {
-            memset(maskPixels + done * 3, eight, 24);
-        } else {
-            unpackPixels(maskPixels + done * 3, eight, 8);
+    size_t same = 1;
+    uint64_t first, next;
+    if (count >= 8) {
+        memset(&first, at[0], sizeof first);
+        for (same = 0; same + 8 <= count; same += 8) {
+            memcpy(&next, at + same, sizeof next);
+            if (next != first) break;
         }
     }
-    if (done < pixels) unpackPixels(maskPixels + done * 3, bits[done / 8], pixels - done);
+    while (same < count && at[same] == at[0])
+        ++same;
+    return same;
+}
+
+void unpackMaskRow(uint8_t* maskPixels, const uint8_t* bits, size_t pixels)
+{
+    const size_t whole = pixels / 8;
+    for (size_t done = 0; done < whole;) {
+        const uint8_t eight = bits[done];
+        const bool alike = eight == 0 || eight == 0xFF;
+        const size_t some = alike ? equalBytes(bits + done, whole - done) : 1;
+        if (alike) {
+            memset(maskPixels + done * 24, eight, some * 24);
+        } else {
+            unpackPixels(maskPixels + done * 24, eight, 8);
+        }
+        done += some;
+    }
+    if (pixels % 8) unpackPixels(maskPixels + whole * 24, bits[whole], pixels % 8);
 }

@@ -3,28 +3,9 @@
 #include <algorithm>
 
 #include "image/pixels/pixel_ops.h"
-#include "tests/reference/bitmap_reference.h"
-
-static const uint8_t padByte = 0xCC;
-
-// Stored rows in a heap block of exactly their size, so that the sanitizer sees one byte too far.
-struct StoredImage {
-    int width, height;
-    std::vector<uint8_t> rows;
-
-    explicit StoredImage(const ReferenceImage& image)
-        : width(image.width), height(image.height), rows(storedRows(image, padByte))
-    {
-        rows.shrink_to_fit();
-    }
-    BitsView view() { return bottomUpView(rows.data(), width, height, (ptrdiff_t)rowStride(width, 24)); }
-};
-
-// Picture and padding are what the reference says.
-static void expectImage(const ReferenceImage& expected, const StoredImage& actual)
-{
-    EXPECT_EQ(storedRows(expected, padByte), actual.rows);
-}
+#include "image/pixels/pixel_rows.h"
+#include "tests/unit/pure/stored_image.h"
+#include "tests/unit/vector_levels.h"
 
 TEST(PixelOps, ViewCountsRowsFromTheTop)
 {
@@ -100,7 +81,10 @@ TEST(PixelOps, PasteOverBothSidesIsCutToTheDestination)
     expectImage(referenceExtract(source, 0, 0, 3, 3), to);
 }
 
-TEST(PixelOps, MergeMaskedMatchesTheReferenceEverywhere)
+class PixelRowsTest : public VectorLevels {};
+FOR_EACH_VECTOR_LEVEL(PixelRowsTest);
+
+TEST_P(PixelRowsTest, MergeMaskedMatchesTheReferenceEverywhere)
 {
     std::mt19937 random(14);
     for (int n = 0; n < 5000; n++) {
@@ -134,7 +118,7 @@ static ReferenceImage maskOfRuns(std::mt19937& random, int width, int height)
     return mask;
 }
 
-TEST(PixelOps, MergeOfLongRunsMatchesTheReference)
+TEST_P(PixelRowsTest, MergeOfLongRunsMatchesTheReference)
 {
     std::mt19937 random(15);
     for (int n = 0; n < 2000; n++) {
@@ -215,13 +199,6 @@ TEST(PixelOps, ReverseAllButLastRowKeepsThePicturesTopRow)
     }
 }
 
-static std::vector<int> tableOf(int from, int to)
-{
-    std::vector<uint32_t> table((size_t)to, 0xCCCCCCCC);
-    nearestTable(table.data(), from, to);
-    return {table.begin(), table.end()};
-}
-
 TEST(PixelOps, ExchangedPixelsChangePlaces)
 {
     std::mt19937 random(23);
@@ -245,68 +222,50 @@ TEST(PixelOps, ExchangedPixelsChangePlaces)
     }
 }
 
-TEST(NearestTable, SmallTablesByHand)
+// Every width and start, runs of every length: against the definition, pixel by pixel.
+TEST_P(PixelRowsTest, FindTheNextMaskPixelAtEveryWidthAndStart)
 {
-    EXPECT_EQ((std::vector<int>{0}), tableOf(1, 1));
-    EXPECT_EQ((std::vector<int>{0, 0, 0}), tableOf(1, 3));
-    EXPECT_EQ((std::vector<int>{0}), tableOf(7, 1));
-    EXPECT_EQ((std::vector<int>{0, 1, 2}), tableOf(3, 3));
-    EXPECT_EQ((std::vector<int>{0, 1, 1}), tableOf(2, 3));
-    EXPECT_EQ((std::vector<int>{0, 1}), tableOf(3, 2));  // err 0 takes the diagonal first, then column 2 is skipped
-    EXPECT_EQ((std::vector<int>{0, 2, 4}), tableOf(6, 3));
-}
-
-static void expectTableMatchesReference(int from, int to)
-{
-    const std::vector<int16_t> expected = referenceNearestTable(from, to);
-    ASSERT_EQ((size_t)to, expected.size()) << from << ' ' << to;
-    EXPECT_EQ(std::vector<int>(expected.begin(), expected.end()), tableOf(from, to)) << from << ' ' << to;
-}
-
-TEST(NearestTable, MatchesThe16BitRuleUpTo8192)
-{
-    for (int from = 1; from <= 40; from++) {
-        for (int to = 1; to <= 40; to++)
-            expectTableMatchesReference(from, to);
-    }
-    std::mt19937 random(18);
-    for (int n = 0; n < 300; n++)
-        expectTableMatchesReference(1 + random() % 8192, 1 + random() % 8192);
-    for (int edge : {1, 2, 4096, 8191, 8192}) {
-        expectTableMatchesReference(8192, edge);
-        expectTableMatchesReference(edge, 8192);
+    std::mt19937 random(31);
+    for (int width = 1; width <= 130; width++) {
+        for (int offset = 0; offset < 5; offset++) {
+            std::vector<uint8_t> bytes((size_t)offset + (size_t)width * 3);
+            bytes.shrink_to_fit();
+            uint8_t* mask = bytes.data() + offset;
+            uint8_t red = 0;
+            for (int x = 0; x < width; x++) {
+                if (random() % 40 == 0) red = red ? 0 : (uint8_t)(1 + random() % 255);
+                mask[x * 3] = (uint8_t)(random() % 2 * random());
+                mask[x * 3 + 1] = (uint8_t)(random() % 2 * random());
+                mask[x * 3 + 2] = red;
+            }
+            for (bool inside : {false, true}) {
+                for (int x = 0; x <= width; x++) {
+                    int expected = x;
+                    while (expected < width && (mask[expected * 3 + 2] == 0) != inside)
+                        expected++;
+                    ASSERT_EQ(expected, pixelRows().findMask(mask, x, width, inside)) << width << ' ' << x;
+                }
+            }
+        }
     }
 }
 
-TEST(NearestTable, AboveThe16BitRangeStaysInside)
+TEST_P(PixelRowsTest, SwapRedAndBlueOfEveryPixelAndNoOtherByte)
 {
-    for (auto [from, to] : {std::pair{100000, 30}, {30, 100000}, {100000, 99999}, {70000, 70000}}) {
-        const std::vector<int> table = tableOf(from, to);
-        EXPECT_EQ(0, table.front());
-        EXPECT_LT(table.back(), from);
-        EXPECT_GE(table.back(), (from - 1) / 100 * 98);
-        EXPECT_TRUE(std::is_sorted(table.begin(), table.end()));
+    std::mt19937 random(32);
+    for (size_t width = 0; width <= 130; width++) {
+        for (size_t offset = 0; offset < 4; offset++) {
+            std::vector<uint8_t> from(offset + width * 3), to(offset + width * 3 + 80, 0xCC);
+            from.shrink_to_fit();
+            for (uint8_t& byte : from)
+                byte = (uint8_t)random();
+            pixelRows().swapRedAndBlue(to.data() + offset, from.data() + offset, width);
+            for (size_t i = 0; i < to.size(); i++) {
+                const bool inside = i >= offset && i < offset + width * 3;
+                const size_t channel = (i - offset) % 3;
+                const uint8_t expected = !inside ? 0xCC : from[i + 2 - 2 * channel];
+                ASSERT_EQ(expected, to[i]) << width << " pixels at " << offset << ", byte " << i;
+            }
+        }
     }
-}
-
-TEST(ScaleNearest, MatchesTheReference)
-{
-    std::mt19937 random(19);
-    for (int n = 0; n < 1500; n++) {
-        const ReferenceImage source = randomReference(random, 1 + random() % 20, 1 + random() % 20);
-        const int width = 1 + (int)(random() % 40), height = 1 + (int)(random() % 40);
-        StoredImage from(source), to(ReferenceImage(width, height));
-        ASSERT_TRUE(scaleNearest(to.view(), from.view()));
-        expectImage(referenceScale(source, width, height), to);
-    }
-}
-
-TEST(ScaleNearest, IsAnchoredAtTheBottomRow)
-{
-    ReferenceImage source(1, 4);
-    for (int y = 0; y < 4; y++)
-        source.set(0, y, {(uint8_t)(10 + y), 0, 0});
-    StoredImage from(source), to(ReferenceImage(1, 1));
-    ASSERT_TRUE(scaleNearest(to.view(), from.view()));
-    EXPECT_EQ(13, to.rows[0]);
 }

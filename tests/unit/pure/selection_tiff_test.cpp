@@ -4,6 +4,7 @@
 #include "library/format/thumbnail.h"
 #include "tests/reference/memory_file.h"
 #include "tests/reference/tiff_reference.h"
+#include "tests/unit/vector_levels.h"
 
 static void fill(MemoryImage& to, const ReferenceImage& from)
 {
@@ -311,7 +312,10 @@ TEST(SelectionThumbnail, PixelsThatAreNotAllBlackInTheMaskStayGray)
     EXPECT_EQ(file.bytes, referenceTiff(selection));
 }
 
-TEST(SelectionRows, SwappingMatchesThePlainRuleAtEveryLength)
+class SelectionRows : public VectorLevels {};
+FOR_EACH_VECTOR_LEVEL(SelectionRows);
+
+TEST_P(SelectionRows, SwappingMatchesThePlainRuleAtEveryLength)
 {
     std::mt19937 random(9);
     for (size_t pixels = 0; pixels < 200; ++pixels) {
@@ -325,7 +329,7 @@ TEST(SelectionRows, SwappingMatchesThePlainRuleAtEveryLength)
     }
 }
 
-TEST(SelectionRows, PackingAndUnpackingMatchThePlainRuleAtEveryLength)
+TEST_P(SelectionRows, PackingAndUnpackingMatchThePlainRuleAtEveryLength)
 {
     std::mt19937 random(10);
     for (size_t pixels = 1; pixels < 200; ++pixels) {

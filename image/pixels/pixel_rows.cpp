@@ -1,0 +1,19 @@
+#include "image/pixels/pixel_rows.h"
+
+#include "image/pixels/pixel_rows_variants.h"
+
+static const PixelRows PIXEL_ROWS_PLAIN = {findMaskPlain, swapRedAndBluePlain, nullptr};
+
+static const PixelRows* const variants[VECTOR_LEVEL_COUNT] = {
+    &PIXEL_ROWS_PLAIN,
+#ifdef VECTOR_CODE
+    &PIXEL_ROWS_SSE2,
+    &PIXEL_ROWS_AVX2,
+    &PIXEL_ROWS_AVX512,
+#endif
+};
+
+const PixelRows& pixelRows()
+{
+    return *variants[vectorLevel()];
+}

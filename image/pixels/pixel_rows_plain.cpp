@@ -1,0 +1,17 @@
+#include "image/pixels/pixel_rows.h"
+
+ptrdiff_t findMaskPlain(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
+{
+    while (x < width && (mask[x * 3 + 2] == 0) != inside)
+        ++x;
+    return x;
+}
+
+void swapRedAndBluePlain(uint8_t* to, const uint8_t* from, size_t pixels)
+{
+    for (size_t i = 0; i < pixels; ++i, to += 3, from += 3) {
+        to[0] = from[2];
+        to[1] = from[1];
+        to[2] = from[0];
+    }
+}
