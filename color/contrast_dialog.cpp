@@ -18,15 +18,15 @@
 namespace {
 
 struct AdjustmentBar {
-    int barId, resetId;
+    int barId, resetId, nameId;
     int ColourValues::*value;
 };
 
 const AdjustmentBar bars[] = {
-    {BAR_CONTRAST, BUTTON_RESET_CONTRAST, &ColourValues::contrast},
-    {BAR_BRIGHTNESS, BUTTON_RESET_BRIGHTNESS, &ColourValues::brightness},
-    {BAR_SATURATION, BUTTON_RESET_SATURATION, &ColourValues::saturation},
-    {BAR_HUE, BUTTON_RESET_HUE, &ColourValues::hue},
+    {BAR_CONTRAST, BUTTON_RESET_CONTRAST, STRING_CONTRAST, &ColourValues::contrast},
+    {BAR_BRIGHTNESS, BUTTON_RESET_BRIGHTNESS, STRING_BRIGHTNESS, &ColourValues::brightness},
+    {BAR_SATURATION, BUTTON_RESET_SATURATION, STRING_SATURATION, &ColourValues::saturation},
+    {BAR_HUE, BUTTON_RESET_HUE, STRING_HUE, &ColourValues::hue},
 };
 
 ScrollRange rangeOf(const AdjustmentBar& bar)
@@ -131,8 +131,10 @@ void layoutContrastDialog(HWND dialog, const RECT& button)
     const int width = widthWithPreview(dialog, height);
     SetWindowPos(dialog, nullptr, onScreen(button.right, width, GetSystemMetrics(SM_CXSCREEN)),
                  onScreen(button.top, height, GetSystemMetrics(SM_CYSCREEN)), width, height, SWP_NOZORDER);
-    for (const AdjustmentBar& bar : bars)
+    for (const AdjustmentBar& bar : bars) {
         setScrollBar(dialog, bar.barId, rangeOf(bar), neutralOf(bar));
+        nameScrollBar(dialog, bar.barId, (UINT)bar.nameId);
+    }
     RECT client;
     GetClientRect(dialog, &client);
     createContrastPreview(client);
@@ -143,7 +145,8 @@ INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
     attachPicturesUnlessLibraryDoes(dialog, PICTURE_TABLE_CONTRAST_END, moduleInstance);
     session->previewSource = session->previewImage = nullptr;
     layoutContrastDialog(dialog, *(const RECT*)lParam);
-    return TRUE;
+    SetFocus(GetDlgItem(dialog, BUTTON_OK));  // what Enter means
+    return FALSE;                             // the focus is set
 }
 
 INT_PTR onPaint(HWND dialog, WPARAM, LPARAM)
@@ -167,6 +170,7 @@ INT_PTR onScroll(HWND dialog, WPARAM wParam, LPARAM lParam)
     const ColourValues values = valuesOf(dialog), neutral = neutralColourValues();
     const bool neutralColour = values.saturation == neutral.saturation && values.hue == neutral.hue;
     if (LOWORD(wParam) == SB_ENDSCROLL || neutralColour) recomputePreview(dialog, values);
+    showMovement((HWND)lParam, wParam);
     return TRUE;
 }
 

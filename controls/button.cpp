@@ -4,6 +4,7 @@
 
 #include "controls/button_paint.h"
 #include "controls/button_record.h"
+#include "controls/keyboard_walk.h"
 #include "controls/kovctrl32.h"
 #include "controls/superclass.h"
 #include "controls/tooltip.h"
@@ -135,6 +136,9 @@ static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM 
     case WM_MBUTTONDOWN:
     case WM_MBUTTONUP: onMouseMessage(window, button, message, wp, lp); break;
     case WM_MOUSELEAVE: setHot(window, button, false); break;
+    case WM_KEYDOWN:
+        if (walkByKey(window, wp, true)) return 0;
+        break;
     case BM_SETSTATE:
     case BM_SETCHECK: return onStateMessage(window, button, message, wp, lp);
     }

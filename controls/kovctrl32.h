@@ -49,6 +49,14 @@ int WINAPI releaseDialog(HWND dialog);  // @221
 // right button, capture lost) or could not start.
 int WINAPI dragBitmap(HWND dialog, HGLOBAL bitmap, const RECT* rect, POINT grab, COLORREF background);  // @242
 
+// Ordinal 300. Gives a control that is no "Bouton", as a scroll bar, a name in full words: its tooltip. The Tab key
+// leads on from it. Returns 1, or 0 when the window is none of this process or memory is short.
+int WINAPI nameControl(HWND control, const WCHAR* name);  // @300
+
+// Ordinal 301. Tells that a named scroll bar stands elsewhere: name and position are shown beside it while `moving`,
+// and screen readers hear of it. Returns 1, or 0 when the bar has no name.
+int WINAPI showBarValue(HWND bar, BOOL moving);  // @301
+
 #ifdef __cplusplus
 }
 #endif

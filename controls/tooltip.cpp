@@ -2,11 +2,13 @@
 
 #include <commctrl.h>
 
+#include "controls/button_record.h"
 #include "controls/caption.h"
+#include "controls/named_control.h"
 
 static const wchar_t propertyName[] = L"KovTooltip";
 
-enum { TIP_LENGTH = 512 };
+enum { TIP_LENGTH = 512, TIP_GAP = 3 };
 
 static HWND tooltipOf(HWND dialog)
 {
@@ -42,9 +44,13 @@ static TOOLINFOW entryOf(HWND button, wchar_t* text)
 static void readTip(HWND button, wchar_t (&text)[TIP_LENGTH])
 {
     text[0] = 0;
-    GetWindowTextW(button, text, TIP_LENGTH);
-    shownText(text);
-    removeAccessKeys(text);
+    if (const wchar_t* name = nameOfControl(button)) {
+        lstrcpynW(text, name, TIP_LENGTH);
+    } else if (buttonOf(button)->pictures[PICTURE_NORMAL]) {
+        GetWindowTextW(button, text, TIP_LENGTH);
+        shownText(text);
+        removeAccessKeys(text);
+    }
 }
 
 static bool hasEntry(HWND tooltip, HWND button)
@@ -72,6 +78,42 @@ void relayToTooltip(HWND button, UINT message, WPARAM wp, LPARAM lp)
     MSG relayed = {button, message, wp, lp, (DWORD)GetMessageTime(), {(SHORT)LOWORD(lp), (SHORT)HIWORD(lp)}};
     ClientToScreen(button, &relayed.pt);
     SendMessageW(tooltip, TTM_RELAYEVENT, 0, (LPARAM)&relayed);
+}
+
+static TOOLINFOW trackedEntry(HWND dialog, const wchar_t* text)
+{
+    TOOLINFOW entry = {};
+    entry.cbSize = TTTOOLINFOW_V2_SIZE;
+    entry.uFlags = TTF_TRACK | TTF_ABSOLUTE;
+    entry.hwnd = dialog;
+    entry.lpszText = (wchar_t*)text;
+    return entry;
+}
+
+// Below a lying control, right of a standing one.
+static LPARAM placeBeside(HWND control)
+{
+    RECT rect;
+    GetWindowRect(control, &rect);
+    const bool lying = rect.right - rect.left > rect.bottom - rect.top;
+    return lying ? MAKELPARAM(rect.left, rect.bottom + TIP_GAP) : MAKELPARAM(rect.right + TIP_GAP, rect.top);
+}
+
+void trackTooltip(HWND control, const wchar_t* text)
+{
+    HWND dialog = GetAncestor(control, GA_PARENT);
+    HWND tooltip = tooltipOf(dialog);
+    if (!tooltip && text) tooltip = createTooltip(dialog);
+    if (!tooltip) return;
+    TOOLINFOW known = trackedEntry(dialog, nullptr), entry = trackedEntry(dialog, text);
+    if (text) {
+        if (!SendMessageW(tooltip, TTM_GETTOOLINFOW, 0, (LPARAM)&known)) {
+            SendMessageW(tooltip, TTM_ADDTOOLW, 0, (LPARAM)&entry);
+        }
+        SendMessageW(tooltip, TTM_UPDATETIPTEXTW, 0, (LPARAM)&entry);
+        SendMessageW(tooltip, TTM_TRACKPOSITION, 0, placeBeside(control));
+    }
+    SendMessageW(tooltip, TTM_TRACKACTIVATE, text != nullptr, (LPARAM)&entry);
 }
 
 void updateTooltip(HWND button)

@@ -1,5 +1,9 @@
 #include "session/dialogs/scroll_bars.h"
 
+#include "controls/kovctrl32.h"
+#include "session/ground/language.h"
+#include "session/ground/module_state.h"
+
 void scrollStep(HWND bar, WPARAM message, const ScrollRange& range)
 {
     const int position = GetScrollPos(bar, SB_CTL);
@@ -12,6 +16,17 @@ void scrollStep(HWND bar, WPARAM message, const ScrollRange& range)
 int scrollPosition(HWND dialog, int barId)
 {
     return GetScrollPos(GetDlgItem(dialog, barId), SB_CTL);
+}
+
+void nameScrollBar(HWND dialog, int barId, UINT nameId)
+{
+    WCHAR name[64];
+    if (loadLocalString(moduleInstance, nameId, name, 64)) nameControl(GetDlgItem(dialog, barId), name);
+}
+
+void showMovement(HWND bar, WPARAM message)
+{
+    showBarValue(bar, LOWORD(message) != SB_ENDSCROLL);
 }
 
 void setScrollBar(HWND dialog, int barId, const ScrollRange& range, int position)

@@ -19,6 +19,8 @@ const ControlLibrary& controlLibrary()
     take(library.paintDialogBackground, 220);
     take(library.releaseDialog, 221);
     take(library.dragBitmap, 242);
+    take(library.nameControl, 300);
+    take(library.showBarValue, 301);
     return library;
 }
 

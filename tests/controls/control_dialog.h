@@ -15,6 +15,8 @@ struct ControlLibrary {
     int(WINAPI* paintDialogBackground)(HWND, HDC, int);
     int(WINAPI* releaseDialog)(HWND);
     int(WINAPI* dragBitmap)(HWND, HGLOBAL, const RECT*, POINT, COLORREF);
+    int(WINAPI* nameControl)(HWND, const WCHAR*);
+    int(WINAPI* showBarValue)(HWND, BOOL);
 };
 
 // Loads the library that lies beside the test program, once.

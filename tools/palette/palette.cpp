@@ -25,6 +25,9 @@ INT_PTR onInitDialog(HWND palette, WPARAM, LPARAM)
     setScrollBar(palette, BAR_WIDTH, BRUSH_SIZE_RANGE, (int)session->brushWidth);
     setScrollBar(palette, BAR_HEIGHT, BRUSH_SIZE_RANGE, (int)session->brushHeight);
     setScrollBar(palette, BAR_OPACITY, OPACITY_RANGE, (int)session->opacity);
+    nameScrollBar(palette, BAR_WIDTH, STRING_WIDTH);
+    nameScrollBar(palette, BAR_HEIGHT, STRING_HEIGHT);
+    nameScrollBar(palette, BAR_OPACITY, STRING_OPACITY);
     CheckDlgButton(palette, CHECK_LOCK_LH, BST_CHECKED);
     session->brushShape = SHAPE_CIRCLE;
     CheckRadioButton(palette, BUTTON_CIRCLE, BUTTON_RECTANGLE, BUTTON_CIRCLE);

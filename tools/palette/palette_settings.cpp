@@ -147,5 +147,6 @@ void scrollPaletteBar(HWND palette, HWND bar, WPARAM message)
     } else {
         return;
     }
+    showMovement(bar, message);
     saveToolSettings(session->currentTool);
 }
