@@ -128,6 +128,8 @@ LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lPa
     case WM_SETCURSOR:
         if (setSelectionCursor(canvas)) return 0;
         break;
+    case WM_SETFOCUS: takeTextFocus(canvas); break;
+    case WM_KILLFOCUS: loseTextFocus(canvas); break;
     case WM_KEYDOWN: textKeyDown(canvas, (UINT)wParam); return 0;
     case WM_CHAR: textChar(canvas, (UINT)wParam); return 0;
     case WM_TIMER: return onTimer(canvas, wParam);

@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr UINT CODE_PAGE_GB18030 = 54936;
+
 SIZE stripSize()
 {
     BITMAP info = {};
@@ -17,28 +19,35 @@ SIZE stripSize()
     return {info.bmWidth, info.bmHeight};
 }
 
-// A memory device context with the font, and the strip when one is wanted.
+// A memory device context with the font, and the strip when one is wanted. False, and dc is null, unless all of
+// it is there.
 struct TextContext {
+    explicit TextContext(HBITMAP bitmap = nullptr) : dc(CreateCompatibleDC(nullptr))
+    {
+        if (!dc) return;
+        oldFont = session->textFontHandle ? SelectObject(dc, session->textFontHandle) : nullptr;
+        oldBitmap = bitmap && oldFont ? SelectObject(dc, bitmap) : nullptr;
+        if (!oldFont || (bitmap && !oldBitmap)) close();
+    }
+    ~TextContext()
+    {
+        if (dc) close();
+    }
+    TextContext(const TextContext&) = delete;
+    TextContext& operator=(const TextContext&) = delete;
+    explicit operator bool() const { return dc != nullptr; }
+
+    void close()
+    {
+        if (oldFont) SelectObject(dc, oldFont);
+        if (oldBitmap) SelectObject(dc, oldBitmap);
+        DeleteDC(dc);
+        dc = nullptr;
+    }
+
     HDC dc;
-    HGDIOBJ oldFont, oldBitmap;
+    HGDIOBJ oldFont = nullptr, oldBitmap = nullptr;
 };
-
-TextContext openContext(HBITMAP bitmap)
-{
-    TextContext context = {CreateCompatibleDC(nullptr), nullptr, nullptr};
-    if (!context.dc) return context;
-    context.oldFont = SelectObject(context.dc, session->textFontHandle);
-    if (bitmap) context.oldBitmap = SelectObject(context.dc, bitmap);
-    return context;
-}
-
-void closeContext(const TextContext& context)
-{
-    if (!context.dc) return;
-    SelectObject(context.dc, context.oldFont);
-    if (context.oldBitmap) SelectObject(context.dc, context.oldBitmap);
-    DeleteDC(context.dc);
-}
 
 bool copyStripBits(const LockedPixels& pixels, SIZE size)
 {
@@ -97,48 +106,52 @@ int measureText(const char* text, int count)
 {
     if (count <= 0) return 0;
     RECT extent = {0, 0, 0, 0};
-    const TextContext context = openContext(nullptr);
-    if (context.dc) DrawTextA(context.dc, text, count, &extent, DT_CALCRECT);
-    closeContext(context);
+    const TextContext context;
+    if (!context || !DrawTextA(context.dc, text, count, &extent, DT_CALCRECT)) return -1;
     return extent.right;
+}
+
+// The code page of the font's script. A system with a code page of longer characters draws that one's with Western
+// fonts, too.
+static UINT textCodePage()
+{
+    const TextContext context;
+    const int script = context ? GetTextCharset(context.dc) : ANSI_CHARSET;
+    CHARSETINFO found = {};
+    const bool own = script != ANSI_CHARSET && TranslateCharsetInfo((DWORD*)(DWORD_PTR)script, &found, TCI_SRCCHARSET);
+    return own ? found.ciACP : GetACP();
 }
 
 LeadBytes textLeadBytes()
 {
     LeadBytes leads = {};
-    const TextContext context = openContext(nullptr);
-    const int script = context.dc ? GetTextCharset(context.dc) : ANSI_CHARSET;
-    closeContext(context);
-    // A system with a double-byte code page draws that one's characters with Western fonts, too.
-    CHARSETINFO found = {};
-    const bool own = script != ANSI_CHARSET && TranslateCharsetInfo((DWORD*)(DWORD_PTR)script, &found, TCI_SRCCHARSET);
+    const UINT page = textCodePage();
+    leads.form = page == CP_UTF8 ? UTF_8 : page == CODE_PAGE_GB18030 ? GB_18030 : UP_TO_TWO_BYTES;
     CPINFO codePage = {};
     static_assert(sizeof codePage.LeadByte == sizeof leads.ranges);
-    if (GetCPInfo(own ? found.ciACP : CP_ACP, &codePage)) memcpy(leads.ranges, codePage.LeadByte, sizeof leads.ranges);
+    if (GetCPInfo(page, &codePage)) memcpy(leads.ranges, codePage.LeadByte, sizeof leads.ranges);
     return leads;
 }
 
-void renderTextStrip(const char* text)
+bool renderTextStrip(const char* text)
 {
-    const TextContext context = openContext(session->textStrip);
-    if (context.dc) {
-        const SIZE size = stripSize();
-        RECT all = {0, 0, size.cx, size.cy};
-        FillRect(context.dc, &all, (HBRUSH)GetStockObject(BLACK_BRUSH));
-        SetTextColor(context.dc, RGB(255, 255, 255));
-        SetBkMode(context.dc, TRANSPARENT);
-        all.left = session->textOriginX;
-        // No format flags: an ampersand underlines the next letter, as the system does it.
-        DrawTextA(context.dc, text, -1, &all, 0);
-    }
-    closeContext(context);
+    const TextContext context(session->textStrip);
+    if (!context) return false;
+    const SIZE size = stripSize();
+    RECT all = {0, 0, size.cx, size.cy};
+    if (!FillRect(context.dc, &all, (HBRUSH)GetStockObject(BLACK_BRUSH))) return false;
+    SetTextColor(context.dc, RGB(255, 255, 255));
+    SetBkMode(context.dc, TRANSPARENT);
+    all.left = session->textOriginX;
+    // No format flags: an ampersand underlines the next letter, as the system does it.
+    return DrawTextA(context.dc, text, -1, &all, 0) || !*text;
 }
 
 void drawTextStrip(HDC dc)
 {
     const SIZE size = stripSize();
-    const TextContext strip = openContext(session->textStrip);
-    if (strip.dc) {
+    const TextContext strip(session->textStrip);
+    if (strip) {
         const int saved = SaveDC(dc);
         SetStretchBltMode(dc, COLORONCOLOR);
         // A 1-bit source shows its ones in the background colour and its zeros in the text colour.
@@ -150,7 +163,6 @@ void drawTextStrip(HDC dc)
         BitBlt(dc, 0, session->textOriginY, size.cx, size.cy, strip.dc, 0, 0, SRCPAINT);
         RestoreDC(dc, saved);
     }
-    closeContext(strip);
 }
 
 static bool stampPixels(HGLOBAL pixels)

@@ -13,15 +13,15 @@ void createTextFont();
 bool createTextStrip(int imageWidth);
 void freeTextStrip();
 
-// Pixels: the absolute height of the font, and the width of the first `count` characters.
+// Pixels: the absolute height of the font, and the width of the first `count` bytes, -1 when it cannot be told.
 int textLineHeight();
 int measureText(const char* text, int count);
 
-// Which bytes of a string begin a double-byte character: those of the font's code page.
+// How the bytes of a string make characters: as in the font's code page.
 LeadBytes textLeadBytes();
 
-// Draws the string into the strip from textOriginX on.
-void renderTextStrip(const char* text);
+// Draws the string into the strip from textOriginX on. False when the strip may show something else now.
+bool renderTextStrip(const char* text);
 
 // Lays the strip over a canvas device context: its text takes the paint colour.
 void drawTextStrip(HDC dc);

@@ -7,6 +7,7 @@
 #include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/locked_block.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/kernels/text_line.h"
@@ -15,9 +16,6 @@
 namespace {
 
 constexpr int CARET_WIDTH = 2;
-
-// A double-byte character arrives as two messages: its first byte waits here (0: none) for the second.
-char waitingLeadByte;
 
 // textBuffer stays locked for the time of one operation. False while no line is open, and when the buffer
 // cannot be locked: then the operation does not happen.
@@ -70,13 +68,14 @@ void dropTextCaret(HWND canvas)
 void computeCaretX(const TextLine& line)
 {
     const int length = textLength(line);
-    const int shown = session->caretIndex < length ? session->caretIndex : length;
-    session->caretX = session->textOriginX + measureText(line.buffer, shown);
+    const int width = measureText(line.buffer, session->caretIndex < length ? session->caretIndex : length);
+    if (width >= 0) session->caretX = session->textOriginX + width;
 }
 
 void moveCaret(HWND canvas, const TextLine& line)
 {
     computeCaretX(line);
+    if (!session->caretCreated) return;
     HideCaret(canvas);
     SetCaretPos(session->caretX, session->caretY);
     ShowCaret(canvas);
@@ -87,20 +86,23 @@ bool lineFits(const TextLine& line)
 {
     int imageWidth;
     if (!lockBitmapInfo(editedImage(), &imageWidth, nullptr, nullptr)) return false;
-    return measureText(line.buffer, textLength(line) + 1) + session->textOriginX < imageWidth;
+    const int width = measureText(line.buffer, textLength(line) + 1);
+    return width >= 0 && width + session->textOriginX < imageWidth;
 }
 
-void stampLine(HWND canvas)
+// The strip is drawn anew first: what is stamped is what was typed, even when an earlier drawing failed.
+bool stampLine(HWND canvas, const TextLine& line)
 {
-    stampTextStrip();
+    const bool stamped = renderTextStrip(line.buffer) && stampTextStrip();
     invalidateStrip(canvas);
+    return stamped;
 }
 
 void startLineAt(HWND canvas, const TextLine& line, int x, int y)
 {
     session->textOriginX = session->caretX = x;
     session->textOriginY = session->caretY = y;
-    waitingLeadByte = 0;
+    sessionExtras.waiting = {};
     clearLine(line);
     renderLine(canvas, line);
     showTextCaret(canvas);
@@ -113,9 +115,16 @@ void freeLine()
     freeTextStrip();
 }
 
+// Typing goes to the window with the focus.
+void takeFocus(HWND canvas)
+{
+    if (GetFocus() != canvas) SetFocus(canvas);
+}
+
 int openFirstLine(HWND canvas, int x, int y)
 {
     endText(canvas);
+    takeFocus(canvas);
     int imageWidth;
     if (!lockBitmapInfo(editedImage(), &imageWidth, nullptr, nullptr) || !createTextStrip(imageWidth)) return 0;
     session->textBuffer = GlobalAlloc(GHND, TEXT_BUFFER_SIZE);
@@ -124,8 +133,6 @@ int openFirstLine(HWND canvas, int x, int y)
         freeLine();
         return 0;
     }
-    // Typing goes to the window with the focus.
-    if (GetFocus() != canvas) SetFocus(canvas);
     startLineAt(canvas, open.line, x, y - textLineHeight());
     return 1;
 }
@@ -153,7 +160,7 @@ void moveCaretToPoint(HWND canvas, const TextLine& line, int x)
 
 void enterLine(HWND canvas, const TextLine& line)
 {
-    stampLine(canvas);
+    if (!stampLine(canvas, line)) return;  // the line stays open
     const int next = session->textOriginY + textLineHeight();
     if (next >= bitmapHeight(editedImage())) return;  // the last line stays open, and can be stamped again
     startLineAt(canvas, line, session->textOriginX, next);
@@ -189,26 +196,24 @@ void editByKey(HWND canvas, const TextLine& line, UINT key)
     renderLine(canvas, line);
 }
 
-// Both bytes of a double-byte character go in together, or none.
+// The bytes of a character go in together, or none. Bytes that turn out to begin none are dropped.
 bool typeByte(const TextLine& line, char byte)
 {
-    const char character[] = {waitingLeadByte, byte};
-    if (waitingLeadByte) {
-        waitingLeadByte = 0;
-        return lineFits(line) && typeCharacter(line, character, 2);
-    }
-    if (isLeadByte(line.leads, byte)) {
-        waitingLeadByte = byte;
-        return false;
-    }
-    return lineFits(line) && typeCharacter(line, &byte, 1);
+    WaitingCharacter& waiting = sessionExtras.waiting;
+    waiting.bytes[waiting.count++] = byte;
+    const WaitingCharacter arrived = waiting;
+    const int size = characterSize(line.leads, arrived.bytes, arrived.count);
+    if (size == 0) return false;
+    waiting = {};
+    if (size < arrived.count) return typeByte(line, byte);
+    return lineFits(line) && typeCharacter(line, arrived.bytes, size);
 }
 
 // Codes below the space are no text.
 bool editByCharacter(const TextLine& line, UINT character)
 {
     if (character >= ' ') return typeByte(line, (char)character);
-    waitingLeadByte = 0;
+    sessionExtras.waiting = {};
     return character == VK_BACK && backspace(line);
 }
 
@@ -217,12 +222,12 @@ bool editByCharacter(const TextLine& line, UINT character)
 int textClick(HWND canvas, int x, int y)
 {
     if (!lineIsOpen()) return openFirstLine(canvas, x, y);
+    takeFocus(canvas);
     const OpenLine open;
     if (!open) return 1;
     if (insideStrip(x, y)) {
         moveCaretToPoint(canvas, open.line, x);
-    } else {
-        stampLine(canvas);
+    } else if (stampLine(canvas, open.line)) {
         startLineAt(canvas, open.line, x, y - textLineHeight() / 2);
     }
     return 1;
@@ -262,14 +267,32 @@ void endText(HWND canvas)
     dropTextCaret(canvas);
     freeLine();
     session->caretIndex = 0;
-    waitingLeadByte = 0;
+    sessionExtras.waiting = {};
+}
+
+void takeTextFocus(HWND canvas)
+{
+    if (lineIsOpen()) showTextCaret(canvas);
+}
+
+void loseTextFocus(HWND canvas)
+{
+    dropTextCaret(canvas);
+}
+
+static void takeChosenFont(const LOGFONTA& font, COLORREF colour)
+{
+    session->textFont = font;
+    session->brushHeight = (uint32_t)abs((int)font.lfHeight);
+    createTextFont();  // the dialog's heights are negative, the description's (and the settings file's) are not
+    session->paintColour = colour;
 }
 
 void chooseTextFont(HWND palette)
 {
     endText(session->canvasWindow);
-    LOGFONTA& font = session->textFont;
-    font.lfHeight = (LONG)session->brushHeight;
+    session->textFont.lfHeight = (LONG)session->brushHeight;
+    LOGFONTA font = session->textFont;  // the dialog may write into it long before OK
     CHOOSEFONTA dialog = {};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = palette;
@@ -278,10 +301,8 @@ void chooseTextFont(HWND palette)
     dialog.Flags = CF_SCREENFONTS | CF_INITTOLOGFONTSTRUCT | CF_EFFECTS;
     dialog.nFontType = SCREEN_FONTTYPE;
     EnableWindow(session->hostDialog, FALSE);
-    if (ChooseFontA(&dialog)) {
-        session->brushHeight = (uint32_t)abs((int)font.lfHeight);
-        createTextFont();  // the dialog's heights are negative, the description's (and the settings file's) are not
-        session->paintColour = dialog.rgbColors;
-    }
+    const bool chosen = ChooseFontA(&dialog) != 0;
+    if (!sessionGoesOn()) return;
+    if (chosen) takeChosenFont(font, dialog.rgbColors);
     EnableWindow(session->hostDialog, TRUE);
 }

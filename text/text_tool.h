@@ -17,6 +17,11 @@ void textChar(HWND canvas, UINT character);
 // Draws the open line over the canvas's picture.
 void paintTextOverlay(HWND canvas, HDC dc);
 
+// The canvas has got or lost the focus. The system has one caret, which scroll bars take for themselves: the open
+// line has it while the canvas has the focus.
+void takeTextFocus(HWND canvas);
+void loseTextFocus(HWND canvas);
+
 // Discards the open line, if there is one: nothing is stamped.
 void endText(HWND canvas);
 

@@ -49,7 +49,14 @@ struct StoredSettings {
     LOGFONTA font;
 };
 
+// The first bytes of a typed character, which arrive as one message each and wait here for the rest.
+struct WaitingCharacter {
+    char bytes[4];
+    int count;
+};
+
 struct SessionExtras {
+    WaitingCharacter waiting;
     StoredSettings stored;
     Leaving leaving;
     KeptOriginal kept;
@@ -58,3 +65,9 @@ struct SessionExtras {
 };
 
 extern SessionExtras sessionExtras;
+
+// False once the session is being left: a window that was open meanwhile has nothing more to do.
+inline bool sessionGoesOn()
+{
+    return sessionExtras.leaving == LEAVING_UNDECIDED;
+}

@@ -391,3 +391,28 @@ TEST_F(Text, DISABLED_EverySampleShowsWhatWasTyped)
     EXPECT_EQ(without, screenPart(part).bytes);  // so the letters were there to be lost
     closeAndCheck(before);
 }
+
+// The scroll bars have carets of their own, and the system has only one.
+TEST_F(Text, TheCaretComesBackAfterAScrollBarHadTheFocus)
+{
+    openWithText();
+    click(40, 70);
+    type("Wj");
+    const RECT before = caret();
+    ASSERT_FALSE(IsRectEmpty(&before));
+    ASSERT_TRUE(clickScrollBar(&host, ID_OPACITY, -2));
+    runOnHost(&host, [&] { SetFocus(GetDlgItem(host.palette, ID_OPACITY)); });
+    ASSERT_TRUE(settle(&host));
+    const RECT meanwhile = caret();
+    EXPECT_TRUE(IsRectEmpty(&meanwhile)) << "the bar has the focus";
+    click(40 + widthOf(look, "W"), 62);
+    EXPECT_TRUE(waitUntil("the caret", [&] {
+        const RECT now = caret();
+        return !IsRectEmpty(&now);
+    }));
+    key(VK_END);
+    expectCaret(40 + widthOf(look, "Wj"), 54);
+    runOnHost(&host, [&] { SetFocus(GetDlgItem(host.palette, ID_OPACITY)); });
+    runOnHost(&host, [&] { SetFocus(host.canvas); });
+    expectCaret(40 + widthOf(look, "Wj"), 54);
+}

@@ -415,3 +415,90 @@ TEST(TextLine, RandomEditsFollowTheModel)
         ASSERT_TRUE(g.guardsIntact());
     }
 }
+
+// Characters as their code pages define them, from one byte to the most.
+struct LongCharacters {
+    CharacterForm form;
+    std::vector<std::string> characters;
+};
+
+const LongCharacters longForms[] = {
+    {UTF_8, {"a", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "~", "\xDF\xBF", "\xEF\xBF\xBD", "\xF4\x8F\xBF\xBF"}},
+    // The second byte of the two-byte ones may be a letter; the four-byte ones hold digits.
+    {GB_18030,
+     {"a", "\xB0\xA1", "\x81\x30\x81\x30", "\x81\x41", "7", "\xFE\xFE", "\x95\x32\x82\x36", "\xE3\x32\x9A\x35"}},
+};
+
+TEST(LongCharacter, SizesAreToldFromTheFirstBytes)
+{
+    for (const LongCharacters& set : longForms) {
+        const LeadBytes leads = {{}, set.form};
+        for (const std::string& character : set.characters) {
+            const std::string more = character + "abc";
+            EXPECT_EQ((int)character.size(), characterSize(leads, more.data(), LARGEST_CHARACTER)) << more;
+            for (size_t part = 1; part < character.size(); ++part)
+                EXPECT_EQ(0, characterSize(leads, character.data(), (int)part)) << more << ", " << part;
+        }
+    }
+    EXPECT_EQ(1, characterSize({{}, UTF_8}, "\x80", 1));
+    EXPECT_EQ(1, characterSize({{}, UTF_8}, "\xFFzzz", 4));
+    EXPECT_EQ(1, characterSize({{}, UTF_8}, "\xE2z", 2)) << "nothing that could still become one";
+    EXPECT_EQ(1, characterSize({{}, GB_18030}, "\x81\x30\x20", 3));
+}
+
+// Every edit leaves whole characters, whatever came before it: the line is the characters of a plain list.
+TEST(LongCharacter, StayWhole)
+{
+    for (const LongCharacters& set : longForms) {
+        std::mt19937 random(11);
+        Guarded g({{}, set.form});
+        std::vector<std::string> expected;
+        size_t at = 0;
+        for (int step = 0; step < 20000; ++step) {
+            const std::string& character = set.characters[random() % set.characters.size()];
+            switch (random() % 8) {
+            case 0: moveCaretHome(g.line()), at = 0; break;
+            case 1: moveCaretEnd(g.line()), at = expected.size(); break;
+            case 2: moveCaretLeft(g.line()), at -= at > 0; break;
+            case 3: moveCaretRight(g.line()), at += at < expected.size(); break;
+            case 4:
+                deleteAtCaret(g.line());
+                if (at < expected.size()) expected.erase(expected.begin() + (int)at);
+                break;
+            case 5:
+                backspace(g.line());
+                at -= at > 0;
+                if (!expected.empty() && at < expected.size()) expected.erase(expected.begin() + (int)at);
+                break;
+            case 6:
+                if (insertSpace(g.line())) expected.insert(expected.begin() + (int)at, " ");
+                break;
+            default:
+                ASSERT_TRUE(typeCharacter(g.line(), character.data(), (int)character.size()));
+                if (at < expected.size())
+                    expected[at] = character;
+                else
+                    expected.push_back(character);
+                ++at;
+            }
+            std::string text, front;
+            for (size_t i = 0; i < expected.size(); ++i) {
+                if (i < at) front += expected[i];
+                text += expected[i];
+            }
+            ASSERT_EQ(text, g.line().buffer) << step;
+            ASSERT_EQ((int)front.size(), g.caret) << step;
+        }
+    }
+}
+
+TEST(LongCharacter, PartsAreNotTyped)
+{
+    for (const LongCharacters& set : longForms) {
+        Guarded g({{}, set.form});
+        for (const std::string& character : set.characters)
+            for (size_t part = 1; part < character.size(); ++part)
+                EXPECT_FALSE(typeCharacter(g.line(), character.data(), (int)part));
+        EXPECT_STREQ("", g.line().buffer);
+    }
+}
