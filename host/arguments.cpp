@@ -19,6 +19,8 @@ HostArguments parseArguments(const std::vector<std::wstring>& arguments)
             result.help = true;
         } else if (word == L"--overwrite") {
             result.overwrite = true;
+        } else if (word == L"--flatten") {
+            result.flatten = true;
         } else if (word == L"-o" || word == L"--output") {
             if (i + 1 == arguments.size() || arguments[i + 1].empty())
                 result.problem = word + L" needs a file name.";

@@ -7,6 +7,7 @@
 struct HostArguments {
     bool help = false;
     bool overwrite = false;  // an existing file, the photo itself included, may be replaced
+    bool flatten = false;    // also where more than pixels of it would be lost
     std::wstring photo;      // empty: ask with a dialog
     std::wstring output;     // empty: a name made from the photo's
     std::wstring problem;    // a sentence when the line cannot be understood, else empty

@@ -1,28 +1,31 @@
 // retouch.exe: opens a photo in the retouching library and writes the result to a new file.
 #include "host/arguments.h"
-#include "host/file_names.h"
-#include "host/photo_file.h"
-#include "host/report.h"
+#include "host/codecs/jpeg_file.h"
+#include "host/rescue.h"
 #include "host/safe_file.h"
+#include "host/save_photo.h"
 #include "host/session_call.h"
+#include "host/work_record.h"
 
 #include <commdlg.h>
+#include <new>
 #include <shellapi.h>
 
 namespace {
 
 const wchar_t usage[] =
-    L"Usage: retouch.exe PHOTO [-o OUT] [--overwrite]\r\n"
+    L"Usage: retouch.exe PHOTO [-o OUT] [--overwrite [--flatten]]\r\n"
     L"Opens PHOTO for retouching; Save in the tool palette writes the result to OUT (format by its\r\n"
     L"extension: jpg, png, tif, bmp), or to a new file PHOTO-retouched beside the photo.\r\n"
     L"--overwrite lets an existing OUT, or without -o the photo itself, be replaced.\r\n"
+    L"The photo itself is replaced only where nothing but its pixels changes: where pages, alpha, depth or the\r\n"
+    L"kind of colours would go, --flatten must be given too.\r\n"
     L"Without arguments the files are asked for.\r\n"
     L"Exit code: 0 saved, 1 closed without saving, 2 usage, 3 no such photo, 4 not a readable photo,\r\n"
     L"5 too large, 6 retouching library not found, 7 cannot write.";
 
-const wchar_t readableFilter[] = L"Photos\0*.jpg;*.jpeg;*.jpe;*.png;*.tif;*.tiff;*.bmp;*.dib;*.gif\0All files\0*.*\0";
-const wchar_t writableFilter[] = L"JPEG\0*.jpg;*.jpeg;*.jpe\0PNG\0*.png\0TIFF\0*.tif;*.tiff\0BMP\0*.bmp;*.dib\0";
-
+const wchar_t readableFilter[] =
+    L"Photos\0*.jpg;*.jpeg;*.jpe;*.png;*.tif;*.tiff;*.bmp;*.dib;*.gif;*.webp\0All files\0*.*\0";
 std::vector<std::wstring> commandLine()
 {
     std::vector<std::wstring> words;
@@ -44,7 +47,6 @@ const StatusSentence statusSentences[] = {
     {PhotoStatus::Unreadable, exitMissing, L"This is a folder, or may not be read: "},
     {PhotoStatus::NotAPhoto, exitNotAPhoto, L"This is not a photo of a known format, or it is damaged: "},
     {PhotoStatus::TooLarge, exitTooLarge, L"This photo is too large for the memory: "},
-    {PhotoStatus::CannotEncode, exitCannotWrite, L"The picture could not be encoded for this file: "},
     {PhotoStatus::NoImaging, exitNoLibrary, L"The system's imaging component is missing; cannot open: "},
 };
 
@@ -56,14 +58,6 @@ ExitCode complainAbout(PhotoStatus status, const std::wstring& path)
         return entry.code;
     }
     return exitSaved;
-}
-
-std::wstring freeRetouchedName(const std::wstring& photo)
-{
-    int number = 1;
-    while (fileExists(retouchedName(photo, number)))
-        number++;
-    return retouchedName(photo, number);
 }
 
 // Everything that would make writing fail is found before the user has put work into the photo.
@@ -91,28 +85,10 @@ ExitCode checkOutput(const std::wstring& photo, const std::wstring& output, bool
         return exitCannotWrite;
     }
     unsigned long error;
-    if (!folderIsWritable(output, &error)) {
+    if (!canBeWritten(output, &error)) {
         complain(L"No file can be written here: " + output + L" (" + systemErrorText(error) + L")");
         return exitCannotWrite;
     }
-    return exitSaved;
-}
-
-ExitCode savePhoto(HGLOBAL image, const std::wstring& photo, const std::wstring& output, bool overwrite)
-{
-    HGLOBAL file;
-    size_t size;
-    const PhotoStatus status = encodePhoto(image, formatOfName(output), photo.c_str(), &file, &size);
-    if (status != PhotoStatus::Ok) return complainAbout(status, output);
-    unsigned long error;
-    const bool written = writeWholeFile(output, GlobalLock(file), size, overwrite, &error);
-    GlobalUnlock(file);
-    GlobalFree(file);
-    if (!written) {
-        complain(L"The file could not be written: " + output + L" (" + systemErrorText(error) + L")");
-        return exitCannotWrite;
-    }
-    tell(L"Saved: " + output);
     return exitSaved;
 }
 
@@ -131,49 +107,32 @@ bool askForPhoto(std::wstring* photo)
     return true;
 }
 
-// suggestion: the name the dialog starts with, replaced by the one chosen.
-bool askForOutput(std::wstring* suggestion)
+// A decoder that runs out of memory, or into a damaged file's trap, ends the program with a right word: before
+// the session there is nothing to lose.
+void outOfMemory()
 {
-    wchar_t path[32768] = L"";
-    suggestion->copy(path, 32767);
-    OPENFILENAMEW dialog = {};
-    dialog.lStructSize = sizeof(dialog);
-    dialog.lpstrFilter = writableFilter;
-    dialog.nFilterIndex = (DWORD)formatOfName(*suggestion);
-    dialog.lpstrFile = path;
-    dialog.nMaxFile = 32768;
-    dialog.lpstrTitle = L"Save the retouched photo";
-    dialog.lpstrDefExt = L"jpg";
-    dialog.Flags = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST | OFN_EXPLORER;
-    if (!GetSaveFileNameW(&dialog)) return false;
-    *suggestion = path;
-    return true;
+    complain(L"There is not enough memory to open the photo.");
+    ExitProcess(exitTooLarge);
 }
 
-// Asks until the photo is saved or the user gives the changes up.
-ExitCode saveAsking(HGLOBAL image, const std::wstring& photo)
+LONG WINAPI decoderFailed(EXCEPTION_POINTERS*)
 {
-    std::wstring output = freeRetouchedName(photo);
-    for (;;) {
-        if (askForOutput(&output)) {
-            if (formatOfName(output) == PhotoFormat::Unknown)
-                complain(L"Only jpg, png, tif and bmp files can be written.");
-            else if (savePhoto(image, photo, output, true) == exitSaved)
-                return exitSaved;
-        } else if (MessageBoxW(nullptr, L"Throw the changes away?", L"Retouch", MB_YESNO | MB_ICONQUESTION) == IDYES) {
-            return exitNothingSaved;
-        }
-    }
+    complain(L"The photo is damaged and cannot be opened.");
+    ExitProcess(exitNotAPhoto);
 }
 
-// Opens the photo and runs the session. exitSaved: *image holds the edited photo and is the caller's.
-ExitCode editPhoto(const std::wstring& photo, HGLOBAL* image)
+PhotoStatus readGuarded(const std::wstring& path, HGLOBAL* image, SourcePhoto* source)
 {
-    const PhotoStatus status = readPhoto(photo.c_str(), image);
-    if (status != PhotoStatus::Ok) return complainAbout(status, photo);
-    const SessionResult result = runSession(*image, nameOfPath(photo));
-    if (result == SessionResult::Saved) return exitSaved;
-    *image = GlobalFree(*image);
+    LPTOP_LEVEL_EXCEPTION_FILTER filter = SetUnhandledExceptionFilter(decoderFailed);
+    std::new_handler handler = std::set_new_handler(outOfMemory);
+    const PhotoStatus status = readPhoto(path, image, source);
+    std::set_new_handler(handler);
+    SetUnhandledExceptionFilter(filter);
+    return status;
+}
+
+ExitCode complainAboutSession(SessionResult result)
+{
     if (result == SessionResult::NoLibrary) {
         complain(L"KOVRTCH32.dll could not be loaded from the folder of retouch.exe.");
         return exitNoLibrary;
@@ -186,31 +145,120 @@ ExitCode editPhoto(const std::wstring& photo, HGLOBAL* image)
     return exitNothingSaved;
 }
 
+// exitSaved: the image holds the edited photo.
+ExitCode runRecordedSession(const SourcePhoto& source, HGLOBAL image)
+{
+    openWorkRecord(source.path);
+    startRescue(image);
+    const SessionResult result = runSession(image, nameOfPath(source.path));
+    stopRescue();
+    return result == SessionResult::Saved ? exitSaved : complainAboutSession(result);
+}
+
+// The rescued picture takes the place of the photo's own pixels, so that what is known of its file is kept.
+bool openRescued(const AbandonedWork& work, SaveRequest* request)
+{
+    SourcePhoto rescued;
+    if (readGuarded(work.picture, &request->image, &rescued) != PhotoStatus::Ok) return false;
+    HGLOBAL before = nullptr;
+    if (readGuarded(work.photo, &before, &request->source) != PhotoStatus::Ok) request->source = {};
+    GlobalFree(before);
+    request->source.path = work.photo;
+    return true;
+}
+
+// Offers what an earlier program, that did not come to its end, has left.
+void offerAbandonedWork()
+{
+    for (const AbandonedWork& work : findAbandonedWork()) {
+        const std::wstring question = L"The work on this photo was cut off:\r\n" + work.photo +
+                                      L"\r\n\r\nGo on with it? No throws it away; Cancel keeps it for later.";
+        const int answer = MessageBoxW(nullptr, question.c_str(), L"Retouch", MB_YESNOCANCEL | MB_ICONQUESTION);
+        SaveRequest request = {};
+        if (answer == IDNO) forgetAbandonedWork(work);
+        if (answer != IDYES || !openRescued(work, &request)) continue;
+        request.output = freeRetouchedName(work.photo);
+        request.ownName = true;
+        ExitCode code = runRecordedSession(request.source, request.image);
+        if (code == exitSaved) code = savePhoto(request);
+        closeWorkRecord();
+        GlobalFree(request.image);
+        if (code == exitSaved) forgetAbandonedWork(work);
+    }
+}
+
+// What the photo itself decides, found before the user has put work into it.
+ExitCode checkLosses(const SaveRequest& request, bool overwritesPhoto, bool flatten)
+{
+    const PhotoFormat format = formatOfName(request.output);
+    const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(request.image);
+    const LONG longest = header->biWidth > header->biHeight ? header->biWidth : header->biHeight;
+    GlobalUnlock(request.image);
+    if (format == PhotoFormat::Jpeg && longest > JPEG_LONGEST_SIDE) {
+        complain(L"A JPEG file cannot have more than 65500 pixels a side; write a png, tif or bmp file.");
+        return exitCannotWrite;
+    }
+    const Losses losses = lossesOf(request.source, format);
+    if (losses.severe && overwritesPhoto && !flatten) {
+        complain(L"This would be lost from the photo: " + inOneLine(losses) + L". Add --flatten if that is meant: " +
+                 request.output);
+        return exitCannotWrite;
+    }
+    if (!losses.names.empty() && !request.output.empty())
+        tell(L"A file of this kind will not keep: " + inOneLine(losses) + L".");
+    return exitSaved;
+}
+
 ExitCode retouchAsking()
 {
+    SaveRequest request = {};
     std::wstring photo;
+    offerAbandonedWork();
     if (!askForPhoto(&photo)) return exitNothingSaved;
-    HGLOBAL image = nullptr;
-    ExitCode code = editPhoto(photo, &image);
-    if (code == exitSaved) code = saveAsking(image, photo);
-    GlobalFree(image);
+    const PhotoStatus status = readGuarded(photo, &request.image, &request.source);
+    if (status != PhotoStatus::Ok) return complainAbout(status, photo);
+    request.output = freeRetouchedName(photo);
+    ExitCode code = runRecordedSession(request.source, request.image);
+    if (code == exitSaved) code = saveAsking(request);
+    closeWorkRecord();
+    GlobalFree(request.image);
+    return code;
+}
+
+ExitCode editAndSave(const HostArguments& arguments, SaveRequest* request)
+{
+    offerAbandonedWork();
+    mention(L"Opening " + arguments.photo);
+    const PhotoStatus status = readGuarded(arguments.photo, &request->image, &request->source);
+    if (status != PhotoStatus::Ok) return complainAbout(status, arguments.photo);
+    const bool itself = arguments.overwrite && sameFile(arguments.photo, request->output);
+    ExitCode code = checkLosses(*request, itself, arguments.flatten);
+    if (code == exitSaved) code = runRecordedSession(request->source, request->image);
+    if (code == exitSaved) {
+        mention(L"Saving " + request->output);
+        code = savePhoto(*request);
+    }
+    closeWorkRecord();
     return code;
 }
 
 ExitCode retouchNamed(const HostArguments& arguments)
 {
-    HGLOBAL image = nullptr;
     // The photo first: that it is missing matters more than where the result would go.
     const DWORD attributes = GetFileAttributesW(arguments.photo.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES && GetLastError() != ERROR_ACCESS_DENIED)
         return complainAbout(PhotoStatus::Missing, arguments.photo);
-    std::wstring output = arguments.output;
-    if (output.empty()) output = arguments.overwrite ? arguments.photo : freeRetouchedName(arguments.photo);
-    ExitCode code =
-        attributes & FILE_ATTRIBUTE_DIRECTORY ? exitSaved : checkOutput(arguments.photo, output, arguments.overwrite);
-    if (code == exitSaved) code = editPhoto(arguments.photo, &image);
-    if (code == exitSaved) code = savePhoto(image, arguments.photo, output, arguments.overwrite);
-    GlobalFree(image);
+    SaveRequest request = {};
+    request.replace = arguments.overwrite;
+    request.ownName = arguments.output.empty() && !arguments.overwrite;
+    request.output = request.ownName            ? freeRetouchedName(arguments.photo)
+                     : arguments.output.empty() ? arguments.photo
+                                                : arguments.output;
+    ExitCode code = attributes & FILE_ATTRIBUTE_DIRECTORY
+                        ? exitSaved
+                        : checkOutput(arguments.photo, request.output, arguments.overwrite);
+    if (code == exitSaved) code = editAndSave(arguments, &request);
+    GlobalFree(request.image);
     return code;
 }
 
@@ -225,7 +273,7 @@ ExitCode run()
         tell(usage);
         return exitSaved;
     }
-    if (!startImaging()) return complainAbout(PhotoStatus::NoImaging, arguments.photo);
+    startImaging();  // without it only the formats that need it are missing
     const ExitCode code = arguments.photo.empty() ? retouchAsking() : retouchNamed(arguments);
     stopImaging();
     return code;

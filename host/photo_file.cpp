@@ -1,51 +1,15 @@
 #include "host/photo_file.h"
 
-#include "host/exif_orientation.h"
-#include "host/photo_rows.h"
+#include "host/codecs/jpeg_file.h"
+#include "host/codecs/png_file.h"
+#include "host/codecs/tiff_file.h"
+#include "host/codecs/webp_file.h"
 
 #include <algorithm>
-#include <cmath>
-#include <objbase.h>
-#include <vector>
-#include <wincodec.h>
-#include <wincodecsdk.h>
+#include <cstring>
+#include <io.h>
 
 namespace {
-
-const double metresPerInch = 0.0254;
-const float jpegQuality = 0.95f;
-const int bandRows = 64;
-
-IWICImagingFactory* imaging;
-bool initialized;
-
-template <typename T>
-void release(T*& pointer)
-{
-    if (pointer) pointer->Release();
-    pointer = nullptr;
-}
-
-// A photo file opened for reading.
-struct OpenPhoto {
-    IWICBitmapDecoder* decoder = nullptr;
-    IWICBitmapFrameDecode* frame = nullptr;
-    UINT width = 0, height = 0;
-};
-
-bool openPhoto(const wchar_t* path, OpenPhoto* photo)
-{
-    return SUCCEEDED(imaging->CreateDecoderFromFilename(path, nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
-                                                        &photo->decoder)) &&
-           SUCCEEDED(photo->decoder->GetFrame(0, &photo->frame)) &&
-           SUCCEEDED(photo->frame->GetSize(&photo->width, &photo->height));
-}
-
-void closePhoto(OpenPhoto* photo)
-{
-    release(photo->frame);
-    release(photo->decoder);
-}
 
 // Tells apart why a file cannot be opened, and refuses folders, before the decoders look at it.
 PhotoStatus probeFile(const wchar_t* path)
@@ -61,69 +25,47 @@ PhotoStatus probeFile(const wchar_t* path)
     return PhotoStatus::Ok;
 }
 
-// Reads as much as there is, at most `size` bytes from `place` on.
-std::vector<uint8_t> readPart(HANDLE file, uint32_t place, size_t size)
+struct Signature {
+    const char* bytes;
+    size_t size;
+    PhotoKind kind;
+};
+const Signature signatures[] = {
+    {"\xFF\xD8\xFF", 3, PhotoKind::Jpeg}, {"\x89PNG\r\n\x1A\n", 8, PhotoKind::Png},
+    {"II*\0", 4, PhotoKind::Tiff},        {"MM\0*", 4, PhotoKind::Tiff},
+    {"II+\0", 4, PhotoKind::Tiff},        {"MM\0+", 4, PhotoKind::Tiff},
+};
+
+PhotoKind kindOfFile(FILE* file)
 {
-    std::vector<uint8_t> bytes(size);
-    OVERLAPPED at = {};
-    at.Offset = place;
-    DWORD got = 0;
-    if (!ReadFile(file, bytes.data(), (DWORD)size, &got, &at)) got = 0;
-    bytes.resize(got);
-    return bytes;
+    char head[12] = {};
+    const size_t size = fread(head, 1, sizeof head, file);
+    rewind(file);
+    for (const Signature& signature : signatures)
+        if (size >= signature.size && memcmp(head, signature.bytes, signature.size) == 0) return signature.kind;
+    return memcmp(head, "RIFF", 4) == 0 && memcmp(head + 8, "WEBP", 4) == 0 ? PhotoKind::Webp : PhotoKind::Other;
 }
 
-// The camera's note stands near the start of a JPEG file, in one segment of at most 64 KB; in a TIFF file the
-// directory that holds it may be anywhere.
-int orientationOfFile(const wchar_t* path)
+PhotoStatus readKind(FILE* file, const std::wstring& path, PhotoKind kind, const RowSink& sink, PhotoFacts* facts)
 {
-    HANDLE file = CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return 1;
-    const std::vector<uint8_t> start = readPart(file, 0, 256 * 1024);
-    const uint32_t directory = start.size() < TIFF_HEAD_SIZE ? 0 : tiffDirectoryPlace(start.data());
-    int orientation = 1;
-    if (directory) {
-        const std::vector<uint8_t> entries = readPart(file, directory, 2 + 12 * 65535);
-        orientation = tiffOrientation(start.data(), entries.data(), entries.size());
-    } else {
-        orientation = jpegOrientation(start.data(), start.size());
+    switch (kind) {
+    case PhotoKind::Jpeg: return readJpeg(file, sink, facts);
+    case PhotoKind::Png: return readPng(file, sink, facts);
+    case PhotoKind::Tiff: return readTiff(path.c_str(), sink, facts);
+    case PhotoKind::Webp: return readWebp(file, sink, facts);
+    case PhotoKind::Other: break;
     }
-    CloseHandle(file);
-    return orientation;
+    return readBySystem(path.c_str(), sink, facts);
 }
 
-LONG pelsPerMetre(double dotsPerInch)
+PhotoStatus readRows(const std::wstring& path, const RowSink& sink, PhotoKind* kind, PhotoFacts* facts)
 {
-    return dotsPerInch > 0 && dotsPerInch < 1e6 ? std::lround(dotsPerInch / metresPerInch) : 0;
-}
-
-void fillHeader(BITMAPINFOHEADER* header, LONG width, LONG height, IWICBitmapFrameDecode* frame, bool swapped)
-{
-    header->biSize = sizeof(BITMAPINFOHEADER);
-    header->biWidth = width;
-    header->biHeight = height;
-    header->biPlanes = 1;
-    header->biBitCount = 24;
-    double across = 0, down = 0;
-    if (FAILED(frame->GetResolution(&across, &down))) return;
-    if (swapped) std::swap(across, down);
-    header->biXPelsPerMeter = pelsPerMetre(across);
-    header->biYPelsPerMeter = pelsPerMetre(down);
-}
-
-// Decodes band by band, so that only the result is ever in memory as a whole.
-bool decodeRows(IWICBitmapSource* pixels, const UprightTarget& target)
-{
-    const UINT stride = (UINT)target.fileWidth * 4;
-    const int rows = std::max(1, std::min(bandRows, (int)(INT32_MAX / stride)));
-    std::vector<uint8_t> band((size_t)stride * rows);
-    for (int row = 0; row < target.fileHeight; row += rows) {
-        const int count = std::min(rows, target.fileHeight - row);
-        const WICRect part = {0, row, target.fileWidth, count};
-        if (FAILED(pixels->CopyPixels(&part, stride, stride * count, band.data()))) return false;
-        placeRowsOverWhite(target, band.data(), stride, row, count);
-    }
-    return true;
+    FILE* file = _wfopen(path.c_str(), L"rb");
+    if (!file) return PhotoStatus::Unreadable;
+    *kind = kindOfFile(file);
+    const PhotoStatus status = readKind(file, path, *kind, sink, facts);
+    fclose(file);
+    return status;
 }
 
 // A session keeps an untouched copy, so twice the size must be free; else it would not start and the
@@ -136,234 +78,213 @@ HGLOBAL allocatePhoto(uint32_t size)
     return image;
 }
 
-PhotoStatus decodePhoto(const OpenPhoto& photo, int orientation, HGLOBAL* image)
-{
-    const bool swapped = orientationSwapsSides(orientation);
-    const UINT width = swapped ? photo.height : photo.width, height = swapped ? photo.width : photo.height;
-    if (width == 0 || height == 0) return PhotoStatus::NotAPhoto;
-    const uint32_t size = packedPhotoSize(width, height);
-    if (!size || !packedPhotoSize(photo.width, photo.height)) return PhotoStatus::TooLarge;
-    IWICBitmapSource* pixels = nullptr;
-    if (FAILED(WICConvertBitmapSource(GUID_WICPixelFormat32bppBGRA, photo.frame, &pixels)))
-        return PhotoStatus::NotAPhoto;
-
-    PhotoStatus status = PhotoStatus::TooLarge;
-    *image = allocatePhoto(size);
-    BITMAPINFOHEADER* header = *image ? (BITMAPINFOHEADER*)GlobalLock(*image) : nullptr;
-    if (header) {
-        fillHeader(header, (LONG)width, (LONG)height, photo.frame, swapped);
-        const UprightTarget target = {(uint8_t*)(header + 1), (int)photo.width, (int)photo.height, orientation};
-        status = decodeRows(pixels, target) ? PhotoStatus::Ok : PhotoStatus::NotAPhoto;
-        GlobalUnlock(*image);
-    }
-    if (status != PhotoStatus::Ok && *image) {
-        GlobalFree(*image);
-        *image = nullptr;
-    }
-    release(pixels);
-    return status;
-}
-
-struct Encoder {
-    IStream* stream = nullptr;
-    IWICBitmapEncoder* container = nullptr;
-    IWICBitmapFrameEncode* frame = nullptr;
-    IPropertyBag2* options = nullptr;
+struct Loading {
+    HGLOBAL image;
+    UprightTarget target;
 };
 
-void closeEncoder(Encoder* encoder)
+PhotoStatus beginLoading(void* context, const PhotoShape& shape)
 {
-    release(encoder->options);
-    release(encoder->frame);
-    release(encoder->container);
-    release(encoder->stream);
+    Loading* loading = (Loading*)context;
+    const bool swapped = orientationSwapsSides(shape.orientation);
+    const int width = swapped ? shape.height : shape.width, height = swapped ? shape.width : shape.height;
+    const uint32_t size = packedPhotoSize(width, height);
+    if (!size || !packedPhotoSize(shape.width, shape.height)) return PhotoStatus::TooLarge;
+    loading->image = allocatePhoto(size);
+    BITMAPINFOHEADER* header = loading->image ? (BITMAPINFOHEADER*)GlobalLock(loading->image) : nullptr;
+    if (!header) return PhotoStatus::TooLarge;
+    *header = {sizeof *header, width, height, 1, 24, BI_RGB, 0, shape.across, shape.down, 0, 0};
+    if (swapped) std::swap(header->biXPelsPerMeter, header->biYPelsPerMeter);
+    loading->target = {(uint8_t*)(header + 1), shape.width, shape.height, shape.orientation};
+    return PhotoStatus::Ok;
 }
 
-const GUID* containerOf(PhotoFormat format)
+bool takeLoading(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
 {
-    switch (format) {
-    case PhotoFormat::Jpeg: return &GUID_ContainerFormatJpeg;
-    case PhotoFormat::Png: return &GUID_ContainerFormatPng;
-    case PhotoFormat::Tiff: return &GUID_ContainerFormatTiff;
-    case PhotoFormat::Bmp: return &GUID_ContainerFormatBmp;
-    case PhotoFormat::Unknown: break;
-    }
-    return nullptr;
-}
-
-void setQuality(IPropertyBag2* options)
-{
-    wchar_t name[] = L"ImageQuality";
-    PROPBAG2 option = {};
-    option.pstrName = name;
-    VARIANT value = {};
-    value.vt = VT_R4;
-    value.fltVal = jpegQuality;
-    if (options) options->Write(1, &option, &value);
-}
-
-bool openEncoder(PhotoFormat format, HGLOBAL file, Encoder* encoder)
-{
-    const GUID* container = containerOf(format);
-    if (!container || FAILED(CreateStreamOnHGlobal(file, FALSE, &encoder->stream)) ||
-        FAILED(imaging->CreateEncoder(*container, nullptr, &encoder->container)) ||
-        FAILED(encoder->container->Initialize(encoder->stream, WICBitmapEncoderNoCache)) ||
-        FAILED(encoder->container->CreateNewFrame(&encoder->frame, &encoder->options)))
-        return false;
-    if (format == PhotoFormat::Jpeg) setQuality(encoder->options);
-    return SUCCEEDED(encoder->frame->Initialize(encoder->options));
-}
-
-// A profile for grey or CMYK values says nothing about the red, green and blue that are written.
-bool holdsRgb(IWICBitmapFrameDecode* frame)
-{
-    static const GUID* const rgbFormats[] = {
-        &GUID_WICPixelFormat24bppBGR,  &GUID_WICPixelFormat24bppRGB,  &GUID_WICPixelFormat32bppBGR,
-        &GUID_WICPixelFormat32bppBGRA, &GUID_WICPixelFormat32bppRGBA, &GUID_WICPixelFormat48bppRGB,
-        &GUID_WICPixelFormat64bppRGBA,
-    };
-    WICPixelFormatGUID format;
-    if (FAILED(frame->GetPixelFormat(&format))) return false;
-    for (const GUID* rgb : rgbFormats)
-        if (IsEqualGUID(format, *rgb)) return true;
-    return false;
-}
-
-bool copyProfile(IWICBitmapFrameDecode* from, IWICBitmapFrameEncode* to)
-{
-    UINT count = 0;
-    if (!holdsRgb(from) || FAILED(from->GetColorContexts(0, nullptr, &count)) || count == 0) return true;
-    IWICColorContext* profile = nullptr;
-    bool copied = SUCCEEDED(imaging->CreateColorContext(&profile)) &&
-                  SUCCEEDED(from->GetColorContexts(1, &profile, &count)) &&
-                  SUCCEEDED(to->SetColorContexts(1, &profile));
-    release(profile);
-    return copied;
-}
-
-// The written picture is upright, so a noted orientation must not turn it once more.
-bool noteUpright(IWICBitmapFrameEncode* to, PhotoFormat format)
-{
-    IWICMetadataQueryWriter* writer = nullptr;
-    if (FAILED(to->GetMetadataQueryWriter(&writer))) return false;
-    PROPVARIANT upright = {};
-    upright.vt = VT_UI2;
-    upright.uiVal = 1;
-    const wchar_t* place = format == PhotoFormat::Jpeg ? L"/app1/ifd/{ushort=274}" : L"/ifd/{ushort=274}";
-    const bool noted = SUCCEEDED(writer->SetMetadataByName(place, &upright));
-    release(writer);
-    return noted;
-}
-
-// Camera data can be carried over between files of one format only.
-bool copyCameraData(const OpenPhoto& from, IWICBitmapFrameEncode* to, PhotoFormat format)
-{
-    GUID container;
-    if (format == PhotoFormat::Bmp || FAILED(from.decoder->GetContainerFormat(&container)) ||
-        !IsEqualGUID(container, *containerOf(format)))
-        return true;
-    IWICMetadataBlockReader* reader = nullptr;
-    IWICMetadataBlockWriter* writer = nullptr;
-    bool copied = SUCCEEDED(from.frame->QueryInterface(__uuidof(IWICMetadataBlockReader), (void**)&reader)) &&
-                  SUCCEEDED(to->QueryInterface(__uuidof(IWICMetadataBlockWriter), (void**)&writer)) &&
-                  SUCCEEDED(writer->InitializeFromBlockReader(reader));
-    if (copied && format != PhotoFormat::Png) copied = noteUpright(to, format);
-    release(writer);
-    release(reader);
-    return copied;
-}
-
-bool writeRows(IWICBitmapFrameEncode* frame, const BITMAPINFOHEADER* header)
-{
-    const int width = header->biWidth, height = header->biHeight;
-    const uint8_t* bits = (const uint8_t*)header + header->biSize;
-    const UINT stride = packedRowSize(width);
-    std::vector<uint8_t> band((size_t)stride * bandRows);
-    for (int row = 0; row < height; row += bandRows) {
-        const int count = std::min(bandRows, height - row);
-        copyRowsTopDown(bits, width, height, row, count, band.data(), stride);
-        if (FAILED(frame->WritePixels(count, stride, stride * count, band.data()))) return false;
-    }
+    placeRowsOverWhite(((Loading*)context)->target, bgra, stride, firstRow, rowCount);
     return true;
 }
 
-bool writeFrame(const Encoder& encoder, const BITMAPINFOHEADER* header)
+EditedPhoto lockPhoto(HGLOBAL image)
 {
-    WICPixelFormatGUID format = GUID_WICPixelFormat24bppBGR;
-    if (FAILED(encoder.frame->SetSize((UINT)header->biWidth, (UINT)header->biHeight)) ||
-        FAILED(encoder.frame->SetPixelFormat(&format)) || !IsEqualGUID(format, GUID_WICPixelFormat24bppBGR))
+    const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(image);
+    if (!header) return {};
+    return {(const uint8_t*)header + header->biSize, (int)header->biWidth, (int)header->biHeight,
+            header->biXPelsPerMeter, header->biYPelsPerMeter};
+}
+
+// A bitmap file is the packed bitmap with a few bytes before it.
+BITMAPFILEHEADER bitmapHead(const EditedPhoto& photo)
+{
+    const DWORD size = packedPhotoSize(photo.width, photo.height);
+    return {0x4D42, (DWORD)sizeof(BITMAPFILEHEADER) + size, 0, 0, sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER)};
+}
+
+PhotoStatus writeBitmap(FILE* file, const EditedPhoto& photo)
+{
+    const BITMAPFILEHEADER head = bitmapHead(photo);
+    const size_t size = packedPhotoSize(photo.width, photo.height);
+    const bool written = fwrite(&head, sizeof head, 1, file) == 1 &&
+                         fwrite(photo.bits - sizeof(BITMAPINFOHEADER), 1, size, file) == size;
+    return written ? PhotoStatus::Ok : PhotoStatus::CannotWrite;
+}
+
+bool verifyBitmap(FILE* file, const EditedPhoto& photo)
+{
+    BITMAPFILEHEADER head;
+    const BITMAPFILEHEADER meant = bitmapHead(photo);
+    if (fread(&head, sizeof head, 1, file) != 1 || memcmp(&head, &meant, sizeof head) != 0) return false;
+    const uint8_t* bytes = photo.bits - sizeof(BITMAPINFOHEADER);
+    std::vector<uint8_t> part(1 << 20);
+    for (size_t left = packedPhotoSize(photo.width, photo.height); left > 0;) {
+        const size_t size = std::min(left, part.size());
+        if (fread(part.data(), 1, size, file) != size || memcmp(part.data(), bytes, size) != 0) return false;
+        bytes += size;
+        left -= size;
+    }
+    return fgetc(file) == EOF;
+}
+
+PhotoStatus writeFormat(FILE* file, PhotoFormat format, const EditedPhoto& photo, const SourcePhoto& source)
+{
+    const bool same = (format == PhotoFormat::Jpeg && source.kind == PhotoKind::Jpeg) ||
+                      (format == PhotoFormat::Png && source.kind == PhotoKind::Png);
+    FILE* original = same ? _wfopen(source.path.c_str(), L"rb") : nullptr;
+    FILE* again = original ? _wfopen(source.path.c_str(), L"rb") : nullptr;
+    PhotoStatus status = PhotoStatus::CannotEncode;
+    if (format == PhotoFormat::Jpeg) status = writeJpeg(file, photo, source.facts, again ? original : nullptr, again);
+    if (format == PhotoFormat::Png) status = writePng(file, photo, source.facts, original);
+    if (format == PhotoFormat::Bmp) status = writeBitmap(file, photo);
+    if (original) fclose(original);
+    if (again) fclose(again);
+    return status;
+}
+
+// JPEG and PNG once more, everything anew: the original may be gone, or too large to keep its blocks.
+bool tryAnew(FILE* file, PhotoStatus status, const SourcePhoto& source)
+{
+    if (status == PhotoStatus::Ok || status == PhotoStatus::CannotWrite || source.kind == PhotoKind::Other)
         return false;
-    if (header->biXPelsPerMeter > 0 && header->biYPelsPerMeter > 0)
-        encoder.frame->SetResolution(header->biXPelsPerMeter * metresPerInch, header->biYPelsPerMeter * metresPerInch);
-    return writeRows(encoder.frame, header) && SUCCEEDED(encoder.frame->Commit()) &&
-           SUCCEEDED(encoder.container->Commit());
+    rewind(file);
+    return _chsize_s(_fileno(file), 0) == 0;
 }
 
-bool streamLength(IStream* stream, size_t* size)
+PhotoStatus writeStream(const std::wstring& path, PhotoFormat format, const EditedPhoto& photo,
+                        const SourcePhoto& source)
 {
-    STATSTG state = {};
-    if (FAILED(stream->Stat(&state, STATFLAG_NONAME))) return false;
-    *size = (size_t)state.cbSize.QuadPart;
-    return *size > 0;
+    FILE* file = _wfopen(path.c_str(), L"r+b");
+    if (!file) return PhotoStatus::CannotWrite;
+    PhotoStatus status = writeFormat(file, format, photo, source);
+    if (tryAnew(file, status, source)) {
+        SourcePhoto facts = source;
+        facts.kind = PhotoKind::Other;
+        status = writeFormat(file, format, photo, facts);
+    }
+    const bool flushed = fflush(file) == 0 && !ferror(file) && _commit(_fileno(file)) == 0;
+    const DWORD error = GetLastError();
+    fclose(file);
+    SetLastError(flushed ? error : error ? error : ERROR_DISK_FULL);
+    return status == PhotoStatus::Ok && !flushed ? PhotoStatus::CannotWrite : status;
 }
 
-// original: null, or the photo whose profile and camera data go along.
-bool encodeInto(HGLOBAL file, const BITMAPINFOHEADER* header, PhotoFormat format, const OpenPhoto* original,
-                size_t* size)
+// The written file against the picture, row by row.
+struct Comparing {
+    EditedPhoto photo;
+    UprightTarget upright;
+    std::vector<uint8_t> row, seen;
+    uint64_t difference = 0, lastBand = 0, lastCount = 1;
+    int rows = 0;
+};
+
+PhotoStatus beginComparing(void* context, const PhotoShape& shape)
 {
-    Encoder encoder;
-    bool done = openEncoder(format, file, &encoder);
-    if (done && original)
-        done = copyCameraData(*original, encoder.frame, format) && copyProfile(original->frame, encoder.frame);
-    done = done && writeFrame(encoder, header) && streamLength(encoder.stream, size);
-    closeEncoder(&encoder);
-    return done;
+    Comparing* comparing = (Comparing*)context;
+    const bool same =
+        shape.orientation == 1 && shape.width == comparing->photo.width && shape.height == comparing->photo.height;
+    return same ? PhotoStatus::Ok : PhotoStatus::CannotEncode;
+}
+
+bool takeComparing(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
+{
+    Comparing* comparing = (Comparing*)context;
+    const int width = comparing->photo.width;
+    comparing->lastBand = 0;
+    comparing->lastCount = (uint64_t)width * rowCount * 3;
+    for (int row = 0; row < rowCount; row++) {
+        gatherRows(comparing->upright, firstRow + row, 1, comparing->row.data(), 0);
+        const uint8_t *shown = bgra + row * stride, *meant = comparing->row.data();
+        for (int x = 0; x < width; x++, shown += 4, meant += 3)
+            for (int channel = 0; channel < 3; channel++)
+                comparing->lastBand += (uint64_t)abs(overWhite(shown[channel], shown[3]) - meant[channel]);
+    }
+    comparing->difference += comparing->lastBand;
+    comparing->rows += rowCount;
+    return true;
 }
 
 }  // namespace
 
-bool startImaging()
+UprightTarget editedInFile(const EditedPhoto& photo, int orientation)
 {
-    initialized = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
-    return SUCCEEDED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
-                                      (void**)&imaging));
+    const bool swapped = orientationSwapsSides(orientation);
+    return {const_cast<uint8_t*>(photo.bits), swapped ? photo.height : photo.width,
+            swapped ? photo.width : photo.height, orientation};
 }
 
-void stopImaging()
-{
-    release(imaging);
-    if (initialized) CoUninitialize();
-    initialized = false;
-}
-
-PhotoStatus readPhoto(const wchar_t* path, HGLOBAL* image)
+PhotoStatus readPhoto(const std::wstring& path, HGLOBAL* image, SourcePhoto* source)
 {
     *image = nullptr;
-    if (!imaging) return PhotoStatus::NoImaging;
-    PhotoStatus status = probeFile(path);
+    *source = {};
+    source->path = path;
+    PhotoStatus status = probeFile(path.c_str());
     if (status != PhotoStatus::Ok) return status;
-    OpenPhoto photo;
-    status = openPhoto(path, &photo) ? decodePhoto(photo, orientationOfFile(path), image) : PhotoStatus::NotAPhoto;
-    closePhoto(&photo);
+    Loading loading = {};
+    status = readRows(path, {&loading, beginLoading, takeLoading}, &source->kind, &source->facts);
+    if (loading.image) GlobalUnlock(loading.image);
+    if (status == PhotoStatus::Ok)
+        *image = loading.image;
+    else
+        GlobalFree(loading.image);
     return status;
 }
 
-PhotoStatus encodePhoto(HGLOBAL image, PhotoFormat format, const wchar_t* original, HGLOBAL* file, size_t* size)
+PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source)
 {
-    *file = nullptr;
-    *size = 0;
-    if (!imaging) return PhotoStatus::NoImaging;
-    const BITMAPINFOHEADER* header = image ? (const BITMAPINFOHEADER*)GlobalLock(image) : nullptr;
-    if (!header) return PhotoStatus::CannotEncode;
-    OpenPhoto photo;
-    bool done = false;
-    // An encoder that chokes on the extras is asked once more without them.
-    for (int extras = original && openPhoto(original, &photo) ? 1 : 0; extras >= 0 && !done; extras--) {
-        *file = GlobalAlloc(GMEM_MOVEABLE, 0);
-        done = *file && encodeInto(*file, header, format, extras ? &photo : nullptr, size);
-        if (!done && *file) *file = GlobalFree(*file);
-    }
-    closePhoto(&photo);
+    const EditedPhoto photo = lockPhoto(image);
+    if (!photo.bits) return PhotoStatus::CannotEncode;
+    static const SourcePhoto none;
+    const SourcePhoto& from = source ? *source : none;
+    const wchar_t* original = from.kind == PhotoKind::Tiff ? from.path.c_str() : nullptr;
+    const PhotoStatus status = format == PhotoFormat::Tiff ? writeTiff(path.c_str(), photo, from.facts, original)
+                                                           : writeStream(path, format, photo, from);
     GlobalUnlock(image);
-    return done ? PhotoStatus::Ok : PhotoStatus::CannotEncode;
+    return status;
+}
+
+bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source)
+{
+    Comparing comparing;
+    comparing.photo = lockPhoto(image);
+    comparing.upright = editedInFile(comparing.photo, 1);
+    comparing.row.resize((size_t)comparing.photo.width * 3);
+    bool good = false;
+    if (format == PhotoFormat::Bmp) {
+        FILE* file = _wfopen(path.c_str(), L"rb");
+        good = file && verifyBitmap(file, comparing.photo);
+        if (file) fclose(file);
+    } else {
+        PhotoKind kind;
+        PhotoFacts facts;
+        const uint64_t count = (uint64_t)comparing.photo.width * comparing.photo.height * 3;
+        // What an encoder may change: nothing; or what a profile, alpha or JPEG costs, which on the mean of
+        // many pixels is little even for noise.
+        const bool exact =
+            format != PhotoFormat::Jpeg && !(source && (source->facts.alpha || !source->facts.profile.empty()));
+        const uint64_t most = exact ? 0 : 48;
+        good = readRows(path, {&comparing, beginComparing, takeComparing}, &kind, &facts) == PhotoStatus::Ok &&
+               comparing.rows == comparing.photo.height && comparing.difference <= most * count &&
+               comparing.lastBand <= most * comparing.lastCount;
+    }
+    GlobalUnlock(image);
+    return good;
 }

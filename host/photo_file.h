@@ -1,29 +1,28 @@
-// Reading and encoding photo files with the system's imaging component.
+// Photo files: reading them into the editor's bitmap, writing the edited picture, looking whether what was
+// written is what was meant.
 #pragma once
 
+#include "host/codecs/photo_codec.h"
+#include "host/codecs/system_file.h"
 #include "host/file_names.h"
 
-#include <windows.h>
+enum class PhotoKind { Jpeg, Png, Tiff, Webp, Other };
 
-enum class PhotoStatus {
-    Ok,
-    Missing,     // no such file
-    Unreadable,  // a folder, or access is denied
-    NotAPhoto,   // unknown format, empty or damaged
-    TooLarge,    // more pixels than fit into memory
-    CannotEncode,
-    NoImaging,  // the system's imaging component is not there
+// The photo in the editor, as far as its file matters.
+struct SourcePhoto {
+    std::wstring path;
+    PhotoKind kind = PhotoKind::Other;
+    PhotoFacts facts;
 };
 
-// Once per thread before, and after, the two below. False when the component cannot be had.
-bool startImaging();
-void stopImaging();
+// Decodes the photo, upright, over white, its colours as sRGB, into a packed bitmap in a movable block that the
+// caller frees. biXPelsPerMeter and biYPelsPerMeter hold the file's resolution. *image is null on failure.
+PhotoStatus readPhoto(const std::wstring& path, HGLOBAL* image, SourcePhoto* source);
 
-// Decodes the photo, upright, over white, into a packed bitmap in a movable block that the caller
-// frees. biXPelsPerMeter and biYPelsPerMeter hold the file's resolution. *image is null on failure.
-PhotoStatus readPhoto(const wchar_t* path, HGLOBAL* image);
+// Writes the packed bitmap into the file at path, which exists and is empty, band by band. Where source (may be
+// null) is of the same format, everything in it is kept that was not edited, else what the format can take.
+PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source);
 
-// Encodes the packed bitmap as a whole file into a movable block that the caller frees; *size gets the
-// file's length. The resolution is taken from the bitmap; colour profile and camera data from the photo
-// at original (may be null), as far as they can be read and the format takes them; else they are left out.
-PhotoStatus encodePhoto(HGLOBAL image, PhotoFormat format, const wchar_t* original, HGLOBAL* file, size_t* size);
+// Opens the written file again and compares it with the picture, to its last row: the same pixels, or after a
+// lossy step ones near to them.
+bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source);

@@ -32,11 +32,6 @@ UprightSteps stepsFor(const UprightTarget& target)
     return steps;
 }
 
-uint8_t overWhite(int value, int alpha)
-{
-    return (uint8_t)((value * alpha + 255 * (255 - alpha) + 127) / 255);
-}
-
 }  // namespace
 
 uint32_t packedPhotoSize(int64_t width, int64_t height)
@@ -66,9 +61,35 @@ void placeRowsOverWhite(const UprightTarget& target, const uint8_t* source, ptrd
         const uint8_t* from = source + row * sourceStride;
         uint8_t* to = steps.origin + (firstRow + row) * steps.down;
         for (int column = 0; column < target.fileWidth; column++, from += 4, to += steps.right)
-            for (int channel = 0; channel < 3; channel++)
-                to[channel] = overWhite(from[channel], from[3]);
+            if (from[3] == 255)
+                memcpy(to, from, 3);
+            else
+                for (int channel = 0; channel < 3; channel++)
+                    to[channel] = overWhite(from[channel], from[3]);
     }
+}
+
+void gatherRows(const UprightTarget& from, int firstRow, int rowCount, uint8_t* bgr, ptrdiff_t stride)
+{
+    const UprightSteps steps = stepsFor(from);
+    for (int row = 0; row < rowCount; row++) {
+        const uint8_t* pixel = steps.origin + (firstRow + row) * steps.down;
+        uint8_t* to = bgr + row * stride;
+        for (int column = 0; column < from.fileWidth; column++, pixel += steps.right, to += 3)
+            memcpy(to, pixel, 3);
+    }
+}
+
+uint8_t overWhite(int value, int alpha)
+{
+    return (uint8_t)((value * alpha + 255 * (255 - alpha) + 127) / 255);
+}
+
+uint8_t fromOverWhite(int shown, int alpha)
+{
+    if (alpha == 0) return (uint8_t)shown;
+    const int value = 255 - ((255 - shown) * 255 + alpha / 2) / alpha;
+    return (uint8_t)(value < 0 ? 0 : value);
 }
 
 void copyRowsTopDown(const uint8_t* bits, int width, int height, int firstRow, int rowCount, uint8_t* destination,
@@ -77,4 +98,20 @@ void copyRowsTopDown(const uint8_t* bits, int width, int height, int firstRow, i
     const ptrdiff_t stride = packedRowSize(width);
     for (int row = 0; row < rowCount; row++)
         memcpy(destination + row * destinationStride, bits + (height - 1 - firstRow - row) * stride, (size_t)width * 3);
+}
+
+void turnNativeRow(const uint8_t* picture, ptrdiff_t stride, int pixel, int fileWidth, int fileHeight, int orientation,
+                   int row, uint8_t* to)
+{
+    const bool swapped = orientationSwapsSides(orientation);
+    const int width = swapped ? fileHeight : fileWidth, height = swapped ? fileWidth : fileHeight;
+    const bool fromRight = orientation == 2 || orientation == 3 || orientation == 6 || orientation == 7;
+    const bool fromBottom = orientation == 3 || orientation == 4 || orientation == 7 || orientation == 8;
+    const int y = fromBottom ? height - 1 - row : row;
+    for (int column = 0; column < width; column++, to += pixel) {
+        const int x = fromRight ? width - 1 - column : column;
+        const uint8_t* from =
+            swapped ? picture + x * stride + (ptrdiff_t)y * pixel : picture + y * stride + (ptrdiff_t)x * pixel;
+        memcpy(to, from, (size_t)pixel);
+    }
 }

@@ -33,3 +33,17 @@ void placeRowsOverWhite(const UprightTarget& target, const uint8_t* source, ptrd
 // top-down rows of blue, green, red bytes.
 void copyRowsTopDown(const uint8_t* bits, int width, int height, int firstRow, int rowCount, uint8_t* destination,
                      ptrdiff_t destinationStride);
+
+// The other way round: rows of the file, blue, green, red bytes, out of the packed bitmap.
+void gatherRows(const UprightTarget& from, int firstRow, int rowCount, uint8_t* bgr, ptrdiff_t stride);
+
+// One channel of a pixel as it is seen over white.
+uint8_t overWhite(int value, int alpha);
+
+// The value that is seen as `shown` over white, as near as there is one.
+uint8_t fromOverWhite(int shown, int alpha);
+
+// One row of the upright picture, row counted from its top, out of a whole picture in a file's own pixels of
+// `pixel` bytes, fileWidth by fileHeight of them, that must be turned.
+void turnNativeRow(const uint8_t* picture, ptrdiff_t stride, int pixel, int fileWidth, int fileHeight, int orientation,
+                   int row, uint8_t* to);

@@ -42,6 +42,11 @@ void tell(const std::wstring& sentence)
     report(STD_OUTPUT_HANDLE, MB_ICONINFORMATION, sentence);
 }
 
+void mention(const std::wstring& sentence)
+{
+    if (!inWindows) writeLine(STD_OUTPUT_HANDLE, sentence);
+}
+
 void complain(const std::wstring& sentence)
 {
     report(STD_ERROR_HANDLE, MB_ICONERROR, sentence);

@@ -18,6 +18,7 @@ enum ExitCode {
 void reportTo(bool windows);
 
 void tell(const std::wstring& sentence);
+void mention(const std::wstring& sentence);  // what goes on: for terminals only
 void complain(const std::wstring& sentence);
 
 // The system's own words for an error code, e.g. "Access denied."

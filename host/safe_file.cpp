@@ -2,38 +2,27 @@
 
 #include "host/file_names.h"
 
-#include <algorithm>
+#include <vector>
 #include <windows.h>
 
 namespace {
 
-// A new, empty file beside path. Its name tells where it comes from, should the power fail.
-HANDLE createBeside(const std::wstring& path, std::wstring* name)
+// The rights of an existing file, for a new one that is to take its place; empty when there is none.
+std::vector<unsigned char> rightsOf(const std::wstring& path)
 {
-    const std::wstring stem = folderOfPath(path) + L"retouch-" + std::to_wstring(GetCurrentProcessId()) + L"-";
-    for (int attempt = 0; attempt < 100; attempt++) {
-        *name = stem + std::to_wstring(attempt) + L".tmp";
-        HANDLE file = CreateFileW(name->c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (file != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS) return file;
-    }
-    return INVALID_HANDLE_VALUE;
+    std::vector<unsigned char> rights;
+    DWORD size = 0;
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    rights.resize(size);
+    if (size && !GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size)) rights.clear();
+    return rights;
 }
 
-bool writeAll(HANDLE file, const unsigned char* bytes, size_t size)
+BY_HANDLE_FILE_INFORMATION identityOf(HANDLE file)
 {
-    const size_t largestPart = 16 << 20;
-    while (size > 0) {
-        const DWORD part = (DWORD)std::min(size, largestPart);
-        DWORD written = 0;
-        if (!WriteFile(file, bytes, part, &written, nullptr)) return false;
-        if (written == 0) {
-            SetLastError(ERROR_DISK_FULL);
-            return false;
-        }
-        bytes += written;
-        size -= written;
-    }
-    return true;
+    BY_HANDLE_FILE_INFORMATION identity = {};
+    if (file == INVALID_HANDLE_VALUE || !GetFileInformationByHandle(file, &identity)) identity.nNumberOfLinks = 0;
+    return identity;
 }
 
 HANDLE openForIdentity(const std::wstring& path)
@@ -44,38 +33,79 @@ HANDLE openForIdentity(const std::wstring& path)
 
 }  // namespace
 
-bool writeWholeFile(const std::wstring& path, const void* bytes, size_t size, bool replace, unsigned long* error)
+bool createBeside(const std::wstring& path, std::wstring* temporary, unsigned long* error)
 {
-    *error = ERROR_SUCCESS;
-    std::wstring temporary;
-    HANDLE file = createBeside(path, &temporary);
-    if (file == INVALID_HANDLE_VALUE) {
-        *error = GetLastError();
-        return false;
+    // Its name tells where it comes from, should the power fail.
+    const std::wstring stem = folderOfPath(path) + L"retouch-" + std::to_wstring(GetCurrentProcessId()) + L"-";
+    std::vector<unsigned char> rights = rightsOf(path);
+    SECURITY_ATTRIBUTES attributes = {sizeof attributes, rights.empty() ? nullptr : rights.data(), FALSE};
+    HANDLE file = INVALID_HANDLE_VALUE;
+    *error = ERROR_FILE_EXISTS;
+    for (int attempt = 0; attempt < 100 && file == INVALID_HANDLE_VALUE && *error == ERROR_FILE_EXISTS; attempt++) {
+        *temporary = stem + std::to_wstring(attempt) + L".tmp";
+        file =
+            CreateFileW(temporary->c_str(), GENERIC_WRITE, 0, &attributes, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        *error = file == INVALID_HANDLE_VALUE ? GetLastError() : ERROR_SUCCESS;
     }
-    bool done = writeAll(file, (const unsigned char*)bytes, size) && FlushFileBuffers(file);
-    if (!done) *error = GetLastError();
+    if (file == INVALID_HANDLE_VALUE) return false;
     CloseHandle(file);
-    if (done && !MoveFileExW(temporary.c_str(), path.c_str(),
-                             MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0))) {
-        *error = GetLastError();
-        done = false;
+    return true;
+}
+
+bool hasFurtherNames(const std::wstring& path)
+{
+    HANDLE file = openForIdentity(path);
+    const DWORD names = identityOf(file).nNumberOfLinks;
+    if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+    return names > 1;
+}
+
+bool copyContent(const std::wstring& from, const std::wstring& to, unsigned long* error)
+{
+    HANDLE source = CreateFileW(from.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    HANDLE target = CreateFileW(to.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    bool done = source != INVALID_HANDLE_VALUE && target != INVALID_HANDLE_VALUE;
+    std::vector<unsigned char> part(1 << 20);
+    for (DWORD got = 1, written = 0; done && got > 0;) {
+        done = ReadFile(source, part.data(), (DWORD)part.size(), &got, nullptr) &&
+               WriteFile(target, part.data(), got, &written, nullptr) && written == got;
     }
-    if (!done) DeleteFileW(temporary.c_str());
+    done = done && SetEndOfFile(target) && FlushFileBuffers(target);
+    *error = done ? ERROR_SUCCESS : GetLastError();
+    if (source != INVALID_HANDLE_VALUE) CloseHandle(source);
+    if (target != INVALID_HANDLE_VALUE) CloseHandle(target);
     return done;
 }
 
-bool folderIsWritable(const std::wstring& path, unsigned long* error)
+bool putInPlace(const std::wstring& temporary, const std::wstring& path, bool replace, unsigned long* error)
 {
     *error = ERROR_SUCCESS;
-    std::wstring temporary;
-    HANDLE file = createBeside(path, &temporary);
-    if (file == INVALID_HANDLE_VALUE) {
-        *error = GetLastError();
-        return false;
+    if (replace && hasFurtherNames(path)) {
+        if (!copyContent(temporary, path, error)) return false;
+        DeleteFileW(temporary.c_str());
+        return true;
     }
-    CloseHandle(file);
-    DeleteFileW(temporary.c_str());
+    const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0);
+    if (MoveFileExW(temporary.c_str(), path.c_str(), flags)) return true;
+    *error = GetLastError();
+    return false;
+}
+
+bool canBeWritten(const std::wstring& path, unsigned long* error)
+{
+    *error = ERROR_SUCCESS;
+    std::wstring name = path;
+    if (fileExists(path)) {
+        if (!createBeside(path, &name, error)) return false;
+    } else {
+        HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file == INVALID_HANDLE_VALUE) {
+            *error = GetLastError();
+            return false;
+        }
+        CloseHandle(file);
+    }
+    DeleteFileW(name.c_str());
     return true;
 }
 
@@ -87,11 +117,9 @@ bool fileExists(const std::wstring& path)
 bool sameFile(const std::wstring& one, const std::wstring& other)
 {
     HANDLE first = openForIdentity(one), second = openForIdentity(other);
-    BY_HANDLE_FILE_INFORMATION a = {}, b = {};
-    const bool same = first != INVALID_HANDLE_VALUE && second != INVALID_HANDLE_VALUE &&
-                      GetFileInformationByHandle(first, &a) && GetFileInformationByHandle(second, &b) &&
-                      a.dwVolumeSerialNumber == b.dwVolumeSerialNumber && a.nFileIndexHigh == b.nFileIndexHigh &&
-                      a.nFileIndexLow == b.nFileIndexLow;
+    const BY_HANDLE_FILE_INFORMATION a = identityOf(first), b = identityOf(second);
+    const bool same = a.nNumberOfLinks && b.nNumberOfLinks && a.dwVolumeSerialNumber == b.dwVolumeSerialNumber &&
+                      a.nFileIndexHigh == b.nFileIndexHigh && a.nFileIndexLow == b.nFileIndexLow;
     if (first != INVALID_HANDLE_VALUE) CloseHandle(first);
     if (second != INVALID_HANDLE_VALUE) CloseHandle(second);
     return same;

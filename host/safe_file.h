@@ -4,13 +4,24 @@
 #include <cstddef>
 #include <string>
 
-// Writes the bytes to a new file in the same folder, flushes it to the disk and renames it to path.
-// With replace false an existing file makes it fail. On failure nothing is left behind and *error is the
-// system's error code.
-bool writeWholeFile(const std::wstring& path, const void* bytes, size_t size, bool replace, unsigned long* error);
+// Makes a new, empty file in the folder of path, with the access rights of the file at path when there is one.
+// On failure *error is the system's error code.
+bool createBeside(const std::wstring& path, std::wstring* temporary, unsigned long* error);
 
-// Tries whether a file could be made in the folder of path; nothing is left behind.
-bool folderIsWritable(const std::wstring& path, unsigned long* error);
+// Gives the finished temporary file the name path, in one step. With replace false an existing file makes it
+// fail. A file with further names (hard links) keeps them: then its content is replaced. On failure both files
+// are there as before and *error is the system's error code.
+bool putInPlace(const std::wstring& temporary, const std::wstring& path, bool replace, unsigned long* error);
+
+// Whether putInPlace would write into the existing file, which, unlike a new name, can be interrupted.
+bool hasFurtherNames(const std::wstring& path);
+
+// Writes the content of one file over that of another.
+bool copyContent(const std::wstring& from, const std::wstring& to, unsigned long* error);
+
+// Tries whether a file of that name could be made; nothing is left behind. An existing one is not touched: then
+// only its folder is tried.
+bool canBeWritten(const std::wstring& path, unsigned long* error);
 
 bool fileExists(const std::wstring& path);
 

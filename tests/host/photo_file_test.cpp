@@ -43,17 +43,18 @@ HGLOBAL makePhoto(SIZE size, uint8_t (*value)(int, int, int), LONG pelsPerMetre)
     return image;
 }
 
-std::vector<uint8_t> encoded(HGLOBAL image, const std::wstring& name, const wchar_t* original = nullptr)
+// Writes the picture to a file of that name and looks whether it is what was meant.
+void writeChecked(HGLOBAL image, const std::wstring& name, const SourcePhoto* source = nullptr)
 {
-    HGLOBAL file;
-    size_t size;
-    EXPECT_EQ(encodePhoto(image, formatOfName(name), original, &file, &size), PhotoStatus::Ok);
-    if (!file) return {};
-    const uint8_t* bytes = (const uint8_t*)GlobalLock(file);
-    std::vector<uint8_t> result(bytes, bytes + size);
-    GlobalUnlock(file);
-    GlobalFree(file);
-    return result;
+    writeBytes(name, {});
+    ASSERT_EQ(writePhoto(name, formatOfName(name), image, source), PhotoStatus::Ok);
+    EXPECT_TRUE(verifyPhoto(name, formatOfName(name), image, source));
+}
+
+PhotoStatus readPhoto(const std::wstring& name, HGLOBAL* image)
+{
+    SourcePhoto source;
+    return readPhoto(name, image, &source);
 }
 
 // The largest difference of a pixel byte; 256 when the sizes differ.
@@ -91,9 +92,9 @@ TEST_F(HostPhotoFile, EveryFormatComesBackAsItWasWritten)
             const bool lossy = formatOfName(std::wstring(L"a") + extension) == PhotoFormat::Jpeg;
             const std::wstring name = folder.path + L"zdjęcie 写真" + extension;
             HGLOBAL image = makePhoto(size, lossy ? slope : noise, 11811);
-            writeBytes(name, encoded(image, name));
+            writeChecked(image, name);
             HGLOBAL back;
-            ASSERT_EQ(readPhoto(name.c_str(), &back), PhotoStatus::Ok) << extension << size.cx;
+            ASSERT_EQ(readPhoto(name, &back), PhotoStatus::Ok) << extension << size.cx;
             EXPECT_LE(difference(image, back), lossy ? 8 : 0) << extension << " " << size.cx << " x " << size.cy;
             EXPECT_NEAR(resolutionOf(back), 11811, 40) << extension;  // 300 dots per inch, which JPEG rounds
             GlobalFree(back);
@@ -106,11 +107,15 @@ TEST_F(HostPhotoFile, TheOriginalsExtrasNeverSpoilTheResult)
     HGLOBAL image = makePhoto({9, 7}, noise, 2835);
     for (const wchar_t* from : extensions) {
         const std::wstring original = folder.path + L"original" + from;
-        writeBytes(original, encoded(image, original));
+        writeChecked(image, original);
+        HGLOBAL shown;
+        SourcePhoto source;
+        ASSERT_EQ(readPhoto(original, &shown, &source), PhotoStatus::Ok);
+        GlobalFree(shown);
         const std::wstring result = folder.path + L"result.png";
-        writeBytes(result, encoded(image, result, original.c_str()));
+        writeChecked(image, result, &source);
         HGLOBAL back;
-        ASSERT_EQ(readPhoto(result.c_str(), &back), PhotoStatus::Ok);
+        ASSERT_EQ(readPhoto(result, &back), PhotoStatus::Ok);
         EXPECT_EQ(difference(image, back), 0) << from;
         GlobalFree(back);
     }
@@ -121,13 +126,14 @@ TEST_F(HostPhotoFile, ANotedOrientationTurnsThePhoto)
 {
     const std::wstring name = folder.path + L"a.jpg";
     HGLOBAL image = makePhoto({48, 16}, slope, 0);
-    std::vector<uint8_t> file = encoded(image, name);
+    writeChecked(image, name);
+    std::vector<uint8_t> file = readBytes(name);
     const uint8_t note[] = {0xFF, 0xE1, 0, 34,   'E', 'x', 'i', 'f', 0, 0, 'M', 'M', 0, 42, 0, 0, 0, 8,
                             0,    1,    1, 0x12, 0,   3,   0,   0,   0, 1, 0,   6,   0, 0,  0, 0, 0, 0};
     file.insert(file.begin() + 2, note, note + sizeof note);
     writeBytes(name, file);
     HGLOBAL back;
-    ASSERT_EQ(readPhoto(name.c_str(), &back), PhotoStatus::Ok);
+    ASSERT_EQ(readPhoto(name, &back), PhotoStatus::Ok);
     const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(back);
     EXPECT_EQ(header->biWidth, 16);
     EXPECT_EQ(header->biHeight, 48);
@@ -157,7 +163,7 @@ TEST_F(HostPhotoFile, ATiffFilesOrientationTurnsThePhoto)
     const std::wstring name = folder.path + L"a.tif";
     writeBytes(name, file);
     HGLOBAL back;
-    ASSERT_EQ(readPhoto(name.c_str(), &back), PhotoStatus::Ok);
+    ASSERT_EQ(readPhoto(name, &back), PhotoStatus::Ok);
     const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(back);
     EXPECT_EQ(header->biWidth, 1);
     EXPECT_EQ(header->biHeight, 3);
@@ -172,9 +178,9 @@ TEST_F(HostPhotoFile, ATiffFilesOrientationTurnsThePhoto)
 TEST_F(HostPhotoFile, MissingFilesAndFoldersAreToldApart)
 {
     HGLOBAL image;
-    EXPECT_EQ(readPhoto((folder.path + L"none.jpg").c_str(), &image), PhotoStatus::Missing);
-    EXPECT_EQ(readPhoto((folder.path + L"no\\none.jpg").c_str(), &image), PhotoStatus::Missing);
-    EXPECT_EQ(readPhoto(folder.path.c_str(), &image), PhotoStatus::Unreadable);
+    EXPECT_EQ(readPhoto(folder.path + L"none.jpg", &image), PhotoStatus::Missing);
+    EXPECT_EQ(readPhoto(folder.path + L"no\\none.jpg", &image), PhotoStatus::Missing);
+    EXPECT_EQ(readPhoto(folder.path, &image), PhotoStatus::Unreadable);
     EXPECT_EQ(image, nullptr);
 }
 
@@ -183,9 +189,9 @@ TEST_F(HostPhotoFile, WhatIsNoPhotoIsRefused)
     HGLOBAL image;
     const std::wstring name = folder.path + L"a.jpg";
     writeBytes(name, {});
-    EXPECT_EQ(readPhoto(name.c_str(), &image), PhotoStatus::NotAPhoto);
+    EXPECT_EQ(readPhoto(name, &image), PhotoStatus::NotAPhoto);
     writeBytes(name, std::vector<uint8_t>(5000, 'x'));
-    EXPECT_EQ(readPhoto(name.c_str(), &image), PhotoStatus::NotAPhoto);
+    EXPECT_EQ(readPhoto(name, &image), PhotoStatus::NotAPhoto);
 }
 
 // Cut at many places: refused, or (where a decoder makes the best of it) a photo of the right size.
@@ -194,13 +200,14 @@ TEST_F(HostPhotoFile, CutFilesNeverCrash)
     for (const wchar_t* extension : extensions) {
         const std::wstring name = folder.path + L"cut" + extension;
         HGLOBAL image = makePhoto({40, 30}, noise, 0);
-        const std::vector<uint8_t> whole = encoded(image, name);
+        writeChecked(image, name);
+        const std::vector<uint8_t> whole = readBytes(name);
         GlobalFree(image);
         int refused = 0;
         for (size_t part = 0; part < 16; part++) {
             writeBytes(name, {whole.begin(), whole.begin() + (ptrdiff_t)(whole.size() * part / 16)});
             HGLOBAL back;
-            const PhotoStatus status = readPhoto(name.c_str(), &back);
+            const PhotoStatus status = readPhoto(name, &back);
             if (status == PhotoStatus::Ok) {
                 EXPECT_GE(GlobalSize(back), packedPhotoSize(40, 30));
             } else {
@@ -227,7 +234,7 @@ TEST_F(HostPhotoFile, ASizeBeyondMemoryIsTooLarge)
     const std::wstring name = folder.path + L"large.bmp";
     writeBytes(name, bytes);
     HGLOBAL image;
-    const PhotoStatus status = readPhoto(name.c_str(), &image);
+    const PhotoStatus status = readPhoto(name, &image);
     EXPECT_EQ(status, PhotoStatus::TooLarge);
     EXPECT_EQ(image, nullptr);
 }

@@ -7,9 +7,15 @@
 namespace {
 const std::vector<uint8_t> oldBytes = {1, 2, 3}, newBytes = {9, 8, 7, 6};
 
+// As a save does it.
 bool write(const std::wstring& path, bool replace, unsigned long* error)
 {
-    return writeWholeFile(path, newBytes.data(), newBytes.size(), replace, error);
+    std::wstring temporary;
+    if (!createBeside(path, &temporary, error)) return false;
+    writeBytes(temporary, newBytes);
+    if (putInPlace(temporary, path, replace, error)) return true;
+    DeleteFileW(temporary.c_str());
+    return false;
 }
 }  // namespace
 
@@ -53,9 +59,24 @@ TEST(HostSafeFile, FailsInAFolderThatIsNotThere)
     unsigned long error = 0;
     EXPECT_FALSE(write(folder.path + L"none\\a.png", true, &error));
     EXPECT_NE(error, 0u);
-    EXPECT_FALSE(folderIsWritable(folder.path + L"none\\a.png", &error));
-    EXPECT_TRUE(folderIsWritable(folder.path + L"a.png", &error));
+    EXPECT_FALSE(canBeWritten(folder.path + L"none\\a.png", &error));
+    EXPECT_TRUE(canBeWritten(folder.path + L"a.png", &error));
+    EXPECT_FALSE(canBeWritten(folder.path + std::wstring(252, L'n') + L".png", &error));
     EXPECT_TRUE(namesIn(folder).empty());
+}
+
+TEST(HostSafeFile, FurtherNamesOfAFileStayItsNames)
+{
+    TestFolder folder;
+    const std::wstring name = folder.path + L"a.png", other = folder.path + L"b.png";
+    writeBytes(name, std::vector<uint8_t>(100, 1));
+    ASSERT_TRUE(CreateHardLinkW(other.c_str(), name.c_str(), nullptr));
+    EXPECT_TRUE(hasFurtherNames(name));
+    unsigned long error;
+    EXPECT_TRUE(write(name, true, &error));
+    EXPECT_EQ(readBytes(other), newBytes);
+    EXPECT_TRUE(sameFile(name, other));
+    EXPECT_EQ(namesIn(folder).size(), 2u);
 }
 
 TEST(HostSafeFile, KnowsOneFileUnderTwoNames)

@@ -1,0 +1,89 @@
+#include "host/codecs/jpeg_common.h"
+#include "host/codecs/jpeg_file.h"
+#include "host/exif_edit.h"
+
+#include <cmath>
+
+namespace {
+
+const int bandRows = 64;
+
+long pelsPerMetre(const jpeg_decompress_struct& input, int density)
+{
+    if (input.density_unit == 1) return std::lround(density / 0.0254);
+    return input.density_unit == 2 ? density * 100l : 0;
+}
+
+struct Reading {
+    JpegRows rows;
+    std::vector<uint8_t> band;
+};
+
+PhotoStatus readRows(Reading* reading, const RowSink& sink, PhotoFacts* facts)
+{
+    JpegErrors errors;
+    jpeg_decompress_struct& input = reading->rows.input;
+    input.err = watchJpeg(&errors);
+    if (setjmp(errors.jump)) return errors.status;
+    jpeg_read_header(&input, TRUE);
+    collectJpegFacts(input, facts);
+    const int width = (int)input.image_width, height = (int)input.image_height;
+    const PhotoStatus status =
+        sink.begin(sink.context, {width, height, facts->orientation, pelsPerMetre(input, input.X_density),
+                                  pelsPerMetre(input, input.Y_density)});
+    if (status != PhotoStatus::Ok) return status;
+    reading->rows.bridge = openBridge(facts->profile, facts->inks ? 4 : 0, jpegInksAreInverted(input));
+    startJpegRows(&reading->rows);
+    const size_t stride = (size_t)width * 4;
+    reading->band.resize(stride * bandRows);
+    for (int row = 0; row < height;) {
+        const int count = readJpegRows(&reading->rows, reading->band.data(), stride, std::min(bandRows, height - row));
+        if (errors.damaged) return PhotoStatus::NotAPhoto;
+        if (!sink.take(sink.context, reading->band.data(), (ptrdiff_t)stride, row, count))
+            return PhotoStatus::NotAPhoto;
+        row += count;
+    }
+    jpeg_finish_decompress(&input);
+    return errors.damaged ? PhotoStatus::NotAPhoto : PhotoStatus::Ok;
+}
+
+}  // namespace
+
+void startJpegRows(JpegRows* rows)
+{
+    jpeg_decompress_struct& input = rows->input;
+    const bool inks = input.num_components == 4;
+    rows->inverted = jpegInksAreInverted(input);
+    input.out_color_space = inks ? JCS_CMYK : JCS_EXT_BGRA;
+    jpeg_start_decompress(&input);
+    if (inks) rows->inks.resize((size_t)input.output_width * 4);
+}
+
+int readJpegRows(JpegRows* rows, uint8_t* bgra, size_t stride, int count)
+{
+    const int width = (int)rows->input.output_width;
+    for (int row = 0; row < count; row++, bgra += stride) {
+        JSAMPROW line = rows->inks.empty() ? bgra : rows->inks.data();
+        if (jpeg_read_scanlines(&rows->input, &line, 1) != 1) return row;
+        if (rows->inks.empty())
+            showColors(rows->bridge, bgra, width);
+        else
+            showInks(rows->bridge, line, rows->inverted, bgra, width);
+    }
+    return count;
+}
+
+PhotoStatus readJpeg(FILE* file, const RowSink& sink, PhotoFacts* facts)
+{
+    Reading reading = {};
+    JpegErrors errors;
+    reading.rows.input.err = watchJpeg(&errors);
+    if (setjmp(errors.jump)) return errors.status;
+    jpeg_create_decompress(&reading.rows.input);
+    jpeg_stdio_src(&reading.rows.input, file);
+    saveJpegSegments(&reading.rows.input);
+    const PhotoStatus status = readRows(&reading, sink, facts);
+    jpeg_destroy_decompress(&reading.rows.input);
+    closeBridge(&reading.rows.bridge);
+    return status;
+}

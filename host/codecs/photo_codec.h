@@ -1,0 +1,61 @@
+// What the readers and writers of the photo formats share. Each reader hands the picture over in bands of
+// rows as the file has them; each writer takes the edited picture and the original file, and writes a file in
+// which everything is kept that was not edited.
+#pragma once
+
+#include "host/photo_rows.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+#include <windows.h>
+
+enum class PhotoStatus {
+    Ok,
+    Missing,     // no such file
+    Unreadable,  // a folder, or access is denied
+    NotAPhoto,   // unknown format, empty or damaged
+    TooLarge,    // more pixels than fit into memory
+    CannotEncode,
+    CannotWrite,  // the disk is full, or gone; GetLastError tells
+    NoImaging,    // the system's imaging component is not there
+};
+
+// What of a photo a writer may lose or must know; filled in by the readers.
+struct PhotoFacts {
+    bool alpha = false;     // it has transparent parts, or a channel for them
+    bool grey = false;      // stored without colour
+    bool deep = false;      // more than 8 bits a channel
+    bool palette = false;   // stored as indices into a table of colours
+    bool inks = false;      // CMYK or YCCK
+    bool animated = false;  // further frames
+    int pages = 1;
+    int orientation = 1;
+    std::vector<uint8_t> profile;  // ICC
+    std::vector<uint8_t> exif;     // from its byte order mark on
+    std::vector<uint8_t> xmp;      // the packet
+};
+
+struct PhotoShape {
+    int width, height;  // as the file has it
+    int orientation;    // 1 to 8
+    long across, down;  // resolution in pixels a metre, 0: not told
+};
+
+// Takes a photo's rows. begin is called once, then take for every band from the top on. bgra: blue, green,
+// red and straight alpha bytes.
+struct RowSink {
+    void* context;
+    PhotoStatus (*begin)(void* context, const PhotoShape& shape);
+    bool (*take)(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount);
+};
+
+// The edited picture, upright, in the bitmap that the editor had.
+struct EditedPhoto {
+    const uint8_t* bits;
+    int width, height;
+    long across, down;  // pixels a metre, 0: not told
+};
+
+// The edited picture as it would lie in a file of that orientation.
+UprightTarget editedInFile(const EditedPhoto& photo, int orientation);

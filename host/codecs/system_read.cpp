@@ -1,0 +1,127 @@
+#include "host/codecs/system_file.h"
+
+#include "host/gif_canvas.h"
+
+#include <algorithm>
+#include <cmath>
+#include <objbase.h>
+#include <wincodec.h>
+
+namespace {
+
+const size_t comfortableBand = 16 << 20;
+
+IWICImagingFactory* imaging;
+bool initialized;
+
+template <typename T>
+void release(T*& pointer)
+{
+    if (pointer) pointer->Release();
+    pointer = nullptr;
+}
+
+// A photo file opened for reading.
+struct OpenPhoto {
+    IWICBitmapDecoder* decoder = nullptr;
+    IWICBitmapFrameDecode* frame = nullptr;
+    IWICBitmapSource* pixels = nullptr;
+    UINT width = 0, height = 0;
+    GifCanvas canvas;  // what the frame lies on; of the frame's own size except for GIF files
+};
+
+bool openPhoto(const wchar_t* path, OpenPhoto* photo)
+{
+    return SUCCEEDED(imaging->CreateDecoderFromFilename(path, nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
+                                                        &photo->decoder)) &&
+           SUCCEEDED(photo->decoder->GetFrame(0, &photo->frame)) &&
+           SUCCEEDED(photo->frame->GetSize(&photo->width, &photo->height)) && photo->width && photo->height;
+}
+
+void closePhoto(OpenPhoto* photo)
+{
+    release(photo->pixels);
+    release(photo->frame);
+    release(photo->decoder);
+}
+
+void placeOnCanvas(const wchar_t* path, OpenPhoto* photo)
+{
+    std::vector<uint8_t> head(64 * 1024);
+    FILE* file = _wfopen(path, L"rb");
+    head.resize(file ? fread(head.data(), 1, head.size(), file) : 0);
+    if (file) fclose(file);
+    const int width = (int)photo->width, height = (int)photo->height;
+    photo->canvas = gifCanvas(head.data(), head.size(), width, height);
+}
+
+long pelsPerMetre(double dotsPerInch)
+{
+    return dotsPerInch > 0 && dotsPerInch < 1e6 ? std::lround(dotsPerInch / 0.0254) : 0;
+}
+
+bool handRows(const OpenPhoto& photo, const RowSink& sink)
+{
+    const GifCanvas& canvas = photo.canvas;
+    const size_t stride = (size_t)canvas.width * 4;
+    const int most = (int)std::max<size_t>(1, std::min<size_t>(64, comfortableBand / stride));
+    std::vector<uint8_t> band(stride * most);
+    for (int row = 0; row < canvas.height; row += most) {
+        const int count = std::min(most, canvas.height - row);
+        std::fill(band.begin(), band.end(), 0);
+        const int first = std::max(row, canvas.top), last = std::min(row + count, canvas.top + (int)photo.height);
+        if (first < last) {
+            const WICRect part = {0, first - canvas.top, (INT)photo.width, last - first};
+            const size_t at = (size_t)(first - row) * stride + (size_t)canvas.left * 4;
+            if (FAILED(photo.pixels->CopyPixels(&part, (UINT)stride, (UINT)(band.size() - at), band.data() + at)))
+                return false;
+        }
+        if (!sink.take(sink.context, band.data(), (ptrdiff_t)stride, row, count)) return false;
+    }
+    return true;
+}
+
+PhotoStatus decode(const OpenPhoto& photo, const RowSink& sink, PhotoFacts* facts)
+{
+    UINT frames = 1;
+    photo.decoder->GetFrameCount(&frames);
+    facts->pages = (int)frames;
+    double across = 0, down = 0;
+    photo.frame->GetResolution(&across, &down);
+    const PhotoShape shape = {photo.canvas.width, photo.canvas.height, 1, pelsPerMetre(across), pelsPerMetre(down)};
+    const PhotoStatus status = sink.begin(sink.context, shape);
+    if (status != PhotoStatus::Ok) return status;
+    return handRows(photo, sink) ? PhotoStatus::Ok : PhotoStatus::NotAPhoto;
+}
+
+}  // namespace
+
+bool startImaging()
+{
+    initialized = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    return SUCCEEDED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
+                                      (void**)&imaging));
+}
+
+void stopImaging()
+{
+    release(imaging);
+    if (initialized) CoUninitialize();
+    initialized = false;
+}
+
+PhotoStatus readBySystem(const wchar_t* path, const RowSink& sink, PhotoFacts* facts)
+{
+    if (!imaging) return PhotoStatus::NoImaging;
+    OpenPhoto photo;
+    PhotoStatus status = PhotoStatus::NotAPhoto;
+    if (openPhoto(path, &photo)) {
+        placeOnCanvas(path, &photo);
+        if (!packedPhotoSize(photo.canvas.width, photo.canvas.height))
+            status = PhotoStatus::TooLarge;
+        else if (SUCCEEDED(WICConvertBitmapSource(GUID_WICPixelFormat32bppBGRA, photo.frame, &photo.pixels)))
+            status = decode(photo, sink, facts);
+    }
+    closePhoto(&photo);
+    return status;
+}

@@ -1,0 +1,299 @@
+#include "host/codecs/color_bridge.h"
+#include "host/codecs/tiff_common.h"
+#include "host/codecs/tiff_file.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// Which pixels differ from what the original shows.
+struct Changes {
+    UprightTarget edited;
+    int width;
+    std::vector<bool> changed;
+    std::vector<uint8_t> row;
+    bool any, colored;  // colored: an edited pixel is not grey
+};
+
+PhotoStatus noBegin(void*, const PhotoShape&)
+{
+    return PhotoStatus::Ok;
+}
+
+bool compareRows(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
+{
+    Changes* changes = (Changes*)context;
+    for (int row = 0; row < rowCount; row++) {
+        gatherRows(changes->edited, firstRow + row, 1, changes->row.data(), 0);
+        const uint8_t* shown = bgra + row * stride;
+        for (int x = 0; x < changes->width; x++) {
+            const uint8_t* edited = &changes->row[(size_t)x * 3];
+            if (memcmp(shown + (size_t)x * 4, edited, 3) == 0) continue;
+            changes->changed[(size_t)(firstRow + row) * changes->width + x] = true;
+            changes->any = true;
+            changes->colored = changes->colored || edited[0] != edited[1] || edited[0] != edited[2];
+        }
+    }
+    return true;
+}
+
+bool findChanges(const wchar_t* original, const EditedPhoto& photo, const PhotoFacts& facts, Changes* changes)
+{
+    TIFF* file = openTiff(original, "r");
+    if (!file) return false;
+    const TiffLayout layout = tiffLayout(file);
+    changes->edited = editedInFile(photo, facts.orientation);
+    changes->width = (int)layout.width;
+    bool done = changes->edited.fileWidth == (int)layout.width && changes->edited.fileHeight == (int)layout.height;
+    if (done) {
+        changes->changed.assign((size_t)layout.width * layout.height, false);
+        changes->row.resize((size_t)layout.width * 3);
+        done = eachTiffBand(file, facts, {changes, noBegin, compareRows}) == PhotoStatus::Ok;
+    }
+    TIFFClose(file);
+    return done;
+}
+
+// A strip or tile of one plane or of all, as it lies in the picture.
+struct Piece {
+    uint32_t number;
+    int left, top, width, height;  // of the picture's pixels in it
+    int pitch;                     // pixels a row in the piece
+    int sample;                    // the plane, or -1 for all
+};
+
+int sampleAt(const TiffLayout& layout, const uint8_t* at)
+{
+    if (layout.bits == 8) return *at;
+    uint16_t value;
+    memcpy(&value, at, 2);
+    return (value + 128) / 257;
+}
+
+void setSampleAt(const TiffLayout& layout, uint8_t* at, int value)
+{
+    if (layout.bits == 8) {
+        *at = (uint8_t)value;
+    } else {
+        const uint16_t deep = (uint16_t)(value * 257);
+        memcpy(at, &deep, 2);
+    }
+}
+
+// What a sample becomes so that it is seen as `shown`.
+int storedValue(const TiffLayout& layout, int shown, int alpha)
+{
+    int value = shown;
+    if (layout.alphaKind == EXTRASAMPLE_UNASSALPHA) value = fromOverWhite(shown, alpha);
+    if (layout.alphaKind == EXTRASAMPLE_ASSOCALPHA) value = std::max(shown - (255 - alpha), 0);
+    return layout.photometric == PHOTOMETRIC_MINISWHITE ? 255 - value : value;
+}
+
+void patchPiece(const TiffLayout& layout, const Piece& piece, const Changes& changes, const ColorBridge& bridge,
+                uint8_t* native)
+{
+    const int colors = layout.photometric == PHOTOMETRIC_RGB ? 3 : 1;
+    const int bytes = layout.bits / 8, inPiece = piece.sample < 0 ? layout.samples : 1;
+    std::vector<uint8_t> row((size_t)changes.width * 3);
+    for (int y = 0; y < piece.height; y++) {
+        gatherRows(changes.edited, piece.top + y, 1, row.data(), 0);
+        storeColors(bridge, row.data(), changes.width);
+        for (int x = 0; x < piece.width; x++) {
+            const size_t column = (size_t)piece.left + x;
+            if (!changes.changed[(size_t)(piece.top + y) * changes.width + column]) continue;
+            uint8_t* pixel = native + ((size_t)y * piece.pitch + x) * inPiece * bytes;
+            const int alpha = layout.alpha && piece.sample < 0 ? sampleAt(layout, pixel + colors * bytes) : 255;
+            for (int sample = 0; sample < colors; sample++) {
+                if (piece.sample >= 0 && piece.sample != sample) continue;
+                const int shown = row[column * 3 + (colors == 3 ? 2 - sample : 0)];
+                setSampleAt(layout, pixel + (piece.sample < 0 ? sample * bytes : 0), storedValue(layout, shown, alpha));
+            }
+        }
+    }
+}
+
+bool pieceChanged(const Piece& piece, const Changes& changes)
+{
+    for (int y = piece.top; y < piece.top + piece.height; y++)
+        for (int x = piece.left; x < piece.left + piece.width; x++)
+            if (changes.changed[(size_t)y * changes.width + x]) return true;
+    return false;
+}
+
+bool editPiece(TIFF* file, const TiffLayout& layout, const Piece& piece, const Changes& changes,
+               const ColorBridge& bridge, uint8_t* buffer)
+{
+    if (!pieceChanged(piece, changes)) return true;
+    const tmsize_t size = TIFFIsTiled(file) ? TIFFReadEncodedTile(file, piece.number, buffer, (tmsize_t)-1)
+                                            : TIFFReadEncodedStrip(file, piece.number, buffer, (tmsize_t)-1);
+    if (size < 0) return false;
+    patchPiece(layout, piece, changes, bridge, buffer);
+    return (TIFFIsTiled(file) ? TIFFWriteEncodedTile(file, piece.number, buffer, size)
+                              : TIFFWriteEncodedStrip(file, piece.number, buffer, size)) == size;
+}
+
+bool editPieces(TIFF* file, const TiffLayout& layout, const Changes& changes, const ColorBridge& bridge)
+{
+    const bool tiled = TIFFIsTiled(file);
+    uint32_t wide = layout.width, high = layout.height;
+    if (tiled) {
+        TIFFGetField(file, TIFFTAG_TILEWIDTH, &wide);
+        TIFFGetField(file, TIFFTAG_TILELENGTH, &high);
+    } else {
+        TIFFGetFieldDefaulted(file, TIFFTAG_ROWSPERSTRIP, &high);
+        high = std::min(high, layout.height);
+    }
+    const tmsize_t size = tiled ? TIFFTileSize(file) : TIFFStripSize(file);
+    uint8_t* buffer = size > 0 ? (uint8_t*)malloc((size_t)size) : nullptr;
+    if (!buffer) return false;
+    const int planes = layout.planar == PLANARCONFIG_SEPARATE ? layout.samples : 1;
+    uint32_t number = 0;
+    bool done = true;
+    for (int plane = 0; plane < planes; plane++)
+        for (uint32_t top = 0; top < layout.height; top += high)
+            for (uint32_t left = 0; left < layout.width && done; left += wide) {
+                const Piece piece = {number++,
+                                     (int)left,
+                                     (int)top,
+                                     (int)std::min(wide, layout.width - left),
+                                     (int)std::min(high, layout.height - top),
+                                     (int)wide,
+                                     planes > 1 ? plane : -1};
+                done = editPiece(file, layout, piece, changes, bridge, buffer);
+            }
+    free(buffer);
+    return done;
+}
+
+// Separate planes with alpha are laid over white when shown; their colours alone cannot be changed plane by
+// plane here.
+bool editsInPlace(const TiffLayout& layout, const Changes& changes)
+{
+    return canEditSamples(layout) && !(layout.planar == PLANARCONFIG_SEPARATE && layout.alpha) &&
+           !(layout.photometric != PHOTOMETRIC_RGB && changes.colored);
+}
+
+bool editCopy(const wchar_t* output, const PhotoFacts& facts, const Changes& changes)
+{
+    TIFF* file = openTiff(output, "r+");
+    if (!file) return false;
+    ColorBridge bridge = openBridge(facts.grey ? std::vector<uint8_t>() : facts.profile, 0, false);
+    bool done = editPieces(file, tiffLayout(file), changes, bridge) && TIFFFlush(file);
+    closeBridge(&bridge);
+    TIFFClose(file);
+    return done;
+}
+
+// Words and blocks that say nothing about how the pixels lie.
+void copyDescriptions(TIFF* from, TIFF* to)
+{
+    static const ttag_t words[] = {TIFFTAG_DOCUMENTNAME, TIFFTAG_IMAGEDESCRIPTION, TIFFTAG_MAKE,     TIFFTAG_MODEL,
+                                   TIFFTAG_PAGENAME,     TIFFTAG_SOFTWARE,         TIFFTAG_DATETIME, TIFFTAG_ARTIST,
+                                   TIFFTAG_HOSTCOMPUTER, TIFFTAG_COPYRIGHT};
+    static const ttag_t blocks[] = {TIFFTAG_RICHTIFFIPTC, TIFFTAG_PHOTOSHOP};
+    char* text = nullptr;
+    for (ttag_t tag : words)
+        if (TIFFGetField(from, tag, &text)) TIFFSetField(to, tag, text);
+    uint32_t size = 0;
+    void* bytes = nullptr;
+    for (ttag_t tag : blocks)
+        if (TIFFGetField(from, tag, &size, &bytes)) TIFFSetField(to, tag, size, bytes);
+}
+
+uint16_t newCompression(TIFF* original)
+{
+    const uint16_t compression = original ? tiffLayout(original).compression : (uint16_t)COMPRESSION_LZW;
+    const bool usable = compression == COMPRESSION_NONE || compression == COMPRESSION_PACKBITS ||
+                        compression == COMPRESSION_DEFLATE || compression == COMPRESSION_ADOBE_DEFLATE;
+    return usable ? compression : (uint16_t)COMPRESSION_LZW;
+}
+
+void describePage(TIFF* file, TIFF* original, const EditedPhoto& photo, const PhotoFacts& facts)
+{
+    const uint16_t compression = newCompression(original);
+    TIFFSetField(file, TIFFTAG_IMAGEWIDTH, (uint32_t)photo.width);
+    TIFFSetField(file, TIFFTAG_IMAGELENGTH, (uint32_t)photo.height);
+    TIFFSetField(file, TIFFTAG_BITSPERSAMPLE, 8);
+    TIFFSetField(file, TIFFTAG_SAMPLESPERPIXEL, 3);
+    TIFFSetField(file, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+    TIFFSetField(file, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    TIFFSetField(file, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+    TIFFSetField(file, TIFFTAG_COMPRESSION, compression);
+    if (compression != COMPRESSION_NONE && compression != COMPRESSION_PACKBITS)
+        TIFFSetField(file, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
+    TIFFSetField(file, TIFFTAG_ROWSPERSTRIP, (uint32_t)std::max(1, (1 << 18) / (photo.width * 3)));
+    if (photo.across > 0 && photo.down > 0) {
+        TIFFSetField(file, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+        TIFFSetField(file, TIFFTAG_XRESOLUTION, photo.across * 0.0254);
+        TIFFSetField(file, TIFFTAG_YRESOLUTION, photo.down * 0.0254);
+    }
+    if (!facts.profile.empty() && !facts.grey && !facts.inks)
+        TIFFSetField(file, TIFFTAG_ICCPROFILE, (uint32_t)facts.profile.size(), facts.profile.data());
+    if (!facts.xmp.empty()) TIFFSetField(file, TIFFTAG_XMLPACKET, (uint32_t)facts.xmp.size(), facts.xmp.data());
+    if (original) copyDescriptions(original, file);
+}
+
+bool writePage(TIFF* file, const EditedPhoto& photo, const PhotoFacts& facts)
+{
+    ColorBridge bridge = openBridge(facts.grey || facts.inks ? std::vector<uint8_t>() : facts.profile, 0, false);
+    const UprightTarget upright = editedInFile(photo, 1);
+    std::vector<uint8_t> row((size_t)photo.width * 3);
+    bool done = true;
+    for (int y = 0; y < photo.height && done; y++) {
+        gatherRows(upright, y, 1, row.data(), 0);
+        storeColors(bridge, row.data(), photo.width);
+        for (size_t i = 0; i < row.size(); i += 3)
+            std::swap(row[i], row[i + 2]);
+        done = TIFFWriteScanline(file, row.data(), (uint32_t)y, 0) == 1;
+    }
+    closeBridge(&bridge);
+    return done;
+}
+
+bool writeNew(const wchar_t* output, const EditedPhoto& photo, const PhotoFacts& facts, const wchar_t* original)
+{
+    const uint64_t size = (uint64_t)packedRowSize(photo.width) * (uint64_t)photo.height;
+    TIFF* file = openTiff(output, size > 0xF0000000u ? "w8" : "w");
+    TIFF* from = original ? openTiff(original, "r") : nullptr;
+    bool done = false;
+    if (file) {
+        describePage(file, from, photo, facts);
+        done = writePage(file, photo, facts) && TIFFFlush(file);
+        TIFFClose(file);
+    }
+    if (from) TIFFClose(from);
+    return done;
+}
+
+bool copyWhole(const wchar_t* from, const wchar_t* to)
+{
+    FILE* source = _wfopen(from, L"rb");
+    FILE* target = _wfopen(to, L"wb");
+    std::vector<uint8_t> part(1 << 20);
+    bool done = source && target;
+    for (size_t got = 1; done && got > 0;) {
+        got = fread(part.data(), 1, part.size(), source);
+        done = fwrite(part.data(), 1, got, target) == got && !ferror(source);
+    }
+    if (source) fclose(source);
+    if (target && fclose(target) != 0) done = false;
+    return done;
+}
+
+}  // namespace
+
+PhotoStatus writeTiff(const wchar_t* output, const EditedPhoto& photo, const PhotoFacts& facts, const wchar_t* original)
+{
+    Changes changes = {};
+    if (original && facts.orientation == 1 && findChanges(original, photo, facts, &changes)) {
+        TIFF* file = openTiff(original, "r");
+        const bool inPlace = file && (!changes.any || editsInPlace(tiffLayout(file), changes));
+        if (file) TIFFClose(file);
+        if (inPlace) {
+            if (!copyWhole(original, output)) return PhotoStatus::CannotWrite;
+            if (!changes.any || editCopy(output, facts, changes)) return PhotoStatus::Ok;
+        }
+    }
+    return writeNew(output, photo, facts, original) ? PhotoStatus::Ok : PhotoStatus::CannotWrite;
+}
