@@ -103,7 +103,7 @@ LRESULT onEraseBackground(HWND canvas, WPARAM wParam, LPARAM lParam)
 
 LRESULT onTimer(HWND canvas, WPARAM id)
 {
-    if (id == SPRAY_TIMER) paintSegmentOfStroke(canvas);
+    if (id == SPRAY_TIMER && session->pressActive) paintSegmentOfStroke(canvas);
     return 0;
 }
 
@@ -136,6 +136,7 @@ LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lPa
     case WM_LBUTTONDOWN: pressButton(canvas, imagePointOf(canvas, at)); return 0;
     case WM_MOUSEMOVE: movePointer(canvas, imagePointOf(canvas, at), (wParam & MK_LBUTTON) != 0); return 0;
     case WM_LBUTTONUP: releaseButton(canvas, imagePointOf(canvas, at)); return 0;
+    case WM_CANCELMODE: losePress(canvas, nullptr); break;
     case WM_CAPTURECHANGED: losePress(canvas, (HWND)lParam); break;
     case CANVAS_POINTER_ENTERED: showOutline(canvas); return 0;
     case CANVAS_POINTER_LEFT: hideOutline(canvas); return 0;

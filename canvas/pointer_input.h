@@ -10,7 +10,7 @@ void movePointer(HWND canvas, POINT at, bool buttonDown);
 void releaseButton(HWND canvas, POINT at);
 
 // WM_CAPTURECHANGED: another window took the mouse away (a task switch, a message box) and no release
-// will come. Ends the press as a release at the last point would.
+// will come. WM_CANCELMODE: a command or a dialog comes first. Ends the press as a release at the last point would.
 void losePress(HWND canvas, HWND newOwner);
 
 // Paints the stroke's newest segment, from strokePoint to strokePrevPoint.

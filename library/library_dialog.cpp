@@ -1,5 +1,6 @@
 #include "library/library_dialog.h"
 
+#include "canvas/view/canvas_press.h"
 #include "controls/kovctrl32.h"
 #include "library/library_list.h"
 #include "library/library_store.h"
@@ -121,6 +122,7 @@ const LibraryCommand commands[] = {
 
 INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM)
 {
+    endCanvasPress();
     for (const LibraryCommand& command : commands) {
         if (command.id == LOWORD(wParam)) {
             command.run(dialog);

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "canvas/view/canvas_coordinates.h"
+#include "canvas/view/canvas_press.h"
 #include "controls/kovctrl32.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
@@ -145,6 +146,7 @@ void placeItem(const LibraryPath& path)
 {
     HGLOBAL image, mask;
     const HWND canvas = session->canvasWindow;
+    endCanvasPress();
     clearSelection();
     if (!readSelectionBitmaps(path.text, &image, &mask)) return;
     if (placeStoredSelection(imagePointOf(canvas, pointerIn(canvas)), image, mask)) selectTool(TOOL_SELECTION);

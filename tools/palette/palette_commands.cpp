@@ -2,6 +2,7 @@
 #include <windows.h>
 #include <commdlg.h>
 
+#include "canvas/view/canvas_press.h"
 #include "canvas/view/cursor_outline.h"
 #include "color/contrast_dialog.h"
 #include "image/original_image.h"
@@ -256,6 +257,7 @@ const Command commands[] = {
 void runPaletteCommand(HWND palette, int id)
 {
     if (sessionExtras.leaving != LEAVING_UNDECIDED) return;  // Close and Save are the last word
+    endCanvasPress();
     switchSettings(palette, (uint32_t)id);
     endText(session->canvasWindow);
     for (const Command& command : commands) {

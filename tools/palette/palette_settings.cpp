@@ -1,6 +1,7 @@
 // The palette's scroll bars, and the settings that each tool keeps.
 #include <windows.h>
 
+#include "canvas/view/canvas_press.h"
 #include "canvas/view/cursor_outline.h"
 #include "resources/resource_ids.h"
 #include "session/ground/session_record.h"
@@ -139,6 +140,7 @@ void loadToolSettings(HWND palette, uint32_t toolId)
 
 void scrollPaletteBar(HWND palette, HWND bar, WPARAM message)
 {
+    endCanvasPress();
     const int id = GetDlgCtrlID(bar);
     if (id == BAR_OPACITY) {
         scrollOpacity(palette, bar, message);
