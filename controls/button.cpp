@@ -107,6 +107,24 @@ static LRESULT onStateMessage(HWND window, Button* button, UINT message, WPARAM 
     return result;
 }
 
+static bool arrowKeyIsDown()
+{
+    return GetKeyState(VK_LEFT) < 0 || GetKeyState(VK_RIGHT) < 0 || GetKeyState(VK_UP) < 0 || GetKeyState(VK_DOWN) < 0;
+}
+
+// An automatic radio button clicks itself when it gets the focus unchecked: that is how the arrow keys choose in a
+// group. But the focus also comes back with the window's activation, and then nobody has chosen anything.
+static LRESULT takeFocus(HWND window, Button* button, WPARAM wp, LPARAM lp)
+{
+    WNDPROC base = button->base;
+    CallWindowProcW(base, window, BM_SETDONTCLICK, !arrowKeyIsDown(), 0);
+    const LRESULT result = CallWindowProcW(base, window, WM_SETFOCUS, wp, lp);
+    if (!IsWindow(window)) return result;
+    CallWindowProcW(base, window, BM_SETDONTCLICK, FALSE, 0);
+    showChange(window, WM_SETFOCUS);
+    return result;
+}
+
 static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM lp)
 {
     Button* button = buttonOf(window);
@@ -135,6 +153,7 @@ static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM 
     case WM_RBUTTONUP:
     case WM_MBUTTONDOWN:
     case WM_MBUTTONUP: onMouseMessage(window, button, message, wp, lp); break;
+    case WM_SETFOCUS: return takeFocus(window, button, wp, lp);
     case WM_MOUSELEAVE: setHot(window, button, false); break;
     case WM_KEYDOWN:
         if (walkByKey(window, wp, true)) return 0;

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "control_dialog.h"
+#include "tests/session/import_patch.h"
 
 static const std::vector<ControlSpec> sample = {
     {L"Bouton", L"BB:&Close BMP:[\xA3]#1443|1444|#1445|#1446", 2, BS_PUSHBUTTON | WS_TABSTOP, 4, 4, 40, 14},
@@ -82,6 +83,72 @@ TEST_F(Buttons, RadioGroupSwitchesByArrowKeys)
     EXPECT_FALSE(checked(208));
     typeKey(VK_LEFT);
     EXPECT_TRUE(waitFor(dialog, [&] { return checked(208) && !checked(209); }));
+}
+
+// Windows' automatic radio button, which this test's system may not know: with the focus it clicks itself when it
+// is unchecked, unless it was told not to.
+static HWND toldNotToClick;
+
+static LRESULT WINAPI clickingOnFocus(WNDPROC base, HWND window, UINT message, WPARAM wp, LPARAM lp)
+{
+    if (message == BM_SETDONTCLICK) toldNotToClick = wp ? window : nullptr;
+    const LRESULT result = CallWindowProcW(base, window, message, wp, lp);
+    const bool radio = (GetWindowLongW(window, GWL_STYLE) & BS_TYPEMASK) == BS_AUTORADIOBUTTON;
+    const bool unchecked = SendMessageW(window, BM_GETCHECK, 0, 0) == BST_UNCHECKED;
+    if (message == WM_SETFOCUS && radio && unchecked && toldNotToClick != window) SendMessageW(window, BM_CLICK, 0, 0);
+    return result;
+}
+
+struct ButtonsOfWindows : Buttons {
+    ImportPatch patch = {};
+    void SetUp() override
+    {
+        Buttons::SetUp();
+        toldNotToClick = nullptr;
+        ASSERT_TRUE(patchImport(&patch, controlLibrary().module, "CallWindowProcW", (void*)clickingOnFocus));
+    }
+    void TearDown() override
+    {
+        undoPatch(&patch);
+        Buttons::TearDown();
+    }
+};
+
+// As after a dialog that was opened from a radio button: the button keeps the focus, unchecked, and gets it again
+// whenever the window is activated.
+TEST_F(ButtonsOfWindows, FocusAloneIsNoClick)
+{
+    CheckRadioButton(dialog, 208, 210, 208);
+    for (int id : {209, 210, 2, 209}) {
+        SetFocus(item(id));
+        ASSERT_EQ(item(id), GetFocus());
+    }
+    SendMessageW(item(209), WM_KILLFOCUS, 0, 0);
+    SendMessageW(item(209), WM_SETFOCUS, 0, 0);
+    EXPECT_TRUE(dialogLog.clicks.empty());
+    EXPECT_TRUE(checked(208));
+    EXPECT_FALSE(checked(209));
+}
+
+TEST_F(ButtonsOfWindows, ClicksStillChoose)
+{
+    clickControl(dialog, 210);
+    EXPECT_TRUE(waitFor(dialog, [&] { return checked(210); }));
+    EXPECT_EQ((std::vector<int>{210}), dialogLog.clicks);
+}
+
+TEST_F(ButtonsOfWindows, FocusByAnArrowKeyChooses)
+{
+    CheckRadioButton(dialog, 208, 210, 208);
+    BYTE keys[256];
+    GetKeyboardState(keys);
+    keys[VK_DOWN] = 0x80;
+    SetKeyboardState(keys);
+    SetFocus(item(209));
+    keys[VK_DOWN] = 0;
+    SetKeyboardState(keys);
+    EXPECT_EQ((std::vector<int>{209}), dialogLog.clicks);
+    EXPECT_TRUE(checked(209));
 }
 
 TEST_F(Buttons, PressedWhileTheButtonIsDown)
