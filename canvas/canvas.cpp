@@ -2,10 +2,19 @@
 
 #include <windowsx.h>
 
-#include "canvas/view/canvas_coordinates.h"
-#include "canvas/view/cursor_outline.h"
+#include <climits>
+
+#include "canvas/keys.h"
+#include "canvas/overview_map.h"
+#include "canvas/pan.h"
 #include "canvas/pointer_input.h"
 #include "canvas/session_defaults.h"
+#include "canvas/view/canvas_coordinates.h"
+#include "canvas/view/cursor_outline.h"
+#include "canvas/view_change.h"
+#include "canvas/wheel.h"
+#include "canvas/zoom_title.h"
+#include "canvas/zoomed_painting.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection.h"
@@ -29,6 +38,8 @@ LRESULT onCreate(HWND canvas)
     writeSessionDefaults();
     session->canvasWindow = canvas;
     canvasView = {};
+    takeChangedImageRect();
+    resetPan();
     rebuildOutline(canvas, 1);
     freeUndoHistory();
     return 0;
@@ -39,6 +50,9 @@ void onDestroy(HWND canvas)
     clearSelection();
     endText(canvas);
     freeOutline();
+    freeOverviewMap();
+    forgetTitle();
+    canvasView = {};
 }
 
 void onSize(HWND canvas)
@@ -70,6 +84,7 @@ void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, RECT box)
 {
     RECT client;
     GetClientRect(canvas, &client);
+    if (isZoomed(canvasView)) return paintZoomed(dc, box);
     // At an odd scale a changed image pixel may show one screen pixel outside of its own, rounded place.
     InflateRect(&box, 1, 1);
     IntersectRect(&box, &box, &client);
@@ -104,13 +119,77 @@ LRESULT onEraseBackground(HWND canvas, WPARAM wParam, LPARAM lParam)
 LRESULT onTimer(HWND canvas, WPARAM id)
 {
     if (id == SPRAY_TIMER && session->pressActive) paintSegmentOfStroke(canvas);
+    if (id == BORDER_TIMER) moveAtBorder(canvas);
     return 0;
 }
 
 bool isInput(UINT message)
 {
     return message == WM_KEYDOWN || message == WM_CHAR || message == WM_TIMER || message == WM_LBUTTONDOWN ||
-           message == WM_MOUSEMOVE || message == WM_LBUTTONUP || message == WM_CAPTURECHANGED;
+           message == WM_MOUSEMOVE || message == WM_LBUTTONUP || message == WM_CAPTURECHANGED ||
+           message == WM_MBUTTONDOWN || message == WM_MBUTTONUP || message == WM_MOUSEWHEEL ||
+           message == WM_MOUSEHWHEEL;
+}
+
+// A click into the canvas gives it the keys, with any tool or none.
+LRESULT onLeftDown(HWND canvas, POINT at)
+{
+    canvasPointer = at;
+    if (GetFocus() != canvas) SetFocus(canvas);
+    if (!beginPan(canvas, at, false)) pressButton(canvas, imagePointOf(canvas, at));
+    return 0;
+}
+
+LRESULT onMove(HWND canvas, POINT at, bool leftDown)
+{
+    canvasPointer = at;
+    moveMapFrom(canvas, at);
+    if (followPan(canvas, at)) return 0;
+    watchBorder(canvas, at);
+    movePointer(canvas, imagePointOf(canvas, at), leftDown);
+    return 0;
+}
+
+LRESULT onLeftUp(HWND canvas, POINT at)
+{
+    canvasPointer = at;
+    if (endPan(canvas, false)) return 0;
+    releaseButton(canvas, imagePointOf(canvas, at));
+    repaintOverviewMap(canvas);
+    return 0;
+}
+
+// An open line of text has all the keys.
+LRESULT onKeyDown(HWND canvas, UINT key)
+{
+    if (session->textBuffer) {
+        textKeyDown(canvas, key);
+    } else {
+        pressKey(canvas, key);
+    }
+    return 0;
+}
+
+LRESULT onChar(HWND canvas, UINT character)
+{
+    if (session->textBuffer) {
+        textChar(canvas, character);
+    } else {
+        typeKey(canvas, character);
+    }
+    return 0;
+}
+
+void onCaptureChanged(HWND canvas, HWND newOwner)
+{
+    if (newOwner != canvas) losePan(canvas);
+    losePress(canvas, newOwner);
+}
+
+void onPointerLeft(HWND canvas)
+{
+    moveMapFrom(canvas, {LONG_MIN / 2, LONG_MIN / 2});
+    hideOutline(canvas);
 }
 
 LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lParam)
@@ -126,20 +205,25 @@ LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lPa
     case WM_PAINT: return onPaint(canvas);
     case WM_ERASEBKGND: return onEraseBackground(canvas, wParam, lParam);
     case WM_SETCURSOR:
-        if (setSelectionCursor(canvas)) return 0;
+        if (setPanCursor(canvas) || setSelectionCursor(canvas)) return 0;
         break;
     case WM_SETFOCUS: takeTextFocus(canvas); break;
     case WM_KILLFOCUS: loseTextFocus(canvas); break;
-    case WM_KEYDOWN: textKeyDown(canvas, (UINT)wParam); return 0;
-    case WM_CHAR: textChar(canvas, (UINT)wParam); return 0;
+    case WM_KEYDOWN: return onKeyDown(canvas, (UINT)wParam);
+    case WM_KEYUP: letGoOfKey(canvas, (UINT)wParam); break;
+    case WM_CHAR: return onChar(canvas, (UINT)wParam);
     case WM_TIMER: return onTimer(canvas, wParam);
-    case WM_LBUTTONDOWN: pressButton(canvas, imagePointOf(canvas, at)); return 0;
-    case WM_MOUSEMOVE: movePointer(canvas, imagePointOf(canvas, at), (wParam & MK_LBUTTON) != 0); return 0;
-    case WM_LBUTTONUP: releaseButton(canvas, imagePointOf(canvas, at)); return 0;
-    case WM_CANCELMODE: losePress(canvas, nullptr); break;
-    case WM_CAPTURECHANGED: losePress(canvas, (HWND)lParam); break;
+    case WM_LBUTTONDOWN: return onLeftDown(canvas, at);
+    case WM_MOUSEMOVE: return onMove(canvas, at, (wParam & MK_LBUTTON) != 0);
+    case WM_LBUTTONUP: return onLeftUp(canvas, at);
+    case WM_MBUTTONDOWN: beginPan(canvas, at, true); break;
+    case WM_MBUTTONUP: endPan(canvas, true); break;
+    case WM_MOUSEWHEEL: turnWheel(canvas, wParam, lParam); return 0;
+    case WM_MOUSEHWHEEL: tiltWheel(canvas, wParam); return 0;
+    case WM_CANCELMODE: onCaptureChanged(canvas, nullptr); break;
+    case WM_CAPTURECHANGED: onCaptureChanged(canvas, (HWND)lParam); break;
     case CANVAS_POINTER_ENTERED: showOutline(canvas); return 0;
-    case CANVAS_POINTER_LEFT: hideOutline(canvas); return 0;
+    case CANVAS_POINTER_LEFT: onPointerLeft(canvas); return 0;
     }
     return DefWindowProcA(canvas, message, wParam, lParam);
 }
@@ -168,12 +252,7 @@ void mapCanvas(HWND canvas)
     if (!GetClientRect(canvas, &client) || client.right < 1 || client.bottom < 1) return;
     int width = client.right, height = client.bottom;
     lockBitmapInfo(imageOf(canvas), &width, &height, nullptr);
-    canvasView = resizedView(canvasView, {(int)client.right, (int)client.bottom}, {width, height});
-    const HDC dc = GetDC(canvas);
-    SetMapMode(dc, MM_ANISOTROPIC);
-    SetWindowOrgEx(dc, 0, 0, nullptr);
-    SetWindowExtEx(dc, width, height, nullptr);
-    SetViewportOrgEx(dc, 0, 0, nullptr);
-    SetViewportExtEx(dc, client.right, client.bottom, nullptr);
-    ReleaseDC(canvas, dc);
+    const CanvasView before = canvasView;
+    canvasView = resizedView(before, {(int)client.right, (int)client.bottom}, {width, height});
+    followView(canvas, before);
 }

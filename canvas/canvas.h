@@ -15,5 +15,5 @@ int registerCanvasClass(HINSTANCE instance);
 void unregisterCanvasClass(HINSTANCE instance);
 
 // The canvas or the image has a new size: the view follows, and the mapping of the canvas's own device context.
-// One logical unit is one image pixel, y downward; without an image one device pixel.
+// Fitted, one logical unit is one image pixel, y downward; without an image, and zoomed, one device pixel.
 void mapCanvas(HWND canvas);

@@ -4,6 +4,7 @@
 #include "canvas/view/cursor_outline.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection.h"
+#include "selection/selection_view.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"
@@ -152,6 +153,15 @@ void releaseButton(HWND canvas, POINT at)
         showOutline(canvas);
     }
     if (GetCapture() == canvas) ReleaseCapture();  // not when another window has taken it away
+}
+
+bool cancelPress(HWND canvas)
+{
+    if (!cancelSelectionDrag(canvas)) return session->pressActive != 0;
+    session->pressActive = 0;
+    showOutline(canvas);
+    if (GetCapture() == canvas) ReleaseCapture();
+    return true;
 }
 
 void losePress(HWND canvas, HWND newOwner)

@@ -13,5 +13,8 @@ void releaseButton(HWND canvas, POINT at);
 // will come. WM_CANCELMODE: a command or a dialog comes first. Ends the press as a release at the last point would.
 void losePress(HWND canvas, HWND newOwner);
 
+// Ends a press as if it had not been. False when there is none, or when it has done its work already.
+bool cancelPress(HWND canvas);
+
 // Paints the stroke's newest segment, from strokePoint to strokePrevPoint.
 void paintSegmentOfStroke(HWND canvas);

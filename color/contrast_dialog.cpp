@@ -1,5 +1,6 @@
 #include "color/contrast_dialog.h"
 
+#include "canvas/view/canvas_coordinates.h"
 #include "color/colour_adjustment.h"
 #include "color/kernels/contrast_preview.h"
 #include "controls/kovctrl32.h"
@@ -189,6 +190,7 @@ void applyToImage(HWND dialog)
     if (!image) return;
     const HCURSOR before = SetCursor(LoadCursorA(nullptr, (LPCSTR)IDC_WAIT));
     adjustImageColours(image, nullptr, valuesOf(dialog));
+    noteWholeImageChanged();
     InvalidateRect(session->canvasWindow, nullptr, TRUE);
     copyBitmapInto(session->originalImage, image);
     SetCursor(before);

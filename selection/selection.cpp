@@ -14,8 +14,10 @@
 
 namespace {
 
-int hitTest(POINT at)
+// The point in the frame's pixels: client pixels while the canvas is zoomed.
+int hitTest(POINT image, POINT client)
 {
+    const POINT at = isZoomed(canvasView) ? client : image;
     return hitTestFrame(pixelRectOf(session->frameInnerRect), pixelRectOf(session->frameOuterRect), frameButtons(),
                         frameBand(), {(int)at.x, (int)at.y});
 }
@@ -108,7 +110,7 @@ HCURSOR cursorOfHit(int hit)
 
 void pressSelection(HWND canvas, POINT at)
 {
-    const int hit = hitTest(at);
+    const int hit = hitTest(at, canvasPointer);
     session->trackingSelection = 0;
     session->selectionHitCode = (uint32_t)hit;
     switch (operationOfHit(hit)) {
@@ -144,7 +146,8 @@ void releaseSelection(HWND canvas, POINT at)
 bool setSelectionCursor(HWND canvas)
 {
     if (IsRectEmpty(&session->selectionRect) || session->currentTool == TOOL_OUTLINE_BRUSH) return false;
-    const int hit = hitTest(imagePointOf(canvas, pointerIn(canvas)));
+    const POINT pointer = pointerIn(canvas);
+    const int hit = hitTest(imagePointOf(canvas, pointer), pointer);
     if (hit == HIT_NONE) return false;
     SetCursor(cursorOfHit(hit));
     return true;

@@ -53,25 +53,40 @@ HGLOBAL composite()
 
 void drawFloatingPixels(HDC dc)
 {
-    if (IsRectEmpty(&session->selectionRect)) return;
+    if (IsRectEmpty(&session->selectionRect) || isZoomed(canvasView)) return;  // zoomed they are there already
     const HGLOBAL composed = composite();
     if (!composed) return;
     drawBitmap(dc, composed, &session->selectionRect, SRCCOPY);
     releaseBlock(composed);
 }
 
+// The outline where it is drawn: a copy in client pixels when the canvas is zoomed, else null for the outline itself.
+PixelPoint* zoomedOutline()
+{
+    if (!isZoomed(canvasView)) return nullptr;
+    PixelPoint* const points = copyOutlinePoints(session->outlinePoints, session->outlinePointCount);
+    for (int i = 0; points && i < session->outlinePointCount; ++i) {
+        const PixelRect at = deviceRectAt(canvasView, {points[i].x, points[i].y, points[i].x, points[i].y});
+        points[i] = {at.left, at.top};
+    }
+    return points;
+}
+
 // White dots on black: visible on any image.
 void drawDottedOutline(HDC dc)
 {
+    PixelPoint* const zoomed = zoomedOutline();
+    if (isZoomed(canvasView) && !zoomed) return;
     const HPEN pen = CreatePen(PS_DOT, 0, RGB(255, 255, 255));
-    if (!pen) return;
+    if (!pen) return freeOutlinePoints(zoomed);
     SelectObject(dc, pen);
     SetBkColor(dc, RGB(0, 0, 0));
     SetBkMode(dc, OPAQUE);
     static_assert(sizeof(PixelPoint) == sizeof(POINT), "outline points are drawn as they are");
-    Polyline(dc, (const POINT*)session->outlinePoints, session->outlinePointCount);
+    Polyline(dc, (const POINT*)(zoomed ? zoomed : session->outlinePoints), session->outlinePointCount);
     SelectObject(dc, GetStockObject(WHITE_PEN));
     DeleteObject(pen);
+    freeOutlinePoints(zoomed);
 }
 
 // Inverts what lies under it: drawn twice, it is gone.
@@ -162,15 +177,17 @@ void include(RECT& box, const RECT& part)
 }
 
 // Buttons as deep as a large frame's stick out of a small one.
-void includeFrame(RECT& box)
+RECT frameBox()
 {
     const RECT cross = crossRect();
-    include(box, session->frameOuterRect);
+    RECT box = session->frameOuterRect;
     include(box, cross);
     include(box, {cross.right, cross.bottom, cross.left, cross.top});
     const FrameButtons buttons = frameButtons();
     for (const PixelRect& button : buttons.rects)
         include(box, rectOf(button));
+    InflateRect(&box, 2, 2);  // lines lie on the sides of their rectangles
+    return isZoomed(canvasView) ? rectOf(imageCover(canvasView, pixelRectOf(box))) : box;
 }
 
 // Everything that drawSelection draws, but for what follows the pointer.
@@ -180,8 +197,8 @@ RECT pictureRect()
     const PointBox dots = boxOfPoints(session->outlinePoints, session->outlinePointCount);
     RECT box = {dots.minX, dots.minY, dots.maxX + 1, dots.maxY + 1};
     if (!IsRectEmpty(&session->selectionRect)) include(box, session->selectionRect);
-    if (!IsRectEmpty(&session->frameInnerRect)) includeFrame(box);
-    InflateRect(&box, 2, 2);  // lines lie on the sides of their rectangles
+    InflateRect(&box, 2, 2);
+    if (!IsRectEmpty(&session->frameInnerRect)) include(box, frameBox());
     return box;
 }
 
@@ -208,6 +225,11 @@ void showSelection(HWND canvas)
     const HDC dc = GetDC(canvas);
     drawSelection(dc);
     ReleaseDC(canvas, dc);
+    noteSelectionPainted();
+}
+
+void noteSelectionPainted()
+{
     selectionProgress.painted = pictureRect();
 }
 

@@ -1,5 +1,6 @@
 // The selection on the screen: floating pixels, dotted outline, frame of buttons, and what follows the
-// pointer while it is dragged. All of it is drawn in logical units of the canvas, that is image pixels.
+// pointer while it is dragged. All of it is drawn in logical units of the canvas: image pixels, or client pixels
+// while it is zoomed.
 #pragma once
 
 #include <windows.h>
@@ -10,6 +11,9 @@ void drawSelection(HDC dc);
 
 // Draws the selection on the canvas at once.
 void showSelection(HWND canvas);
+
+// All of the canvas is about to be painted.
+void noteSelectionPainted();
 
 // Repaints the canvas where the selection was when this was called last, and where it is now. To be
 // called after every change of what is drawn, also when there is no selection any more.

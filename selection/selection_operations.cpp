@@ -352,6 +352,7 @@ bool takeReshapedOutline(Outline& outline)
 
 RECT canvasArea(HWND canvas)
 {
+    if (isZoomed(canvasView)) return {0, 0, canvasView.image.width, canvasView.image.height};
     RECT area;
     GetClientRect(canvas, &area);
     const POINT corner = imagePointOf(canvas, {area.right, area.bottom});

@@ -1,5 +1,6 @@
 #include "selection/selection_state.h"
 
+#include <algorithm>
 #include <initializer_list>
 
 #include "canvas/view/canvas_coordinates.h"
@@ -131,8 +132,8 @@ void putOutline(const Outline& outline)
 
 BandUnit frameBand()
 {
-    const POINT band =
-        imagePointOf(session->canvasWindow, {2 * GetSystemMetrics(SM_CXFRAME), 2 * GetSystemMetrics(SM_CYFRAME)});
+    POINT band = {2 * GetSystemMetrics(SM_CXFRAME), 2 * GetSystemMetrics(SM_CYFRAME)};
+    if (!isZoomed(canvasView)) band = imagePointOf(session->canvasWindow, band);
     return {(int)band.x, (int)band.y};
 }
 
@@ -162,12 +163,21 @@ void layOutFrame()
         session->*buttonFields[i] = rectOf(buttons.rects[i]);
 }
 
+// What the frame encloses: the selection, or zoomed its place on the canvas, at least a pixel.
+static PixelRect framedRect(const PixelRect& rect)
+{
+    if (!isZoomed(canvasView)) return rect;
+    const PixelRect shown = deviceRectAt(canvasView, rect);
+    return {shown.left, shown.top, std::max(shown.right, shown.left + 1), std::max(shown.bottom, shown.top + 1)};
+}
+
 void setSelectionRect(const PixelRect& rect)
 {
+    const PixelRect inner = framedRect(rect), outer = frameOuterRectOf(inner, frameMetrics());
     session->selectionRect = rectOf(rect);
-    session->selectionOuterRect = rectOf(frameOuterRectOf(rect, frameMetrics()));
-    session->frameInnerRect = session->selectionRect;
-    session->frameOuterRect = session->selectionOuterRect;
+    session->selectionOuterRect = rectOf(isZoomed(canvasView) ? imageCover(canvasView, outer) : outer);
+    session->frameInnerRect = rectOf(inner);
+    session->frameOuterRect = rectOf(outer);
     layOutFrame();
 }
 

@@ -29,7 +29,8 @@ inline RECT rectOf(const PixelRect& rect)
 Outline takeOutline();
 void putOutline(const Outline& outline);
 
-// selectionRect becomes `rect`: the outer rectangle, the frame's rectangles and its buttons follow.
+// selectionRect becomes `rect`: the outer rectangle, the frame's rectangles and its buttons follow. The frame is laid
+// out in image pixels; on a zoomed canvas in client pixels, so that it keeps its size.
 void setSelectionRect(const PixelRect& rect);
 void layOutFrame();
 
@@ -59,7 +60,7 @@ bool floatOutline();
 // A copy of `from` takes the field's place; on failure the field keeps what it has.
 bool replacePoints(PixelPoint*& field, const PixelPoint* from, int count);
 
-// The frame's band unit in image pixels, the system's frame sizes, and the buttons of the present frame.
+// The frame's band unit in the frame's pixels, the system's frame sizes, and the buttons of the present frame.
 BandUnit frameBand();
 FrameMetrics frameMetrics();
 FrameButtons frameButtons();

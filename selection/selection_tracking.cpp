@@ -1,5 +1,7 @@
 #include "selection/selection_tracking.h"
 
+#include <initializer_list>
+
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/cursor_outline.h"
 #include "selection/selection_operations.h"
@@ -101,12 +103,19 @@ bool isStillPressed(PixelPoint pointer)
     return pointer.x == selectionProgress.pressed.x && pointer.y == selectionProgress.pressed.y && bandIsAtStart();
 }
 
+// What a band is kept in: all of the image, whether it is seen or not.
+RECT roomForBand(HWND canvas)
+{
+    RECT client;
+    GetClientRect(session->hostDialog, &client);
+    return isZoomed(canvasView) ? hostRectOf(canvas, {0, 0, canvasView.image.width, canvasView.image.height}) : client;
+}
+
 void dragBand(HWND canvas, POINT at)
 {
     const PixelPoint pointer = hostPointOf(canvas, at);
     if (isStillPressed(pointer)) return;
-    RECT client;
-    GetClientRect(session->hostDialog, &client);
+    const RECT client = roomForBand(canvas);
     const FrameMetrics metrics = frameMetrics();
     const PixelRect band = pixelRectOf(session->trackRect);
     const PixelPoint grab = {(int)session->trackGrabOffset.x, (int)session->trackGrabOffset.y};
@@ -120,6 +129,18 @@ void dragBand(HWND canvas, POINT at)
     invertBand();
 }
 
+// The selection's rectangle where the band is. Zoomed out a band's side stands for several image pixels: only by
+// how far it went tells which, and a side that was not dragged stays.
+RECT rectOfBand(HWND canvas)
+{
+    RECT rect = imageRectOf(canvas, session->trackRect);
+    if (!isZoomed(canvasView)) return rect;
+    const RECT start = imageRectOf(canvas, selectionProgress.bandStart), &old = session->selectionRect;
+    rect = {old.left + rect.left - start.left, old.top + rect.top - start.top, old.right + rect.right - start.right,
+            old.bottom + rect.bottom - start.bottom};
+    return rect;
+}
+
 void endBand(HWND canvas)
 {
     invertBand();
@@ -128,7 +149,7 @@ void endBand(HWND canvas)
     showOutline(canvas);
     // The way to the screen and back rounds: what stays where it is must not go it.
     if (bandIsAtStart()) return;
-    const RECT rect = imageRectOf(canvas, session->trackRect);
+    const RECT rect = rectOfBand(canvas);
     if (session->selectionHitCode == HIT_INSIDE) {
         moveSelectionBy(rect.left - session->selectionRect.left, rect.top - session->selectionRect.top);
     } else {
@@ -138,11 +159,22 @@ void endBand(HWND canvas)
 
 // ---- turning: the frame of the unturned state, turned, in exclusive-or
 
+// Where an image point is drawn: in client pixels while the canvas is zoomed.
+POINT drawnPoint(POINT image)
+{
+    if (!isZoomed(canvasView)) return image;
+    const RECT at = deviceRectOf(session->canvasWindow, {image.x, image.y, image.x, image.y});
+    return {at.left, at.top};
+}
+
 void drawRotatedFrame(HDC dc)
 {
     SetROP2(dc, R2_NOT);
     SelectObject(dc, GetStockObject(WHITE_PEN));
-    Polyline(dc, selectionProgress.rotatedFrame, 5);
+    POINT corners[5];
+    for (int i = 0; i < 5; ++i)
+        corners[i] = drawnPoint(selectionProgress.rotatedFrame[i]);
+    Polyline(dc, corners, 5);
 }
 
 void invertRotatedFrame(HWND canvas)
@@ -224,6 +256,28 @@ void endTracking(HWND canvas, POINT)
     }
     session->trackingSelection = 0;
     session->selectionHitCode = 0;
+}
+
+void cancelTracking(HWND canvas)
+{
+    if (session->rotatingSelection) {
+        invertRotatedFrame(canvas);
+    } else {
+        invertBand();
+        SetCursor(LoadCursorA(nullptr, (LPCSTR)IDC_ARROW));
+        showOutline(canvas);
+    }
+    session->rotatingSelection = session->trackingSelection = 0;
+}
+
+void shiftTracking(POINT by)
+{
+    const int dx = (int)by.x, dy = (int)by.y;
+    for (RECT* rect : {&session->trackRect, &selectionProgress.bandStart})
+        OffsetRect(rect, dx, dy);
+    for (PixelPoint* point : {&selectionProgress.pressed, &selectionProgress.angle.centre})
+        *point = {point->x + dx, point->y + dy};
+    session->rotationCentre = {session->rotationCentre.x + dx, session->rotationCentre.y + dy};
 }
 
 bool trackingRuns()

@@ -84,10 +84,22 @@ static void followPointer(const MSG& dispatched)
     }
 }
 
+// The wheel turns what lies under the pointer, also where the system sends it to the window with the focus.
+static void leadWheelToCanvas(MSG& message)
+{
+    if (message.message != WM_MOUSEWHEEL && message.message != WM_MOUSEHWHEEL) return;
+    const bool ours = message.hwnd == session->hostDialog || message.hwnd == session->paletteDialog ||
+                      IsChild(session->paletteDialog, message.hwnd);
+    if (ours && session->canvasWindow && WindowFromPoint(message.pt) == session->canvasWindow) {
+        message.hwnd = session->canvasWindow;
+    }
+}
+
 static void runLoop()
 {
     MSG message;
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+        leadWheelToCanvas(message);
         TranslateMessage(&message);
         DispatchMessageA(&message);
         followPointer(message);

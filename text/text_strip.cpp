@@ -1,8 +1,10 @@
 #include "text/text_strip.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
+#include "canvas/view/canvas_coordinates.h"
 #include "image/made_bitmap.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
@@ -163,6 +165,37 @@ void drawTextStrip(HDC dc)
         BitBlt(dc, 0, session->textOriginY, size.cx, size.cy, strip.dc, 0, 0, SRCPAINT);
         RestoreDC(dc, saved);
     }
+}
+
+static void showOnesOfStrip(const ViewPicture& picture, const uint8_t* bits, SIZE size, int firstRow)
+{
+    const MonoView ones = {bits, (int)(size.cx + 31) / 32 * 4, (int)size.cx, (int)size.cy};
+    showOnes(picture, canvasView, ones, {0, session->textOriginY + firstRow}, rgbFromColorref(session->paintColour));
+}
+
+// Only the rows that the picture shows.
+void showTextStrip(const ViewPicture& picture)
+{
+    const PixelPoint corner = picture.corner;
+    const PixelRect seen =
+        imageCover(canvasView, {corner.x, corner.y, corner.x + picture.pixels.width, corner.y + picture.pixels.height});
+    const SIZE size = stripSize();
+    const int first = std::max(0, seen.top - session->textOriginY);
+    const int count = std::min((int)size.cy, seen.bottom - session->textOriginY) - first;
+    if (count < 1) return;
+    struct {
+        BITMAPINFOHEADER header;
+        RGBQUAD colours[2];
+    } info = {{sizeof info.header, size.cx, -count, 1, 1, BI_RGB, 0, 0, 0, 0, 0}, {}};
+    void* const bits = calloc((size_t)count, (size_t)(size.cx + 31) / 32 * 4);
+    const HDC dc = bits ? CreateCompatibleDC(nullptr) : nullptr;
+    // The rows of a strip are counted from the bottom.
+    if (dc && GetDIBits(dc, session->textStrip, (UINT)(size.cy - first - count), (UINT)count, bits, (BITMAPINFO*)&info,
+                        DIB_RGB_COLORS)) {
+        showOnesOfStrip(picture, (const uint8_t*)bits, {size.cx, count}, first);
+    }
+    if (dc) DeleteDC(dc);
+    free(bits);
 }
 
 static bool stampPixels(HGLOBAL pixels)

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include "canvas/view/view_pixels.h"
 #include "text/kernels/text_line.h"
 
 // Makes textFontHandle from textFont, whose height becomes brushHeight.
@@ -25,6 +26,9 @@ bool renderTextStrip(const char* text);
 
 // Lays the strip over a canvas device context: its text takes the paint colour.
 void drawTextStrip(HDC dc);
+
+// The same on a picture of the zoomed canvas.
+void showTextStrip(const ViewPicture& picture);
 
 // Stamps the strip into the edited image at textOriginY. False when there is no 24-bit image.
 bool stampTextStrip();

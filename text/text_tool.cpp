@@ -47,12 +47,28 @@ void renderLine(HWND canvas, const TextLine& line)
     invalidateStrip(canvas);
 }
 
+// Where the caret is shown, client pixels. Fitted, its image coordinates are taken for them as they are.
+RECT caretRect(HWND canvas)
+{
+    const int x = session->caretX, y = session->caretY;
+    if (!isZoomed(canvasView)) return {x, y, x + CARET_WIDTH, y + textLineHeight()};
+    const RECT shown = deviceRectOf(canvas, {x, y, x, y + textLineHeight()});
+    return {shown.left, shown.top, shown.left + CARET_WIDTH, shown.bottom};
+}
+
+void setCaret(HWND canvas)
+{
+    const RECT caret = caretRect(canvas);
+    SetCaretPos(caret.left, caret.top);
+}
+
 void showTextCaret(HWND canvas)
 {
     if (!session->caretCreated) {
-        session->caretCreated = CreateCaret(canvas, nullptr, CARET_WIDTH, textLineHeight()) != 0;
+        const RECT caret = caretRect(canvas);
+        session->caretCreated = CreateCaret(canvas, nullptr, CARET_WIDTH, caret.bottom - caret.top) != 0;
     }
-    SetCaretPos(session->caretX, session->caretY);
+    setCaret(canvas);
     ShowCaret(canvas);
 }
 
@@ -77,7 +93,7 @@ void moveCaret(HWND canvas, const TextLine& line)
     computeCaretX(line);
     if (!session->caretCreated) return;
     HideCaret(canvas);
-    SetCaretPos(session->caretX, session->caretY);
+    setCaret(canvas);
     ShowCaret(canvas);
 }
 
@@ -259,6 +275,21 @@ void paintTextOverlay(HWND canvas, HDC dc)
     HideCaret(canvas);
     drawTextStrip(dc);
     if (session->caretCreated) ShowCaret(canvas);
+}
+
+void showTextLine(HWND canvas, const ViewPicture& picture)
+{
+    if (!session->textStrip || !lineIsOpen()) return;
+    HideCaret(canvas);
+    showTextStrip(picture);
+    if (session->caretCreated) ShowCaret(canvas);
+}
+
+void placeCaretForView(HWND canvas)
+{
+    if (!session->caretCreated) return;
+    dropTextCaret(canvas);
+    showTextCaret(canvas);
 }
 
 void endText(HWND canvas)

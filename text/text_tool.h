@@ -1,11 +1,13 @@
 // The text tool: one line at a time is typed over the image, in the paint colour and the text font, and
 // stamped into it. Coordinates are image pixels.
 //
-// The caret is placed at image coordinates taken as client coordinates, so it sits on the text only when
-// the canvas shows the image at its own size. That is meant so.
+// Fitted, the caret is placed at image coordinates taken as client coordinates, so it sits on the text only when
+// the canvas shows the image at its own size. That is meant so. Zoomed, it sits on the text.
 #pragma once
 
 #include <windows.h>
+
+#include "canvas/view/view_pixels.h"
 
 // The canvas was pressed: opens a line whose bottom is at y; or, with a line open, moves the caret in it,
 // or stamps it and opens the next one centred on y. Returns 1 when a line is open afterwards.
@@ -13,6 +15,12 @@ int textClick(HWND canvas, int x, int y);
 
 void textKeyDown(HWND canvas, UINT key);
 void textChar(HWND canvas, UINT character);
+
+// Lays the open line over a picture of the zoomed canvas.
+void showTextLine(HWND canvas, const ViewPicture& picture);
+
+// The canvas has another view: the caret goes where it shows the line.
+void placeCaretForView(HWND canvas);
 
 // Draws the open line over the canvas's picture.
 void paintTextOverlay(HWND canvas, HDC dc);

@@ -1,6 +1,11 @@
 #include "canvas/view/canvas_coordinates.h"
 
+#include <algorithm>
+
 CanvasView canvasView;
+POINT canvasPointer;
+
+static PixelRect changedImageRect;
 
 static PixelRect pixelRectFrom(const RECT& rect)
 {
@@ -46,8 +51,35 @@ POINT pointerIn(HWND window)
     return at;
 }
 
+static bool isEmpty(const PixelRect& rect)
+{
+    return rect.left >= rect.right || rect.top >= rect.bottom;
+}
+
+static void noteChanged(const PixelRect& rect)
+{
+    PixelRect& all = changedImageRect;
+    if (isEmpty(rect)) return;
+    all = isEmpty(all) ? rect
+                       : PixelRect{std::min(all.left, rect.left), std::min(all.top, rect.top),
+                                   std::max(all.right, rect.right), std::max(all.bottom, rect.bottom)};
+}
+
+PixelRect takeChangedImageRect()
+{
+    const PixelRect changed = changedImageRect;
+    changedImageRect = {};
+    return changed;
+}
+
+void noteWholeImageChanged()
+{
+    noteChanged({0, 0, canvasView.image.width, canvasView.image.height});
+}
+
 void invalidateImageRect(HWND canvas, const RECT& image, int margin)
 {
+    noteChanged(pixelRectFrom(image));
     RECT device = rectFrom(deviceCover(canvasView, pixelRectFrom(image)));
     InflateRect(&device, margin, margin);
     InvalidateRect(canvas, &device, FALSE);

@@ -6,6 +6,7 @@
 #include "canvas/view/view.h"
 
 extern CanvasView canvasView;  // of the running session; a new canvas starts with all zero
+extern POINT canvasPointer;    // client point of the newest press, move or release on the canvas
 
 // The image pixel under a client point.
 POINT imagePointOf(HWND canvas, POINT client);
@@ -27,3 +28,8 @@ POINT pointerIn(HWND window);
 // erasing: a column of the image that is narrower than a pixel of the screen has its pixel repainted, too.
 // `margin` grows the rectangle on every side, in device pixels.
 void invalidateImageRect(HWND canvas, const RECT& image, int margin = 0);
+
+// All that was invalidated of the image since the last call, in image pixels; empty: nothing. What shows the
+// image a second time is renewed there.
+PixelRect takeChangedImageRect();
+void noteWholeImageChanged();

@@ -42,7 +42,7 @@ SIZE brushSizeOnScreen()
 {
     const RECT brush = {0, 0, (LONG)session->brushWidth, (LONG)session->brushHeight};
     const RECT device = deviceRectOf(session->canvasWindow, brush);
-    return {device.right > 1 ? device.right : 1, device.bottom > 1 ? device.bottom : 1};
+    return {std::max(device.right - device.left, 1L), std::max(device.bottom - device.top, 1L)};
 }
 
 bool visible()

@@ -1,0 +1,104 @@
+#include "canvas/overview_map.h"
+
+#include "canvas/view/canvas_coordinates.h"
+#include "canvas/view/map_layout.h"
+#include "image/bitmap_block.h"
+#include "image/bitmap_display.h"
+#include "image/packed_bitmap.h"
+#include "session/ground/session_record.h"
+#include "session/ground/window_props.h"
+
+namespace {
+
+struct OverviewMap {
+    HGLOBAL thumbnail;  // a packed bitmap as large as the map's inside; kept while the size is the same
+    bool onLeft;
+};
+OverviewMap map;
+
+RECT rectOfMap()
+{
+    const PixelRect rect = mapRect(canvasView, map.onLeft);
+    return {rect.left, rect.top, rect.right, rect.bottom};
+}
+
+void renew(const PixelRect& part)
+{
+    BitmapBlock imageBlock, thumbnailBlock;
+    BitsView image, thumbnail;
+    if (!lockPixels(editedImage(), &imageBlock, &image)) return;
+    if (lockPixels(map.thumbnail, &thumbnailBlock, &thumbnail)) {
+        renewThumbnail(thumbnail, image, part);
+        unlockBlock(thumbnailBlock);
+    }
+    unlockBlock(imageBlock);
+}
+
+void makeThumbnail(int width, int height)
+{
+    freeOverviewMap();
+    map.thumbnail = createBitmap(width, height, 24);
+    takeChangedImageRect();
+    renew({0, 0, canvasView.image.width, canvasView.image.height});
+}
+
+// A stroke that runs shows in the map when it has ended.
+void bringUpToDate(int width, int height)
+{
+    if (!map.thumbnail || bitmapWidth(map.thumbnail) != width || bitmapHeight(map.thumbnail) != height) {
+        makeThumbnail(width, height);
+    } else if (!session->pressActive) {
+        const PixelRect changed = takeChangedImageRect();
+        if (changed.left < changed.right && changed.top < changed.bottom) renew(changed);
+    }
+}
+
+void frameRect(HDC dc, RECT rect, int stockBrush)
+{
+    FrameRect(dc, &rect, (HBRUSH)GetStockObject(stockBrush));
+}
+
+// White inside black: visible on any image.
+void drawFrame(HDC dc, const PixelRect& inside)
+{
+    const PixelRect frame = mapFrame(canvasView, inside);
+    RECT rect = {frame.left, frame.top, frame.right, frame.bottom};
+    frameRect(dc, rect, WHITE_BRUSH);
+    InflateRect(&rect, 1, 1);
+    frameRect(dc, rect, BLACK_BRUSH);
+}
+
+}  // namespace
+
+void drawOverviewMap(HDC dc)
+{
+    const PixelRect whole = mapRect(canvasView, map.onLeft), inside = mapInside(whole);
+    if (whole.left >= whole.right) return;
+    bringUpToDate(inside.right - inside.left, inside.bottom - inside.top);
+    const RECT place = {inside.left, inside.top, inside.right, inside.bottom};
+    drawBitmap(dc, map.thumbnail, &place, SRCCOPY);
+    frameRect(dc, {whole.left, whole.top, whole.right, whole.bottom}, BLACK_BRUSH);
+    drawFrame(dc, inside);
+}
+
+void moveMapFrom(HWND canvas, POINT pointer)
+{
+    const bool onLeft = isZoomed(canvasView) && mapGivesWay(canvasView, {(int)pointer.x, (int)pointer.y});
+    if (onLeft == map.onLeft) return;
+    repaintOverviewMap(canvas);
+    map.onLeft = onLeft;
+    repaintOverviewMap(canvas);
+}
+
+void repaintOverviewMap(HWND canvas)
+{
+    if (!isZoomed(canvasView)) return;
+    const RECT rect = rectOfMap();
+    InvalidateRect(canvas, &rect, FALSE);
+}
+
+void freeOverviewMap()
+{
+    if (map.thumbnail) GlobalFree(map.thumbnail);
+    map.thumbnail = nullptr;
+}

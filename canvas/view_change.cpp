@@ -1,0 +1,50 @@
+#include "canvas/view_change.h"
+
+#include "canvas/view/canvas_coordinates.h"
+#include "canvas/view/cursor_outline.h"
+#include "canvas/zoom_title.h"
+#include "selection/selection_view.h"
+#include "text/text_tool.h"
+
+static bool sameView(const CanvasView& a, const CanvasView& b)
+{
+    return a.zoomStep == b.zoomStep && a.centre.x == b.centre.x && a.centre.y == b.centre.y &&
+           a.client.width == b.client.width && a.client.height == b.client.height && a.image.width == b.image.width &&
+           a.image.height == b.image.height;
+}
+
+void mapDeviceContext(HWND canvas)
+{
+    const CanvasView& view = canvasView;
+    const HDC dc = GetDC(canvas);
+    if (isZoomed(view)) {
+        SetMapMode(dc, MM_TEXT);
+    } else {
+        SetMapMode(dc, MM_ANISOTROPIC);
+        SetWindowExtEx(dc, view.image.width, view.image.height, nullptr);
+        SetViewportExtEx(dc, view.client.width, view.client.height, nullptr);
+    }
+    SetWindowOrgEx(dc, 0, 0, nullptr);
+    SetViewportOrgEx(dc, 0, 0, nullptr);
+    ReleaseDC(canvas, dc);
+}
+
+void followView(HWND canvas, const CanvasView& before)
+{
+    mapDeviceContext(canvas);
+    if (!isZoomed(before) && !isZoomed(canvasView)) return;  // fitted, nothing follows but the mapping
+    followViewWithSelection(before);
+    placeCaretForView(canvas);
+    showZoomInTitle();
+}
+
+void showView(HWND canvas, const CanvasView& view)
+{
+    if (sameView(view, canvasView)) return;
+    const CanvasView before = canvasView;
+    canvasView = view;
+    followView(canvas, before);
+    if (view.zoomStep != before.zoomStep) rebuildOutline(canvas, 0);
+    InvalidateRect(canvas, nullptr, FALSE);
+    UpdateWindow(canvas);
+}

@@ -1,0 +1,69 @@
+#include "canvas/wheel.h"
+
+#include <windowsx.h>
+
+#include "canvas/view/canvas_coordinates.h"
+#include "canvas/view_change.h"
+#include "session/ground/session_record.h"
+
+namespace {
+
+// What is left of fine turns until a whole notch has come together. A turn back starts anew.
+int turned, tilted;
+
+int wholeNotches(int& rest, int delta)
+{
+    if ((rest < 0) != (delta < 0)) rest = 0;
+    rest += delta;
+    const int notches = rest / WHEEL_DELTA;
+    rest %= WHEEL_DELTA;
+    return notches;
+}
+
+// A tenth of the canvas for a notch, and for finer turns as much less.
+void panSideways(HWND canvas, int delta)
+{
+    if ((tilted < 0) != (delta < 0)) tilted = 0;
+    const int tenth = canvasView.client.width / 10;
+    const int before = tilted * tenth / WHEEL_DELTA;
+    tilted += delta;
+    const int dx = tilted * tenth / WHEEL_DELTA - before;
+    tilted %= WHEEL_DELTA;
+    showView(canvas, pannedView(canvasView, dx, 0));
+}
+
+void zoomAt(HWND canvas, int notches, POINT client)
+{
+    CanvasView view = canvasView;
+    for (; notches > 0; --notches)
+        view = steppedView(view, 1, {(int)client.x, (int)client.y});
+    for (; notches < 0; ++notches)
+        view = steppedView(view, -1, {(int)client.x, (int)client.y});
+    showView(canvas, view);
+}
+
+// Only over the canvas itself, wherever the message went; and not during a press, whose points would jump.
+bool isForCanvas(HWND canvas, POINT screen)
+{
+    return WindowFromPoint(screen) == canvas && !session->pressActive;
+}
+
+}  // namespace
+
+void turnWheel(HWND canvas, WPARAM wParam, LPARAM lParam)
+{
+    POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    if (!isForCanvas(canvas, at)) return;
+    const int delta = GET_WHEEL_DELTA_WPARAM(wParam);
+    if (GET_KEYSTATE_WPARAM(wParam) & MK_SHIFT) return panSideways(canvas, -delta);
+    ScreenToClient(canvas, &at);
+    zoomAt(canvas, wholeNotches(turned, delta), at);
+}
+
+// Of tilts some systems tell the client point: the pointer's place goes for all.
+void tiltWheel(HWND canvas, WPARAM wParam)
+{
+    const DWORD place = GetMessagePos();
+    const POINT at = {GET_X_LPARAM(place), GET_Y_LPARAM(place)};
+    if (isForCanvas(canvas, at)) panSideways(canvas, GET_WHEEL_DELTA_WPARAM(wParam));
+}

@@ -1,0 +1,53 @@
+#include "canvas/zoom_title.h"
+
+#include <windows.h>
+
+#include <cstdlib>
+#include <cwchar>
+
+#include "canvas/view/canvas_coordinates.h"
+#include "session/ground/session_record.h"
+
+namespace {
+
+constexpr int SUFFIX_LENGTH = 24;
+
+wchar_t* nameOfWindow;  // the title while fitted; null while that is what the window shows
+
+void keepName()
+{
+    const int length = GetWindowTextLengthW(session->hostDialog);
+    nameOfWindow = (wchar_t*)calloc((size_t)length + 1, sizeof *nameOfWindow);
+    if (nameOfWindow) GetWindowTextW(session->hostDialog, nameOfWindow, length + 1);
+}
+
+void showPercent(int percent)
+{
+    if (!nameOfWindow) keepName();
+    if (!nameOfWindow) return;
+    const size_t room = wcslen(nameOfWindow) + SUFFIX_LENGTH;
+    wchar_t* const title = (wchar_t*)calloc(room, sizeof *title);
+    if (!title) return;
+    wchar_t suffix[SUFFIX_LENGTH];
+    wsprintfW(suffix, *nameOfWindow ? L" - %d %%" : L"%d %%", percent);
+    wcscpy(title, nameOfWindow);
+    wcscat(title, suffix);
+    SetWindowTextW(session->hostDialog, title);
+    free(title);
+}
+
+}  // namespace
+
+void showZoomInTitle()
+{
+    if (isZoomed(canvasView)) return showPercent(viewPercent(canvasView));
+    if (!nameOfWindow) return;
+    SetWindowTextW(session->hostDialog, nameOfWindow);
+    forgetTitle();
+}
+
+void forgetTitle()
+{
+    free(nameOfWindow);
+    nameOfWindow = nullptr;
+}
