@@ -1,6 +1,7 @@
 // The worked hosts of the documentation, each a program of its own: a photo goes in, the real pointer paints a stroke,
 // Save or Close is pressed, and what the host leaves behind is looked at.
 #include "tests/host/test_folder.h"
+#include "tests/session/pointer_guard.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -120,6 +121,8 @@ bool openedBy(const Program& program, Editor* editor)
            editor->canvas;
 }
 
+// An absolute input event moves only the system's pointer. SetCursorPos would take the display's along, which Wine
+// hears of a little later, once at the old place: the button would at times go down there.
 void sendMouse(DWORD flags, POINT at)
 {
     const int screenWidth = GetSystemMetrics(SM_CXSCREEN), screenHeight = GetSystemMetrics(SM_CYSCREEN);
@@ -128,7 +131,6 @@ void sendMouse(DWORD flags, POINT at)
     input.mi.dwFlags = flags | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
     input.mi.dx = (LONG)(((LONGLONG)at.x * 65536 + screenWidth - 1) / screenWidth);
     input.mi.dy = (LONG)(((LONGLONG)at.y * 65536 + screenHeight - 1) / screenHeight);
-    SetCursorPos(at.x, at.y);
     SendInput(1, &input, sizeof input);
 }
 
@@ -168,7 +170,14 @@ bool paintStroke(const Editor& editor)
     if (!waitUntil("Brush is chosen", [&] { return SendMessageA(brush, BM_GETCHECK, 0, 0) == BST_CHECKED; }))
         return false;
     const POINT from = onScreen(editor, 15, 17), to = onScreen(editor, 35, 17);
-    sendMouse(0, from);
+    // A press counts only once the pointer is known to be inside: then the brush's picture is there. The hand trembles,
+    // in case the editor's windows came to the front only after the first move.
+    LONG tremble = 0;
+    const bool inside = waitUntil("the brush at the pointer", [&] {
+        sendMouse(0, {from.x + (tremble ^= 1), from.y});
+        return shows(from, paintColour);
+    });
+    if (!inside) return false;
     sendMouse(MOUSEEVENTF_LEFTDOWN, from);
     for (int step = 1; step <= 10; ++step)
         sendMouse(0, {from.x + (to.x - from.x) * step / 10, from.y});
@@ -176,6 +185,16 @@ bool paintStroke(const Editor& editor)
     sendMouse(MOUSEEVENTF_LEFTUP, to);
     return painted;
 }
+
+// The display's own pointer goes to where no window opens, and is heard of no more.
+struct GuardedPointer : testing::Environment {
+    void SetUp() override
+    {
+        SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2);
+        guardPointer();
+    }
+};
+const testing::Environment* const guardedPointer = testing::AddGlobalTestEnvironment(new GuardedPointer);
 
 class WorkedHost : public testing::TestWithParam<const char*> {
 protected:

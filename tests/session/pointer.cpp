@@ -1,5 +1,7 @@
 #include "tests/session/pointer.h"
 
+#include "tests/session/pointer_guard.h"
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -58,26 +60,6 @@ static bool isTold(const Host& host, POINT screen)
     return IsWindowEnabled(GetAncestor(window, GA_ROOT));
 }
 
-static HANDLE guardReady;
-
-// Swallows what the display's own pointer does; only injected input passes.
-static LRESULT CALLBACK guardInput(int code, WPARAM wp, LPARAM lp)
-{
-    const MSLLHOOKSTRUCT* event = (const MSLLHOOKSTRUCT*)lp;
-    if (code == HC_ACTION && !(event->flags & LLMHF_INJECTED)) return 1;
-    return CallNextHookEx(nullptr, code, wp, lp);
-}
-
-static DWORD WINAPI guardThread(void*)
-{
-    SetWindowsHookExA(WH_MOUSE_LL, guardInput, GetModuleHandleA(nullptr), 0);
-    SetEvent(guardReady);
-    MSG message;
-    while (GetMessageA(&message, nullptr, 0, 0) > 0)
-        DispatchMessageA(&message);
-    return 0;
-}
-
 void restPointer()
 {
     pointerPlace = {GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2};
@@ -86,11 +68,9 @@ void restPointer()
 
 void takeOverPointer()
 {
-    if (guardReady) return;
+    if (pointerIsGuarded()) return;
     restPointer();
-    guardReady = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    CloseHandle(CreateThread(nullptr, 0, guardThread, nullptr, 0, nullptr));
-    WaitForSingleObject(guardReady, WAIT_LIMIT_MS);
+    guardPointer();
 }
 
 bool movePointer(Host* host, POINT screen)

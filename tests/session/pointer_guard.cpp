@@ -1,0 +1,35 @@
+#include "tests/session/pointer_guard.h"
+
+#include <windows.h>
+
+static HANDLE guardReady;
+
+// Swallows what the display's own pointer does; only injected input passes.
+static LRESULT CALLBACK guardInput(int code, WPARAM wp, LPARAM lp)
+{
+    const MSLLHOOKSTRUCT* event = (const MSLLHOOKSTRUCT*)lp;
+    if (code == HC_ACTION && !(event->flags & LLMHF_INJECTED)) return 1;
+    return CallNextHookEx(nullptr, code, wp, lp);
+}
+
+static DWORD WINAPI guardThread(void*)
+{
+    SetWindowsHookExA(WH_MOUSE_LL, guardInput, GetModuleHandleA(nullptr), 0);
+    SetEvent(guardReady);
+    MSG message;
+    while (GetMessageA(&message, nullptr, 0, 0) > 0)
+        DispatchMessageA(&message);
+    return 0;
+}
+
+void guardPointer()
+{
+    guardReady = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    CloseHandle(CreateThread(nullptr, 0, guardThread, nullptr, 0, nullptr));
+    WaitForSingleObject(guardReady, INFINITE);
+}
+
+bool pointerIsGuarded()
+{
+    return guardReady != nullptr;
+}
