@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tools/kernels/cell_runs.h"
-#include "tools/kernels/mix_rows.h"
+#include "tools/kernels/paint_rows.h"
 
 void patchKernel(BitsView image, const DabPlacement& dab, MapView mask, BitsView patch, int opacity)
 {
@@ -17,7 +17,7 @@ void patchKernel(BitsView image, const DabPlacement& dab, MapView mask, BitsView
         fetchLineAhead(image, dab, j);
         for (CellRun run = {}; nextRun(cells, width, run);) {
             const ptrdiff_t at = (ptrdiff_t)run.first * 3;
-            mixBytesOver(pixels + at, over + at, (size_t)(run.end - run.first) * 3, opacity);
+            paintRows().mixBytes(pixels + at, over + at, (size_t)(run.end - run.first) * 3, opacity);
         }
     }
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tools/kernels/cell_runs.h"
-#include "tools/kernels/mix_rows.h"
+#include "tools/kernels/paint_rows.h"
 #include "tools/kernels/pixel_mix.h"
 #include "tools/kernels/soft_falloff.h"
 
@@ -28,7 +28,7 @@ static void bringBackRun(uint8_t* pixels, const BitsView& original, int x, int y
     const int first = std::clamp(-x, 0, count), end = std::clamp(original.width - x, first, count);
     const ptrdiff_t from = ((ptrdiff_t)x + first) * 3;
     mixColourOver(pixels, black, first, opacity);
-    mixBytesOver(pixels + (ptrdiff_t)first * 3, rowOf(original, y) + from, (size_t)(end - first) * 3, opacity);
+    paintRows().mixBytes(pixels + (ptrdiff_t)first * 3, rowOf(original, y) + from, (size_t)(end - first) * 3, opacity);
     mixColourOver(pixels + (ptrdiff_t)end * 3, black, count - end, opacity);
 }
 

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "tools/kernels/cell_runs.h"
-#include "tools/kernels/mix_rows.h"
+#include "tools/kernels/paint_rows.h"
 #include "tools/kernels/pixel_mix.h"
 #include "tools/kernels/soft_falloff.h"
 

@@ -1,12 +1,10 @@
 #include "tools/kernels/stroke_kernels.h"
 
-#include <algorithm>
-#include <cstdlib>
-
 #include "image/pixels/vector_bytes.h"
 #include "tools/kernels/brush_kernels.h"
 #include "tools/kernels/digital_line.h"
-#include "tools/kernels/stroke_segment.h"
+#include "tools/kernels/line_shapes.h"
+#include "tools/kernels/paint_rows.h"
 
 static PixelRect brushRect(const BrushStroke& stroke, PixelPoint at)
 {
@@ -23,12 +21,16 @@ static void layBrush(const BrushStroke& stroke, PixelPoint at)
         hardBrushKernel(stroke.image, dab, stroke.mask, stroke.coverage, stroke.colour, stroke.opacity);
 }
 
-void paintBrushDabs(const BrushStroke& stroke, PixelPoint from, PixelPoint to)
+static void layDabs(const BrushStroke& stroke, DigitalLine line)
 {
-    DigitalLine line = beginLine(from, to);
     do
         layBrush(stroke, PixelPoint{line.x, line.y});
     while (nextPoint(line));
+}
+
+void paintBrushDabs(const BrushStroke& stroke, PixelPoint from, PixelPoint to)
+{
+    layDabs(stroke, beginLine(from, to));
 }
 
 static bool insideImage(const BrushStroke& stroke, PixelPoint at)
@@ -37,81 +39,99 @@ static bool insideImage(const BrushStroke& stroke, PixelPoint at)
     return rect.left >= 0 && rect.top >= 0 && rect.right <= stroke.image.width && rect.bottom <= stroke.image.height;
 }
 
-// Dabs cut by the image's border have another falloff: they are laid the plain way at once. The points of
-// the others are collected; returns how many there are.
-static int layCutDabs(const BrushStroke& stroke, PixelPoint* inside, PixelPoint from, PixelPoint to)
-{
-    int count = 0;
-    DigitalLine line = beginLine(from, to);
-    do {
-        const PixelPoint at = {line.x, line.y};
-        if (insideImage(stroke, at))
-            inside[count++] = at;
-        else
-            layBrush(stroke, at);
-    } while (nextPoint(line));
-    return count;
-}
+// ---- the fast way: picture line by picture line, each pixel once
 
-static StrokeSegment segmentOf(const PixelPoint* points, int count, LineSpan* spans)
-{
-    const int firstY = std::min(points[0].y, points[count - 1].y);
-    const int lastY = std::max(points[0].y, points[count - 1].y);
-    const int firstX = std::min(points[0].x, points[count - 1].x);
-    const int lastX = std::max(points[0].x, points[count - 1].x);
-    for (int y = 0; y <= lastY - firstY; ++y)
-        spans[y] = LineSpan{lastX, firstX};
-    for (int n = 0; n < count; ++n) {
-        LineSpan& span = spans[points[n].y - firstY];
-        span.first = std::min(span.first, points[n].x);
-        span.last = std::max(span.last, points[n].x);
-    }
-    return StrokeSegment{points, count, spans, firstY, lastY};
-}
-
-LineRange linesTouched(const BrushStroke& stroke, const StrokeSegment& segment)
-{
-    const int top = segment.firstY - stroke.mask.height / 2;
-    return LineRange{top, top + segment.lastY - segment.firstY + stroke.mask.height};
-}
-
-LineRange pointLinesAround(const BrushStroke& stroke, const StrokeSegment& segment, int y)
-{
-    const int lowest = y + stroke.mask.height / 2;
-    return LineRange{std::max(lowest - stroke.mask.height + 1, segment.firstY), std::min(lowest, segment.lastY) + 1};
-}
-
-void fetchLineAhead(const BrushStroke& stroke, int y, int left, int right)
+static void fetchLineAhead(const BrushStroke& stroke, int y, int left, int count)
 {
     if (y + 2 >= stroke.image.height) return;
     const ptrdiff_t at = (ptrdiff_t)left * 3;
-    const size_t cells = (size_t)(right - left);
-    fetchAhead(rowOf(stroke.coverage, y + 2) + left, cells);
-    fetchAhead(rowOf(stroke.image, y + 2) + at, cells * 3);
-    if (stroke.soft) fetchAhead(rowOf(stroke.start, y + 2) + at, cells * 3);
+    fetchAhead(rowOf(stroke.coverage, y + 2) + left, (size_t)count);
+    fetchAhead(rowOf(stroke.image, y + 2) + at, (size_t)count * 3);
+    if (stroke.soft) fetchAhead(rowOf(stroke.start, y + 2) + at, (size_t)count * 3);
 }
 
-static void paintInside(const BrushStroke& stroke, const StrokeSegment& segment)
+static void paintLine(const BrushStroke& stroke, const PaintRows& rows, const ColourRow& colour, int y, int left,
+                      const LineShape& shape)
 {
-    const bool painted = stroke.soft ? paintSoftSegment(stroke, segment) : paintHardSegment(stroke, segment);
-    for (int n = 0; !painted && n < segment.count; ++n)
-        layBrush(stroke, segment.points[n]);
+    const ptrdiff_t at = (ptrdiff_t)left * 3;
+    uint8_t *const pixels = rowOf(stroke.image, y) + at, *const cells = rowOf(stroke.coverage, y) + left;
+    fetchLineAhead(stroke, y, left, shape.count);
+    if (stroke.soft) {
+        rows.raise(pixels, rowOf(stroke.start, y) + at, cells, shape.weights, shape.count, colour);
+    } else {
+        rows.mixFresh(pixels, cells, shape.count, colour, stroke.opacity);
+    }
 }
 
-// A segment of more points is laid plainly as a whole.
-constexpr int64_t MOST_POINTS = 1 << 20;
+static bool paintLines(const BrushStroke& stroke, const BrushRows& brush, const StrokeLines& lines)
+{
+    LineShapes shapes;
+    if (!beginLineShapes(&shapes, brush, lines)) return false;
+    const ColourRow colour = colourRow(stroke.colour);
+    const PaintRows& rows = paintRows();
+    for (int y = firstTouched(shapes); y < endTouched(shapes); ++y) {
+        const LineShape shape = nextLineShape(shapes, y);
+        const int anchor = lines.spans[pointLinesAround(shapes, y).first - lines.firstY].first;
+        if (shape.count > 0) paintLine(stroke, rows, colour, y, anchor + shape.left, shape);
+    }
+    endLineShapes(&shapes);
+    return true;
+}
+
+// The points from the walk's present one to its last, whose dabs all lie inside the image.
+static bool paintInside(const BrushStroke& stroke, const DigitalLine& line, PixelPoint end)
+{
+    BrushRows brush;
+    StrokeLines lines;
+    if (!makeBrushRows(&brush, stroke)) return false;
+    bool painted = false;
+    if (makeStrokeLines(&lines, line, end)) {
+        painted = paintLines(stroke, brush, lines);
+        freeStrokeLines(&lines);
+    }
+    freeBrushRows(&brush);
+    return painted;
+}
+
+// ---- dabs that the image's border cuts
+
+// The stretch of a segment whose dabs lie wholly inside the image: one, as the line only ever goes one way.
+struct InsideStretch {
+    DigitalLine line;  // at its first point, with the steps to its last one left
+    PixelPoint end;
+    bool any;
+};
+
+// Dabs cut by the border have another falloff: they are laid the plain way at once.
+static InsideStretch layCutDabs(const BrushStroke& stroke, DigitalLine line)
+{
+    InsideStretch stretch = {};
+    int64_t points = 0;
+    do {
+        const PixelPoint at = {line.x, line.y};
+        if (!insideImage(stroke, at)) {
+            layBrush(stroke, at);
+            continue;
+        }
+        if (!stretch.any) stretch.line = line;
+        stretch.any = true;
+        stretch.end = at;
+        ++points;
+    } while (nextPoint(line));
+    stretch.line.left = points - 1;
+    return stretch;
+}
+
+static InsideStretch insideStretch(const BrushStroke& stroke, PixelPoint from, PixelPoint to)
+{
+    const DigitalLine line = beginLine(from, to);
+    // With both ends inside, all are.
+    if (insideImage(stroke, from) && insideImage(stroke, to)) return {line, to, true};
+    return layCutDabs(stroke, line);
+}
 
 void paintBrushSegment(const BrushStroke& stroke, PixelPoint from, PixelPoint to)
 {
-    const int64_t steps = std::max(std::abs((int64_t)to.x - from.x), std::abs((int64_t)to.y - from.y));
-    const size_t points = steps > 0 && steps < MOST_POINTS ? (size_t)steps + 1 : 0;
-    void* const memory = points ? malloc(points * (sizeof(PixelPoint) + sizeof(LineSpan))) : nullptr;
-    if (!memory) {
-        paintBrushDabs(stroke, from, to);
-        return;
-    }
-    PixelPoint* const inside = (PixelPoint*)memory;
-    const int count = layCutDabs(stroke, inside, from, to);
-    if (count > 0) paintInside(stroke, segmentOf(inside, count, (LineSpan*)(inside + points)));
-    free(memory);
+    const InsideStretch stretch = insideStretch(stroke, from, to);
+    if (stretch.any && !paintInside(stroke, stretch.line, stretch.end)) layDabs(stroke, stretch.line);
 }

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include "tests/unit/pure/painting_bench.h"
+#include "tests/unit/vector_levels.h"
 #include "tools/kernels/brush_raster.h"
 #include "tools/kernels/stroke_kernels.h"
-#include "tools/kernels/stroke_rows.h"
-#include "tools/kernels/strongest_cells.h"
 
 using reference::Grid;
+
+class BrushSegment : public VectorLevels {};
+FOR_EACH_VECTOR_LEVEL(BrushSegment);
 
 static BrushStroke strokeOn(PaintingBench& bench, reference::Pixel colour, int opacity, bool soft)
 {
@@ -47,7 +49,7 @@ static Grid randomMask(Dice& dice)
 }
 
 // Strokes of several segments that cross each other and every border.
-TEST(BrushSegment, RandomStrokesMatchTheReferenceDabByDab)
+TEST_P(BrushSegment, RandomStrokesMatchTheReferenceDabByDab)
 {
     for (uint64_t seed = 1; seed <= 400; ++seed) {
         Dice dice = {seed};
@@ -71,7 +73,7 @@ TEST(BrushSegment, RandomStrokesMatchTheReferenceDabByDab)
     }
 }
 
-TEST(BrushSegment, PlainWayGivesTheSameBytes)
+TEST_P(BrushSegment, PlainWayGivesTheSameBytes)
 {
     for (int soft = 0; soft < 2; ++soft) {
         Dice dice = {5};
@@ -83,82 +85,6 @@ TEST(BrushSegment, PlainWayGivesTheSameBytes)
         EXPECT_EQ(plain.coverage.bytes, fast.coverage.bytes);
         EXPECT_FALSE(sameBytes(fast));
     }
-}
-
-TEST(StrokeRows, EveryByteColourAndWeight)
-{
-    for (int weight = 0; weight <= 100; ++weight) {
-        for (int over = 0; over < 256; ++over) {
-            uint8_t under[256 * 3], pixels[256 * 3], cells[256];
-            for (int k = 0; k < 256 * 3; ++k)
-                under[k] = (uint8_t)(k / 3);
-            memset(pixels, 7, sizeof pixels);
-            memset(cells, weight, sizeof cells);
-            blendCoveredRow(pixels, under, cells, 256, Rgb{(uint8_t)over, (uint8_t)over, (uint8_t)over});
-            for (int k = 0; k < 256 * 3; ++k)
-                ASSERT_EQ(weight == 0 ? 7 : (under[k] * (100 - weight) + over * weight) / 100, pixels[k]);
-        }
-    }
-}
-
-// Cells that were there before: of the coverage, 0 with one chance in `zeros` + 1.
-static std::vector<uint8_t> randomCells(Dice& dice, int count, int zeros, int largest)
-{
-    std::vector<uint8_t> cells(2 * GUARD + (size_t)count);
-    for (uint8_t& cell : cells)
-        cell = dice.upTo(zeros) ? (uint8_t)dice.between(1, largest) : 0;
-    return cells;
-}
-
-static std::vector<uint8_t> randomRow(Dice& dice, int count)
-{
-    std::vector<uint8_t> bytes(2 * GUARD + (size_t)count * 3);
-    for (uint8_t& byte : bytes)
-        byte = (uint8_t)dice.upTo(255);
-    return bytes;
-}
-
-static int mixed(int under, int over, int weight)
-{
-    return (under * (100 - weight) + over * weight) / 100;
-}
-
-TEST(StrokeRows, CoveredRowsOfEveryLengthMatchTheFormulaAndStayInside)
-{
-    for (int count = 0; count <= 70; ++count) {
-        Dice dice = {(uint64_t)count + 1};
-        const std::vector<uint8_t> cells = randomCells(dice, count, dice.upTo(5), 100), under = randomRow(dice, count);
-        std::vector<uint8_t> pixels = randomRow(dice, count), expected = pixels;
-        const int over[] = {dice.upTo(255), dice.upTo(255), dice.upTo(255)};
-        for (int k = 0; k < count * 3; ++k) {
-            const int weight = cells[GUARD + k / 3];
-            if (weight) expected[GUARD + k] = (uint8_t)mixed(under[GUARD + k], over[k % 3], weight);
-        }
-        blendCoveredRow(pixels.data() + GUARD, under.data() + GUARD, cells.data() + GUARD, count,
-                        rgbOf({over[0], over[1], over[2]}));
-        ASSERT_EQ(expected, pixels) << count;
-    }
-}
-
-TEST(StrokeRows, FreshRowsOfEveryLengthAndOpacityMatchTheFormulaAndStayInside)
-{
-    for (int count = 0; count <= 70; ++count)
-        for (int opacity = count % 2; opacity <= 100; opacity += count % 7 ? 9 : 1) {
-            Dice dice = {(uint64_t)(count * 200 + opacity) + 1};
-            std::vector<uint8_t> cells = randomCells(dice, count, dice.upTo(2), 1), expectedCells = cells;
-            std::vector<uint8_t> pixels = randomRow(dice, count), expected = pixels;
-            const int over[] = {dice.upTo(255), dice.upTo(255), dice.upTo(255)};
-            for (int i = 0; i < count; ++i) {
-                if (cells[GUARD + i]) continue;
-                for (int k = 0; k < 3; ++k)
-                    expected[GUARD + i * 3 + k] = (uint8_t)mixed(expected[GUARD + i * 3 + k], over[k], opacity);
-                expectedCells[GUARD + i] = 1;
-            }
-            mixFreshRow(pixels.data() + GUARD, cells.data() + GUARD, count, rgbOf({over[0], over[1], over[2]}),
-                        opacity);
-            ASSERT_EQ(expected, pixels) << count << " pixels, opacity " << opacity;
-            ASSERT_EQ(expectedCells, cells) << count << " pixels, opacity " << opacity;
-        }
 }
 
 // Every row one run of cells or none, anywhere in the row.
@@ -183,8 +109,8 @@ static Grid maskForLongLines(Dice& dice)
     }
 }
 
-// Lines long enough for the search of the strongest cells, in every direction.
-TEST(BrushSegment, LongLinesInEveryDirectionMatchThePlainWay)
+// Lines long enough for shapes to come again, in every direction.
+TEST_P(BrushSegment, LongLinesInEveryDirectionMatchThePlainWay)
 {
     for (uint64_t seed = 1; seed <= 1200; ++seed) {
         Dice dice = {seed};
@@ -205,66 +131,4 @@ TEST(BrushSegment, LongLinesInEveryDirectionMatchThePlainWay)
             from = to;
         }
     }
-}
-
-// Weights that fall off anyhow, laid along any line: passing over what others lay at least as strongly
-// leaves the same highest weights.
-TEST(StrongestCells, HighestWeightsAreTheSameForAnyGridAndLine)
-{
-    for (uint64_t seed = 1; seed <= 600; ++seed) {
-        Dice dice = {seed};
-        const int width = dice.between(16, 40), height = dice.between(1, 30), largest = dice.upTo(1) ? 3 : 100;
-        WeightGrid grid;
-        ASSERT_TRUE(makeWeightGrid(&grid, width, height));
-        for (int j = 0; j < height; ++j)
-            for (int i = 0; i < width; ++i)
-                weightRow(grid, j)[i] = (uint8_t)dice.upTo(dice.upTo(6) ? 1 : largest);
-
-        std::vector<PixelPoint> points;
-        for (const std::pair<int, int>& p : reference::linePoints(0, 0, dice.between(-60, 60), dice.between(-60, 60)))
-            points.push_back({p.first + 60, p.second + 60});
-        const StrokeSegment segment = {points.data(), (int)points.size(), nullptr, 0, 0};
-        const int stride = 120 + width, lines = 120 + height;
-        std::vector<uint8_t> whole((size_t)stride * lines + 1, 0), some = whole;
-
-        StrongestSearch search = beginStrongestSearch(grid, segment, stride);
-        for (int n = 0; n < segment.count; ++n) {
-            const size_t corner = (size_t)points[n].y * stride + points[n].x;
-            StrongestCells list;
-            const bool found = findStrongest(search, n, &list);
-            for (int k = 0; found && k < list.count; ++k)
-                some[corner + list.cells[k].at] = std::max(some[corner + list.cells[k].at], list.cells[k].weight);
-            for (int j = 0; j < height; ++j)
-                for (int i = 0; i < width; ++i) {
-                    const size_t at = corner + (size_t)j * stride + i;
-                    whole[at] = std::max(whole[at], weightRow(grid, j)[i]);
-                    if (!found) some[at] = std::max(some[at], weightRow(grid, j)[i]);
-                }
-        }
-        endStrongestSearch(&search);
-        freeWeightGrid(&grid);
-        ASSERT_EQ(whole, some) << "seed " << seed;
-    }
-}
-
-TEST(StrongestCells, ADabInsideALongLineIsLaidInAStripOnly)
-{
-    WeightGrid grid;
-    ASSERT_TRUE(makeWeightGrid(&grid, 47, 47));
-    for (int j = 0; j < 47; ++j)
-        for (int i = 0; i < 47; ++i)
-            weightRow(grid, j)[i] = (uint8_t)std::max(100 - (i - 23) * (i - 23) / 5 - (j - 23) * (j - 23) / 5, 0);
-    std::vector<PixelPoint> points;
-    for (int n = 0; n < 100; ++n)
-        points.push_back({n, 0});
-    const StrokeSegment segment = {points.data(), 100, nullptr, 0, 0};
-    StrongestSearch search = beginStrongestSearch(grid, segment, 1000);
-    StrongestCells list;
-    ASSERT_TRUE(findStrongest(search, 50, &list));
-    // The middle column: one cell in each of the 45 rows that have any weight.
-    EXPECT_EQ(45, list.count);
-    EXPECT_FALSE(findStrongest(search, 1, &list));
-    EXPECT_FALSE(findStrongest(search, 98, &list));
-    endStrongestSearch(&search);
-    freeWeightGrid(&grid);
 }

@@ -1,0 +1,80 @@
+#include "tools/kernels/paint_rows_variants.h"
+
+#ifdef VECTOR_CODE
+
+#include "image/pixels/avx512_intrinsics.h"
+
+namespace {
+
+#include "image/pixels/words_avx512.h"
+
+// The first pixels of a block: bytes behind them are neither read nor written.
+struct SomePixels {
+    __mmask64 cells, parts[3];
+};
+
+LANES_INLINE Vector loadCells(const uint8_t* at, const SomePixels& some)
+{
+    return _mm512_maskz_loadu_epi8(some.cells, at);
+}
+
+LANES_INLINE void storeCells(uint8_t* at, Vector cells, const SomePixels& some)
+{
+    _mm512_mask_storeu_epi8(at, some.cells, cells);
+}
+
+LANES_INLINE Vector loadPart(const uint8_t* at, int part, const SomePixels& some)
+{
+    return _mm512_maskz_loadu_epi8(some.parts[part], at + part * 64);
+}
+
+LANES_INLINE void storePart(uint8_t* at, Vector bytes, int part, const SomePixels& some)
+{
+    _mm512_mask_storeu_epi8(at + part * 64, some.parts[part], bytes);
+}
+
+LANES_INLINE __mmask64 firstBytes(int count)
+{
+    return count >= 64 ? ~(__mmask64)0 : count <= 0 ? 0 : ((__mmask64)1 << count) - 1;
+}
+
+LANES_INLINE SomePixels somePixels(int count)
+{
+    return SomePixels{firstBytes(count),
+                      {firstBytes(count * 3), firstBytes(count * 3 - 64), firstBytes(count * 3 - 128)}};
+}
+
+#include "tools/kernels/paint_rows_lanes.h"
+
+VECTOR_FUNCTION void mixBytesAvx512(uint8_t* pixels, const uint8_t* over, size_t count, int opacity)
+{
+    const size_t done = mixWholeVectors(pixels, over, count, opacity);
+    if (done == count) return;
+    const __mmask64 rest = firstBytes((int)(count - done));
+    const Vector under = _mm512_maskz_loadu_epi8(rest, pixels + done),
+                 last = _mm512_maskz_loadu_epi8(rest, over + done);
+    _mm512_mask_storeu_epi8(pixels + done, rest, mixedBytes(under, last, allBytes(opacity)));
+}
+
+// In the rest of a row the cells that do not count are read as 0: they are not written.
+VECTOR_FUNCTION void mixFreshAvx512(uint8_t* pixels, uint8_t* cells, int count, const ColourRow& colour, int opacity)
+{
+    const Vector weight = allBytes(opacity);
+    for (; count >= 64; count -= 64, cells += 64, pixels += 192)
+        mixFreshBlock(pixels, cells, colour, weight, WholeBlock());
+    if (count > 0) mixFreshBlock(pixels, cells, colour, weight, somePixels(count));
+}
+
+VECTOR_FUNCTION void raiseAvx512(uint8_t* pixels, const uint8_t* under, uint8_t* cells, const uint8_t* weights,
+                                 int count, const ColourRow& colour)
+{
+    for (; count >= 64; count -= 64, cells += 64, weights += 64, pixels += 192, under += 192)
+        raiseBlock(pixels, under, cells, weights, colour, WholeBlock());
+    if (count > 0) raiseBlock(pixels, under, cells, weights, colour, somePixels(count));
+}
+
+}  // namespace
+
+const PaintRows PAINT_ROWS_AVX512 = {mixBytesAvx512, mixFreshAvx512, raiseAvx512};
+
+#endif

@@ -1,0 +1,27 @@
+// Rows of cells for vectors without masks. Raising and covering do nothing when they are done twice, so the last
+// block of a row simply overlaps the one before it; only rows shorter than a block go to the narrower way.
+//
+// No ordinary header: included after paint_rows_lanes.h; NARROWER is the variant below.
+#pragma once
+
+constexpr int BLOCK = (int)VECTOR_SIZE;
+
+LANES_INLINE void mixFreshRow(uint8_t* pixels, uint8_t* cells, int count, const ColourRow& colour, int opacity)
+{
+    if (count < BLOCK) return NARROWER.mixFresh(pixels, cells, count, colour, opacity);
+    const Vector weight = allBytes(opacity);
+    for (int i = 0; i < count; i += BLOCK) {
+        const int at = i < count - BLOCK ? i : count - BLOCK;
+        mixFreshBlock(pixels + at * 3, cells + at, colour, weight, WholeBlock());
+    }
+}
+
+LANES_INLINE void raiseRow(uint8_t* pixels, const uint8_t* under, uint8_t* cells, const uint8_t* weights, int count,
+                           const ColourRow& colour)
+{
+    if (count < BLOCK) return NARROWER.raise(pixels, under, cells, weights, count, colour);
+    for (int i = 0; i < count; i += BLOCK) {
+        const int at = i < count - BLOCK ? i : count - BLOCK;
+        raiseBlock(pixels + at * 3, under + at * 3, cells + at, weights + at, colour, WholeBlock());
+    }
+}

@@ -1,0 +1,29 @@
+#include "tools/kernels/paint_rows_variants.h"
+#include "tools/kernels/pixel_mix.h"
+
+static void mixBytes(uint8_t* pixels, const uint8_t* over, size_t count, int opacity)
+{
+    for (size_t i = 0; i < count; ++i)
+        pixels[i] = mixByte(pixels[i], over[i], opacity);
+}
+
+static void mixFresh(uint8_t* pixels, uint8_t* cells, int count, const ColourRow& colour, int opacity)
+{
+    for (int i = 0; i < count; ++i, pixels += 3) {
+        if (cells[i]) continue;
+        mixPixel(pixels, pixels, colour.bytes, opacity);
+        cells[i] = 1;
+    }
+}
+
+static void raise(uint8_t* pixels, const uint8_t* under, uint8_t* cells, const uint8_t* weights, int count,
+                  const ColourRow& colour)
+{
+    for (int i = 0; i < count; ++i, pixels += 3, under += 3) {
+        if (weights[i] <= cells[i]) continue;
+        mixPixel(pixels, under, colour.bytes, weights[i]);
+        cells[i] = weights[i];
+    }
+}
+
+const PaintRows PAINT_ROWS_PLAIN = {mixBytes, mixFresh, raise};
