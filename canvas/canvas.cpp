@@ -17,6 +17,7 @@
 #include "canvas/zoomed_painting.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
+#include "selection/frame_tips.h"
 #include "selection/selection.h"
 #include "selection/selection_drawing.h"
 #include "session/ground/session_extras.h"
@@ -198,6 +199,7 @@ LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lPa
     if (sessionExtras.leaving != LEAVING_UNDECIDED && isInput(message)) return 0;
     // Signed on purpose: with the mouse captured, points left of and above the client are negative.
     const POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    if (message == WM_MOUSEMOVE || message == WM_LBUTTONDOWN) followFrameTip(canvas, message, wParam, lParam);
     switch (message) {
     case WM_CREATE: return onCreate(canvas);
     case WM_DESTROY: onDestroy(canvas); break;

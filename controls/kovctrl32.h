@@ -57,6 +57,11 @@ int WINAPI nameControl(HWND control, const WCHAR* name);  // @300
 // and screen readers hear of it. Returns 1, or 0 when the bar has no name.
 int WINAPI showBarValue(HWND bar, BOOL moving);  // @301
 
+// Ordinal 302. For windows that draw their own buttons: shows a mouse message to the tooltip window of the window's
+// parent. `text` names what is under the pointer now (null: nothing) and appears after the usual delay. Returns 1, or
+// 0 when there is no tooltip window.
+int WINAPI relayTip(HWND window, UINT message, WPARAM wp, LPARAM lp, const WCHAR* text);  // @302
+
 #ifdef __cplusplus
 }
 #endif

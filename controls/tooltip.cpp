@@ -1,9 +1,11 @@
 #include "controls/tooltip.h"
 
 #include <commctrl.h>
+#include <wchar.h>
 
 #include "controls/button_record.h"
 #include "controls/caption.h"
+#include "controls/kovctrl32.h"
 #include "controls/named_control.h"
 
 static const wchar_t propertyName[] = L"KovTooltip";
@@ -68,16 +70,50 @@ static bool addEntry(HWND tooltip, HWND button)
     return SendMessageW(tooltip, TTM_ADDTOOLW, 0, (LPARAM)&entry) != 0;
 }
 
+static void relay(HWND tooltip, HWND window, UINT message, WPARAM wp, LPARAM lp)
+{
+    MSG relayed = {window, message, wp, lp, (DWORD)GetMessageTime(), {(SHORT)LOWORD(lp), (SHORT)HIWORD(lp)}};
+    ClientToScreen(window, &relayed.pt);
+    SendMessageW(tooltip, TTM_RELAYEVENT, 0, (LPARAM)&relayed);
+}
+
 void relayToTooltip(HWND button, UINT message, WPARAM wp, LPARAM lp)
 {
     HWND dialog = GetAncestor(button, GA_PARENT);
     HWND tooltip = tooltipOf(dialog);
     if (!tooltip) tooltip = createTooltip(dialog);
     if (!tooltip || (!hasEntry(tooltip, button) && !addEntry(tooltip, button))) return;
+    relay(tooltip, button, message, wp, lp);
+}
 
-    MSG relayed = {button, message, wp, lp, (DWORD)GetMessageTime(), {(SHORT)LOWORD(lp), (SHORT)HIWORD(lp)}};
-    ClientToScreen(button, &relayed.pt);
-    SendMessageW(tooltip, TTM_RELAYEVENT, 0, (LPARAM)&relayed);
+static bool entrySays(HWND tooltip, HWND window, const wchar_t* wanted)
+{
+    wchar_t text[TIP_LENGTH] = L"";
+    TOOLINFOW entry = entryOf(window, text);
+    SendMessageW(tooltip, TTM_GETTEXTW, TIP_LENGTH, (LPARAM)&entry);
+    return wcscmp(text, wanted) == 0;
+}
+
+// Another text is another entry: the one before disappears, and the delay begins anew.
+static void replaceEntry(HWND tooltip, HWND window, const wchar_t* text)
+{
+    TOOLINFOW entry = entryOf(window, nullptr);
+    SendMessageW(tooltip, TTM_DELTOOLW, 0, (LPARAM)&entry);
+    if (!text) return;
+    entry = entryOf(window, (wchar_t*)text);
+    SendMessageW(tooltip, TTM_ADDTOOLW, 0, (LPARAM)&entry);
+}
+
+int WINAPI relayTip(HWND window, UINT message, WPARAM wp, LPARAM lp, const WCHAR* text)
+{
+    HWND dialog = GetAncestor(window, GA_PARENT);
+    HWND tooltip = tooltipOf(dialog);
+    if (!tooltip && text) tooltip = createTooltip(dialog);
+    if (!tooltip) return 0;
+    const bool known = hasEntry(tooltip, window);
+    if (text ? !known || !entrySays(tooltip, window, text) : known) replaceEntry(tooltip, window, text);
+    if (text) relay(tooltip, window, message, wp, lp);
+    return 1;
 }
 
 static TOOLINFOW trackedEntry(HWND dialog, const wchar_t* text)

@@ -62,43 +62,44 @@ void finishDrawing(HWND canvas, POINT at)
     redrawSelection();
 }
 
-// ---- cursors over the frame
+// ---- cursors over the frame, and what its buttons are called
 
-struct HitCursor {
+struct FrameLook {
     int hit;
     LPCSTR systemCursor;  // or
     int cursorId;         // one of the module's
+    UINT nameId;          // string that names the button; 0 for the edges
 };
 
-const HitCursor hitCursors[] = {
-    {HIT_LEFT_EDGE, (LPCSTR)IDC_SIZEWE, 0},
-    {HIT_RIGHT_EDGE, (LPCSTR)IDC_SIZEWE, 0},
-    {HIT_TOP_EDGE, (LPCSTR)IDC_SIZENS, 0},
-    {HIT_BOTTOM_EDGE, (LPCSTR)IDC_SIZENS, 0},
-    {HIT_TOP_LEFT, (LPCSTR)IDC_SIZENWSE, 0},
-    {HIT_BOTTOM_RIGHT, (LPCSTR)IDC_SIZENWSE, 0},
-    {HIT_TOP_RIGHT, (LPCSTR)IDC_SIZENESW, 0},
-    {HIT_BOTTOM_LEFT, (LPCSTR)IDC_SIZENESW, 0},
-    {HIT_APPLY, nullptr, CURSOR_STAMP},
-    {HIT_FLIP_HORIZONTAL, nullptr, CURSOR_FLIP_HORIZONTAL},
-    {HIT_FLIP_VERTICAL, nullptr, CURSOR_FLIP_VERTICAL},
-    {HIT_DARKER, nullptr, CURSOR_DARKER},
-    {HIT_BRIGHTER, nullptr, CURSOR_BRIGHTER},
-    {HIT_ROTATE, nullptr, CURSOR_ROTATE},
-    {HIT_HUE_DOWN, nullptr, CURSOR_HUE_DOWN},
-    {HIT_HUE_UP, nullptr, CURSOR_HUE_UP},
-    {HIT_SATURATION_MORE, nullptr, CURSOR_SATURATION_MORE},
-    {HIT_SATURATION_LESS, nullptr, CURSOR_SATURATION_LESS},
-    {HIT_CONTRAST_MORE, nullptr, CURSOR_CONTRAST_MORE},
-    {HIT_CONTRAST_LESS, nullptr, CURSOR_CONTRAST_LESS},
-    {HIT_LIFT_UP, nullptr, CURSOR_LIFT_UP},
-    {HIT_CLOSE, nullptr, CURSOR_CLOSE},
-    {HIT_LIFT_DOWN, nullptr, CURSOR_LIFT_DOWN},
+const FrameLook frameLooks[] = {
+    {HIT_LEFT_EDGE, (LPCSTR)IDC_SIZEWE, 0, 0},
+    {HIT_RIGHT_EDGE, (LPCSTR)IDC_SIZEWE, 0, 0},
+    {HIT_TOP_EDGE, (LPCSTR)IDC_SIZENS, 0, 0},
+    {HIT_BOTTOM_EDGE, (LPCSTR)IDC_SIZENS, 0, 0},
+    {HIT_TOP_LEFT, (LPCSTR)IDC_SIZENWSE, 0, STRING_FRAME_RESIZE},
+    {HIT_BOTTOM_RIGHT, (LPCSTR)IDC_SIZENWSE, 0, STRING_FRAME_RESIZE},
+    {HIT_TOP_RIGHT, (LPCSTR)IDC_SIZENESW, 0, STRING_FRAME_RESIZE},
+    {HIT_BOTTOM_LEFT, (LPCSTR)IDC_SIZENESW, 0, STRING_FRAME_RESIZE},
+    {HIT_APPLY, nullptr, CURSOR_STAMP, STRING_FRAME_APPLY},
+    {HIT_FLIP_HORIZONTAL, nullptr, CURSOR_FLIP_HORIZONTAL, STRING_FRAME_FLIP_HORIZONTAL},
+    {HIT_FLIP_VERTICAL, nullptr, CURSOR_FLIP_VERTICAL, STRING_FRAME_FLIP_VERTICAL},
+    {HIT_DARKER, nullptr, CURSOR_DARKER, STRING_FRAME_DARKER},
+    {HIT_BRIGHTER, nullptr, CURSOR_BRIGHTER, STRING_FRAME_BRIGHTER},
+    {HIT_ROTATE, nullptr, CURSOR_ROTATE, STRING_FRAME_ROTATE},
+    {HIT_HUE_DOWN, nullptr, CURSOR_HUE_DOWN, STRING_FRAME_HUE_DOWN},
+    {HIT_HUE_UP, nullptr, CURSOR_HUE_UP, STRING_FRAME_HUE_UP},
+    {HIT_SATURATION_MORE, nullptr, CURSOR_SATURATION_MORE, STRING_FRAME_SATURATION_MORE},
+    {HIT_SATURATION_LESS, nullptr, CURSOR_SATURATION_LESS, STRING_FRAME_SATURATION_LESS},
+    {HIT_CONTRAST_MORE, nullptr, CURSOR_CONTRAST_MORE, STRING_FRAME_CONTRAST_MORE},
+    {HIT_CONTRAST_LESS, nullptr, CURSOR_CONTRAST_LESS, STRING_FRAME_CONTRAST_LESS},
+    {HIT_LIFT_UP, nullptr, CURSOR_LIFT_UP, STRING_FRAME_LIFT_UP},
+    {HIT_CLOSE, nullptr, CURSOR_CLOSE, STRING_FRAME_CLOSE},
+    {HIT_LIFT_DOWN, nullptr, CURSOR_LIFT_DOWN, STRING_FRAME_LIFT_DOWN},
 };
 
 HCURSOR cursorOfHit(int hit)
 {
-    for (const HitCursor& row : hitCursors) {
+    for (const FrameLook& row : frameLooks) {
         if (row.hit != hit) continue;
         return row.systemCursor ? LoadCursorA(nullptr, row.systemCursor)
                                 : LoadCursorA(moduleInstance, MAKEINTRESOURCEA(row.cursorId));
@@ -151,4 +152,13 @@ bool setSelectionCursor(HWND canvas)
     if (hit == HIT_NONE) return false;
     SetCursor(cursorOfHit(hit));
     return true;
+}
+
+UINT frameNameAt(POINT at)
+{
+    if (session->currentTool != TOOL_SELECTION || !session->selectionActive) return 0;
+    const int hit = hitTest(at);
+    for (const FrameLook& row : frameLooks)
+        if (row.hit == hit) return row.nameId;
+    return 0;
 }

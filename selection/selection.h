@@ -19,6 +19,9 @@ void releaseOutlineBrush();
 // tool's own cursor shows.
 bool setSelectionCursor(HWND canvas);
 
+// String that names the button of the frame at an image pixel; 0 where there is none.
+UINT frameNameAt(POINT at);
+
 // Drops the selection, or the outline being drawn, and everything that belongs to it, and takes it off
 // the screen. Pixels that were not applied are gone.
 void clearSelection();

@@ -1,5 +1,9 @@
 // What the freehand selection shows: outline, frame and buttons, what follows the pointer, and nothing once
 // it is gone.
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <algorithm>
 #include <random>
 
@@ -27,6 +31,84 @@ TEST_F(SelectionFrames, TheFrameLeavesNoPixelWhenItIsClosed)
         EXPECT_TRUE(before == shownBy(host.canvas).bytes) << "after another tool";
         closeSession();
     }
+}
+
+static BOOL CALLBACK takeTip(HWND window, LPARAM found)
+{
+    if (classOf(window) == TOOLTIPS_CLASSA && GetWindow(window, GW_OWNER) == ((Host*)found)->dialog)
+        ((Host*)found)->control = window;
+    return TRUE;
+}
+
+// The tip that belongs to the editing window; null before there was one.
+static HWND frameTip(const Host& host)
+{
+    Host search = {};
+    search.dialog = host.dialog;
+    EnumThreadWindows(host.threadId, takeTip, (LPARAM)&search);
+    return search.control;
+}
+
+static std::string tipText(Host* host)
+{
+    char text[128] = "";
+    runOnHost(host, [&] {
+        TOOLINFOA entry = {};
+        entry.cbSize = TTTOOLINFOA_V2_SIZE;
+        entry.hwnd = host->canvas;
+        entry.uId = (UINT_PTR)host->canvas;
+        entry.lpszText = text;
+        SendMessageA(frameTip(*host), TTM_GETTEXTA, sizeof text, (LPARAM)&entry);
+    });
+    return text;
+}
+
+TEST_F(SelectionFrames, TipsNameEveryButton)
+{
+    const struct {
+        int hit;
+        const char* name;
+    } buttons[] = {
+        {CLOSE, "Drop the selection"},
+        {APPLY, "Stamp onto the photo"},
+        {FLIP_VERTICAL, "Flip vertically"},
+        {FLIP_HORIZONTAL, "Flip horizontally"},
+        {BRIGHTER, "Brighter"},
+        {DARKER, "Darker"},
+        {ROTATE, "Rotate"},
+        {HUE_DOWN, "Hue back"},
+        {HUE_UP, "Hue onward"},
+        {SATURATION_MORE, "More saturation"},
+        {SATURATION_LESS, "Less saturation"},
+        {CONTRAST_MORE, "More contrast"},
+        {CONTRAST_LESS, "Less contrast"},
+        {LIFT_UP, "Lift toward white"},
+        {LIFT_DOWN, "Lift less"},
+        {TOP_LEFT, "Resize"},
+        {TOP_RIGHT, "Resize"},
+        {BOTTOM_LEFT, "Resize"},
+        {BOTTOM_RIGHT, "Resize"},
+        {INSIDE, ""},
+        {LEFT_EDGE, ""},
+    };
+    openAt(sizes[0]);
+    draw(star);
+    for (const auto& button : buttons) {
+        const POINT at = clientOfHit(button.hit);
+        ASSERT_TRUE(placePointer(&host, onCanvas(host, at.x, at.y)));  // the tip asks where the pointer is
+        EXPECT_EQ(button.name, tipText(&host)) << button.hit;
+        const bool named = *button.name != 0;
+        if (button.hit != CLOSE && named) continue;
+        ASSERT_TRUE(waitUntil("the tip", [&] { return (IsWindowVisible(frameTip(host)) != 0) == named; }));
+    }
+    const POINT at = clientOfHit(HUE_UP);
+    ASSERT_TRUE(placePointer(&host, onCanvas(host, at.x, at.y)));
+    ASSERT_TRUE(waitUntil("the tip", [&] { return IsWindowVisible(frameTip(host)) != 0; }));
+    ASSERT_TRUE(pressButton(&host));
+    EXPECT_FALSE(IsWindowVisible(frameTip(host))) << "a press takes it away";
+    ASSERT_TRUE(releaseButton(&host));
+    restPointer();
+    closeSession();
 }
 
 TEST_F(SelectionFrames, AnOutlineThatEnclosesNothingLeavesNoPixel)
