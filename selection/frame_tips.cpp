@@ -2,7 +2,6 @@
 
 #include <windowsx.h>
 
-#include "canvas/view/canvas_coordinates.h"
 #include "controls/kovctrl32.h"
 #include "selection/selection.h"
 #include "session/ground/language.h"
@@ -13,7 +12,7 @@ constexpr int NAME_SIZE = 64;
 void followFrameTip(HWND canvas, UINT message, WPARAM wParam, LPARAM lParam)
 {
     const POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-    const UINT nameId = wParam & MK_LBUTTON ? 0 : frameNameAt(imagePointOf(canvas, at));
+    const UINT nameId = wParam & MK_LBUTTON ? 0 : frameNameAt(canvas, at);
     WCHAR name[NAME_SIZE] = L"";
     if (nameId) loadLocalString(moduleInstance, nameId, name, NAME_SIZE);
     relayTip(canvas, message, wParam, lParam, *name ? name : nullptr);

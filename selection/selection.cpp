@@ -154,10 +154,10 @@ bool setSelectionCursor(HWND canvas)
     return true;
 }
 
-UINT frameNameAt(POINT at)
+UINT frameNameAt(HWND canvas, POINT client)
 {
     if (session->currentTool != TOOL_SELECTION || !session->selectionActive) return 0;
-    const int hit = hitTest(at);
+    const int hit = hitTest(imagePointOf(canvas, client), client);
     for (const FrameLook& row : frameLooks)
         if (row.hit == hit) return row.nameId;
     return 0;

@@ -19,8 +19,8 @@ void releaseOutlineBrush();
 // tool's own cursor shows.
 bool setSelectionCursor(HWND canvas);
 
-// String that names the button of the frame at an image pixel; 0 where there is none.
-UINT frameNameAt(POINT at);
+// String that names the button of the frame at a client point; 0 where there is none.
+UINT frameNameAt(HWND canvas, POINT client);
 
 // Drops the selection, or the outline being drawn, and everything that belongs to it, and takes it off
 // the screen. Pixels that were not applied are gone.
