@@ -1,9 +1,5 @@
 #include "image/pixels/pixel_rows.h"
 
-#include "image/pixels/pixel_rows_variants.h"
-
-static const PixelRows PIXEL_ROWS_PLAIN = {findMaskPlain, swapRedAndBluePlain, nullptr};
-
 static const PixelRows* const variants[VECTOR_LEVEL_COUNT] = {
     &PIXEL_ROWS_PLAIN,
 #ifdef VECTOR_CODE

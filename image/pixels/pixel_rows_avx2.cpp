@@ -1,4 +1,4 @@
-#include "image/pixels/pixel_rows_variants.h"
+#include "image/pixels/pixel_rows_plain.h"
 
 #ifdef VECTOR_CODE
 

@@ -1,4 +1,4 @@
-#include "image/pixels/pixel_rows.h"
+#include "image/pixels/pixel_rows_plain.h"
 
 ptrdiff_t findMaskPlain(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
@@ -15,3 +15,5 @@ void swapRedAndBluePlain(uint8_t* to, const uint8_t* from, size_t pixels)
         to[2] = from[0];
     }
 }
+
+const PixelRows PIXEL_ROWS_PLAIN = {findMaskPlain, swapRedAndBluePlain, nullptr};

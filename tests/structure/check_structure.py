@@ -35,12 +35,9 @@ LEFT = (
     'canvas/canvas.cpp -> session/entry.h: up',
     'library/library_list.cpp -> tools/palette/palette.h: up',
     'a circle: canvas/canvas -> session/entry -> canvas/canvas',
-    'a circle: color/kernels/adjust -> color/kernels/adjust_methods -> color/kernels/adjust',
     'a circle: image/bitmap_block -> image/packed_bitmap -> image/bitmap_block',
     'a circle: selection/selection -> selection/selection_operations -> selection/selection',
-    'a circle: tools/kernels/stroke_kernels -> tools/kernels/stroke_segment -> tools/kernels/stroke_kernels',
     'selection/selection.h declares ',
-    'tools/kernels/stroke_segment.h declares ',
     'tools/palette/palette.h declares selectTool',
     'tools/palette/palette_controls.h declares ',
 )

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "tools/kernels/paint_rows_variants.h"
 #include "tools/kernels/pixel_mix.h"
 
 static const PaintRows* const variants[VECTOR_LEVEL_COUNT] = {

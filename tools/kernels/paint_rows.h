@@ -1,34 +1,13 @@
-// Operations on rows of pixels for the painting tools, in a variant for each level of vectors. All variants give
-// the same bytes, those of pixel_mix.h, and change no byte outside the given rows.
+// Rows of pixels for the painting tools, at the level of vectors in use.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-
 #include "image/pixels/bits_view.h"
-
-// A colour as a row of pixels to lay over others.
-constexpr int COLOUR_ROW_PIXELS = 64;
-struct ColourRow {
-    uint8_t bytes[COLOUR_ROW_PIXELS * 3];
-};
-ColourRow colourRow(Rgb colour);
-
-struct PaintRows {
-    // Lays `count` bytes of `over` over the pixels with one opacity (percent). The two do not overlap.
-    void (*mixBytes)(uint8_t* pixels, const uint8_t* over, size_t count, int opacity);
-
-    // Full edge: every pixel whose coverage cell is 0 is mixed with the colour, and its cell becomes 1.
-    void (*mixFresh)(uint8_t* pixels, uint8_t* cells, int count, const ColourRow& colour, int opacity);
-
-    // Smooth edge: where the weight (percent) is above the coverage cell, the cell takes it, and the pixel becomes
-    // the colour laid over the pixel of `under` with it. The others keep every bit.
-    void (*raise)(uint8_t* pixels, const uint8_t* under, uint8_t* cells, const uint8_t* weights, int count,
-                  const ColourRow& colour);
-};
+#include "tools/kernels/paint_row_variants.h"
 
 // Of vectorLevel().
 const PaintRows& paintRows();
+
+ColourRow colourRow(Rgb colour);
 
 // Lays one colour over `count` pixels.
 void mixColourOver(uint8_t* pixels, const ColourRow& colour, int count, int opacity);

@@ -1,4 +1,4 @@
-#include "tools/kernels/paint_rows_variants.h"
+#include "tools/kernels/paint_row_variants.h"
 
 #ifdef VECTOR_CODE
 

@@ -1,4 +1,4 @@
-#include "tools/kernels/paint_rows_variants.h"
+#include "tools/kernels/paint_row_variants.h"
 #include "tools/kernels/pixel_mix.h"
 
 static void mixBytes(uint8_t* pixels, const uint8_t* over, size_t count, int opacity)
