@@ -34,9 +34,15 @@ void renew(const PixelRect& part)
     unlockBlock(imageBlock);
 }
 
+void freeThumbnail()
+{
+    if (map.thumbnail) GlobalFree(map.thumbnail);
+    map.thumbnail = nullptr;
+}
+
 void makeThumbnail(int width, int height)
 {
-    freeOverviewMap();
+    freeThumbnail();
     map.thumbnail = createBitmap(width, height, 24);
     takeChangedImageRect();
     renew({0, 0, canvasView.image.width, canvasView.image.height});
@@ -70,6 +76,11 @@ void drawFrame(HDC dc, const PixelRect& inside)
 
 }  // namespace
 
+void placeOverviewMap()
+{
+    secondPlace = isZoomed(canvasView) ? rectOfMap() : RECT{0, 0, 0, 0};
+}
+
 void drawOverviewMap(HDC dc)
 {
     const PixelRect whole = mapRect(canvasView, map.onLeft), inside = mapInside(whole);
@@ -87,18 +98,18 @@ void moveMapFrom(HWND canvas, POINT pointer)
     if (onLeft == map.onLeft) return;
     repaintOverviewMap(canvas);
     map.onLeft = onLeft;
+    placeOverviewMap();
     repaintOverviewMap(canvas);
 }
 
 void repaintOverviewMap(HWND canvas)
 {
-    if (!isZoomed(canvasView)) return;
-    const RECT rect = rectOfMap();
-    InvalidateRect(canvas, &rect, FALSE);
+    if (!IsRectEmpty(&secondPlace)) InvalidateRect(canvas, &secondPlace, FALSE);
 }
 
 void freeOverviewMap()
 {
-    if (map.thumbnail) GlobalFree(map.thumbnail);
-    map.thumbnail = nullptr;
+    freeThumbnail();
+    map.onLeft = false;
+    SetRectEmpty(&secondPlace);
 }

@@ -8,6 +8,9 @@
 // The device context is in client pixels.
 void drawOverviewMap(HDC dc);
 
+// The canvas has another view: the map has its place there, or fitted none.
+void placeOverviewMap();
+
 // The pointer is at a client point: the map hops out of its way, or back.
 void moveMapFrom(HWND canvas, POINT pointer);
 

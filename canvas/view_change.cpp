@@ -1,5 +1,6 @@
 #include "canvas/view_change.h"
 
+#include "canvas/overview_map.h"
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/cursor_outline.h"
 #include "canvas/zoom_title.h"
@@ -35,6 +36,7 @@ void followView(HWND canvas, const CanvasView& before)
     if (!isZoomed(before) && !isZoomed(canvasView)) return;  // fitted, nothing follows but the mapping
     followViewWithSelection(before);
     placeCaretForView(canvas);
+    placeOverviewMap();
     showZoomInTitle();
 }
 

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
+#include "session/ground/session_record.h"
+
 CanvasView canvasView;
 POINT canvasPointer;
+RECT secondPlace;
 
 static PixelRect changedImageRect;
 
@@ -83,4 +86,5 @@ void invalidateImageRect(HWND canvas, const RECT& image, int margin)
     RECT device = rectFrom(deviceCover(canvasView, pixelRectFrom(image)));
     InflateRect(&device, margin, margin);
     InvalidateRect(canvas, &device, FALSE);
+    if (!IsRectEmpty(&secondPlace) && !session->pressActive) InvalidateRect(canvas, &secondPlace, FALSE);
 }

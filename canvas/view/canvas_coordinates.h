@@ -33,3 +33,6 @@ void invalidateImageRect(HWND canvas, const RECT& image, int margin = 0);
 // image a second time is renewed there.
 PixelRect takeChangedImageRect();
 void noteWholeImageChanged();
+
+// Where on the canvas that is, client pixels, all 0: nowhere. Between strokes it is invalidated along with the image.
+extern RECT secondPlace;

@@ -182,8 +182,21 @@ void ZoomSession::expectShown(int wanted, const char* when) const
     }
 }
 
+static bool pointerIsOutside(const Host& host)
+{
+    bool inside = false;
+    for (const SeenMessage& seen : seenSince(0)) {
+        if (seen.window == host.canvas && seen.message == POINTER_ENTERED) inside = true;
+        if (seen.window == host.canvas && seen.message == POINTER_LEFT) inside = false;
+    }
+    return !inside;
+}
+
+// The brush's picture at the pointer is gone when the session has seen the pointer leave.
 void ZoomSession::expectRepaintChangesNothing(const char* when)
 {
+    ASSERT_TRUE(movePointer(&host, {GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2}));
+    ASSERT_TRUE(waitUntil("the pointer to be outside", [&] { return pointerIsOutside(host); }));
     ASSERT_TRUE(settle(&host));
     const reference::Image shown = shownBy(host.canvas);
     runOnHost(&host, [&] { RedrawWindow(host.canvas, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); });
