@@ -43,6 +43,20 @@ static TOOLINFOW entryOf(HWND button, wchar_t* text)
     return entry;
 }
 
+// Keys that do what a button does, by the button's id. Templates carry captions only.
+static const struct {
+    int id;
+    const wchar_t* suffix;
+} keysOfButtons[] = {{190, L" (Ctrl+Z)"}, {191, L" (Ctrl+Y)"}};
+
+static void appendKeys(HWND button, wchar_t (&text)[TIP_LENGTH])
+{
+    for (const auto& keys : keysOfButtons) {
+        const bool fits = wcslen(text) + wcslen(keys.suffix) < TIP_LENGTH;
+        if (GetDlgCtrlID(button) == keys.id && *text && fits) wcscat(text, keys.suffix);
+    }
+}
+
 static void readTip(HWND button, wchar_t (&text)[TIP_LENGTH])
 {
     text[0] = 0;
@@ -52,6 +66,7 @@ static void readTip(HWND button, wchar_t (&text)[TIP_LENGTH])
         GetWindowTextW(button, text, TIP_LENGTH);
         shownText(text);
         removeAccessKeys(text);
+        appendKeys(button, text);
     }
 }
 

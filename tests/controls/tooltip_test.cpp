@@ -78,7 +78,7 @@ TEST_F(Tooltips, OneWindowForADialogWithTheCaptions)
     EXPECT_EQ(1u, tooltips().size());
     EXPECT_EQ(2, entryCount(tooltip));
     EXPECT_EQ(L"Save & go", tipOf(tooltip, item(8)));
-    EXPECT_EQ(L"Undo", tipOf(tooltip, item(190)));
+    EXPECT_EQ(L"Undo (Ctrl+Z)", tipOf(tooltip, item(190))) << "with the keys that do the same";
 }
 
 TEST_F(Tooltips, FollowTheText)
@@ -86,7 +86,7 @@ TEST_F(Tooltips, FollowTheText)
     hover(190);
     ASSERT_EQ(1u, tooltips().size());
     SetWindowTextW(item(190), L"BB:Back BMP:7");
-    EXPECT_EQ(L"Back", tipOf(tooltips()[0], item(190)));
+    EXPECT_EQ(L"Back (Ctrl+Z)", tipOf(tooltips()[0], item(190)));
 }
 
 TEST_F(Tooltips, AppearUnderThePointer)
