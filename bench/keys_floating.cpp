@@ -7,7 +7,7 @@
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_drawing.h"
-#include "selection/selection_state.h"
+#include "selection/outline_drawing.h"
 #include "session/ground/session_record.h"
 
 static const int SIDES[] = {250, 790, 2500};  // of the area, pixels
@@ -40,7 +40,6 @@ static void drawAgain(int variant)
 static bool closeOnce(int)
 {
     if (!floatOutline()) return false;
-    session->selectionActive = 1;
     redrawSelection();
     return true;
 }

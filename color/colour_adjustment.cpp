@@ -43,15 +43,17 @@ static void unlockMasked(const MaskedBlocks& blocks)
     unlockBlock(blocks.pixels);
 }
 
-void applyColourAdjustment(HGLOBAL source, HGLOBAL target, HGLOBAL sourceMask, HGLOBAL targetMask,
+bool applyColourAdjustment(HGLOBAL source, HGLOBAL target, HGLOBAL sourceMask, HGLOBAL targetMask,
                            const ColourValues& values)
 {
     MaskedBlocks fromBlocks, ontoBlocks;
     MaskedPixels from, onto;
-    if (!lockMasked(source, sourceMask, &fromBlocks, &from)) return;
+    if (!lockMasked(source, sourceMask, &fromBlocks, &from)) return false;
+    bool adjusted = false;
     if (lockMasked(target, targetMask ? targetMask : sourceMask, &ontoBlocks, &onto)) {
-        adjustSelection(selectionAdjustment(values), from, onto);
+        adjusted = adjustSelection(selectionAdjustment(values), from, onto);
         unlockMasked(ontoBlocks);
     }
     unlockMasked(fromBlocks);
+    return adjusted;
 }

@@ -1,8 +1,7 @@
 // Colour adjustment of whole packed bitmaps, given by handle. Pixels lie directly behind the header,
 // whatever colour table it announces.
 //
-// Nothing is reported: when a handle is null, a size or depth does not fit or memory is short, nothing
-// is changed.
+// When a handle is null, a size or depth does not fit or memory is short, nothing is changed.
 #pragma once
 
 #include <windows.h>
@@ -18,5 +17,6 @@ void adjustImageColours(HGLOBAL image, HGLOBAL target, const ColourValues& value
 // of `target` (nearest neighbour), rewrites `targetMask`, and writes the adjusted colours into `target`
 // wherever the scaled mask is inside (red byte 0). The lift comes last.
 // A null `targetMask` stands for `sourceMask`, which is possible only when the sizes are equal.
-void applyColourAdjustment(HGLOBAL source, HGLOBAL target, HGLOBAL sourceMask, HGLOBAL targetMask,
+// False when nothing was changed.
+bool applyColourAdjustment(HGLOBAL source, HGLOBAL target, HGLOBAL sourceMask, HGLOBAL targetMask,
                            const ColourValues& values);

@@ -7,8 +7,11 @@
 #include "selection/geometry/outline_brush.h"
 #include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
+#include "selection/outline_drawing.h"
 #include "selection/selection_drawing.h"
+#include "selection/selection_frame.h"
 #include "selection/selection_operations.h"
+#include "selection/selection_progress.h"
 #include "selection/selection_state.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
@@ -43,20 +46,21 @@ void showFrameAgain()
     redrawSelection();
 }
 
-// The present outline is kept for a release that fails. A second dab before any release keeps the first one.
-bool keepOutline()
+// The shown points are kept for a release that fails. A second dab before any release keeps the first ones.
+void takeDabbedOutline(const Outline& outline, PixelPoint origin)
 {
-    return session->rowCrossings ||
-           replacePoints(session->outlineSnapshot, session->outlinePoints, session->outlinePointCount);
-}
-
-void takeDabbedOutline(const Outline& outline)
-{
-    freeOutlinePoints(session->outlinePoints);
-    freeCrossings(session->rowCrossings);
+    if (session->rowCrossings) {
+        Outline earlier = takeWorkingOutline();
+        freeOutline(earlier);
+    } else {
+        selectionProgress.dabbedFrom = session->outlinePoints;
+    }
     putOutline(outline);
+    selectionProgress.tableOrigin = origin;
     PixelRect bounds;
-    if (computeCrossingBounds(outline.crossings, bounds)) session->reshapeRect = rectOf(bounds);
+    if (!computeCrossingBounds(outline.crossings, bounds)) return;
+    session->reshapeRect = rectOf(bounds);
+    OffsetRect(&session->reshapeRect, origin.x, origin.y);
 }
 
 void redrawDab()
@@ -65,39 +69,45 @@ void redrawDab()
     if (session->libraryDialog) UpdateWindow(session->libraryDialog);
 }
 
+// The outline as it is by now, whole also where it leaves the image. Its points stay the record's.
+Outline presentOutline()
+{
+    Outline outline = workingOutline();
+    if (!session->rowCrossings) outline.points = session->outlineSnapshot;
+    return outline;
+}
+
 // The outline changes at once; the floating pixels follow at the release, from the working table that
 // this leaves.
 void dabOutline(HWND canvas, POINT at)
 {
     PixelPoint* points;
     int count;
-    const BrushResult result = reshapeOutline(session->outlinePoints, session->outlinePointCount, dabAt(at),
-                                              pixelRectOf(canvasArea(canvas)), points, count);
+    const Outline present = presentOutline();
+    const BrushResult result =
+        reshapeOutline(present.points, present.pointCount, dabAt(at), pixelRectOf(canvasArea(canvas)), points, count);
     if (result == BRUSH_CLEARED) return clearSelection();
     if (result != BRUSH_RESHAPED) return;
     Outline outline = {};
-    const bool replayed = replayOutline(outline, session->rowCount, points, count) && !outline.incomplete;
+    PixelPoint origin;
+    const bool replayed = replayOutlineAnywhere(outline, origin, points, count);
     freeOutlinePoints(points);
-    if (!replayed || !keepOutline()) return freeOutline(outline);
-    takeDabbedOutline(outline);
+    if (!replayed) return;
+    takeDabbedOutline(outline, origin);
     redrawDab();
 }
 
-Outline takeWorkingOutline()
+void forgetDabbedPoints()
 {
-    const Outline outline = takeOutline();
-    session->rowCrossings = nullptr;
-    session->outlinePoints = nullptr;
-    session->outlinePointCount = 0;
-    return outline;
+    freeOutlinePoints(selectionProgress.dabbedFrom);
+    selectionProgress.dabbedFrom = nullptr;
 }
 
 void restoreOutline()
 {
+    session->outlinePoints = selectionProgress.dabbedFrom;
     session->outlinePointCount = session->referencePointCountB;
-    if (!replacePoints(session->outlinePoints, session->outlineSnapshot, session->outlinePointCount)) {
-        return clearSelection();
-    }
+    selectionProgress.dabbedFrom = nullptr;
     showFrameAgain();
 }
 
@@ -108,7 +118,8 @@ void pressOutlineBrush(HWND canvas, POINT at)
     if (IsRectEmpty(&session->selectionRect) || !session->selectionActive) return;
     const PixelPoint point = {(int)at.x, (int)at.y};
     if (!rectContains(pixelRectOf(session->selectionOuterRect), point)) return;
-    session->reshapeFromOutside = !outlineContains(session->outlinePoints, session->outlinePointCount, point);
+    const Outline present = presentOutline();
+    session->reshapeFromOutside = !outlineContains(present.points, present.pointCount, point);
     session->reshapeRect = session->selectionRect;
     session->reshapeHomeRect = session->selectionHomeRect;
     eraseFrame();
@@ -120,5 +131,6 @@ void releaseOutlineBrush()
     if (IsRectEmpty(&session->selectionRect) || !IsRectEmpty(&session->frameInnerRect)) return;
     if (!session->rowCrossings) return showFrameAgain();  // the dab met no part of the outline
     Outline outline = takeWorkingOutline();
-    if (!takeReshapedOutline(outline)) restoreOutline();
+    if (!takeReshapedOutline(outline, selectionProgress.tableOrigin)) return restoreOutline();
+    forgetDabbedPoints();
 }

@@ -2,9 +2,11 @@
 #include "selection/selection.h"
 
 #include "canvas/view/canvas_coordinates.h"
-#include "image/packed_bitmap.h"
+#include "selection/outline_drawing.h"
 #include "selection/selection_drawing.h"
+#include "selection/selection_frame.h"
 #include "selection/selection_operations.h"
+#include "selection/selection_progress.h"
 #include "selection/selection_state.h"
 #include "selection/selection_tracking.h"
 #include "session/ground/module_state.h"
@@ -20,46 +22,6 @@ int hitTest(POINT image, POINT client)
     const POINT at = isZoomed(canvasView) ? client : image;
     return hitTestFrame(pixelRectOf(session->frameInnerRect), pixelRectOf(session->frameOuterRect), frameButtons(),
                         frameBand(), {(int)at.x, (int)at.y});
-}
-
-// ---- the outline while it is drawn
-
-void startDrawing(HWND canvas, POINT at)
-{
-    clearSelection();
-    session->rowCount = bitmapHeight(editedImage());
-    const PixelPoint first = clampToCanvas({(int)at.x, (int)at.y}, pixelRectOf(canvasArea(canvas)));
-    Outline outline = {};
-    if (session->rowCount < 1 || !startOutline(outline, session->rowCount, first)) return;
-    putOutline(outline);
-    session->selectionRect = {first.x, first.y, first.x, first.y};
-}
-
-bool drawingRuns()
-{
-    return session->rowCrossings && !session->selectionActive;
-}
-
-void continueDrawing(HWND canvas, POINT at)
-{
-    const PixelPoint point = clampOutlinePoint({(int)at.x, (int)at.y}, pixelRectOf(canvasArea(canvas)));
-    Outline outline = takeOutline();
-    if (point.x == outline.last.x && point.y == outline.last.y) return;
-    extendOutline(outline, point);
-    putOutline(outline);
-    showSelection(canvas);
-}
-
-void finishDrawing(HWND canvas, POINT at)
-{
-    Outline outline = takeOutline();
-    if (at.x != outline.start.x || at.y != outline.start.y) {
-        closeOutline(outline, clampOutlinePoint({(int)at.x, (int)at.y}, pixelRectOf(canvasArea(canvas))));
-    }
-    putOutline(outline);
-    if (!floatOutline()) return clearSelection();
-    session->selectionActive = 1;
-    redrawSelection();
 }
 
 // ---- cursors over the frame, and what its buttons are called
@@ -161,4 +123,27 @@ UINT frameNameAt(HWND canvas, POINT client)
     for (const FrameLook& row : frameLooks)
         if (row.hit == hit) return row.nameId;
     return 0;
+}
+
+static void dropWorkingOutline()
+{
+    Outline outline = takeWorkingOutline();
+    freeOutline(outline);
+    freeOutlinePoints(selectionProgress.dabbedFrom);
+    if (session->selectionComposite) DeleteObject(session->selectionComposite);
+    session->selectionComposite = nullptr;
+}
+
+void clearSelection()
+{
+    session->selectionActive = 0;
+    session->selectionRotation = 0;
+    session->rotatingSelection = 0;
+    session->trackingSelection = 0;
+    session->selectionHitCode = 0;
+    dropWorkingOutline();
+    dropSelectionStates();
+    emptySelectionRects();
+    redrawSelection();
+    selectionProgress = {};
 }

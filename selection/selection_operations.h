@@ -1,5 +1,5 @@
-// What can be done with a floating selection. Each starts again from the untouched sources and, when
-// memory is short, leaves the selection as it was. Coordinates are image pixels.
+// What can be done with a floating selection. Each starts again from the untouched states, happens whole
+// or, when memory is short, not at all, and repaints the canvas. Coordinates are image pixels.
 #pragma once
 
 #include <windows.h>
@@ -9,6 +9,7 @@
 // One-click operations and colour steps, by hit code (selection/geometry/frame_layout.h).
 void runSelectionOperation(HWND canvas, int hit);
 
+// Moves there and back lose nothing, wherever they lead.
 void moveSelectionBy(int dx, int dy);
 void resizeSelectionTo(const RECT& rect);
 
@@ -16,9 +17,6 @@ void resizeSelectionTo(const RECT& rect);
 void rotateSelectionBy(int degrees);
 
 // A reshaped outline takes the place of the present one; its pixels come from the image, and from the old
-// floating pixels where those were. Takes what the outline owns, also when it fails: then (it encloses
-// nothing, or memory is short) the selection stays as it was.
-bool takeReshapedOutline(Outline& outline);
-
-// The canvas's client area in image pixels.
-RECT canvasArea(HWND canvas);
+// floating pixels where those were. The outline's table counts from `origin`. Takes what the outline owns,
+// also when it fails: then (it encloses nothing, or memory is short) the selection stays as it was.
+bool takeReshapedOutline(Outline& outline, PixelPoint origin);

@@ -7,11 +7,13 @@
 #include "selection/geometry/selection_transform.h"
 
 struct SelectionProgress {
-    RECT painted;           // where the selection is on the screen, image pixels; empty: nowhere
-    RECT bandStart;         // of a running move or resize, as trackRect
-    PixelPoint pressed;     // and where its button went down, client pixels of the host dialog
-    AngleTrack angle;       // of a running turn
-    POINT rotatedFrame[5];  // the turned frame on the screen, closed, image pixels
+    PixelPoint* dabbedFrom;  // owned: the shown points from before the outline brush's press, or null
+    PixelPoint tableOrigin;  // the image pixel that the outline brush's working table counts from
+    RECT painted;            // where the selection is on the screen, image pixels; empty: nowhere
+    RECT bandStart;          // of a running move or resize, as trackRect
+    PixelPoint pressed;      // and where its button went down, client pixels of the host dialog
+    AngleTrack angle;        // of a running turn
+    POINT rotatedFrame[5];   // the turned frame on the screen, closed, image pixels
 };
 
 extern SelectionProgress selectionProgress;

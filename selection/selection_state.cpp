@@ -1,214 +1,41 @@
 #include "selection/selection_state.h"
 
-#include <algorithm>
 #include <initializer_list>
 
-#include "canvas/view/canvas_coordinates.h"
 #include "color/colour_adjustment.h"
-#include "image/bitmap_block.h"
 #include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
-#include "image/pixels/pixel_ops.h"
-#include "selection/geometry/row_crossings.h"
-#include "selection/selection.h"
-#include "selection/geometry/selection_images.h"
-#include "selection/selection_drawing.h"
-#include "selection/selection_progress.h"
+#include "selection/selection_frame.h"
 #include "session/ground/session_record.h"
-#include "session/ground/window_props.h"
 
 namespace {
 
-void freeImage(HGLOBAL& image)
-{
-    releaseBlock(image);
-    image = nullptr;
-}
-
-void freeTable(RowHead*& table)
-{
-    freeCrossings(table);
-    table = nullptr;
-}
-
-void freePoints(PixelPoint*& points)
-{
-    freeOutlinePoints(points);
-    points = nullptr;
-}
-
-void freeWorkingOutline()
-{
-    freeTable(session->rowCrossings);
-    freePoints(session->outlinePoints);
-    freePoints(session->outlineSnapshot);
-    session->outlinePointCount = 0;
-    session->outlineIncomplete = 0;
-}
-
-void freeImages()
-{
-    for (HGLOBAL* image : {&session->selectionImage, &session->selectionMask, &session->selectionImageSource,
-                           &session->selectionMaskSource}) {
-        freeImage(*image);
-    }
-}
-
-void freeReferences()
-{
-    freeTable(session->referenceCrossingsA);
-    freeTable(session->referenceCrossingsB);
-    freeTable(session->homeCrossings);
-    freePoints(session->referencePointsA);
-    freePoints(session->referencePointsB);
-    for (HGLOBAL* image :
-         {&session->referenceImageA, &session->referenceMaskA, &session->referenceImageB, &session->referenceMaskB}) {
-        freeImage(*image);
-    }
-}
-
-void dropComposite()
-{
-    if (session->selectionComposite) DeleteObject(session->selectionComposite);
-    session->selectionComposite = nullptr;
-}
-
-}  // namespace
-
-bool replacePoints(PixelPoint*& field, const PixelPoint* from, int count)
-{
-    PixelPoint* const copy = copyOutlinePoints(from, count);
-    if (!copy) return false;
-    freePoints(field);
-    field = copy;
-    return true;
-}
-
-FrameMetrics frameMetrics()
-{
-    return {GetSystemMetrics(SM_CXFRAME), GetSystemMetrics(SM_CYFRAME)};
-}
-
-static bool fillMask(HGLOBAL mask)
-{
-    BitmapBlock block;
-    BitsView pixels;
-    if (!lockPixels(mask, &block, &pixels)) return false;
-    fillSelectionMask(pixels, session->rowCrossings, pixelRectOf(session->selectionRect));
-    unlockBlock(block);
-    return true;
-}
-
-static bool cutImage(HGLOBAL image)
-{
-    BitmapBlock block;
-    BitsView pixels;
-    if (!lockPixels(image, &block, &pixels)) return false;
-    cutSelectionImage(pixels, session->rowCrossings, pixelRectOf(session->selectionRect));
-    unlockBlock(block);
-    return true;
-}
-
-Outline takeOutline()
-{
-    const Outline outline = {session->rowCrossings,
-                             session->outlinePoints,
-                             session->outlinePointCount,
-                             {(int)session->outlineLastPoint.x, (int)session->outlineLastPoint.y},
-                             {(int)session->outlineStartPoint.x, (int)session->outlineStartPoint.y},
-                             session->outlineIncomplete != 0};
-    return outline;
-}
-
-void putOutline(const Outline& outline)
-{
-    session->rowCrossings = outline.crossings;
-    session->outlinePoints = outline.points;
-    session->outlinePointCount = outline.pointCount;
-    session->outlineLastPoint = {outline.last.x, outline.last.y};
-    session->outlineStartPoint = {outline.start.x, outline.start.y};
-    session->outlineIncomplete = outline.incomplete;
-}
-
-BandUnit frameBand()
-{
-    POINT band = {2 * GetSystemMetrics(SM_CXFRAME), 2 * GetSystemMetrics(SM_CYFRAME)};
-    if (!isZoomed(canvasView)) band = imagePointOf(session->canvasWindow, band);
-    return {(int)band.x, (int)band.y};
-}
-
-// The record keeps each button under its own name; the layout numbers them.
-static RECT SessionRecord::*const buttonFields[FRAME_BUTTON_COUNT] = {
-    &SessionRecord::applyButton,        &SessionRecord::flipVerticalButton,   &SessionRecord::flipHorizontalButton,
-    &SessionRecord::brighterButton,     &SessionRecord::darkerButton,         &SessionRecord::topLeftHandle,
-    &SessionRecord::topRightHandle,     &SessionRecord::bottomRightHandle,    &SessionRecord::bottomLeftHandle,
-    &SessionRecord::closeButton,        &SessionRecord::rotateButton,         &SessionRecord::hueDownButton,
-    &SessionRecord::hueUpButton,        &SessionRecord::saturationMoreButton, &SessionRecord::saturationLessButton,
-    &SessionRecord::contrastMoreButton, &SessionRecord::contrastLessButton,   &SessionRecord::liftUpButton,
-    &SessionRecord::liftDownButton,
+// Where the record keeps a state.
+struct StateFields {
+    PixelPoint* SessionRecord::*points;
+    int32_t SessionRecord::*pointCount;
+    RowHead* SessionRecord::*crossings;
+    HGLOBAL SessionRecord::*image;
+    HGLOBAL SessionRecord::*mask;
+    RECT SessionRecord::*rect;
 };
 
-FrameButtons frameButtons()
-{
-    FrameButtons buttons;
-    for (int i = 0; i < FRAME_BUTTON_COUNT; ++i)
-        buttons.rects[i] = pixelRectOf(session->*buttonFields[i]);
-    return buttons;
-}
+const StateFields stateFields[] = {
+    {&SessionRecord::outlineSnapshot, &SessionRecord::outlinePointCount, &SessionRecord::homeCrossings,
+     &SessionRecord::selectionImageSource, &SessionRecord::selectionMaskSource, &SessionRecord::selectionHomeRect},
+    {&SessionRecord::referencePointsA, &SessionRecord::referencePointCountA, &SessionRecord::referenceCrossingsA,
+     &SessionRecord::referenceImageA, &SessionRecord::referenceMaskA, &SessionRecord::referenceRectA},
+    {&SessionRecord::referencePointsB, &SessionRecord::referencePointCountB, &SessionRecord::referenceCrossingsB,
+     &SessionRecord::referenceImageB, &SessionRecord::referenceMaskB, &SessionRecord::referenceRectB},
+};
+static_assert(sizeof stateFields / sizeof stateFields[0] == SELECTION_STATE_COUNT, "one row a state");
 
-void layOutFrame()
-{
-    const FrameButtons buttons = layOutFrameButtons(pixelRectOf(session->frameOuterRect), frameBand());
-    for (int i = 0; i < FRAME_BUTTON_COUNT; ++i)
-        session->*buttonFields[i] = rectOf(buttons.rects[i]);
-}
-
-// What the frame encloses: the selection, or zoomed its place on the canvas, at least a pixel.
-static PixelRect framedRect(const PixelRect& rect)
-{
-    if (!isZoomed(canvasView)) return rect;
-    const PixelRect shown = deviceRectAt(canvasView, rect);
-    return {shown.left, shown.top, std::max(shown.right, shown.left + 1), std::max(shown.bottom, shown.top + 1)};
-}
-
-void setSelectionRect(const PixelRect& rect)
-{
-    const PixelRect inner = framedRect(rect), outer = frameOuterRectOf(inner, frameMetrics());
-    session->selectionRect = rectOf(rect);
-    session->selectionOuterRect = rectOf(isZoomed(canvasView) ? imageCover(canvasView, outer) : outer);
-    session->frameInnerRect = rectOf(inner);
-    session->frameOuterRect = rectOf(outer);
-    layOutFrame();
-}
-
-bool cutFloatingImages()
-{
-    const PixelRect rect = pixelRectOf(session->selectionRect);
-    freeImage(session->selectionImageSource);
-    freeImage(session->selectionMaskSource);
-    session->selectionImageSource = createBitmap(rect.right - rect.left, rect.bottom - rect.top, 24);
-    session->selectionMaskSource = createBitmap(rect.right - rect.left, rect.bottom - rect.top, 24);
-    BitmapBlock imageBlock, targetBlock;
-    BitsView image, target;
-    bool cut = false;
-    if (lockPixels(editedImage(), &imageBlock, &image)) {
-        if (lockPixels(session->selectionImageSource, &targetBlock, &target)) {
-            cut = true;
-            copyFromOffset(target, image, rect.left, rect.top);
-            unlockBlock(targetBlock);
-        }
-        unlockBlock(imageBlock);
-    }
-    return cut && cutImage(session->selectionImageSource) && fillMask(session->selectionMaskSource);
-}
-
-namespace {
-
-// Where the record keeps each value.
+// Where the record keeps each colour value.
 struct RecordedColour {
     int ColourValues::*value;
     int32_t SessionRecord::*field;
 };
+
 const RecordedColour recordedColours[] = {
     {&ColourValues::brightness, &SessionRecord::selectionBrightness},
     {&ColourValues::contrast, &SessionRecord::selectionContrast},
@@ -218,6 +45,31 @@ const RecordedColour recordedColours[] = {
 };
 
 }  // namespace
+
+bool selectionFloats()
+{
+    return session->selectionActive && !session->rowCrossings;
+}
+
+FloatingSelection selectionState(SelectionState state)
+{
+    const StateFields& fields = stateFields[state];
+    return {session->*fields.points, session->*fields.pointCount, session->*fields.crossings,
+            session->*fields.image,  session->*fields.mask,       pixelRectOf(session->*fields.rect)};
+}
+
+void putSelectionState(SelectionState state, const FloatingSelection& value)
+{
+    FloatingSelection before = selectionState(state);
+    freeFloating(before);
+    const StateFields& fields = stateFields[state];
+    session->*fields.points = value.points;
+    session->*fields.pointCount = value.pointCount;
+    session->*fields.crossings = value.crossings;
+    session->*fields.image = value.image;
+    session->*fields.mask = value.mask;
+    session->*fields.rect = rectOf(value.rect);
+}
 
 ColourValues selectionColours()
 {
@@ -233,138 +85,94 @@ void setSelectionColours(const ColourValues& values)
         session->*colour.field = values.*colour.value;
 }
 
-void adjustShownImages()
-{
-    applyColourAdjustment(session->selectionImageSource, session->selectionImage, session->selectionMaskSource,
-                          session->selectionMask, selectionColours());
-}
-
-bool deriveShownImages()
-{
-    HGLOBAL image = duplicateBitmap(session->selectionImageSource, 1);
-    HGLOBAL mask = duplicateBitmap(session->selectionMaskSource, 1);
-    if (!image || !mask) {
-        freeImage(image);
-        freeImage(mask);
-        return false;
-    }
-    freeImage(session->selectionImage);
-    freeImage(session->selectionMask);
-    session->selectionImage = image;
-    session->selectionMask = mask;
-    adjustShownImages();
-    return true;
-}
+// ---- changes
 
 namespace {
 
-// The present state, copied whole or not at all: what a reference keeps fits together also when memory is short.
-struct StateCopy {
-    PixelPoint* points;
-    RowHead* crossings;
-    HGLOBAL image, mask;
+// All that a change puts in place, made before anything of it is.
+struct Change {
+    FloatingSelection now, a, b;  // a and b are empty when they stay
+    PixelPoint* shownPoints;
+    HGLOBAL shownImage, shownMask;
 };
 
-void freeStateCopy(StateCopy& copy)
+void freeBitmap(HGLOBAL& bitmap)
 {
-    freePoints(copy.points);
-    freeTable(copy.crossings);
-    freeImage(copy.image);
-    freeImage(copy.mask);
+    releaseBlock(bitmap);
+    bitmap = nullptr;
 }
 
-bool copyState(StateCopy& copy)
+void freeChange(Change& change)
 {
-    copy = {copyOutlinePoints(session->outlinePoints, session->outlinePointCount),
-            copyCrossings(session->homeCrossings), duplicateBitmap(session->selectionImageSource, 1),
-            duplicateBitmap(session->selectionMaskSource, 1)};
-    if (copy.points && copy.crossings && copy.image && copy.mask) return true;
-    freeStateCopy(copy);
-    return false;
+    for (FloatingSelection* value : {&change.now, &change.a, &change.b})
+        freeFloating(*value);
+    freeOutlinePoints(change.shownPoints);
+    freeBitmap(change.shownImage);
+    freeBitmap(change.shownMask);
 }
 
-// The record's fields of one reference state.
-struct ReferenceFields {
-    PixelPoint* SessionRecord::*points;
-    RowHead* SessionRecord::*crossings;
-    HGLOBAL SessionRecord::*image;
-    HGLOBAL SessionRecord::*mask;
-    int32_t SessionRecord::*pointCount;
-    RECT SessionRecord::*rect;
-};
-
-const ReferenceFields stateA = {&SessionRecord::referencePointsA,     &SessionRecord::referenceCrossingsA,
-                                &SessionRecord::referenceImageA,      &SessionRecord::referenceMaskA,
-                                &SessionRecord::referencePointCountA, &SessionRecord::referenceRectA};
-const ReferenceFields stateB = {&SessionRecord::referencePointsB,     &SessionRecord::referenceCrossingsB,
-                                &SessionRecord::referenceImageB,      &SessionRecord::referenceMaskB,
-                                &SessionRecord::referencePointCountB, &SessionRecord::referenceRectB};
-
-bool storeReference(const ReferenceFields& state)
+bool makeShown(Change& change)
 {
-    StateCopy copy;
-    if (!copyState(copy)) return false;
-    StateCopy old = {session->*state.points, session->*state.crossings, session->*state.image, session->*state.mask};
-    freeStateCopy(old);
-    session->*state.points = copy.points;
-    session->*state.crossings = copy.crossings;
-    session->*state.image = copy.image;
-    session->*state.mask = copy.mask;
-    session->*state.pointCount = session->outlinePointCount;
-    session->*state.rect = session->selectionRect;
-    return true;
+    const FloatingSelection& now = change.now;
+    change.shownPoints = copyOutlinePoints(now.points, now.pointCount);
+    change.shownImage = duplicateBitmap(now.image, 1);
+    change.shownMask = duplicateBitmap(now.mask, 1);
+    return change.shownPoints && change.shownImage && change.shownMask &&
+           applyColourAdjustment(now.image, change.shownImage, now.mask, change.shownMask, selectionColours());
+}
+
+bool completeChange(Change& change, int renewed)
+{
+    return makeShown(change) && (!(renewed & RENEW_A) || copyFloating(change.now, change.a)) &&
+           (!(renewed & RENEW_B) || copyFloating(change.now, change.b));
+}
+
+void dropShown()
+{
+    freeOutlinePoints(session->outlinePoints);
+    session->outlinePoints = nullptr;
+    freeBitmap(session->selectionImage);
+    freeBitmap(session->selectionMask);
+}
+
+void takeChange(const Change& change)
+{
+    dropShown();
+    session->outlinePoints = change.shownPoints;
+    session->selectionImage = change.shownImage;
+    session->selectionMask = change.shownMask;
+    putSelectionState(STATE_NOW, change.now);
+    if (change.a.points) putSelectionState(STATE_A, change.a);
+    if (change.b.points) putSelectionState(STATE_B, change.b);
 }
 
 }  // namespace
 
-bool storeReferenceA()
+bool changeSelection(FloatingSelection& now, int renewed, int rotation)
 {
-    return storeReference(stateA);
-}
-
-bool storeReferenceB()
-{
-    return storeReference(stateB);
-}
-
-bool storeReferences()
-{
-    if (session->rowCrossings) {
-        freeTable(session->homeCrossings);
-        session->homeCrossings = session->rowCrossings;
-        session->rowCrossings = nullptr;
+    Change change = {};
+    change.now = now;
+    now = {};
+    if (!completeChange(change, renewed)) {
+        freeChange(change);
+        return false;
     }
-    session->selectionHomeRect = session->selectionRect;
-    session->selectionRotation = 0;
-    return replacePoints(session->outlineSnapshot, session->outlinePoints, session->outlinePointCount) &&
-           storeReferenceA() && storeReferenceB();
+    takeChange(change);
+    session->selectionRotation = rotation;
+    session->selectionActive = 1;
+    setSelectionRect(change.now.rect);
+    return true;
 }
 
-bool floatOutline()
+bool adjustShownImages(const ColourValues& values)
 {
-    PixelRect rect;
-    if (session->outlineIncomplete || !computeCrossingBounds(session->rowCrossings, rect)) return false;
-    setSelectionRect(rect);
-    if (!cutFloatingImages()) return false;
-    setSelectionColours(neutralColourValues());
-    return deriveShownImages() && storeReferences();
+    return applyColourAdjustment(session->selectionImageSource, session->selectionImage, session->selectionMaskSource,
+                                 session->selectionMask, values);
 }
 
-void clearSelection()
+void dropSelectionStates()
 {
-    session->selectionActive = 0;
-    session->selectionRotation = 0;
-    session->rotatingSelection = 0;
-    session->trackingSelection = 0;
-    session->selectionHitCode = 0;
-    freeWorkingOutline();
-    for (RECT* rect :
-         {&session->selectionRect, &session->frameInnerRect, &session->selectionOuterRect, &session->frameOuterRect}) {
-        SetRectEmpty(rect);
-    }
-    freeImages();
-    dropComposite();
-    freeReferences();
-    redrawSelection();
-    selectionProgress = {};
+    dropShown();
+    for (const SelectionState state : {STATE_NOW, STATE_A, STATE_B})
+        putSelectionState(state, FloatingSelection{});
 }

@@ -1,66 +1,42 @@
-// The floating selection's state in the session record, and how it changes. All coordinates are image
-// pixels.
+// The floating selection's states in the session record. All coordinates are image pixels.
 //
-// Shown are selectionImage and selectionMask; they are always derived from selectionImageSource and
-// selectionMaskSource, which hold unadjusted pixels, with the five colour parameters applied once. Two
-// reference states are kept besides:
-//   A  the outline and pixels before any turn; every turn starts from it with the accumulated angle
-//   B  the state at the last close, flip, turn or reshape; every resize starts from it
-// so that nothing compounds.
+// Three whole values (selection/floating_selection.h) are kept:
+//   now  the selection as it is, its colours not adjusted
+//   A    the selection before any turn; every turn starts from it with the accumulated angle
+//   B    the selection at the last close, flip, turn or reshape; every resize starts from it
+// so that nothing compounds. Shown are outlinePoints, selectionImage and selectionMask: made from `now`, the
+// colours adjusted once, the points cut at the image's left and top side.
 #pragma once
 
 #include <windows.h>
 
-#include "image/pixels/bits_view.h"
-#include "selection/geometry/frame_layout.h"
-#include "selection/geometry/outline.h"
+#include "color/kernels/colour_values.h"
+#include "selection/floating_selection.h"
 
-inline PixelRect pixelRectOf(const RECT& rect)
-{
-    return {(int)rect.left, (int)rect.top, (int)rect.right, (int)rect.bottom};
-}
+// A selection floats and no press of the outline brush is reshaping it: what an operation needs.
+bool selectionFloats();
 
-inline RECT rectOf(const PixelRect& rect)
-{
-    return {rect.left, rect.top, rect.right, rect.bottom};
-}
+enum SelectionState { STATE_NOW, STATE_A, STATE_B, SELECTION_STATE_COUNT };
 
-// The outline that is being drawn lives in the record's fields; between these two calls it is a value.
-Outline takeOutline();
-void putOutline(const Outline& outline);
+// The value; its parts stay the record's.
+FloatingSelection selectionState(SelectionState state);
 
-// selectionRect becomes `rect`: the outer rectangle, the frame's rectangles and its buttons follow. The frame is laid
-// out in image pixels; on a zoomed canvas in client pixels, so that it keeps its size.
-void setSelectionRect(const PixelRect& rect);
-void layOutFrame();
-
-// Makes the source images for the present selectionRect and rowCrossings from the edited image. False
-// when memory is short.
-bool cutFloatingImages();
+// The record takes the value and frees the one it had.
+void putSelectionState(SelectionState state, const FloatingSelection& value);
 
 // The selection's colour values, as the record keeps them.
 ColourValues selectionColours();
 void setSelectionColours(const ColourValues& values);
 
-// The shown images again from the sources, with the colour parameters. False, and nothing changed, when
-// memory is short.
-bool deriveShownImages();
-void adjustShownImages();  // the same where they are of the sources' size already
+// What a change makes anew besides `now`.
+enum RenewedStates { RENEW_A = 1, RENEW_B = 2 };
 
-// The present state becomes both reference states, and its crossings homeCrossings; the angle is 0.
-// Frees the working crossing table. False when memory is short: then a state stays as it was.
-bool storeReferences();
-bool storeReferenceA();
-bool storeReferenceB();
+// `now` becomes the floating selection, with its frame, its shown points and images, and copies of it in the
+// renewed states. Takes the value also when it fails. False when memory is short: then nothing has changed.
+bool changeSelection(FloatingSelection& now, int renewed, int rotation);
 
-// Makes the working outline the floating selection: bounds, images, reference states. False when it
-// encloses nothing or memory is short: then nothing is left of it.
-bool floatOutline();
+// The shown images again from `now`, with the given colours. False, and nothing changed, when memory is short.
+bool adjustShownImages(const ColourValues& values);
 
-// A copy of `from` takes the field's place; on failure the field keeps what it has.
-bool replacePoints(PixelPoint*& field, const PixelPoint* from, int count);
-
-// The frame's band unit in the frame's pixels, the system's frame sizes, and the buttons of the present frame.
-BandUnit frameBand();
-FrameMetrics frameMetrics();
-FrameButtons frameButtons();
+// Frees the states and what is shown of them.
+void dropSelectionStates();

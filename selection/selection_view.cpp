@@ -4,11 +4,12 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/bitmap_locks.h"
+#include "selection/outline_drawing.h"
 #include "selection/selection.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_progress.h"
-#include "selection/selection_state.h"
+#include "selection/selection_frame.h"
 #include "selection/selection_tracking.h"
 #include "session/ground/session_record.h"
 
@@ -32,11 +33,6 @@ void followViewWithSelection(const CanvasView& before)
     if (!IsRectEmpty(&session->frameInnerRect)) setSelectionRect(pixelRectOf(session->selectionRect));
     if (trackingRuns()) shiftTracking(shiftSince(before));
     noteSelectionPainted();
-}
-
-static bool drawingRuns()
-{
-    return session->rowCrossings && !session->selectionActive;
 }
 
 bool selectionDragRuns()

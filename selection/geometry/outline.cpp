@@ -123,6 +123,25 @@ bool replayOutline(Outline& outline, int rowCount, const PixelPoint* points, int
     return false;
 }
 
+static void shiftPoints(PixelPoint* points, int count, int dx, int dy)
+{
+    for (int n = 0; n < count; n++)
+        points[n] = PixelPoint{points[n].x + dx, points[n].y + dy};
+}
+
+bool replayOutlineAnywhere(Outline& outline, PixelPoint& origin, const PixelPoint* points, int count)
+{
+    const PointBox box = boxOfPoints(points, count);
+    origin = PixelPoint{box.minX - 1, box.minY - 1};
+    PixelPoint* shifted = copyOutlinePoints(points, count);
+    if (!shifted) return false;
+    shiftPoints(shifted, count, -origin.x, -origin.y);
+    const bool replayed = replayOutline(outline, box.maxY - origin.y + 1, shifted, count);
+    freeOutlinePoints(shifted);
+    if (replayed) shiftPoints(outline.points, outline.pointCount, origin.x, origin.y);
+    return replayed;
+}
+
 static bool addSegment(RowHead* table, PixelPoint from, PixelPoint to)
 {
     PixelPoint previous = from;
@@ -134,11 +153,17 @@ static bool addSegment(RowHead* table, PixelPoint from, PixelPoint to)
     return true;
 }
 
-RowHead* crossingsOfPoints(int rowCount, const PixelPoint* points, int count)
+static PixelPoint countedFrom(PixelPoint origin, PixelPoint point)
+{
+    return PixelPoint{point.x - origin.x, point.y - origin.y};
+}
+
+RowHead* crossingsOfPoints(int rowCount, const PixelPoint* points, int count, PixelPoint origin)
 {
     RowHead* table = createCrossings(rowCount);
     for (int n = 0; table && n < count; n++) {
-        if (addSegment(table, points[n], points[n + 1 < count ? n + 1 : 0])) continue;
+        const PixelPoint to = points[n + 1 < count ? n + 1 : 0];
+        if (addSegment(table, countedFrom(origin, points[n]), countedFrom(origin, to))) continue;
         freeCrossings(table);
         table = nullptr;
     }

@@ -41,9 +41,13 @@ void freeOutline(Outline& outline);  // all zero again
 // when there is no point or not enough memory. The points must not be the ones of the outline itself.
 bool replayOutline(Outline& outline, int rowCount, const PixelPoint* points, int count);
 
+// The same for points that may lie anywhere: the table's rows and columns count from `origin`, which is
+// chosen so that it holds every crossing.
+bool replayOutlineAnywhere(Outline& outline, PixelPoint& origin, const PixelPoint* points, int count);
+
 // The crossings alone of the closed outline through the points, which may lie apart. Null when there
-// is no memory.
-RowHead* crossingsOfPoints(int rowCount, const PixelPoint* points, int count);
+// is no memory. The table's rows and columns count from `origin`.
+RowHead* crossingsOfPoints(int rowCount, const PixelPoint* points, int count, PixelPoint origin = {0, 0});
 
 // Whether a pixel is inside the closed outline through the points (even-odd), as the table of these
 // points would have it.

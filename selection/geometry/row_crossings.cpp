@@ -186,15 +186,14 @@ static int countNodes(const TableHeader* header)
     return count;
 }
 
-static RowHead* copyMapped(const RowHead* source, const CrossingMap& map)
+static RowHead* copyMapped(const RowHead* source, const CrossingMap& map, int rowCount)
 {
-    const int rowCount = crossingRowCount(source);
     RowHead* table = createCrossings(rowCount);
     if (!table) return nullptr;
     TableHeader* header = headerOf(table);
     const int nodes = countNodes(headerOf(source));
     bool copied = nodes == 0 || addBlock(header, nodes);
-    for (int row = 0; copied && row <= rowCount; row++) {
+    for (int row = 0; copied && row <= crossingRowCount(source); row++) {
         const int64_t target = map.rowFactor * row + map.rowOffset;
         if (target < 0 || target > rowCount) continue;
         copied = copyRow(header, table + target, source + row, map);
@@ -208,22 +207,25 @@ static const int64_t anyColumn = INT64_MAX;
 
 RowHead* copyCrossings(const RowHead* table)
 {
-    return copyMapped(table, CrossingMap{1, 0, 1, 0, anyColumn});
+    return copyMapped(table, CrossingMap{1, 0, 1, 0, anyColumn}, crossingRowCount(table));
 }
 
-RowHead* moveCrossings(const RowHead* table, int dx, int dy)
+RowHead* cropCrossings(const RowHead* table, PixelRect rect)
 {
-    return copyMapped(table, CrossingMap{1, dy, 1, dx, anyColumn});
+    const CrossingMap toCorner = {1, -(int64_t)rect.top, 1, -(int64_t)rect.left, anyColumn};
+    return copyMapped(table, toCorner, rect.bottom - rect.top);
 }
 
 RowHead* mirrorCrossingsVertically(const RowHead* table, PixelRect rect)
 {
-    return copyMapped(table, CrossingMap{-1, (int64_t)rect.top + rect.bottom, 1, 0, anyColumn});
+    const CrossingMap upsideDown = {-1, (int64_t)rect.top + rect.bottom, 1, 0, anyColumn};
+    return copyMapped(table, upsideDown, crossingRowCount(table));
 }
 
 RowHead* mirrorCrossingsHorizontally(const RowHead* table, PixelRect rect)
 {
-    return copyMapped(table, CrossingMap{1, 0, -1, (int64_t)rect.left + rect.right, (int64_t)rect.right - 1});
+    const CrossingMap sideways = {1, 0, -1, (int64_t)rect.left + rect.right, (int64_t)rect.right - 1};
+    return copyMapped(table, sideways, crossingRowCount(table));
 }
 
 const RowHead* crossingsOfRow(const RowHead* table, int row)

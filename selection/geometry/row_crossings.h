@@ -35,9 +35,12 @@ int crossingRowCount(const RowHead* table);
 // then lacks this crossing.
 bool addCrossing(RowHead* table, PixelPoint from, PixelPoint to);
 
-// Copies in the same order. What leaves the table's rows or columns on the way is dropped.
+// A copy in the same order.
 RowHead* copyCrossings(const RowHead* table);
-RowHead* moveCrossings(const RowHead* table, int dx, int dy);
+
+// The rows of a rectangle as a table of their own, whose rows and columns count from the rectangle's corner:
+// its row 0 is row rect.top, and it has one row below the rectangle's like any table. Columns are not cut.
+RowHead* cropCrossings(const RowHead* table, PixelRect rect);
 
 // Row r goes to top + bottom - r, the columns stay.
 RowHead* mirrorCrossingsVertically(const RowHead* table, PixelRect rect);

@@ -68,10 +68,9 @@ void composeSelection(const BitsView& target, const BitsView& image, const BitsV
     mergeMasked(target, pixels, mask, 0, 0);
 }
 
-void rebuildSelectionImage(const BitsView& pixels, const RowHead* table, PixelRect rect, const BitsView& image,
-                           const BitsView& oldPixels, const BitsView& oldMask, PixelRect oldRect)
+void rebuildSelectionImage(const BitsView& pixels, PixelRect rect, const BitsView& image, const BitsView& oldPixels,
+                           const BitsView& oldMask, PixelRect oldRect)
 {
     copyImageAt(pixels, image, rect);
     mergeMasked(pixels, oldPixels, oldMask, oldRect.left - rect.left, oldRect.top - rect.top);
-    cutSelectionImage(pixels, table, rect);
 }

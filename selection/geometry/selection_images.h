@@ -1,8 +1,9 @@
 // The floating pixels and the mask of a selection, from its crossings. A mask pixel is 0 (black) inside
 // the outline and 255 (white) outside; floating pixels are black outside.
 //
-// `rect` is the selection's rectangle in image pixels and has the size of the images. It may lie partly
-// or wholly outside the image; rows that the table does not have are outside the outline.
+// `rect` has the size of the images. For the image it is the selection's rectangle in image pixels, and may lie
+// partly or wholly outside; for the table it says in the table's own rows and columns where the images lie.
+// Rows that the table does not have are outside the outline.
 #pragma once
 
 #include "image/pixels/bits_view.h"
@@ -23,7 +24,7 @@ void applySelection(const BitsView& image, const BitsView& pixels, const BitsVie
 void composeSelection(const BitsView& target, const BitsView& image, const BitsView& pixels, const BitsView& mask,
                       PixelRect rect);
 
-// The floating pixels for a reshaped outline: the image at `rect`, over it the old floating pixels where
-// the old outline was (so that a moved selection keeps its own pixels), cut to the new outline.
-void rebuildSelectionImage(const BitsView& pixels, const RowHead* table, PixelRect rect, const BitsView& image,
-                           const BitsView& oldPixels, const BitsView& oldMask, PixelRect oldRect);
+// The floating pixels for a reshaped outline, to be cut to it: the image at `rect`, over it the old floating
+// pixels where the old outline was (so that a moved selection keeps its own pixels).
+void rebuildSelectionImage(const BitsView& pixels, PixelRect rect, const BitsView& image, const BitsView& oldPixels,
+                           const BitsView& oldMask, PixelRect oldRect);

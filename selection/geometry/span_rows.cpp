@@ -12,34 +12,46 @@ static size_t countCrossings(const RowHead* table, int heads)
     return count;
 }
 
-static int copyColumns(int* columns, const RowHead* head)
+static int copyColumns(int* columns, const RowHead* head, int left)
 {
     int count = 0;
     for (const RowHead* node = head->next; node != head; node = node->next)
-        columns[count++] = node->x;
+        columns[count++] = node->x + left;
     return count;
 }
 
-// Rows and columns lie in one block.
-bool makeSpanRows(const RowHead* table, SpanTable& spans)
+// The rows begin with their smallest column.
+static int smallestColumn(const RowHead* table, int heads)
 {
-    spans = SpanTable{};
-    const int heads = crossingRowCount(table) + 1;
+    int smallest = crossingEnd;
+    for (int row = 0; row < heads; row++)
+        if (table[row].next->x < smallest) smallest = table[row].next->x;
+    return smallest;
+}
+
+// Rows and columns lie in one block.
+bool makeSpanOutline(const RowHead* table, PixelRect rect, SpanOutline& outline)
+{
+    outline = SpanOutline{};
+    const int heads = crossingRowCount(table) + 1, smallest = smallestColumn(table, heads);
+    const bool usable = rect.left + smallest >= 1 && rect.right < crossingEnd;
+    const int left = usable ? rect.left : 1 - smallest;
     const size_t bytes = (size_t)heads * sizeof(RowSpans) + countCrossings(table, heads) * sizeof(int);
     RowSpans* rows = (RowSpans*)malloc(bytes);
     if (!rows) return false;
     int* columns = (int*)(rows + heads);
     for (int row = 0; row < heads; row++) {
-        const int count = copyColumns(columns, table + row);
+        const int count = copyColumns(columns, table + row, left);
         rows[row] = RowSpans{columns, count};
         columns += count;
     }
-    spans = SpanTable{rows, heads};
+    outline.spans = SpanTable{rows, heads};
+    outline.rect = PixelRect{left, 0, left + rect.right - rect.left, rect.bottom - rect.top};
     return true;
 }
 
-void freeSpanRows(SpanTable& spans)
+void freeSpanOutline(SpanOutline& outline)
 {
-    free((void*)spans.rows);
-    spans = SpanTable{};
+    free((void*)outline.spans.rows);
+    outline = SpanOutline{};
 }

@@ -283,9 +283,10 @@ TEST(SelectionImages, RebuildKeepsTheFloatingPixelsWhereTheOldOutlineWas)
         const std::vector<PixelPoint> points = asPixels(given);
         RowHead* table = crossingsOfPoints(height, points.data(), (int)points.size());
         Picture result(under.width, under.height), from(image), floating(old), through(oldMask);
-        rebuildSelectionImage(result.view(), table, PixelRect{bounds.left, bounds.top, bounds.right, bounds.bottom},
-                              from.view(), floating.view(), through.view(),
+        const PixelRect rect = {bounds.left, bounds.top, bounds.right, bounds.bottom};
+        rebuildSelectionImage(result.view(), rect, from.view(), floating.view(), through.view(),
                               PixelRect{left, top, left + old.width, top + old.height});
+        cutSelectionImage(result.view(), table, rect);
         EXPECT_EQ(storedRows(under, 0xCC), result.rows);
         freeCrossings(table);
     }

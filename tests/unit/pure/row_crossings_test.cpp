@@ -156,14 +156,18 @@ TEST(RowCrossings, CopyIsTheSameAndItsOwn)
     EXPECT_EQ(3000u, takeRows(copy)[2].size());
 }
 
-TEST(RowCrossings, MoveDropsWhatLeavesTheTable)
+TEST(RowCrossings, ACropCountsFromTheRectangleAndCutsNoColumn)
 {
     RowHead* table = tableOf(6, {{0, {1}}, {1, {3, 5}}, {4, {32760, 32764}}, {6, {9}}});
-    EXPECT_EQ((Rows{{0, {1, 3}}, {3, {32758, 32762}}, {5, {7}}}), takeRows(moveCrossings(table, -2, -1)));
-    EXPECT_EQ((Rows{{2, {3}}, {3, {5, 7}}, {6, {32762}}}), takeRows(moveCrossings(table, 2, 2)));
-    EXPECT_EQ((Rows{}), takeRows(moveCrossings(table, 0, 2000000000)));
+    EXPECT_EQ((Rows{{0, {1, 3}}, {3, {32758, 32762}}}), takeRows(cropCrossings(table, {2, 1, 9, 5})));
+    EXPECT_EQ((Rows{{0, {1, 3}}, {3, {32758, 32762}}, {5, {7}}}), takeRows(cropCrossings(table, {2, 1, 3, 6})));
+    EXPECT_EQ((Rows{{2, {3}}, {3, {5, 7}}, {6, {32762}}}), takeRows(cropCrossings(table, {-2, -2, 5, 4})));
+    EXPECT_EQ((Rows{}), takeRows(cropCrossings(table, {0, 2000000000, 5, 2000000001})));
     EXPECT_EQ((Rows{{0, {-999}}, {1, {-997, -995}}, {4, {31760, 31764}}, {6, {-991}}}),
-              takeRows(moveCrossings(table, -1000, 0)));
+              takeRows(cropCrossings(table, {1000, 0, 1001, 6})));
+    RowHead* crop = cropCrossings(table, {0, 1, 5, 3});
+    EXPECT_EQ(2, crossingRowCount(crop));
+    freeCrossings(crop);
     freeCrossings(table);
 }
 

@@ -12,6 +12,7 @@
 #include "selection/geometry/outline.h"
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
+#include "selection/selection_frame.h"
 #include "selection/selection_state.h"
 #include "selection/stored_selection.h"
 #include "tests/unit/windowed/session_fixture.h"
