@@ -7,6 +7,7 @@
 #include "canvas/keys.h"
 #include "canvas/overview_map.h"
 #include "canvas/pan.h"
+#include "canvas/painting_input.h"
 #include "canvas/pointer_input.h"
 #include "canvas/session_defaults.h"
 #include "canvas/view/canvas_coordinates.h"
@@ -24,7 +25,6 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"
-#include "tools/painting/dab_engine.h"
 #include "tools/painting/undo_history.h"
 
 namespace {
@@ -119,7 +119,7 @@ LRESULT onEraseBackground(HWND canvas, WPARAM wParam, LPARAM lParam)
 
 LRESULT onTimer(HWND canvas, WPARAM id)
 {
-    if (id == SPRAY_TIMER && session->pressActive) paintSegmentOfStroke(canvas);
+    if (id == SPRAY_TIMER) spray(canvas);
     if (id == BORDER_TIMER) moveAtBorder(canvas);
     return 0;
 }

@@ -3,8 +3,6 @@
 
 #include <windows.h>
 
-constexpr UINT_PTR SPRAY_TIMER = 1;  // armed while the Aerographe's button is down
-
 void pressButton(HWND canvas, POINT at);
 void movePointer(HWND canvas, POINT at, bool buttonDown);
 void releaseButton(HWND canvas, POINT at);
@@ -15,6 +13,3 @@ void losePress(HWND canvas, HWND newOwner);
 
 // Ends a press as if it had not been. False when there is none, or when it has done its work already.
 bool cancelPress(HWND canvas);
-
-// Paints the stroke's newest segment, from strokePoint to strokePrevPoint.
-void paintSegmentOfStroke(HWND canvas);

@@ -8,6 +8,7 @@
 #include "session/ground/session_record.h"
 #include "tools/brush/brush_mask.h"
 #include "tools/brush/brush_preview.h"
+#include "tools/brush/picked_patch.h"
 
 namespace {
 
@@ -84,7 +85,8 @@ void drawPart(HDC memory, POINT offset)
 {
     OutlinePicture& picture = sessionExtras.outline;
     const RECT whole = {-offset.x, -offset.y, picture.whole.cx - offset.x, picture.whole.cy - offset.y};
-    if (session->currentTool == TOOL_STAMP && session->maskCache) {
+    const Tool* const tool = findTool(session->currentTool);
+    if (tool && tool->showsPatch && session->maskCache) {
         drawBitmap(memory, session->maskCache, &whole, SRCCOPY);
     } else {
         drawBrushPreview(memory, whole, picture.whole.cx, picture.whole.cy, 0);
@@ -202,10 +204,7 @@ bool seenOf(const RECT& from, const RECT& to, RECT* seen)
 
 void rebuildOutline(HWND canvas, int dropBrushCache)
 {
-    if (dropBrushCache && session->maskCache) {
-        GlobalFree(session->maskCache);
-        session->maskCache = nullptr;
-    }
+    if (dropBrushCache) dropPickedPatch();
     buildBrushMask((int)session->brushWidth, (int)session->brushHeight);
     if (session->overlayHideCount > 0) restoreSaveUnder();
     dropBitmap(session->saveUnderBitmap);

@@ -39,9 +39,27 @@ struct ToolSettings {
 };
 static_assert(sizeof(ToolSettings) == 48, "twelve 32-bit integers");
 
-constexpr int TOOL_COUNT = 10;
-// The tool that each of the ten settings blocks belongs to.
-constexpr ToolId TOOL_SLOTS[TOOL_COUNT] = {
-    TOOL_SELECTION, TOOL_BRUSH,  TOOL_SMOOTH,   TOOL_AEROGRAPHE, TOOL_STAMP,
-    TOOL_SPOONBILL, TOOL_RUBBER, TOOL_CONTRAST, TOOL_TEXT,       TOOL_OUTLINE_BRUSH,
+constexpr int TOOL_COUNT = 10;  // settings blocks in the record
+constexpr int NO_SLOT = -1;
+
+// When a tool's stroke becomes an undo step.
+enum UndoMoment { UNDO_NEVER, UNDO_AT_PRESS, UNDO_AT_RELEASE };
+
+// One row a tool. What its press, move and release do stands in canvas/tool_input.cpp; how the painting tools lay
+// their dabs, in tools/painting/dab_engine.cpp.
+struct Tool {
+    ToolId id;
+    int cursorId;        // resource; the canvas's cursor while the tool is current
+    int slot;            // of its settings among the record's blocks, or NO_SLOT
+    ToolSettings start;  // its settings before any file is read
+    UndoMoment undo;
+    bool outlineWhilePressed;  // the brush's outline stays at the pointer while the button is down
+    bool clearsSelection;      // choosing it drops a floating selection
+    bool showsPatch;           // at the pointer, the patch it has picked up instead of the brush
 };
+
+// Null for an id that is no tool.
+const Tool* findTool(uint32_t id);
+
+// The tool that a settings block (0 to TOOL_COUNT - 1) belongs to.
+const Tool& toolInSlot(int slot);

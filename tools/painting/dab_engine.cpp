@@ -1,5 +1,7 @@
 #include "tools/painting/dab_engine.h"
 
+#include <algorithm>
+
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/cursor_outline.h"
 #include "image/bitmap_locks.h"
@@ -71,11 +73,19 @@ int paintSpray(const Dab& dab)
     return 1;
 }
 
+// What a tool does when it has no patch of the image yet.
+enum PickUp {
+    PICKS_UP_NOTHING,
+    PICKS_UP_AND_PAINTS,
+    PICKS_UP_ONLY,
+};
+
+// One row a painting tool.
 struct PaintingTool {
     uint32_t tool;
     int (*paint)(const Dab& dab);
     RECT (*layDabs)(const PaintingTool& tool, PixelPoint from, PixelPoint to);  // returns what they may have touched
-    bool carriesPatch;
+    PickUp pickUp;
 };
 
 RECT layDabAtEnd(const PaintingTool& tool, PixelPoint from, PixelPoint to);
@@ -83,9 +93,12 @@ RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to);
 RECT layBrushSegment(const PaintingTool& tool, PixelPoint from, PixelPoint to);
 
 const PaintingTool paintingTools[] = {
-    {TOOL_BRUSH, paintBrush, layBrushSegment, false}, {TOOL_SMOOTH, paintSmooth, layDabAtEnd, false},
-    {TOOL_STAMP, paintPatch, layDabAtEnd, true},      {TOOL_SPOONBILL, paintPatch, layDabsAlong, true},
-    {TOOL_RUBBER, paintRubber, layDabAtEnd, false},   {TOOL_AEROGRAPHE, paintSpray, layDabAtEnd, false},
+    {TOOL_BRUSH, paintBrush, layBrushSegment, PICKS_UP_NOTHING},
+    {TOOL_SMOOTH, paintSmooth, layDabAtEnd, PICKS_UP_NOTHING},
+    {TOOL_STAMP, paintPatch, layDabAtEnd, PICKS_UP_ONLY},
+    {TOOL_SPOONBILL, paintPatch, layDabsAlong, PICKS_UP_AND_PAINTS},
+    {TOOL_RUBBER, paintRubber, layDabAtEnd, PICKS_UP_NOTHING},
+    {TOOL_AEROGRAPHE, paintSpray, layDabAtEnd, PICKS_UP_NOTHING},
 };
 
 const PaintingTool* findPaintingTool(uint32_t tool)
@@ -111,28 +124,28 @@ int paintOn(const PaintingTool& tool, const PixelRect& rect, const BitsView& ima
 }
 
 // The Aerographe's halves are taken before scaling, so its soft dab stays centred.
-PixelRect dabRectAt(int x, int y)
+PixelRect dabRectAt(PixelPoint at)
 {
-    return dabRect({x, y}, (int)session->brushWidth, (int)session->brushHeight, (int)session->maskScale);
+    return dabRect(at, (int)session->brushWidth, (int)session->brushHeight, (int)session->maskScale);
 }
 
 RECT rectOfDab(PixelPoint at)
 {
-    const PixelRect rect = dabRectAt(at.x, at.y);
+    const PixelRect rect = dabRectAt(at);
     return {rect.left, rect.top, rect.right, rect.bottom};
 }
 
-RECT layDab(const PaintingTool& tool, int x, int y)
+RECT layDab(const PaintingTool& tool, PixelPoint at)
 {
-    extendDirtyBox(x, y);
-    paintDab(tool.tool, dabRectAt(x, y));
-    return rectOfDab({x, y});
+    extendDirtyBox(at);
+    paintDab(tool.tool, dabRectAt(at));
+    return rectOfDab(at);
 }
 
 // Positions only, nothing in between.
 RECT layDabAtEnd(const PaintingTool& tool, PixelPoint, PixelPoint to)
 {
-    return layDab(tool, to.x, to.y);
+    return layDab(tool, to);
 }
 
 // A dab at every point of the digital line, both ends included.
@@ -141,7 +154,7 @@ RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to)
     RECT touched = {0, 0, 0, 0};
     DigitalLine line = beginLine(from, to);
     do {
-        const RECT dab = layDab(tool, line.x, line.y);
+        const RECT dab = layDab(tool, {line.x, line.y});
         UnionRect(&touched, &touched, &dab);
     } while (nextPoint(line));
     return touched;
@@ -167,8 +180,8 @@ void paintSegment(PixelPoint from, PixelPoint to)
 // The same dabs as layDabsAlong, with the blocks locked once for all of them.
 RECT layBrushSegment(const PaintingTool&, PixelPoint from, PixelPoint to)
 {
-    extendDirtyBox(from.x, from.y);
-    extendDirtyBox(to.x, to.y);
+    extendDirtyBox(from);
+    extendDirtyBox(to);
     paintSegment(from, to);
     const RECT first = rectOfDab(from), last = rectOfDab(to);
     RECT touched;
@@ -176,11 +189,11 @@ RECT layBrushSegment(const PaintingTool&, PixelPoint from, PixelPoint to)
     return touched;
 }
 
-void pickUpPatch(HWND canvas, int x, int y)
+void pickUpPatch(HWND canvas, PixelPoint at)
 {
     const int width = (int)session->brushWidth, height = (int)session->brushHeight;
-    session->maskCache = extractRectMasked(editedImage(), session->brushMask, x - width / 2, y - height / 2, width,
-                                           height, session->previewBackground);
+    session->maskCache = extractRectMasked(editedImage(), session->brushMask, at.x - width / 2, at.y - height / 2,
+                                           width, height, session->previewBackground);
     buildBrushMask(width, height);
     rebuildOutline(canvas, 0);
 }
@@ -204,13 +217,10 @@ int beginStroke()
     return session->strokeCoverage != nullptr;
 }
 
-void extendDirtyBox(int x, int y)
+void extendDirtyBox(PixelPoint at)
 {
     DirtyBox& box = session->dirtyBox;
-    if (x < box.minX) box.minX = x;
-    if (x > box.maxX) box.maxX = x;
-    if (y < box.minY) box.minY = y;
-    if (y > box.maxY) box.maxY = y;
+    box = {std::min(box.minX, at.x), std::max(box.maxX, at.x), std::min(box.minY, at.y), std::max(box.maxY, at.y)};
 }
 
 int paintDab(uint32_t toolId, const PixelRect& dab)
@@ -221,16 +231,17 @@ int paintDab(uint32_t toolId, const PixelRect& dab)
     return tool && image && mask ? paintOn(*tool, dab, image.view, mask.view) : 0;
 }
 
-int strokeTo(HWND canvas, int previousX, int previousY, int x, int y)
+int strokeTo(HWND canvas, POINT from, POINT to)
 {
     const PaintingTool* tool = findPaintingTool(session->currentTool);
     if (!tool) return 0;
-    if (tool->carriesPatch && !session->maskCache) {
-        pickUpPatch(canvas, previousX, previousY);
-        if (tool->tool == TOOL_STAMP) return 1;
+    const PixelPoint first = {(int)from.x, (int)from.y}, last = {(int)to.x, (int)to.y};
+    if (tool->pickUp != PICKS_UP_NOTHING && !session->maskCache) {
+        pickUpPatch(canvas, first);
+        if (tool->pickUp == PICKS_UP_ONLY) return 1;
     }
     buildBrushMask((int)session->brushWidth, (int)session->brushHeight);
-    const RECT touched = tool->layDabs(*tool, {previousX, previousY}, {x, y});
+    const RECT touched = tool->layDabs(*tool, first, last);
     invalidateImageRect(canvas, touched);
     UpdateWindow(canvas);
     return 1;

@@ -11,15 +11,14 @@
 // cannot be read or memory is short.
 int beginStroke();
 
-// Paints from one pointer position to another with the current tool and shows it at once. Brush and
-// Spoonbill lay a dab at every point of the digital line from the first point pair to the second, both
-// ends included; when the two points are the same, and with every other tool, one dab falls on the
-// second pair. Stamp and Spoonbill pick their patch up around the first pair when they have none; for
-// Stamp that call ends there. Returns 0 when the current tool does not paint.
-int strokeTo(HWND canvas, int previousX, int previousY, int x, int y);
+// Paints between two pointer positions with the current tool and shows it at once. Brush and Spoonbill lay a dab at
+// every point of the digital line, both ends included; when the two points are the same, and with every other tool,
+// one dab falls on `to`. Stamp and Spoonbill pick their patch up around `from` when they have none; for Stamp that
+// call ends there. Returns 0 when the current tool does not paint.
+int strokeTo(HWND canvas, POINT from, POINT to);
 
 // Clips one dab of a tool to the image and calls its kernel. Returns 0 when something it needs is
 // missing, 1 otherwise, also when nothing of the dab lies on the image.
 int paintDab(uint32_t tool, const PixelRect& dab);
 
-void extendDirtyBox(int x, int y);
+void extendDirtyBox(PixelPoint at);

@@ -16,48 +16,18 @@
 #include "text/text_tool.h"
 #include "tools/brush/brush_mask.h"
 #include "tools/brush/brush_preview.h"
+#include "tools/brush/picked_patch.h"
 #include "tools/palette/palette_controls.h"
 #include "tools/painting/undo_history.h"
 
 namespace {
 
-struct ToolCursor {
-    uint32_t tool;
-    int cursorId;
-};
-
-const ToolCursor toolCursors[] = {
-    {TOOL_OUTLINE_BRUSH, CURSOR_OUTLINE_BRUSH},
-    {TOOL_SELECTION, CURSOR_SELECTION},
-    {TOOL_BRUSH, CURSOR_BRUSH},
-    {TOOL_RUBBER, CURSOR_RUBBER},
-    {TOOL_AEROGRAPHE, CURSOR_AEROGRAPHE},
-    {TOOL_STAMP, CURSOR_STAMP},
-    {TOOL_SMOOTH, CURSOR_SMOOTH},
-    {TOOL_SPOONBILL, CURSOR_SPOONBILL},
-    {TOOL_TEXT, CURSOR_TEXT},
-    {TOOL_COLORS, CURSOR_COLORS},
-};
-
-void setToolCursor(uint32_t tool)
+void setToolCursor(const Tool& tool)
 {
-    for (const ToolCursor& row : toolCursors) {
-        if (row.tool != tool) continue;
-        const HCURSOR cursor = LoadCursorA(moduleInstance, MAKEINTRESOURCEA(row.cursorId));
-        ShowCursor(FALSE);
-        SetClassLongPtrA(session->canvasWindow, GCLP_HCURSOR, (LONG_PTR)cursor);
-        ShowCursor(TRUE);
-    }
-}
-
-bool paintsWithOutline(uint32_t tool)
-{
-    return tool >= TOOL_OUTLINE_BRUSH && tool <= TOOL_SPOONBILL && tool != TOOL_SELECTION;
-}
-
-bool keepsSettings(uint32_t tool)
-{
-    return tool >= TOOL_OUTLINE_BRUSH && tool <= TOOL_TEXT;
+    const HCURSOR cursor = LoadCursorA(moduleInstance, MAKEINTRESOURCEA(tool.cursorId));
+    ShowCursor(FALSE);
+    SetClassLongPtrA(session->canvasWindow, GCLP_HCURSOR, (LONG_PTR)cursor);
+    ShowCursor(TRUE);
 }
 
 void hideOutlineOnce()
@@ -82,9 +52,10 @@ void unhideOutline()
 void switchSettings(HWND palette, uint32_t id)
 {
     if (id == session->currentTool) return;
-    if (keepsSettings(session->currentTool)) saveToolSettings(session->currentTool);
+    saveToolSettings(session->currentTool);
     if (session->currentTool != TOOL_COLORS && id != TOOL_CONTRAST) loadToolSettings(palette, id);
-    if (paintsWithOutline(id)) unhideOutline();
+    const Tool* const tool = findTool(id);
+    if (tool && tool->start.showOutline) unhideOutline();
 }
 
 void postCloseToHost()
@@ -119,32 +90,28 @@ void adjustContrast(HWND palette, int id)
     showOutline(session->canvasWindow);
 }
 
-void makeCurrent(uint32_t tool)
+void makeCurrent(const Tool& tool)
 {
-    session->currentTool = tool;
+    if (tool.clearsSelection) clearSelection();
+    session->currentTool = tool.id;
     rebuildOutline(session->canvasWindow, 1);
     setToolCursor(tool);
 }
 
-void chooseOutlineBrush(HWND, int id)
+// Tools that show no brush: it stays as it is, out of sight.
+void makeCurrentWithoutOutline(const Tool& tool)
 {
-    makeCurrent((uint32_t)id);
-}
-
-void chooseSelection(HWND, int id)
-{
-    session->currentTool = (uint32_t)id;
-    setToolCursor(session->currentTool);
+    session->currentTool = tool.id;
+    setToolCursor(tool);
     hideOutlineOnce();
 }
 
-void choosePaintingTool(HWND, int id)
+void chooseSelection(HWND, int)
 {
-    clearSelection();
-    makeCurrent((uint32_t)id);
+    makeCurrentWithoutOutline(*findTool(TOOL_SELECTION));
 }
 
-void chooseText(HWND palette, int id)
+void chooseText(HWND palette, int)
 {
     if (session->currentTool == TOOL_TEXT) {
         hideOutline(session->canvasWindow);
@@ -153,8 +120,7 @@ void chooseText(HWND palette, int id)
         showOutline(session->canvasWindow);
         return;
     }
-    clearSelection();
-    makeCurrent((uint32_t)id);
+    makeCurrent(*findTool(TOOL_TEXT));
     invalidateBrushPreview();
     hideOutlineOnce();
 }
@@ -174,14 +140,9 @@ COLORREF chosenColour(HWND palette)
     return ChooseColorA(&dialog) ? dialog.rgbResult : session->paintColour;
 }
 
-void chooseColours(HWND palette, int id)
+void chooseColours(HWND palette, int)
 {
-    if (session->currentTool != TOOL_COLORS) {
-        session->currentTool = (uint32_t)id;
-        setToolCursor(session->currentTool);
-        hideOutlineOnce();
-        return;
-    }
+    if (session->currentTool != TOOL_COLORS) return makeCurrentWithoutOutline(*findTool(TOOL_COLORS));
     hideOutline(session->canvasWindow);
     session->paintColour = chosenColour(palette);
     rebuildOutline(session->canvasWindow, 1);
@@ -212,8 +173,7 @@ void chooseShape(HWND palette, int id)
     }
     session->brushShape = id == BUTTON_CIRCLE ? SHAPE_CIRCLE : SHAPE_RECTANGLE;
     saveToolSettings(session->currentTool);
-    if (session->maskCache) GlobalFree(session->maskCache);
-    session->maskCache = nullptr;
+    dropPickedPatch();
     buildBrushMask((int)session->brushWidth, (int)session->brushHeight);
     rebuildOutline(session->canvasWindow, 0);
     invalidateBrushPreview();
@@ -224,6 +184,7 @@ void chooseEdge(HWND, int id)
     session->edgeMode = id == BUTTON_EDGE_FULL ? EDGE_FULL : EDGE_SMOOTH;
 }
 
+// Everything but tools that a click simply makes current.
 struct Command {
     int id;
     void (*run)(HWND palette, int id);
@@ -233,14 +194,7 @@ const Command commands[] = {
     {BUTTON_CLOSE, closeSession},
     {BUTTON_SAVE, saveSession},
     {BUTTON_CONTRAST, adjustContrast},
-    {TOOL_OUTLINE_BRUSH, chooseOutlineBrush},
     {BUTTON_SELECTION, chooseSelection},
-    {BUTTON_BRUSH, choosePaintingTool},
-    {BUTTON_RUBBER, choosePaintingTool},
-    {BUTTON_AEROGRAPHE, choosePaintingTool},
-    {BUTTON_STAMP, choosePaintingTool},
-    {BUTTON_SMOOTH, choosePaintingTool},
-    {BUTTON_SPOONBILL, choosePaintingTool},
     {BUTTON_TEXT, chooseText},
     {BUTTON_COLORS, chooseColours},
     {BUTTON_LIBRARY, toggleLibrary},
@@ -263,4 +217,5 @@ void runPaletteCommand(HWND palette, int id)
     for (const Command& command : commands) {
         if (command.id == id) return command.run(palette, id);
     }
+    if (const Tool* const tool = findTool((uint32_t)id)) makeCurrent(*tool);
 }

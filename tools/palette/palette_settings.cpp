@@ -8,6 +8,7 @@
 #include "text/text_tool.h"
 #include "tools/brush/brush_mask.h"
 #include "tools/brush/brush_preview.h"
+#include "tools/brush/picked_patch.h"
 #include "tools/palette/palette_controls.h"
 #include "session/dialogs/scroll_bars.h"
 
@@ -90,8 +91,7 @@ void scrollOpacity(HWND palette, HWND bar, WPARAM message)
 void finishSizing()
 {
     endText(session->canvasWindow);
-    if (session->maskCache) GlobalFree(session->maskCache);
-    session->maskCache = nullptr;
+    dropPickedPatch();
     buildBrushMask((int)session->brushWidth, (int)session->brushHeight);
     rebuildOutline(session->canvasWindow, 1);
 }

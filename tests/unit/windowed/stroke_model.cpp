@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "canvas/view/cursor_outline.h"
+#include "canvas/painting_input.h"
 #include "canvas/pointer_input.h"
 
 using reference::Picture;

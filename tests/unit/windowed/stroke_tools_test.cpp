@@ -1,5 +1,5 @@
 // Presses, moves and releases of every painting tool against the reference's dabs.
-#include "canvas/pointer_input.h"
+#include "canvas/painting_input.h"
 #include "canvas/view/cursor_outline.h"
 #include "image/packed_bitmap.h"
 #include "tests/unit/windowed/stroke_model.h"
@@ -335,7 +335,7 @@ TEST_F(StrokeTools, DabOutsideTheImagePaintsNothingButExtendsTheDirtyBox)
     const Picture before = model.scene.image;
     press(model, 200, -100);
     EXPECT_TRUE(showsPicture(image, before));
-    strokeTo(session->canvasWindow, 300, -200, 300, -200);
+    strokeTo(session->canvasWindow, {300, -200}, {300, -200});
     EXPECT_EQ(200, session->dirtyBox.minX);
     EXPECT_EQ(300, session->dirtyBox.maxX);
     EXPECT_EQ(-200, session->dirtyBox.minY);
@@ -349,7 +349,7 @@ TEST_F(StrokeTools, ToolsThatDoNotPaintAnswerZero)
     ASSERT_TRUE(start(30, 30));
     for (uint32_t tool : {TOOL_NONE, TOOL_CONTRAST, TOOL_SELECTION, TOOL_TEXT, TOOL_COLORS}) {
         session->currentTool = tool;
-        EXPECT_EQ(0, strokeTo(session->canvasWindow, 3, 3, 9, 9));
+        EXPECT_EQ(0, strokeTo(session->canvasWindow, {3, 3}, {9, 9}));
     }
     EXPECT_TRUE(same());
 }
