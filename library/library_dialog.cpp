@@ -43,12 +43,22 @@ RECT listRect(HWND dialog)
     return rect;
 }
 
+// Both sides of the border together. The window itself is asked: systems with padded borders make them wider than
+// the metrics of a frame say.
+LONG borderWidth(HWND dialog)
+{
+    RECT window, client;
+    GetWindowRect(dialog, &window);
+    GetClientRect(dialog, &client);
+    return window.right - window.left - client.right;
+}
+
 // Resizable in height only.
 INT_PTR onGetMinMaxInfo(HWND dialog, WPARAM, LPARAM lParam)
 {
     if (!listOf(dialog)) return 0;
     MINMAXINFO& info = *(MINMAXINFO*)lParam;
-    info.ptMinTrackSize.x = info.ptMaxTrackSize.x = listRect(dialog).right + 2 * GetSystemMetrics(SM_CYFRAME);
+    info.ptMinTrackSize.x = info.ptMaxTrackSize.x = listRect(dialog).right + borderWidth(dialog);
     return 0;
 }
 
@@ -103,10 +113,14 @@ void saveToLibrary(HWND dialog)
 void deleteFromLibrary(HWND dialog)
 {
     const HWND list = listOf(dialog);
-    const WCHAR* path = currentLibraryPath(list);
-    if (!path || !confirmDelete(dialog)) return;
-    deleteLibraryFile(path);
-    SendMessageA(list, LB_DELETESTRING, (WPARAM)SendMessageA(list, LB_GETCURSEL, 0, 0), 0);
+    const WCHAR* const current = currentLibraryPath(list);
+    if (!current) return;
+    LibraryPath path;
+    lstrcpynW(path.text, current, MODULE_PATH_SIZE);
+    // While the question is open the list may change, and the session may end.
+    if (!confirmDelete(dialog)) return;
+    deleteLibraryFile(path.text);
+    if (IsWindow(list)) removeLibraryItem(list, path.text);
 }
 
 struct LibraryCommand {

@@ -1,6 +1,7 @@
 #include "library/library_list.h"
 
 #include <cstdlib>
+#include <cwchar>
 
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/canvas_press.h"
@@ -203,6 +204,14 @@ const WCHAR* currentLibraryPath(HWND list)
 {
     const LibraryItem* item = itemAt(list, (int)SendMessageA(list, LB_GETCURSEL, 0, 0));
     return item ? item->path.text : nullptr;
+}
+
+void removeLibraryItem(HWND list, const WCHAR* path)
+{
+    for (int row = (int)SendMessageA(list, LB_GETCOUNT, 0, 0) - 1; row >= 0; --row) {
+        const LibraryItem* item = itemAt(list, row);
+        if (item && wcscmp(item->path.text, path) == 0) SendMessageA(list, LB_DELETESTRING, (WPARAM)row, 0);
+    }
 }
 
 void drawLibraryItem(const DRAWITEMSTRUCT& draw)

@@ -13,6 +13,9 @@ void addLibraryItem(HWND list, const WCHAR* path);
 // Path of the current item, null when there is none. Valid until the item goes.
 const WCHAR* currentLibraryPath(HWND list);
 
+// Removes the row of a path, if there is one.
+void removeLibraryItem(HWND list, const WCHAR* path);
+
 void drawLibraryItem(const DRAWITEMSTRUCT& draw);  // WM_DRAWITEM
 void freeLibraryItem(ULONG_PTR itemData);          // WM_DELETEITEM
 

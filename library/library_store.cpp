@@ -19,10 +19,19 @@ static bool makeLibraryDirectory()
     return isDirectory(directory.text) || CreateDirectoryW(directory.text, nullptr) || isDirectory(directory.text);
 }
 
+// Leaves a directory that holds anything.
+static void removeEmptyDirectory()
+{
+    LibraryPath directory;
+    if (pathBesideModule(directory.text, L"SELDIB")) RemoveDirectoryW(directory.text);
+}
+
 // ---- the list file, open for the whole of one save so that no other session takes the same number ----
 
 struct ListFile {
     HANDLE handle;
+    LibraryPath path;
+    bool isNew;     // made by this save
     LONGLONG size;  // before the save
     char start[COUNTER_DIGITS];
     DWORD startLength;  // bytes of `start` that were there
@@ -64,28 +73,31 @@ static bool beginNewList(ListFile* list)
     return true;
 }
 
-static bool readListStart(ListFile* list, bool isNew)
+static bool readListStart(ListFile* list)
 {
     LARGE_INTEGER size;
     if (!GetFileSizeEx(list->handle, &size)) return false;
     list->size = size.QuadPart;
-    if (isNew && list->size == 0 && !beginNewList(list)) return false;
+    list->isNew = list->isNew && list->size == 0;
+    if (list->isNew && !beginNewList(list)) return false;
     return moveTo(list->handle, 0) && ReadFile(list->handle, list->start, COUNTER_DIGITS, &list->startLength, nullptr);
+}
+
+// A save that failed leaves no list where there was none.
+static void closeList(const ListFile& list, bool saved)
+{
+    CloseHandle(list.handle);
+    if (list.isNew && !saved) DeleteFileW(list.path.text);
 }
 
 static bool openList(ListFile* list)
 {
-    LibraryPath path;
-    if (!libraryFile(&path, L"seldib.lst")) return false;
-    list->handle = openAlone(path.text);
+    if (!libraryFile(&list->path, L"seldib.lst")) return false;
+    list->handle = openAlone(list->path.text);
     if (list->handle == INVALID_HANDLE_VALUE) return false;
-    const bool isNew = GetLastError() != ERROR_ALREADY_EXISTS;
-    if (readListStart(list, isNew)) return true;
-    if (isNew) {  // nothing but a piece of the first line
-        moveTo(list->handle, 0);
-        SetEndOfFile(list->handle);
-    }
-    CloseHandle(list->handle);
+    list->isNew = GetLastError() != ERROR_ALREADY_EXISTS;
+    if (readListStart(list)) return true;
+    closeList(*list, false);
     return false;
 }
 
@@ -139,16 +151,24 @@ static void rememberSaved(const LibraryPath& path)
     if (length == 0 || inexact) field[0] = 0;
 }
 
-int saveSelectionToLibrary(LibraryPath* saved)
+static bool saveUnderNextNumber(LibraryPath& path)
 {
     ListFile list;
-    LibraryPath path;
-    if (!session || !session->selectionImage || !session->selectionMask) return 0;
-    if (!makeLibraryDirectory() || !openList(&list)) return 0;
+    if (!openList(&list)) return false;
     const int number = parseCounter(list.start, list.startLength) + 1;
     const bool done = numberedFile(&path, number) && saveUnderNumber(list, path, number);
-    CloseHandle(list.handle);
-    if (!done) return 0;
+    closeList(list, done);
+    return done;
+}
+
+int saveSelectionToLibrary(LibraryPath* saved)
+{
+    LibraryPath path;
+    if (!session || !session->selectionImage || !session->selectionMask || !makeLibraryDirectory()) return 0;
+    if (!saveUnderNextNumber(path)) {
+        removeEmptyDirectory();
+        return 0;
+    }
     rememberSaved(path);
     if (saved) *saved = path;
     return 1;

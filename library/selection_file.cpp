@@ -46,19 +46,22 @@ bool writeUnpublished(const WCHAR* path, HGLOBAL image, HGLOBAL mask)
 {
     LibraryPath unpublished;
     if (!image || !mask || !unpublishedPath(&unpublished, path)) return false;
-    HANDLE file =
-        CreateFileW(unpublished.text, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    // What is shared lets the file be renamed or deleted even if the system refuses to close it.
+    HANDLE file = CreateFileW(unpublished.text, GENERIC_WRITE, FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) return false;
-    const bool written = writeBitmaps(file, image, mask);
-    const bool closed = CloseHandle(file);
-    if (!written || !closed) DeleteFileW(unpublished.text);
-    return written && closed;
+    // Only bytes that are on the disk may get their name: a power cut must not leave a file of zeros in view.
+    const bool written = writeBitmaps(file, image, mask) && FlushFileBuffers(file);
+    CloseHandle(file);
+    if (!written) DeleteFileW(unpublished.text);
+    return written;
 }
 
 bool publishWritten(const WCHAR* path)
 {
     LibraryPath unpublished;
-    return unpublishedPath(&unpublished, path) && MoveFileExW(unpublished.text, path, MOVEFILE_REPLACE_EXISTING);
+    return unpublishedPath(&unpublished, path) &&
+           MoveFileExW(unpublished.text, path, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
 }
 
 void discardWritten(const WCHAR* path)

@@ -95,6 +95,131 @@ TEST_F(FailingLibrary, AFileThatCannotGetItsNameLeavesEverythingAsItWas)
     EXPECT_EQ("004\r\nseld_003.tif\r\nseld_004.tif\r\n", listText());
 }
 
+// The order of what reaches the disk: flushed before it gets its name, so that no power cut leaves zeros in view.
+static std::string diskOrder;
+static BOOL flushWorks;
+static ImportPatch flushPatch, movePatch;
+
+static BOOL WINAPI watchedFlush(HANDLE file)
+{
+    diskOrder += 'f';
+    return flushWorks && ((BOOL(WINAPI*)(HANDLE))flushPatch.before)(file);
+}
+
+static BOOL WINAPI watchedMove(LPCWSTR from, LPCWSTR to, DWORD flags)
+{
+    diskOrder += 'm';
+    return ((BOOL(WINAPI*)(LPCWSTR, LPCWSTR, DWORD))movePatch.before)(from, to, flags);
+}
+
+TEST_F(FailingLibrary, AFileIsOnTheDiskBeforeItGetsItsName)
+{
+    ASSERT_TRUE(openWithOlderFile());
+    ASSERT_TRUE(patchImport(&flushPatch, library.module, "FlushFileBuffers", (void*)watchedFlush));
+    ASSERT_TRUE(patchImport(&movePatch, library.module, "MoveFileExW", (void*)watchedMove));
+    flushWorks = FALSE;
+    diskOrder.clear();
+    ASSERT_TRUE(clickInLibrary(&host, ID_LIBRARY_SAVE));
+    EXPECT_EQ("f", diskOrder);
+    expectAsBefore();
+    flushWorks = TRUE;
+    diskOrder.clear();
+    ASSERT_TRUE(clickInLibrary(&host, ID_LIBRARY_SAVE));
+    EXPECT_EQ("fm", diskOrder);
+    undoPatch(&movePatch);
+    undoPatch(&flushPatch);
+    EXPECT_EQ(2, storedCount(host));
+}
+
+// Another program holds the list file, or the file whose number is next: neither is touched, nothing is left behind.
+TEST_F(FailingLibrary, FilesThatAreHeldOpenStayAsTheyAre)
+{
+    ASSERT_TRUE(openWithOlderFile());
+    HANDLE held = CreateFileA(listFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, held);
+    ASSERT_TRUE(clickInLibrary(&host, ID_LIBRARY_SAVE));
+    expectAsBefore();
+    CloseHandle(held);
+    const std::string next = libraryDirectory(library) + storedName(4);
+    ASSERT_TRUE(writeFileBytes(next, {'x'}));
+    held = CreateFileA(next.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, held);
+    ASSERT_TRUE(clickInLibrary(&host, ID_LIBRARY_SAVE));
+    CloseHandle(held);
+    EXPECT_EQ(FileBytes{'x'}, fileBytes(next));
+    DeleteFileA(next.c_str());
+    expectAsBefore();
+}
+
+static HANDLE WINAPI readOnlyFolder(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                                    DWORD creation, DWORD flags, HANDLE pattern)
+{
+    if (!(access & GENERIC_WRITE)) return CreateFileW(path, access, share, security, creation, flags, pattern);
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+}
+
+TEST_F(FailingLibrary, AFolderThatIsReadOnlyStaysAsItIs)
+{
+    ASSERT_TRUE(openWithOlderFile());
+    ImportPatch patch;
+    ASSERT_TRUE(patchImport(&patch, library.module, "CreateFileW", (void*)readOnlyFolder));
+    ASSERT_TRUE(clickInLibrary(&host, ID_LIBRARY_SAVE));
+    undoPatch(&patch);
+    expectAsBefore();
+}
+
+// The first save of all: there is no directory and no list yet, and after a failure there is none again.
+TEST_F(FailingLibrary, AFirstSaveThatFailsLeavesNoListAndNoDirectory)
+{
+    ASSERT_TRUE(openOver(600, 400));
+    ASSERT_TRUE(draw(pentagon));
+    ASSERT_TRUE(toggleLibraryWindow(&host));
+    ImportPatch patch;
+    ASSERT_TRUE(patchImport(&patch, library.module, "WriteFile", (void*)writeToBadDisk));
+    for (WriteFailure kind : {FAILS_ONCE, STAYS_FULL, TAKES_HALF}) {
+        failure = kind;
+        // The list's first line, the file's bytes, the list's new line and its counter.
+        for (int before = 0; before < 4; ++before) {
+            SCOPED_TRACE(testing::Message() << "kind " << kind << ", after " << before << " writes");
+            writesLeft = before;
+            ASSERT_TRUE(clickInLibrary(&host, ID_LIBRARY_SAVE));
+            EXPECT_EQ(INVALID_FILE_ATTRIBUTES, GetFileAttributesA((library.directory + "SELDIB").c_str()));
+        }
+    }
+    undoPatch(&patch);
+    ASSERT_TRUE(clickInLibrary(&host, ID_LIBRARY_SAVE));
+    EXPECT_EQ("001\r\nseld_001.tif\r\n", listText());
+    EXPECT_EQ(1, storedCount(host));
+}
+
+// The frame is wider than the system's metrics say, as where borders are padded.
+static int WINAPI narrowFrames(int metric)
+{
+    const int value = GetSystemMetrics(metric);
+    return metric == SM_CYFRAME || metric == SM_CXFRAME ? value - 2 : value;
+}
+
+TEST_F(FailingLibrary, TheWindowKeepsItsWidthWherePaddedBordersAreWide)
+{
+    ASSERT_TRUE(openWithOlderFile());
+    ImportPatch patch;
+    ASSERT_TRUE(patchImport(&patch, library.module, "GetSystemMetrics", (void*)narrowFrames));
+    const HWND window = libraryWindow(host);
+    RECT before, after;
+    GetWindowRect(window, &before);
+    for (int change : {60, -40, 25}) {
+        GetWindowRect(window, &after);
+        SetWindowPos(window, nullptr, 0, 0, after.right - after.left, after.bottom - after.top + change,
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        ASSERT_TRUE(settle(&host));
+    }
+    undoPatch(&patch);
+    GetWindowRect(window, &after);
+    EXPECT_EQ(before.right - before.left, after.right - after.left);
+    EXPECT_EQ(before.bottom - before.top + 45, after.bottom - after.top);
+}
+
 TEST_F(FailingLibrary, ADirectoryThatCannotBeMadeSavesNothing)
 {
     ASSERT_TRUE(writeFileBytes(library.directory + "SELDIB", {'x'}));
