@@ -12,6 +12,7 @@
 #include "session/dialogs/dialog_face.h"
 #include "session/ground/language.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "session/dialogs/scroll_bars.h"
@@ -238,8 +239,7 @@ void openContrastDialog(HWND palette, int buttonId)
 {
     RECT button;
     GetWindowRect(GetDlgItem(palette, buttonId), &button);
-    readLocaleLanguage();
     enableSessionWindows(FALSE);
     runLocalDialog(moduleInstance, CONTRAST_TEMPLATE, palette, contrastDialogProc, (LPARAM)&button);
-    enableSessionWindows(TRUE);
+    if (sessionGoesOn()) enableSessionWindows(TRUE);
 }

@@ -3,10 +3,10 @@
 #include "session/ground/language.h"
 #include "session/ground/module_state.h"
 
-// The reason is not looked at: every call renews the instance handle and the profile's language.
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD, LPVOID)
+// Threads of the host that come and go cost nothing; the language is read again by each session.
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID)
 {
     moduleInstance = instance;
-    readProfileLanguage();
+    if (reason == DLL_PROCESS_ATTACH) readProfileLanguage();
     return instance != nullptr;
 }

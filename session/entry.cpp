@@ -5,8 +5,11 @@
 #include "image/original_image.h"
 #include "resources/resource_ids.h"
 #include "session/host_dialog.h"
+#include "session/ground/language.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
+#include "session/quit_message.h"
 #include "tools/painting/undo_history.h"
 
 // While the pointer rests on the canvas, its place is looked at this often (milliseconds). A message
@@ -24,6 +27,7 @@ static int startSession(HINSTANCE instance)
         if (sessionBlock) GlobalFree(sessionBlock);
         return 0;
     }
+    readProfileLanguage();
     const int registered = registerCanvasClass(instance);
     if (!registered) {
         session = nullptr;
@@ -97,18 +101,23 @@ static void leadWheelToCanvas(MSG& message)
 
 static void runLoop()
 {
-    MSG message;
+    MSG message = {};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
         leadWheelToCanvas(message);
         TranslateMessage(&message);
         DispatchMessageA(&message);
         followPointer(message);
     }
-    // A quit message of the host's own ended the loop: leave as by Close, and hand the message on.
-    if (IsWindow(session->hostDialog)) {
-        DestroyWindow(session->hostDialog);
-        PostQuitMessage((int)message.wParam);
-    }
+    noteQuit(message);
+    // A quit message of the host's own ended the loop: leave as by Close.
+    if (IsWindow(session->hostDialog)) DestroyWindow(session->hostDialog);
+}
+
+// The system cannot activate a window that is still disabled when the one that it owns goes.
+static void activateAgain(HWND parent)
+{
+    const HWND window = GetAncestor(parent, GA_ROOT);
+    if (window && IsWindowVisible(window) && GetActiveWindow() != window) SetActiveWindow(window);
 }
 
 static void runSession(HWND parent)
@@ -116,11 +125,14 @@ static void runSession(HWND parent)
     const HWND hostDialog = session->hostDialog;
     ShowWindow(hostDialog, SW_SHOW);
     UpdateWindow(hostDialog);
+    sessionExtras.parent = parent;
     EnableWindow(parent, FALSE);
     runLoop();
     EnableWindow(parent, TRUE);
     ShowWindow(hostDialog, SW_HIDE);
     UpdateWindow(parent);
+    activateAgain(parent);
+    handQuitOn();
 }
 
 static int callSession(HWND parent, SessionArguments& arguments)

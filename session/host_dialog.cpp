@@ -14,6 +14,7 @@
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
+#include "session/quit_message.h"
 #include "tools/palette/palette.h"
 #include "tools/settings/settings_file.h"
 
@@ -189,6 +190,7 @@ INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM lParam)
 
 INT_PTR onClose(HWND dialog, WPARAM, LPARAM)
 {
+    EnableWindow(sessionExtras.parent, TRUE);  // so that it can become active when this window goes
     DestroyWindow(dialog);
     return 1;
 }
@@ -197,7 +199,6 @@ INT_PTR onClose(HWND dialog, WPARAM, LPARAM)
 void leaveAsCloseUnlessSaved()
 {
     if (sessionExtras.leaving != LEAVING_SAVED) {
-        sessionExtras.leaving = LEAVING_CLOSED;
         sessionResult = 0;
         giveBackOriginal();
     }
@@ -206,6 +207,7 @@ void leaveAsCloseUnlessSaved()
 
 void tearDown(HWND dialog)
 {
+    if (sessionExtras.leaving == LEAVING_UNDECIDED) sessionExtras.leaving = LEAVING_CLOSED;
     if (IsWindow(session->paletteDialog)) DestroyWindow(session->paletteDialog);
     for (int key : {PROP_ASPECT_WIDTH, PROP_ASPECT_HEIGHT, PROP_IMAGE, PROP_FORWARD_TARGET, PROP_CANVAS}) {
         removeWindowProp(dialog, key);
@@ -220,7 +222,7 @@ INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
 {
     const bool started = session->hostDialog != nullptr;
     tearDown(dialog);
-    if (started) PostQuitMessage(0);
+    if (started) postSessionQuit();
     return 1;
 }
 

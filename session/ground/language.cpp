@@ -4,6 +4,7 @@
 
 #include "session/ground/language_table.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 
 constexpr int DIALOG_NAME_SIZE = 32;
 
@@ -53,5 +54,5 @@ INT_PTR runLocalDialog(HINSTANCE instance, const WCHAR* englishName, HWND owner,
     WCHAR name[DIALOG_NAME_SIZE];
     localName(name, englishName);
     const INT_PTR result = DialogBoxParamW(instance, name, owner, proc, param);
-    return result != -1 ? result : DialogBoxParamW(instance, englishName, owner, proc, param);
+    return result != -1 || !sessionGoesOn() ? result : DialogBoxParamW(instance, englishName, owner, proc, param);
 }

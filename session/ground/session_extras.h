@@ -55,7 +55,15 @@ struct WaitingCharacter {
     int count;
 };
 
+// A quit message of the host's own, kept while the session's takes its place: session/quit_message.h.
+struct HostQuit {
+    bool pending;
+    int code;
+};
+
 struct SessionExtras {
+    HWND parent;  // the host's window, disabled for the session
+    HostQuit hostQuit;
     WaitingCharacter waiting;
     StoredSettings stored;
     Leaving leaving;

@@ -145,7 +145,9 @@ static void runCall(Host* host)
     outcome.result = callEntry(*host);
     EnumThreadWindows(GetCurrentThreadId(), countWindow, (LPARAM)&outcome.windowsLeft);
     MSG message;
+    outcome.parentActive = GetActiveWindow() == host->parent;
     outcome.quitLeft = PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    if (outcome.quitLeft) outcome.quitCode = (int)message.wParam;
     WNDCLASSA found;
     outcome.classLeft = GetClassInfoA(host->library->module, "KOVRETOUCH", &found);
     outcome.parentDisabled = IsWindow(host->parent) && !IsWindowEnabled(host->parent);

@@ -48,6 +48,8 @@ struct CallOutcome {
     int result;
     int windowsLeft;      // top-level windows of the thread besides the host's own
     bool quitLeft;        // a quit message in the thread's queue
+    int quitCode;         // its exit code
+    bool parentActive;    // the host's window is the thread's active one
     bool classLeft;       // the canvas class still registered
     bool parentDisabled;  // the host's window still disabled
 };

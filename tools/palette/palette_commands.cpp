@@ -83,6 +83,7 @@ void adjustContrast(HWND palette, int id)
     clearSelection();
     hideOutline(session->canvasWindow);
     openContrastDialog(palette, id);
+    if (!sessionGoesOn()) return;
     CheckDlgButton(palette, id, BST_UNCHECKED);
     if (session->currentTool) {
         CheckRadioButton(palette, BUTTON_FIRST_TOOL, BUTTON_LAST_TOOL, (int)session->currentTool);
@@ -116,6 +117,7 @@ void chooseText(HWND palette, int)
     if (session->currentTool == TOOL_TEXT) {
         hideOutline(session->canvasWindow);
         chooseTextFont(palette);
+        if (!sessionGoesOn()) return;
         invalidateBrushPreview();
         showOutline(session->canvasWindow);
         return;
@@ -144,7 +146,9 @@ void chooseColours(HWND palette, int)
 {
     if (session->currentTool != TOOL_COLORS) return makeCurrentWithoutOutline(*findTool(TOOL_COLORS));
     hideOutline(session->canvasWindow);
-    session->paintColour = chosenColour(palette);
+    const COLORREF chosen = chosenColour(palette);
+    if (!sessionGoesOn()) return;
+    session->paintColour = chosen;
     rebuildOutline(session->canvasWindow, 1);
     invalidateBrushPreview();
     hideOutlineFully();
