@@ -68,7 +68,7 @@ void continueDrawing(HWND canvas, POINT at)
     if (point.x == outline.last.x && point.y == outline.last.y) return;
     extendOutline(outline, point);
     putOutline(outline);
-    showSelection(canvas);
+    showNewDots(canvas);
 }
 
 bool floatOutline()

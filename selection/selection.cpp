@@ -2,6 +2,7 @@
 #include "selection/selection.h"
 
 #include "canvas/view/canvas_coordinates.h"
+#include "resources/resource_ids.h"
 #include "selection/outline_drawing.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
@@ -12,7 +13,6 @@
 #include "session/ground/module_state.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
-#include "resources/resource_ids.h"  // last: its names are macros
 
 namespace {
 
@@ -136,10 +136,9 @@ static void dropWorkingOutline()
 
 void clearSelection()
 {
+    if (trackingRuns()) cancelTracking(session->canvasWindow);
     session->selectionActive = 0;
     session->selectionRotation = 0;
-    session->rotatingSelection = 0;
-    session->trackingSelection = 0;
     session->selectionHitCode = 0;
     dropWorkingOutline();
     dropSelectionStates();

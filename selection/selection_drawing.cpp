@@ -1,12 +1,13 @@
 // Drawing the floating selection, its dotted outline and its frame of buttons. Logical units of the
 // canvas, that is image pixels.
+#include <algorithm>
+#include <cstdlib>
 #include <initializer_list>
 
 #include "canvas/view/canvas_coordinates.h"
-#include "image/bitmap_block.h"
 #include "image/bitmap_display.h"
 #include "image/kept_blocks.h"
-#include "image/packed_bitmap.h"
+#include "image/made_bitmap.h"
 #include "selection/selection_drawing.h"
 #include "selection/geometry/selection_images.h"
 #include "selection/selection_frame.h"
@@ -17,38 +18,16 @@
 
 namespace {
 
-struct LockedPixels {
-    BitmapBlock block;
-    BitsView view;
-    bool locked;
-};
-
-LockedPixels lockImage(HGLOBAL image)
-{
-    LockedPixels pixels = {};
-    pixels.locked = lockPixels(image, &pixels.block, &pixels.view);
-    return pixels;
-}
-
-void unlockImage(const LockedPixels& pixels)
-{
-    if (pixels.locked) unlockBlock(pixels.block);
-}
-
-// The image with the selection over it, at selectionRect; the caller frees it.
+// The image with the selection over it, at selectionRect; the caller releases it.
 HGLOBAL composite()
 {
-    const RECT& rect = session->selectionRect;
-    const HGLOBAL composed = createBitmap(rect.right - rect.left, rect.bottom - rect.top, 24);
-    const LockedPixels target = lockImage(composed), image = lockImage(editedImage());
-    const LockedPixels pixels = lockImage(session->selectionImage), mask = lockImage(session->selectionMask);
-    const bool ready = target.locked && image.locked && pixels.locked && mask.locked;
-    if (ready) composeSelection(target.view, image.view, pixels.view, mask.view, pixelRectOf(rect));
-    for (const LockedPixels* locked : {&mask, &pixels, &image, &target})
-        unlockImage(*locked);
-    if (ready) return composed;
-    releaseBlock(composed);
-    return nullptr;
+    const LockedPixels image(editedImage()), pixels(session->selectionImage), mask(session->selectionMask);
+    if (!image || !pixels || !mask) return nullptr;
+    const PixelRect rect = pixelRectOf(session->selectionRect);
+    return makePixels(rect.right - rect.left, rect.bottom - rect.top, [&](const LockedPixels& target) {
+        composeSelection(target.view, image.view, pixels.view, mask.view, rect);
+        return true;
+    });
 }
 
 void drawFloatingPixels(HDC dc)
@@ -60,12 +39,12 @@ void drawFloatingPixels(HDC dc)
     releaseBlock(composed);
 }
 
-// The outline where it is drawn: a copy in client pixels when the canvas is zoomed, else null for the outline itself.
-PixelPoint* zoomedOutline()
+// A copy of the outline from a point on, in the units that it is drawn in. The caller frees it.
+PixelPoint* drawnPoints(int first)
 {
-    if (!isZoomed(canvasView)) return nullptr;
-    PixelPoint* const points = copyOutlinePoints(session->outlinePoints, session->outlinePointCount);
-    for (int i = 0; points && i < session->outlinePointCount; ++i) {
+    const int count = session->outlinePointCount - first;
+    PixelPoint* const points = copyOutlinePoints(session->outlinePoints + first, count);
+    for (int i = 0; points && isZoomed(canvasView) && i < count; ++i) {
         const PixelRect at = deviceRectAt(canvasView, {points[i].x, points[i].y, points[i].x, points[i].y});
         points[i] = {at.left, at.top};
     }
@@ -73,19 +52,24 @@ PixelPoint* zoomedOutline()
 }
 
 // White dots on black: visible on any image.
-void drawDottedOutline(HDC dc)
+void drawDots(HDC dc, const PixelPoint* points, int count)
 {
-    PixelPoint* const zoomed = zoomedOutline();
-    if (isZoomed(canvasView) && !zoomed) return;
     const HPEN pen = CreatePen(PS_DOT, 0, RGB(255, 255, 255));
-    if (!pen) return freeOutlinePoints(zoomed);
+    if (!pen) return;
     SelectObject(dc, pen);
     SetBkColor(dc, RGB(0, 0, 0));
     SetBkMode(dc, OPAQUE);
     static_assert(sizeof(PixelPoint) == sizeof(POINT), "outline points are drawn as they are");
-    Polyline(dc, (const POINT*)(zoomed ? zoomed : session->outlinePoints), session->outlinePointCount);
+    Polyline(dc, (const POINT*)points, count);
     SelectObject(dc, GetStockObject(WHITE_PEN));
     DeleteObject(pen);
+}
+
+void drawDottedOutline(HDC dc)
+{
+    if (!isZoomed(canvasView)) return drawDots(dc, session->outlinePoints, session->outlinePointCount);
+    PixelPoint* const zoomed = drawnPoints(0);
+    if (zoomed) drawDots(dc, zoomed, session->outlinePointCount);
     freeOutlinePoints(zoomed);
 }
 
@@ -202,6 +186,60 @@ RECT pictureRect()
     return box;
 }
 
+// ---- what is new of an outline being drawn
+
+// After so many pixels of the line, a multiple of every system's dot and gap, its dots begin anew.
+const int dotPeriod = 24;
+
+// The same while the image lies on the screen as it does.
+RECT placeOfImage(HDC dc)
+{
+    RECT place = {0, 0, 4096, 4096};
+    LPtoDP(dc, (POINT*)&place, 2);
+    const PixelRect zoomed = deviceRectAt(canvasView, {0, 0, 4096, 4096});
+    return isZoomed(canvasView) ? rectOf(zoomed) : place;
+}
+
+int pixelsBetween(const PixelPoint& a, const PixelPoint& b)
+{
+    return std::max(abs(a.x - b.x), abs(a.y - b.y));
+}
+
+// Goes along the line from where its dots last began anew; `points` are its points from there, device units.
+void followDots(OutlineDots& dots, const PixelPoint* points, int count)
+{
+    const int start = dots.start;
+    for (int i = dots.end - start + 1; i < count; ++i) {
+        dots.length += pixelsBetween(points[i - 1], points[i]);
+        if (dots.length % dotPeriod == 0) dots.start = start + i;
+    }
+    dots.end = start + count - 1;
+}
+
+void includeNewPoints(int first)
+{
+    const PointBox box = boxOfPoints(session->outlinePoints + first, session->outlinePointCount - first);
+    const RECT part = {box.minX - 2, box.minY - 2, box.maxX + 3, box.maxY + 3};
+    RECT& painted = selectionProgress.painted;
+    if (IsRectEmpty(&painted)) painted = part;
+    include(painted, part);
+}
+
+void drawNewDots(HDC dc)
+{
+    OutlineDots& dots = selectionProgress.dots;
+    const RECT place = placeOfImage(dc);
+    if (!EqualRect(&place, &dots.place)) dots = {place, 0, 0, 0};
+    const int first = dots.start, count = session->outlinePointCount - first;
+    PixelPoint* const points = drawnPoints(first);
+    if (!points) return;
+    drawDots(dc, points, count);
+    LPtoDP(dc, (POINT*)points, count);
+    followDots(dots, points, count);
+    freeOutlinePoints(points);
+    includeNewPoints(first);
+}
+
 }  // namespace
 
 void drawSelection(HDC dc)
@@ -220,12 +258,13 @@ void drawSelection(HDC dc)
     drawTracking(dc);
 }
 
-void showSelection(HWND canvas)
+void showNewDots(HWND canvas)
 {
     const HDC dc = GetDC(canvas);
-    drawSelection(dc);
+    const int saved = SaveDC(dc);
+    drawNewDots(dc);
+    RestoreDC(dc, saved);
     ReleaseDC(canvas, dc);
-    noteSelectionPainted();
 }
 
 void noteSelectionPainted()

@@ -9,8 +9,9 @@
 // the canvas.
 void drawSelection(HDC dc);
 
-// Draws the selection on the canvas at once.
-void showSelection(HWND canvas);
+// Draws on the canvas what is new of the outline being drawn, at once: the time is that of the new points, however
+// many there are.
+void showNewDots(HWND canvas);
 
 // All of the canvas is about to be painted.
 void noteSelectionPainted();

@@ -5,12 +5,12 @@
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/cursor_outline.h"
 #include "selection/selection_operations.h"
+#include "resources/resource_ids.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_progress.h"
 #include "selection/geometry/selection_transform.h"
 #include "session/ground/module_state.h"
 #include "session/ground/session_record.h"
-#include "resources/resource_ids.h"  // last: its names are macros
 
 namespace {
 

@@ -187,3 +187,32 @@ TEST_F(SelectionScreen, ABandThatEndsWhereItBeganKeepsTheTurn)
         closeSession();
     }
 }
+
+// ---- cleared while it is dragged
+
+// However the selection goes while the button is down, its release finds nothing to do.
+TEST_F(SelectionScreen, ASelectionDroppedWhileItIsDraggedLeavesNothing)
+{
+    openAt(sizes[1]);
+    ASSERT_TRUE(movePointerOnCanvas(&host, 5, 5));
+    const std::vector<uint8_t> before = shownBy(host.canvas).bytes;
+    for (const int hit : {INSIDE, RIGHT_EDGE, TOP_LEFT, ROTATE}) {
+        SCOPED_TRACE(hit);
+        draw(star);
+        const POINT at = clientOfHit(hit);
+        ASSERT_TRUE(movePointerOnCanvas(&host, at.x, at.y));
+        ASSERT_TRUE(pressButton(&host));
+        ASSERT_TRUE(movePointerOnCanvas(&host, at.x - 60, at.y + 40));
+        runOnHost(&host, [&] { SendMessageA(host.palette, WM_COMMAND, ID_BRUSH, 0); });
+        expectRepainted("dropped");  // the brush may show at the pointer by now
+        ASSERT_TRUE(movePointerOnCanvas(&host, at.x - 30, at.y + 70));
+        ASSERT_TRUE(releaseButton(&host));
+        ASSERT_TRUE(clickControl(&host, ID_SELECTION));
+        EXPECT_TRUE(before == shownBy(host.canvas).bytes) << "released";
+    }
+    draw(star);  // all is as at the first time
+    dragInside(40, 20);
+    apply();
+    expectPhoto("after it");
+    closeSession();
+}

@@ -26,25 +26,25 @@ TEST(FrameLayout, NineteenButtonsLieWhereTheyShould)
     const int L = 31, T = 49, R = 309, B = 231, dx = 10, dy = 7;
     const FrameButtons buttons = layOutFrameButtons(PixelRect{L, T, R, B}, BandUnit{dx, dy});
     const PixelRect* r = buttons.rects;
-    expectRect({L, T, L + dx, T + dy}, r[HANDLE_TOP_LEFT]);
-    expectRect({L + dx + 2, T, L + 3 * dx + 2, T + dy}, r[BUTTON_CLOSE]);
-    expectRect({L + 3 * dx + 4, T, L + 5 * dx + 4, T + dy}, r[BUTTON_APPLY]);
-    expectRect({R - 5 * dx - 3, T, R - 3 * dx - 3, T + dy}, r[BUTTON_FLIP_HORIZONTAL]);
-    expectRect({R - 3 * dx - 2, T, R - dx - 2, T + dy}, r[BUTTON_FLIP_VERTICAL]);
-    expectRect({R - dx - 1, T, R - 1, T + dy}, r[HANDLE_TOP_RIGHT]);
-    expectRect({L, T + dy + 1, L + dx, T + 3 * dy + 1}, r[BUTTON_BRIGHTER]);
-    expectRect({L, T + 3 * dy + 2, L + dx, T + 5 * dy + 2}, r[BUTTON_DARKER]);
-    expectRect({R - dx - 1, T + dy + 1, R - 1, T + 3 * dy + 1}, r[BUTTON_ROTATE]);
-    expectRect({L, B - 5 * dy - 2, L + dx, B - 3 * dy - 2}, r[BUTTON_HUE_UP]);
-    expectRect({L, B - 3 * dy - 1, L + dx, B - dy - 1}, r[BUTTON_HUE_DOWN]);
-    expectRect({R - dx - 1, B - 5 * dy - 3, R - 1, B - 3 * dy - 3}, r[BUTTON_CONTRAST_MORE]);
-    expectRect({R - dx - 1, B - 3 * dy - 2, R - 1, B - dy - 2}, r[BUTTON_CONTRAST_LESS]);
-    expectRect({L, B - dy, L + dx, B}, r[HANDLE_BOTTOM_LEFT]);
-    expectRect({L + dx + 1, B - dy - 1, L + 3 * dx + 1, B - 1}, r[BUTTON_SATURATION_MORE]);
-    expectRect({L + 3 * dx + 2, B - dy - 1, L + 5 * dx + 2, B - 1}, r[BUTTON_SATURATION_LESS]);
-    expectRect({R - 5 * dx - 2, B - dy - 1, R - 3 * dx - 2, B - 1}, r[BUTTON_LIFT_DOWN]);
-    expectRect({R - 3 * dx - 2, B - dy - 1, R - dx - 2, B - 1}, r[BUTTON_LIFT_UP]);
-    expectRect({R - dx - 1, B - dy, R - 1, B}, r[HANDLE_BOTTOM_RIGHT]);
+    expectRect({L, T, L + dx, T + dy}, r[FRAME_HANDLE_TOP_LEFT]);
+    expectRect({L + dx + 2, T, L + 3 * dx + 2, T + dy}, r[FRAME_BUTTON_CLOSE]);
+    expectRect({L + 3 * dx + 4, T, L + 5 * dx + 4, T + dy}, r[FRAME_BUTTON_APPLY]);
+    expectRect({R - 5 * dx - 3, T, R - 3 * dx - 3, T + dy}, r[FRAME_BUTTON_FLIP_HORIZONTAL]);
+    expectRect({R - 3 * dx - 2, T, R - dx - 2, T + dy}, r[FRAME_BUTTON_FLIP_VERTICAL]);
+    expectRect({R - dx - 1, T, R - 1, T + dy}, r[FRAME_HANDLE_TOP_RIGHT]);
+    expectRect({L, T + dy + 1, L + dx, T + 3 * dy + 1}, r[FRAME_BUTTON_BRIGHTER]);
+    expectRect({L, T + 3 * dy + 2, L + dx, T + 5 * dy + 2}, r[FRAME_BUTTON_DARKER]);
+    expectRect({R - dx - 1, T + dy + 1, R - 1, T + 3 * dy + 1}, r[FRAME_BUTTON_ROTATE]);
+    expectRect({L, B - 5 * dy - 2, L + dx, B - 3 * dy - 2}, r[FRAME_BUTTON_HUE_UP]);
+    expectRect({L, B - 3 * dy - 1, L + dx, B - dy - 1}, r[FRAME_BUTTON_HUE_DOWN]);
+    expectRect({R - dx - 1, B - 5 * dy - 3, R - 1, B - 3 * dy - 3}, r[FRAME_BUTTON_CONTRAST_MORE]);
+    expectRect({R - dx - 1, B - 3 * dy - 2, R - 1, B - dy - 2}, r[FRAME_BUTTON_CONTRAST_LESS]);
+    expectRect({L, B - dy, L + dx, B}, r[FRAME_HANDLE_BOTTOM_LEFT]);
+    expectRect({L + dx + 1, B - dy - 1, L + 3 * dx + 1, B - 1}, r[FRAME_BUTTON_SATURATION_MORE]);
+    expectRect({L + 3 * dx + 2, B - dy - 1, L + 5 * dx + 2, B - 1}, r[FRAME_BUTTON_SATURATION_LESS]);
+    expectRect({R - 5 * dx - 2, B - dy - 1, R - 3 * dx - 2, B - 1}, r[FRAME_BUTTON_LIFT_DOWN]);
+    expectRect({R - 3 * dx - 2, B - dy - 1, R - dx - 2, B - 1}, r[FRAME_BUTTON_LIFT_UP]);
+    expectRect({R - dx - 1, B - dy, R - 1, B}, r[FRAME_HANDLE_BOTTOM_RIGHT]);
 }
 
 static int hitAt(int x, int y)
@@ -72,14 +72,14 @@ TEST(FrameLayout, EveryButtonIsHitAtItsCorners)
 
 TEST(FrameLayout, ButtonsMeanTheirOwnOperations)
 {
-    EXPECT_EQ(3, hitOfButton(BUTTON_APPLY));
-    EXPECT_EQ(7, hitOfButton(BUTTON_FLIP_VERTICAL));
-    EXPECT_EQ(6, hitOfButton(BUTTON_FLIP_HORIZONTAL));
-    EXPECT_EQ(9, hitOfButton(BUTTON_BRIGHTER));
-    EXPECT_EQ(8, hitOfButton(BUTTON_DARKER));
-    EXPECT_EQ(109, hitOfButton(BUTTON_CLOSE));
-    EXPECT_EQ(108, hitOfButton(BUTTON_LIFT_UP));
-    EXPECT_EQ(110, hitOfButton(BUTTON_LIFT_DOWN));
+    EXPECT_EQ(3, hitOfButton(FRAME_BUTTON_APPLY));
+    EXPECT_EQ(7, hitOfButton(FRAME_BUTTON_FLIP_VERTICAL));
+    EXPECT_EQ(6, hitOfButton(FRAME_BUTTON_FLIP_HORIZONTAL));
+    EXPECT_EQ(9, hitOfButton(FRAME_BUTTON_BRIGHTER));
+    EXPECT_EQ(8, hitOfButton(FRAME_BUTTON_DARKER));
+    EXPECT_EQ(109, hitOfButton(FRAME_BUTTON_CLOSE));
+    EXPECT_EQ(108, hitOfButton(FRAME_BUTTON_LIFT_UP));
+    EXPECT_EQ(110, hitOfButton(FRAME_BUTTON_LIFT_DOWN));
     EXPECT_EQ(OPERATION_MOVE, operationOfHit(1));
     EXPECT_EQ(OPERATION_APPLY, operationOfHit(3));
     EXPECT_EQ(OPERATION_FLIP_HORIZONTAL, operationOfHit(6));

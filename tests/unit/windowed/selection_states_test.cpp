@@ -328,3 +328,33 @@ TEST_F(SelectionStates, AChangeHappensWholeOrNotAtAllWhenMemoryIsShort)
         }
     }
 }
+
+// ---- cleared while it is dragged
+
+TEST_F(SelectionStates, ClearingEndsADragInEveryField)
+{
+    openPhoto(200, 150);
+    for (const int hit : {HIT_INSIDE, HIT_BOTTOM_RIGHT, HIT_ROTATE}) {
+        SCOPED_TRACE(hit);
+        draw(shape);
+        const RECT& rect = session->selectionRect;
+        POINT at = {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+        if (hit != HIT_INSIDE) {
+            const RECT& button = hit == HIT_ROTATE ? session->rotateButton : session->bottomRightHandle;
+            at = {(button.left + button.right) / 2, (button.top + button.bottom) / 2};
+        }
+        pressButton(session->canvasWindow, at);
+        ASSERT_EQ((uint32_t)hit, session->selectionHitCode);
+        movePointer(session->canvasWindow, {at.x + 9, at.y + 7}, true);
+        ASSERT_TRUE(session->trackingSelection || session->rotatingSelection);
+        clearSelection();
+        EXPECT_EQ(0u, session->trackingSelection);
+        EXPECT_EQ(0u, session->rotatingSelection);
+        EXPECT_EQ(0u, session->selectionHitCode);
+        movePointer(session->canvasWindow, {at.x + 19, at.y + 3}, true);
+        releaseButton(session->canvasWindow, {at.x + 19, at.y + 3});
+        EXPECT_EQ(0u, session->selectionActive);
+        EXPECT_TRUE(IsRectEmpty(&session->selectionRect));
+        EXPECT_TRUE(showsPicture(image, picture));
+    }
+}
