@@ -14,6 +14,15 @@ struct ColourRow {
     uint8_t bytes[COLOUR_ROW_PIXELS * 3];
 };
 
+// Sums of three lines, each as sumLine of the same variant made them.
+struct SmoothSums {
+    const uint16_t *above, *line, *below;
+};
+constexpr size_t roomForSums(size_t count)
+{
+    return (count + 63) / 64 * 64;
+}
+
 struct PaintRows {
     // Lays `count` bytes of `over` over the pixels with one opacity (percent). The two do not overlap.
     void (*mixBytes)(uint8_t* pixels, const uint8_t* over, size_t count, int opacity);
@@ -25,6 +34,14 @@ struct PaintRows {
     // the colour laid over the pixel of `under` with it. The others keep every bit.
     void (*raise)(uint8_t* pixels, const uint8_t* under, uint8_t* cells, const uint8_t* weights, int count,
                   const ColourRow& colour);
+
+    // The blur, first across and then down, so that no sum is made more than once. Takes 1 2 1 of each byte and of
+    // those a pixel to either side, which are read too; `sums` has room for `count` bytes' and is for blurLine.
+    void (*sumLine)(uint16_t* sums, const uint8_t* line, size_t count);
+
+    // Bytes [first, end) of the line become 1 2 1 of the sums above, in and below it, rounded to sixteenths and
+    // mixed over the line with `opacity` percent.
+    void (*blurLine)(uint8_t* line, const SmoothSums& sums, size_t first, size_t end, int opacity);
 };
 
 // Rows too short for a variant go to the one below it.

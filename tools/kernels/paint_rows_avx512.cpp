@@ -33,15 +33,47 @@ LANES_INLINE void storePart(uint8_t* at, Vector bytes, int part, const SomePixel
     _mm512_mask_storeu_epi8(at + part * 64, some.parts[part], bytes);
 }
 
+// Masks of the first bytes of a vector: none for counts below 1, all from 64 on. From a table, because 32-bit
+// code is slow at making 64 bits.
+struct FirstBytes {
+    static constexpr int LEAST = -128, MOST = 192;
+    uint64_t mask[MOST - LEAST + 1];
+};
+
+constexpr FirstBytes makeFirstBytes()
+{
+    FirstBytes table = {};
+    for (int count = 1; count <= FirstBytes::MOST; ++count)
+        table.mask[count - FirstBytes::LEAST] = count >= 64 ? ~(uint64_t)0 : ((uint64_t)1 << count) - 1;
+    return table;
+}
+
+constexpr FirstBytes FIRST_BYTES = makeFirstBytes();
+
 LANES_INLINE __mmask64 firstBytes(int count)
 {
-    return count >= 64 ? ~(__mmask64)0 : count <= 0 ? 0 : ((__mmask64)1 << count) - 1;
+    return FIRST_BYTES.mask[count - FirstBytes::LEAST];
 }
 
 LANES_INLINE SomePixels somePixels(int count)
 {
     return SomePixels{firstBytes(count),
                       {firstBytes(count * 3), firstBytes(count * 3 - 64), firstBytes(count * 3 - 128)}};
+}
+
+LANES_INLINE __mmask64 bytesBetween(int from, int to)
+{
+    return firstBytes(to) & ~firstBytes(from);
+}
+
+LANES_INLINE Vector loadBetween(const uint8_t* at, int from, int to)
+{
+    return _mm512_maskz_loadu_epi8(bytesBetween(from, to), at);
+}
+
+LANES_INLINE void storeBetween(uint8_t* at, Vector bytes, int from, int to)
+{
+    _mm512_mask_storeu_epi8(at, bytesBetween(from, to), bytes);
 }
 
 #include "tools/kernels/paint_rows_lanes.h"
@@ -73,8 +105,18 @@ VECTOR_FUNCTION void raiseAvx512(uint8_t* pixels, const uint8_t* under, uint8_t*
     if (count > 0) raiseBlock(pixels, under, cells, weights, colour, somePixels(count));
 }
 
+VECTOR_FUNCTION void sumLineAvx512(uint16_t* sums, const uint8_t* line, size_t count)
+{
+    sumBlocks(sums, line, count);
+}
+
+VECTOR_FUNCTION void blurLineAvx512(uint8_t* line, const SmoothSums& sums, size_t first, size_t end, int opacity)
+{
+    blurBlocks(line, sums, first, end, opacity);
+}
+
 }  // namespace
 
-const PaintRows PAINT_ROWS_AVX512 = {mixBytesAvx512, mixFreshAvx512, raiseAvx512};
+const PaintRows PAINT_ROWS_AVX512 = {mixBytesAvx512, mixFreshAvx512, raiseAvx512, sumLineAvx512, blurLineAvx512};
 
 #endif

@@ -26,4 +26,18 @@ static void raise(uint8_t* pixels, const uint8_t* under, uint8_t* cells, const u
     }
 }
 
-const PaintRows PAINT_ROWS_PLAIN = {mixBytes, mixFresh, raise};
+static void sumLine(uint16_t* sums, const uint8_t* line, size_t count)
+{
+    for (size_t i = 0; i < count; ++i, ++line)
+        sums[i] = (uint16_t)(line[-3] + 2 * line[0] + line[3]);
+}
+
+static void blurLine(uint8_t* line, const SmoothSums& sums, size_t first, size_t end, int opacity)
+{
+    for (size_t i = first; i < end; ++i) {
+        const int blurred = (sums.above[i] + 2 * sums.line[i] + sums.below[i] + 8) >> 4;
+        line[i] = mixByte(line[i], blurred, opacity);
+    }
+}
+
+const PaintRows PAINT_ROWS_PLAIN = {mixBytes, mixFresh, raise, sumLine, blurLine};

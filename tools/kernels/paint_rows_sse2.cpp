@@ -10,6 +10,8 @@ namespace {
 
 #include "image/pixels/words_sse2.h"
 
+#include "tools/kernels/paint_rows_parts.h"
+
 #include "tools/kernels/paint_rows_lanes.h"
 
 #include "tools/kernels/paint_rows_ends.h"
@@ -31,8 +33,18 @@ VECTOR_FUNCTION void raiseSse2(uint8_t* pixels, const uint8_t* under, uint8_t* c
     raiseRow(pixels, under, cells, weights, count, colour);
 }
 
+VECTOR_FUNCTION void sumLineSse2(uint16_t* sums, const uint8_t* line, size_t count)
+{
+    sumBlocks(sums, line, count);
+}
+
+VECTOR_FUNCTION void blurLineSse2(uint8_t* line, const SmoothSums& sums, size_t first, size_t end, int opacity)
+{
+    blurBlocks(line, sums, first, end, opacity);
+}
+
 }  // namespace
 
-const PaintRows PAINT_ROWS_SSE2 = {mixBytesSse2, mixFreshSse2, raiseSse2};
+const PaintRows PAINT_ROWS_SSE2 = {mixBytesSse2, mixFreshSse2, raiseSse2, sumLineSse2, blurLineSse2};
 
 #endif

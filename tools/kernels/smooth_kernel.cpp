@@ -3,40 +3,47 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
-#include <cstring>
-#include <utility>
 
 #include "tools/kernels/cell_runs.h"
-#include "tools/kernels/smooth_rows.h"
+#include "tools/kernels/paint_rows.h"
 
-// `cells` is the mask line that decides, its first cell for the pixel in column 1. `pixels` and the lines
-// begin at column 0; `line` is what `pixels` were.
-static void smoothLine(uint8_t* pixels, const SmoothSource& lines, const uint8_t* cells, int width, int opacity)
+// Small dabs are bound by the way to their pixels: each line of a large image lies in a page of its own.
+constexpr int LINES_AHEAD = 8;
+
+// `cells` is the mask line that decides, its first cell for the pixel in column 1, where `line` begins.
+static void smoothLine(const PaintRows& rows, uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count,
+                       int opacity)
 {
-    for (CellRun run = {}; nextRun(cells, width - 2, run);) {
-        const ptrdiff_t at = (ptrdiff_t)(run.first + 1) * 3;
-        smoothPixels(pixels + at, {lines.above + at, lines.line + at, lines.below + at}, run.end - run.first, opacity);
-    }
+    for (CellRun run = {}; nextRun(cells, count, run);)
+        rows.blurLine(line, sums, (size_t)run.first * 3, (size_t)run.end * 3, opacity);
 }
 
 bool smoothKernel(BitsView image, const DabPlacement& dab, MapView mask, int opacity)
 {
     const int lastLine = std::min(dab.ruleHeight - 3, dab.height - 2);
     if (!dab.visible || dab.width < 3 || lastLine < 1) return true;
-    const size_t lineBytes = (size_t)dab.width * 3;
-    uint8_t* workspace = (uint8_t*)malloc(2 * lineBytes);
+    const PaintRows& rows = paintRows();
+    const int count = dab.width - 2;
+    const size_t bytes = (size_t)count * 3, room = roomForSums(bytes);
+    uint16_t* const workspace = (uint16_t*)malloc(3 * room * sizeof(uint16_t));
     if (!workspace) return false;
 
-    // The line below is still unfiltered in the image; this one and the one above it are kept.
-    uint8_t *above = workspace, *line = workspace + lineBytes;
-    memcpy(above, rowOf(image, dab.imageY) + dab.imageX * 3, lineBytes);
-    for (int j = 1; j <= lastLine; ++j) {
-        uint8_t* pixels = rowOf(image, dab.imageY + j) + dab.imageX * 3;
-        fetchLineAhead(image, dab, j + 1);
-        memcpy(line, pixels, lineBytes);
-        smoothLine(pixels, {above, line, pixels + image.stride}, rowOf(mask, dab.maskY + j - 1) + dab.maskX, dab.width,
-                   opacity);
-        std::swap(above, line);
+    for (int j = 0; j < LINES_AHEAD; ++j)
+        fetchLineAhead(image, dab, j);
+    // A line's sums are made before it changes, so that all are of unfiltered values.
+    uint8_t* line = rowOf(image, dab.imageY) + (ptrdiff_t)(dab.imageX + 1) * 3;
+    uint16_t *above = workspace, *here = workspace + room, *below = workspace + 2 * room;
+    rows.sumLine(above, line, bytes);
+    line += image.stride;
+    rows.sumLine(here, line, bytes);
+    for (int j = 1; j <= lastLine; ++j, line += image.stride) {
+        fetchLineAhead(image, dab, j + LINES_AHEAD);
+        rows.sumLine(below, line + image.stride, bytes);
+        smoothLine(rows, line, {above, here, below}, rowOf(mask, dab.maskY + j - 1) + dab.maskX, count, opacity);
+        uint16_t* const oldest = above;
+        above = here;
+        here = below;
+        below = oldest;
     }
     free(workspace);
     return true;

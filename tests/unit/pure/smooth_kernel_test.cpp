@@ -3,7 +3,11 @@
 
 #include "tests/unit/pure/painting_bench.h"
 #include "tools/kernels/cell_runs.h"
-#include "tools/kernels/smooth_rows.h"
+#include "tools/kernels/paint_rows.h"
+#include "tests/unit/vector_levels.h"
+
+class SmoothKernel : public VectorLevels {};
+FOR_EACH_VECTOR_LEVEL(SmoothKernel);
 
 using reference::Grid;
 
@@ -28,7 +32,7 @@ static Grid randomCells(Dice& dice, int width, int height, int zeros)
 static const int densities[] = {1, 3, 40, 100000};
 
 // A dab as large as the image is wide and high, and one that is placed anywhere.
-TEST(SmoothKernel, EverySizeMatchesTheReference)
+TEST_P(SmoothKernel, EverySizeMatchesTheReference)
 {
     for (int width = 1; width <= 70; ++width)
         for (int height = 1; height <= 70; ++height) {
@@ -43,7 +47,7 @@ TEST(SmoothKernel, EverySizeMatchesTheReference)
         }
 }
 
-TEST(SmoothKernel, EveryOpacityMatchesTheReference)
+TEST_P(SmoothKernel, EveryOpacityMatchesTheReference)
 {
     for (int opacity = 0; opacity <= 100; ++opacity) {
         Dice dice = {(uint64_t)opacity + 1};
@@ -57,7 +61,7 @@ TEST(SmoothKernel, EveryOpacityMatchesTheReference)
 }
 
 // Longer than what the fast rows take at a time, with and without gaps.
-TEST(SmoothKernel, LongLinesMatchTheReference)
+TEST_P(SmoothKernel, LongLinesMatchTheReference)
 {
     for (int width = 1020; width <= 1044; ++width) {
         Dice dice = {(uint64_t)width};
@@ -69,7 +73,7 @@ TEST(SmoothKernel, LongLinesMatchTheReference)
 }
 
 // Dabs over one another: each reads what the one before it wrote.
-TEST(SmoothKernel, OverlappingDabsBuildUpLikeTheReference)
+TEST_P(SmoothKernel, OverlappingDabsBuildUpLikeTheReference)
 {
     Dice dice = {3};
     const Grid mask = reference::brushGrid(48, 48, 0);
@@ -82,7 +86,7 @@ TEST(SmoothKernel, OverlappingDabsBuildUpLikeTheReference)
 }
 
 // Channels of 0 and 255 give the largest sums.
-TEST(SmoothKernel, BlackAndWhiteNoiseMatchesTheReference)
+TEST_P(SmoothKernel, BlackAndWhiteNoiseMatchesTheReference)
 {
     Dice dice = {4};
     PaintingBench bench = smoothBench(dice, 67, 61, plainGrid(67, 61, 1));
@@ -93,38 +97,49 @@ TEST(SmoothKernel, BlackAndWhiteNoiseMatchesTheReference)
         ASSERT_TRUE(dabMatches(bench, {reference::SMOOTH, false, 0, 0, {}, opacity})) << opacity;
 }
 
-struct Lines {
-    std::vector<uint8_t> above, line, below;
-};
-
-static std::vector<uint8_t> randomBytes(Dice& dice, size_t count)
+// The nine bytes around one, by their definition.
+static int blurredByte(const std::vector<uint8_t>* lines, size_t at)
 {
-    std::vector<uint8_t> bytes(count);
-    for (uint8_t& byte : bytes)
-        byte = (uint8_t)dice.upTo(255);
-    return bytes;
+    static const int down[] = {1, 2, 1};
+    int sum = 8;
+    for (int k = 0; k < 3; ++k)
+        sum += down[k] * (lines[k][at - 3] + 2 * lines[k][at] + lines[k][at + 3]);
+    return sum / 16;
 }
 
 // The lines end with the last pixel that may be read; the sanitizers watch that.
-static void expectSmoothedAlike(Dice& dice, int count, int opacity)
+static void expectBlurred(Dice& dice, size_t count, size_t first, size_t end, int opacity)
 {
-    const size_t bytes = (size_t)count * 3;
-    const Lines lines = {randomBytes(dice, bytes + 6), randomBytes(dice, bytes + 6), randomBytes(dice, bytes + 6)};
-    const SmoothSource source = {lines.above.data() + 3, lines.line.data() + 3, lines.below.data() + 3};
-    std::vector<uint8_t> fast = randomBytes(dice, bytes + 2 * GUARD), plain = fast;
-    smoothPixels(fast.data() + GUARD, source, count, opacity);
-    smoothPixelsPlain(plain.data() + GUARD, source, count, opacity);
-    ASSERT_EQ(plain, fast) << count << " pixels, opacity " << opacity;
+    std::vector<uint8_t> lines[3];
+    std::vector<uint16_t> sums[3];
+    for (int k = 0; k < 3; ++k) {
+        lines[k].resize(count + 6);
+        lines[k].shrink_to_fit();
+        for (uint8_t& byte : lines[k])
+            byte = (uint8_t)dice.upTo(255);
+        sums[k].resize(roomForSums(count));
+        paintRows().sumLine(sums[k].data(), lines[k].data() + 3, count);
+    }
+    std::vector<uint8_t> expected = lines[1], actual = lines[1];
+    for (size_t i = first; i < end; ++i) {
+        const int blurred = blurredByte(lines, i + 3);
+        expected[i + 3] = (uint8_t)((lines[1][i + 3] * (100 - opacity) + blurred * opacity) / 100);
+    }
+    paintRows().blurLine(actual.data() + 3, {sums[0].data(), sums[1].data(), sums[2].data()}, first, end, opacity);
+    ASSERT_EQ(expected, actual) << count << " bytes, " << first << " to " << end << ", opacity " << opacity;
 }
 
-TEST(SmoothRows, EveryLengthMatchesThePlainWayAndStaysInside)
+TEST_P(SmoothKernel, EveryLengthAndStretchMatchesTheFormulaAndStaysInside)
 {
     Dice dice = {5};
-    for (int count = 1; count <= 100; ++count)
-        for (int opacity : {100, 0, 1, 99, dice.between(2, 98)})
-            expectSmoothedAlike(dice, count, opacity);
-    for (int count = 500; count <= 520; ++count)
-        expectSmoothedAlike(dice, count * dice.between(1, 3), dice.upTo(1) ? 100 : dice.upTo(100));
+    for (int width = 1; width <= 130; ++width) {
+        const size_t bytes = (size_t)width * 3;
+        for (int opacity : {100, 0, 1, 99, dice.between(2, 98)}) {
+            const int first = dice.upTo(width), end = dice.between(first, width);
+            ASSERT_NO_FATAL_FAILURE(expectBlurred(dice, bytes, 0, bytes, opacity));
+            ASSERT_NO_FATAL_FAILURE(expectBlurred(dice, bytes, (size_t)first * 3, (size_t)end * 3, opacity));
+        }
+    }
 }
 
 TEST(CellRuns, EveryRunOfRandomCellsIsFoundWhole)
