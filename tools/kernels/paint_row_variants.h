@@ -20,7 +20,7 @@ struct SmoothSums {
 };
 constexpr size_t roomForSums(size_t count)
 {
-    return (count + 63) / 64 * 64;
+    return (count + 191) / 192 * 192;
 }
 
 struct PaintRows {
@@ -39,9 +39,9 @@ struct PaintRows {
     // those a pixel to either side, which are read too; `sums` has room for `count` bytes' and is for blurLine.
     void (*sumLine)(uint16_t* sums, const uint8_t* line, size_t count);
 
-    // Bytes [first, end) of the line become 1 2 1 of the sums above, in and below it, rounded to sixteenths and
-    // mixed over the line with `opacity` percent.
-    void (*blurLine)(uint8_t* line, const SmoothSums& sums, size_t first, size_t end, int opacity);
+    // The pixels of the line whose cell is not 0 become 1 2 1 of the sums above, in and below it, rounded to
+    // sixteenths and mixed over the line with `opacity` percent.
+    void (*blurLine)(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity);
 };
 
 // Rows too short for a variant go to the one below it.

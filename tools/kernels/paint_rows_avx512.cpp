@@ -61,19 +61,9 @@ LANES_INLINE SomePixels somePixels(int count)
                       {firstBytes(count * 3), firstBytes(count * 3 - 64), firstBytes(count * 3 - 128)}};
 }
 
-LANES_INLINE __mmask64 bytesBetween(int from, int to)
+LANES_INLINE Vector loadFirst(const uint8_t* at, int count)
 {
-    return firstBytes(to) & ~firstBytes(from);
-}
-
-LANES_INLINE Vector loadBetween(const uint8_t* at, int from, int to)
-{
-    return _mm512_maskz_loadu_epi8(bytesBetween(from, to), at);
-}
-
-LANES_INLINE void storeBetween(uint8_t* at, Vector bytes, int from, int to)
-{
-    _mm512_mask_storeu_epi8(at, bytesBetween(from, to), bytes);
+    return _mm512_maskz_loadu_epi8(firstBytes(count), at);
 }
 
 #include "tools/kernels/paint_rows_lanes.h"
@@ -110,9 +100,13 @@ VECTOR_FUNCTION void sumLineAvx512(uint16_t* sums, const uint8_t* line, size_t c
     sumBlocks(sums, line, count);
 }
 
-VECTOR_FUNCTION void blurLineAvx512(uint8_t* line, const SmoothSums& sums, size_t first, size_t end, int opacity)
+VECTOR_FUNCTION void blurLineAvx512(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
 {
-    blurBlocks(line, sums, first, end, opacity);
+    const int done = blurBlocks(line, sums, cells, count, opacity), rest = count - done;
+    if (rest == 0) return;
+    const SomePixels some = somePixels(rest);
+    const Vector wanted = loadCells(cells + done, some);
+    if (!allZero(wanted)) blurCells(line + done * 3, sums, (size_t)done * 3, wanted, opacity, some);
 }
 
 }  // namespace

@@ -25,3 +25,14 @@ LANES_INLINE void raiseRow(uint8_t* pixels, const uint8_t* under, uint8_t* cells
         raiseBlock(pixels + at * 3, under + at * 3, cells + at, weights + at, colour, WholeBlock());
     }
 }
+
+LANES_INLINE void blurRow(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
+{
+    const int done = blurBlocks(line, sums, cells, count, opacity), rest = count - done;
+    if (rest == 0) return;
+    uint8_t* const last = line + done * 3;
+    uint8_t pixels[3 * VECTOR_SIZE];
+    memcpy(pixels, last, (size_t)rest * 3);
+    blurCells(pixels, sums, (size_t)done * 3, loadFirst(cells + done, rest), opacity, WholeBlock());
+    memcpy(last, pixels, (size_t)rest * 3);
+}

@@ -4,8 +4,7 @@
 // of its own for which there are
 //   loadCells(at, place)              the cells of VECTOR_SIZE pixels, storeCells(at, cells, place)
 //   loadPart(at, part, place)         the third of their bytes, and storePart(at, bytes, part, place)
-// and of a vector's bytes [from, to) alone
-//   loadBetween(at, from, to), storeBetween(at, bytes, from, to)
+// and loadFirst(at, count), the first bytes of a vector alone.
 #pragma once
 
 struct WholeBlock {};
@@ -104,7 +103,7 @@ LANES_INLINE void sumBlocks(uint16_t* sums, const uint8_t* line, size_t count)
     const int rest = (int)(count - i);
     if (rest == 0) return;
     const uint8_t* const last = line + i;
-    sumBlock(sums + i, loadBetween(last - 3, 0, rest), loadBetween(last, 0, rest), loadBetween(last + 3, 0, rest));
+    sumBlock(sums + i, loadFirst(last - 3, rest), loadFirst(last, rest), loadFirst(last + 3, rest));
 }
 
 LANES_INLINE Vector blurredWords(const SmoothSums& sums, size_t word)
@@ -119,28 +118,41 @@ LANES_INLINE Vector blurredBlock(const SmoothSums& sums, size_t at)
     return packBytes(blurredWords(sums, at), blurredWords(sums, at + VECTOR_SIZE / 2));
 }
 
-LANES_INLINE void blurWhole(uint8_t* line, const SmoothSums& sums, size_t at, int opacity)
+// Three vectors of bytes under VECTOR_SIZE cells; `at` is the first one's number in the sums.
+template <typename Place>
+LANES_INLINE void blurCells(uint8_t* pixels, const SmoothSums& sums, size_t at, Vector cells, int opacity, Place place)
 {
-    const Vector blurred = blurredBlock(sums, at);
-    store(line + at, opacity == 100 ? blurred : mixedBytes(load(line + at), blurred, allBytes(opacity)));
-}
-
-LANES_INLINE void blurBetween(uint8_t* line, const SmoothSums& sums, size_t at, int from, int to, int opacity)
-{
-    Vector blurred = blurredBlock(sums, at);
-    if (opacity != 100) blurred = mixedBytes(loadBetween(line + at, from, to), blurred, allBytes(opacity));
-    storeBetween(line + at, blurred, from, to);
-}
-
-LANES_INLINE void blurBlocks(uint8_t* line, const SmoothSums& sums, size_t first, size_t end, int opacity)
-{
-    for (size_t at = first / VECTOR_SIZE * VECTOR_SIZE; at < end; at += VECTOR_SIZE) {
-        if (at >= first && at + VECTOR_SIZE <= end) {
-            blurWhole(line, sums, at, opacity);
-        } else {
-            const int from = at < first ? (int)(first - at) : 0;
-            const int to = end - at < VECTOR_SIZE ? (int)(end - at) : (int)VECTOR_SIZE;
-            blurBetween(line, sums, at, from, to, opacity);
-        }
+    Vector wanted[3];
+    threeTimesEach(cells, wanted);
+    for (int part = 0; part < 3; ++part) {
+        const Vector before = loadPart(pixels, part, place);
+        Vector blurred = blurredBlock(sums, at + (size_t)part * VECTOR_SIZE);
+        if (opacity != 100) blurred = mixedBytes(before, blurred, allBytes(opacity));
+        storePart(pixels, pickWhereZero(wanted[part], before, blurred), part, place);
     }
+}
+
+// The same where all cells are wanted.
+LANES_INLINE void blurAll(uint8_t* pixels, const SmoothSums& sums, size_t at, int opacity)
+{
+    for (size_t part = 0; part < 3 * VECTOR_SIZE; part += VECTOR_SIZE) {
+        const Vector blurred = blurredBlock(sums, at + part);
+        store(pixels + part, opacity == 100 ? blurred : mixedBytes(load(pixels + part), blurred, allBytes(opacity)));
+    }
+}
+
+// Whole blocks; returns how many pixels they are.
+LANES_INLINE int blurBlocks(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
+{
+    const int block = (int)VECTOR_SIZE;
+    int i = 0;
+    for (; i + block <= count; i += block) {
+        const Vector wanted = load(cells + i);
+        const size_t at = (size_t)i * 3;
+        if (noneZero(wanted))
+            blurAll(line + at, sums, at, opacity);
+        else if (!allZero(wanted))
+            blurCells(line + at, sums, at, wanted, opacity, WholeBlock());
+    }
+    return i;
 }

@@ -32,9 +32,10 @@ static void sumLine(uint16_t* sums, const uint8_t* line, size_t count)
         sums[i] = (uint16_t)(line[-3] + 2 * line[0] + line[3]);
 }
 
-static void blurLine(uint8_t* line, const SmoothSums& sums, size_t first, size_t end, int opacity)
+static void blurLine(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
 {
-    for (size_t i = first; i < end; ++i) {
+    for (int i = 0; i < count * 3; ++i) {
+        if (!cells[i / 3]) continue;
         const int blurred = (sums.above[i] + 2 * sums.line[i] + sums.below[i] + 8) >> 4;
         line[i] = mixByte(line[i], blurred, opacity);
     }

@@ -2,6 +2,7 @@
 
 #ifdef VECTOR_CODE
 
+#include <cstring>
 #include <emmintrin.h>
 
 #define NARROWER PAINT_ROWS_PLAIN
@@ -38,9 +39,9 @@ VECTOR_FUNCTION void sumLineSse2(uint16_t* sums, const uint8_t* line, size_t cou
     sumBlocks(sums, line, count);
 }
 
-VECTOR_FUNCTION void blurLineSse2(uint8_t* line, const SmoothSums& sums, size_t first, size_t end, int opacity)
+VECTOR_FUNCTION void blurLineSse2(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
 {
-    blurBlocks(line, sums, first, end, opacity);
+    blurRow(line, sums, cells, count, opacity);
 }
 
 }  // namespace

@@ -4,19 +4,10 @@
 #include <cstddef>
 #include <cstdlib>
 
-#include "tools/kernels/cell_runs.h"
 #include "tools/kernels/paint_rows.h"
 
 // Small dabs are bound by the way to their pixels: each line of a large image lies in a page of its own.
 constexpr int LINES_AHEAD = 8;
-
-// `cells` is the mask line that decides, its first cell for the pixel in column 1, where `line` begins.
-static void smoothLine(const PaintRows& rows, uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count,
-                       int opacity)
-{
-    for (CellRun run = {}; nextRun(cells, count, run);)
-        rows.blurLine(line, sums, (size_t)run.first * 3, (size_t)run.end * 3, opacity);
-}
 
 bool smoothKernel(BitsView image, const DabPlacement& dab, MapView mask, int opacity)
 {
@@ -39,7 +30,8 @@ bool smoothKernel(BitsView image, const DabPlacement& dab, MapView mask, int opa
     for (int j = 1; j <= lastLine; ++j, line += image.stride) {
         fetchLineAhead(image, dab, j + LINES_AHEAD);
         rows.sumLine(below, line + image.stride, bytes);
-        smoothLine(rows, line, {above, here, below}, rowOf(mask, dab.maskY + j - 1) + dab.maskX, count, opacity);
+        // The mask line that decides is the one above, its first cell for the pixel in column 1, where `line` begins.
+        rows.blurLine(line, {above, here, below}, rowOf(mask, dab.maskY + j - 1) + dab.maskX, count, opacity);
         uint16_t* const oldest = above;
         above = here;
         here = below;
