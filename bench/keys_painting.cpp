@@ -7,6 +7,7 @@
 #include "bench/synthetic.h"
 #include "tools/kernels/brush_raster.h"
 #include "tools/kernels/dab_placement.h"
+#include "tools/kernels/digital_line.h"
 #include "tools/kernels/smooth_kernel.h"
 #include "tools/kernels/stroke_kernels.h"
 #include "session/ground/tool_table.h"
@@ -76,14 +77,44 @@ static void resetStroke(int)
     memset(coverage.bytes, 0, coverage.byteCount);
 }
 
+// Chosen so that the digital line has no ties on them.
+static const PixelPoint corners[] = {{100, 100}, {2901, 1899}, {2898, 100}, {97, 1901}, {100, 98}};
+
+static BrushStroke strokeOf(int variant)
+{
+    return {image.view, start.view, coverage.view, mask.view, rgbFromColorref(0x00C0C0FF), 50, variant < 0};
+}
+
 static bool paintStroke(int variant)
 {
-    // Chosen so that the digital line has no ties on them.
-    static const PixelPoint corners[] = {{100, 100}, {2901, 1899}, {2898, 100}, {97, 1901}, {100, 98}};
-    const BrushStroke stroke = {image.view, start.view, coverage.view, mask.view, rgbFromColorref(0x00C0C0FF),
-                                50,         variant < 0};
+    const BrushStroke stroke = strokeOf(variant);
     for (int k = 0; k < 4; ++k)
         paintBrushSegment(stroke, corners[k], corners[k + 1]);
+    return true;
+}
+
+// The same way as real pointers send it: a piece of 3 to 12 points at a time, the next one from where it ended.
+static void paintPieces(const BrushStroke& stroke, PixelPoint from, PixelPoint to, uint32_t* piece)
+{
+    DigitalLine line = beginLine(from, to);
+    PixelPoint pieceStart = from;
+    bool more = true;
+    while (more) {
+        const int points = 3 + (int)(hashPoint((*piece)++, 5, 9) % 10);
+        for (int k = 1; more && k < points; ++k)
+            more = nextPoint(line);
+        const PixelPoint pieceEnd = {line.x, line.y};
+        paintBrushSegment(stroke, pieceStart, pieceEnd);
+        pieceStart = pieceEnd;
+    }
+}
+
+static bool paintStrokeInPieces(int variant)
+{
+    const BrushStroke stroke = strokeOf(variant);
+    uint32_t piece = 0;
+    for (int k = 0; k < 4; ++k)
+        paintPieces(stroke, corners[k], corners[k + 1], &piece);
     return true;
 }
 
@@ -131,6 +162,15 @@ static const BenchKey keys[] = {
     {"dab_soft_48", "dabs/s", 9208, -48, prepareStroke, resetStroke, paintStroke, crcOfPainted, releasePainting},
     {"dab_hard_16", "dabs/s", 9208, 16, prepareStroke, resetStroke, paintStroke, crcOfPainted, releasePainting},
     {"dab_soft_16", "dabs/s", 9208, -16, prepareStroke, resetStroke, paintStroke, crcOfPainted, releasePainting},
+    // The four strokes in pieces of 3 to 12 points; what is counted are the points of the whole way.
+    {"pieces_hard_48", "points/s", 9208, 48, prepareStroke, resetStroke, paintStrokeInPieces, crcOfPainted,
+     releasePainting},
+    {"pieces_soft_48", "points/s", 9208, -48, prepareStroke, resetStroke, paintStrokeInPieces, crcOfPainted,
+     releasePainting},
+    {"pieces_hard_16", "points/s", 9208, 16, prepareStroke, resetStroke, paintStrokeInPieces, crcOfPainted,
+     releasePainting},
+    {"pieces_soft_16", "points/s", 9208, -16, prepareStroke, resetStroke, paintStrokeInPieces, crcOfPainted,
+     releasePainting},
     {"blur_24mp", "MP/s", 24, 0, prepareBlur, nullptr, blurAll, crcOfPainted, releasePainting},
     {"blur_patch_48", "patches/s", 2000, 48, prepareBlurPatches, restoreImage, blurPatches, crcOfPainted,
      releasePainting},
