@@ -13,7 +13,9 @@ Button* attachButton(HWND window, WNDPROC base)
     if (!button) return nullptr;
     button->base = base;
     setOwnSlot(window, (LONG_PTR)button);
-    return button;
+    if (buttonOf(window) == button) return button;
+    HeapFree(GetProcessHeap(), 0, button);  // nobody would find it again
+    return nullptr;
 }
 
 // A picture held by two states is deleted with the second.

@@ -55,12 +55,13 @@ static NamedControl* attachNamed(HWND control)
 {
     NamedControl* named = (NamedControl*)HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(NamedControl));
     if (!named) return nullptr;
-    if (!SetPropW(control, propertyName, named)) {
-        HeapFree(GetProcessHeap(), 0, named);
-        return nullptr;
+    if (SetPropW(control, propertyName, named)) {
+        named->base = (WNDPROC)SetWindowLongPtrW(control, GWLP_WNDPROC, (LONG_PTR)namedProc);
+        if (named->base) return named;
+        RemovePropW(control, propertyName);
     }
-    named->base = (WNDPROC)SetWindowLongPtrW(control, GWLP_WNDPROC, (LONG_PTR)namedProc);
-    return named;
+    HeapFree(GetProcessHeap(), 0, named);
+    return nullptr;
 }
 
 const wchar_t* nameOfControl(HWND control)
