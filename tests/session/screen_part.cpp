@@ -37,5 +37,6 @@ bool showsWhatAFullRepaintShows(Host* host)
         InvalidateRect(host->canvas, nullptr, FALSE);
         UpdateWindow(host->canvas);
     });
+    settle(host);
     return shown == shownBy(host->canvas).bytes;
 }

@@ -32,6 +32,7 @@ struct SelectionScreen : SelectionSession {
             InvalidateRect(host.canvas, &part, FALSE);
             UpdateWindow(host.canvas);
         });
+        settle(&host);
     }
 
     void repaintAll()
@@ -40,6 +41,7 @@ struct SelectionScreen : SelectionSession {
             InvalidateRect(host.canvas, nullptr, FALSE);
             UpdateWindow(host.canvas);
         });
+        settle(&host);
     }
 };
 
@@ -204,6 +206,7 @@ TEST_F(SelectionScreen, ASelectionDroppedWhileItIsDraggedLeavesNothing)
         ASSERT_TRUE(pressButton(&host));
         ASSERT_TRUE(movePointerOnCanvas(&host, at.x - 60, at.y + 40));
         runOnHost(&host, [&] { SendMessageA(host.palette, WM_COMMAND, ID_BRUSH, 0); });
+        ASSERT_TRUE(settle(&host));
         expectRepainted("dropped");  // the brush may show at the pointer by now
         ASSERT_TRUE(movePointerOnCanvas(&host, at.x - 30, at.y + 70));
         ASSERT_TRUE(releaseButton(&host));
