@@ -239,6 +239,7 @@ void openContrastDialog(HWND palette, int buttonId)
 {
     RECT button;
     GetWindowRect(GetDlgItem(palette, buttonId), &button);
+    readLocaleLanguage();
     enableSessionWindows(FALSE);
     runLocalDialog(moduleInstance, CONTRAST_TEMPLATE, palette, contrastDialogProc, (LPARAM)&button);
     if (sessionGoesOn()) enableSessionWindows(TRUE);

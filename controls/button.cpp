@@ -12,6 +12,8 @@
 static const wchar_t className[] = L"Bouton";
 static const wchar_t baseName[] = L"Button";
 
+static WNDPROC baseProcedure;  // found when the class was registered; null when it was not
+
 static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM lp);
 
 // The record of a window of the class, null for any other window.
@@ -35,8 +37,7 @@ int WINAPI setButtonPicture(HWND window, HBITMAP picture, int state)
 
 static Button* createButton(HWND window)
 {
-    WNDPROC base = baseProcedure(baseName);
-    return base ? attachButton(window, base) : nullptr;
+    return attachButton(window, baseProcedure);
 }
 
 static LRESULT onNcDestroy(HWND window, Button* button, WPARAM wp, LPARAM lp)
@@ -168,10 +169,12 @@ static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM 
 
 BOOL registerButtonClass(HINSTANCE instance)
 {
-    return registerSuperclass(instance, className, baseName, buttonProc);
+    baseProcedure = registerSuperclass(instance, className, baseName, buttonProc);
+    return baseProcedure != nullptr;
 }
 
 void unregisterButtonClass(HINSTANCE instance)
 {
-    UnregisterClassW(className, instance);
+    if (baseProcedure) UnregisterClassW(className, instance);
+    baseProcedure = nullptr;
 }

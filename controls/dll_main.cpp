@@ -3,18 +3,21 @@
 #include "controls/button.h"
 #include "controls/separator.h"
 
-static BOOL registerClasses(HINSTANCE instance)
+// A name that another module of the process has taken already is left to it: its controls then stand in our dialogs,
+// which is better than a library that cannot be loaded, and the program that needs it neither.
+static void registerClasses(HINSTANCE instance)
 {
-    if (!registerButtonClass(instance)) return FALSE;
-    if (registerSeparatorClass(instance)) return TRUE;
-    unregisterButtonClass(instance);
-    return FALSE;
+    registerButtonClass(instance);
+    registerSeparatorClass(instance);
 }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
 {
     switch (reason) {
-    case DLL_PROCESS_ATTACH: DisableThreadLibraryCalls(instance); return registerClasses(instance);
+    case DLL_PROCESS_ATTACH:
+        DisableThreadLibraryCalls(instance);
+        registerClasses(instance);
+        break;
     case DLL_PROCESS_DETACH:
         if (processEnds) break;  // the classes go with the process
         unregisterSeparatorClass(instance);

@@ -7,6 +7,8 @@
 static const wchar_t className[] = L"statique";
 static const wchar_t baseName[] = L"Static";
 
+static WNDPROC baseProcedure;  // found when the class was registered; null when it was not
+
 static WNDPROC baseOf(HWND window)
 {
     return (WNDPROC)ownSlot(window);
@@ -81,7 +83,7 @@ static bool changesLook(UINT message)
 
 static LRESULT CALLBACK separatorProc(HWND window, UINT message, WPARAM wp, LPARAM lp)
 {
-    if (message == WM_NCCREATE) setOwnSlot(window, (LONG_PTR)baseProcedure(baseName));
+    if (message == WM_NCCREATE) setOwnSlot(window, (LONG_PTR)baseProcedure);
     WNDPROC base = baseOf(window);
     if (!base) return message == WM_NCCREATE ? FALSE : DefWindowProcW(window, message, wp, lp);
 
@@ -98,10 +100,12 @@ static LRESULT CALLBACK separatorProc(HWND window, UINT message, WPARAM wp, LPAR
 
 BOOL registerSeparatorClass(HINSTANCE instance)
 {
-    return registerSuperclass(instance, className, baseName, separatorProc);
+    baseProcedure = registerSuperclass(instance, className, baseName, separatorProc);
+    return baseProcedure != nullptr;
 }
 
 void unregisterSeparatorClass(HINSTANCE instance)
 {
-    UnregisterClassW(className, instance);
+    if (baseProcedure) UnregisterClassW(className, instance);
+    baseProcedure = nullptr;
 }

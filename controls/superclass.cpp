@@ -1,9 +1,10 @@
 #include "controls/superclass.h"
 
-BOOL registerSuperclass(HINSTANCE instance, const wchar_t* name, const wchar_t* base, WNDPROC procedure)
+WNDPROC registerSuperclass(HINSTANCE instance, const wchar_t* name, const wchar_t* base, WNDPROC procedure)
 {
     WNDCLASSW description;
-    if (!GetClassInfoW(nullptr, base, &description)) return FALSE;
+    if (!GetClassInfoW(nullptr, base, &description)) return nullptr;
+    const WNDPROC baseProcedure = description.lpfnWndProc;
     description.style &= ~(UINT)(CS_CLASSDC | CS_PARENTDC | CS_HREDRAW | CS_VREDRAW);
     description.style |= CS_GLOBALCLASS | CS_OWNDC | CS_HREDRAW | CS_VREDRAW;
     description.lpfnWndProc = procedure;
@@ -11,13 +12,7 @@ BOOL registerSuperclass(HINSTANCE instance, const wchar_t* name, const wchar_t* 
     description.hInstance = instance;
     description.lpszMenuName = nullptr;
     description.lpszClassName = name;
-    return RegisterClassW(&description) != 0;
-}
-
-WNDPROC baseProcedure(const wchar_t* base)
-{
-    WNDCLASSW description;
-    return GetClassInfoW(nullptr, base, &description) ? description.lpfnWndProc : nullptr;
+    return RegisterClassW(&description) ? baseProcedure : nullptr;
 }
 
 // Our slot lies behind the bytes that the system's class keeps for itself.

@@ -8,11 +8,9 @@
 #include <windows.h>
 
 // Registers `name`, for the whole process, on top of the system class `base`. Each window gets one
-// pointer-sized slot (ownSlot). Returns FALSE when the name is taken or the base is missing.
-BOOL registerSuperclass(HINSTANCE instance, const wchar_t* name, const wchar_t* base, WNDPROC procedure);
-
-// The system class's procedure, for a window that is being created; null when there is none.
-WNDPROC baseProcedure(const wchar_t* base);
+// pointer-sized slot (ownSlot). Returns the system class's procedure as it is now, which belongs to the class's
+// bytes as they are now, whatever is done to that class later. Null when the name is taken or the base is missing.
+WNDPROC registerSuperclass(HINSTANCE instance, const wchar_t* name, const wchar_t* base, WNDPROC procedure);
 
 LONG_PTR ownSlot(HWND window);
 void setOwnSlot(HWND window, LONG_PTR value);

@@ -90,3 +90,52 @@ TEST(Exports, UnloadingUnregistersTheClasses)
     EXPECT_FALSE(separator);
     EXPECT_TRUE(GetClassInfoW(self, L"Bouton", &description));
 }
+
+// Another module has classes of the same names: the library loads all the same, and leaves them to it.
+TEST(Exports, NamesTakenByAnotherModuleDoNotStopTheLibrary)
+{
+    const HINSTANCE self = GetModuleHandleW(nullptr);
+    const HMODULE module = controlLibrary().module;
+    ASSERT_TRUE(FreeLibrary(module));
+    WNDCLASSW taken = {};
+    taken.style = CS_GLOBALCLASS;
+    taken.lpfnWndProc = DefWindowProcW;
+    taken.hInstance = self;
+    for (const wchar_t* name : {L"Bouton", L"statique"}) {
+        taken.lpszClassName = name;
+        EXPECT_NE(0, RegisterClassW(&taken));
+    }
+    const HMODULE loaded = LoadLibraryW(L"KOVCTRL32.dll");
+    EXPECT_NE(nullptr, loaded);
+    if (loaded) FreeLibrary(loaded);
+    for (const wchar_t* name : {L"Bouton", L"statique"})
+        EXPECT_TRUE(UnregisterClassW(name, self)) << "still the other module's";
+    ASSERT_EQ(module, LoadLibraryW(L"KOVCTRL32.dll")) << "the functions taken before must stay valid";
+    WNDCLASSW description;
+    EXPECT_TRUE(GetClassInfoW(self, L"Bouton", &description));
+}
+
+static int foreignMessages;
+static WNDPROC systemButton;
+
+static LRESULT CALLBACK foreignButton(HWND window, UINT message, WPARAM wp, LPARAM lp)
+{
+    ++foreignMessages;
+    return CallWindowProcW(systemButton, window, message, wp, lp);
+}
+
+// A program may change the system's class for windows to come; ours stay on what they were registered on.
+TEST(Exports, ControlsAreBuiltOnTheSystemsClassAsItWas)
+{
+    controlLibrary();
+    const HWND button = CreateWindowW(L"Button", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    systemButton = (WNDPROC)SetClassLongPtrW(button, GCLP_WNDPROC, (LONG_PTR)foreignButton);
+    ASSERT_NE(nullptr, systemButton);
+    foreignMessages = 0;
+    const HWND dialog = openDialog({{L"Bouton", L"BB:One", 7, 0, 2, 2, 40, 14}});
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(0, foreignMessages);
+    closeDialog(dialog);
+    SetClassLongPtrW(button, GCLP_WNDPROC, (LONG_PTR)systemButton);
+    DestroyWindow(button);
+}
