@@ -13,6 +13,7 @@
 #include "selection/selection.h"
 #include "selection/stored_selection.h"
 #include "session/dialogs/tool_choice.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 namespace {
@@ -28,8 +29,6 @@ struct LibraryItem {
     HGLOBAL thumbnail;  // as stored
     HGLOBAL shown;      // scaled to the size in which it is drawn
 };
-
-WNDPROC previousListProc;
 
 LibraryItem* itemAt(HWND list, int index)
 {
@@ -156,14 +155,14 @@ void placeItem(const LibraryPath& path)
 LRESULT pressList(HWND list, WPARAM wParam, LPARAM lParam)
 {
     // The box makes the item under the pointer current, and must not wait for the button itself.
-    const LRESULT result = CallWindowProcW(previousListProc, list, WM_LBUTTONDOWN, wParam, lParam);
-    CallWindowProcW(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
+    const LRESULT result = CallWindowProcW(sessionExtras.previousListProc, list, WM_LBUTTONDOWN, wParam, lParam);
+    CallWindowProcW(sessionExtras.previousListProc, list, WM_LBUTTONUP, wParam, lParam);
     Grab grab;
     if (!grabItem(list, grab)) return result;
     const LibraryPath path = grab.item->path;
     const bool dropped = dragItem(list, grab);
     if (!IsWindow(list)) return result;  // the session ended in the middle of the drag
-    CallWindowProcW(previousListProc, list, WM_LBUTTONUP, wParam, lParam);
+    CallWindowProcW(sessionExtras.previousListProc, list, WM_LBUTTONUP, wParam, lParam);
     if (dropped && droppedOnCanvas()) placeItem(path);
     return result;
 }
@@ -179,7 +178,7 @@ LRESULT CALLBACK libraryListProc(HWND list, UINT message, WPARAM wParam, LPARAM 
     if (isPress(message) && SendMessageA(list, LB_GETCOUNT, 0, 0) > 0) return pressList(list, wParam, lParam);
     // Pictures stand in the middle of their items: another width moves them all, as when the scroll bar appears.
     if (message == WM_SIZE) InvalidateRect(list, nullptr, FALSE);
-    return CallWindowProcW(previousListProc, list, message, wParam, lParam);
+    return CallWindowProcW(sessionExtras.previousListProc, list, message, wParam, lParam);
 }
 
 }  // namespace
@@ -249,11 +248,11 @@ void setLibraryItemHeight(HWND list)
 
 void subclassLibraryList(HWND list)
 {
-    previousListProc = (WNDPROC)SetWindowLongPtrW(list, GWLP_WNDPROC, (LONG_PTR)&libraryListProc);
+    sessionExtras.previousListProc = (WNDPROC)SetWindowLongPtrW(list, GWLP_WNDPROC, (LONG_PTR)&libraryListProc);
 }
 
 void unsubclassLibraryList(HWND list)
 {
-    if (previousListProc) SetWindowLongPtrW(list, GWLP_WNDPROC, (LONG_PTR)previousListProc);
-    previousListProc = nullptr;
+    if (sessionExtras.previousListProc) SetWindowLongPtrW(list, GWLP_WNDPROC, (LONG_PTR)sessionExtras.previousListProc);
+    sessionExtras.previousListProc = nullptr;
 }

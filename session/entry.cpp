@@ -27,6 +27,7 @@ static int startSession(HINSTANCE instance)
         if (sessionBlock) GlobalFree(sessionBlock);
         return 0;
     }
+    sessionExtras = {};
     readProfileLanguage();
     const int registered = registerCanvasClass(instance);
     if (!registered) {

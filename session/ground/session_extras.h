@@ -1,5 +1,6 @@
-// What a session remembers besides its record, whose fields are fixed. One for each session, zeroed when its
-// canvas is created, so that nothing of it outlives the record. It owns nothing but the two locks of KeptOriginal.
+// What a session remembers besides its record, whose fields are fixed. One for each session, zeroed at its
+// start and when its canvas is created, so that nothing of it outlives the record. It owns nothing but the two locks of
+// KeptOriginal.
 #pragma once
 
 #include <windows.h>
@@ -62,7 +63,8 @@ struct HostQuit {
 };
 
 struct SessionExtras {
-    HWND parent;  // the host's window, disabled for the session
+    WNDPROC previousListProc;  // of the library's list box while it is subclassed
+    HWND parent;               // the host's window, disabled for the session
     HostQuit hostQuit;
     WaitingCharacter waiting;
     StoredSettings stored;

@@ -1,7 +1,9 @@
-// SessionRecord: all state of one editing session.
+// SessionRecord: the state of one editing session, in fields whose number and order are fixed. What a session
+// remembers besides lives in its SessionExtras (session_extras.h).
 //
 // Allocated zeroed at the start of each call of the entry, locked once, reached through the module
-// global `session`, freed at the end. Nothing in it outlives the call. A member that holds a handle
+// global `session`, freed at the end. Nothing in it outlives the call; what a process keeps from call to call is in
+// module_state.h. A member that holds a handle
 // or a block owns it: whoever stores a new one frees the old one first.
 //
 // On 32-bit Windows the record is 415 fields of 4 bytes; the field numbers in the comments are fixed
