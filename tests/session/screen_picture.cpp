@@ -18,9 +18,9 @@ static bool writeBitmapFile(const std::string& path, const BITMAPINFOHEADER& hea
     return fclose(out) == 0 && ok;
 }
 
-bool writeScreen(const std::string& path)
+bool writeScreenPart(const std::string& path, const RECT& part)
 {
-    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    const int width = part.right - part.left, height = part.bottom - part.top;
     BITMAPINFOHEADER header = {};
     header.biSize = sizeof header;
     header.biWidth = width;
@@ -33,13 +33,18 @@ bool writeScreen(const std::string& path)
     const HDC copy = CreateCompatibleDC(screen);
     const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
     const HGDIOBJ old = SelectObject(copy, bitmap);
-    BitBlt(copy, 0, 0, width, height, screen, 0, 0, SRCCOPY);
+    BitBlt(copy, 0, 0, width, height, screen, part.left, part.top, SRCCOPY);
     SelectObject(copy, old);
     const bool ok = GetDIBits(screen, bitmap, 0, (UINT)height, rows.data(), (BITMAPINFO*)&header, DIB_RGB_COLORS) != 0;
     DeleteObject(bitmap);
     DeleteDC(copy);
     ReleaseDC(nullptr, screen);
     return ok && writeBitmapFile(path, header, rows);
+}
+
+bool writeScreen(const std::string& path)
+{
+    return writeScreenPart(path, {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)});
 }
 
 void savePicture(const char* reason)
