@@ -1,5 +1,7 @@
 #include "library/library_dialog.h"
 
+#include <initializer_list>
+
 #include "canvas/view/canvas_press.h"
 #include "controls/kovctrl32.h"
 #include "library/library_list.h"
@@ -23,24 +25,34 @@ HWND listOf(HWND dialog)
     return GetDlgItem(dialog, LIST_SELECTIONS);
 }
 
-INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
-{
-    setWindowProp(dialog, PROP_PARAMETER, (HANDLE)lParam);
-    attachPicturesUnlessLibraryDoes(dialog, PICTURE_TABLE_LIBRARY, moduleInstance);
-    const HWND list = listOf(dialog);
-    setLibraryItemHeight(list);
-    fillLibraryList(list);
-    subclassLibraryList(list);
-    SetFocus(list);
-    return FALSE;  // the focus is set
-}
-
 RECT listRect(HWND dialog)
 {
     RECT rect;
     GetWindowRect(listOf(dialog), &rect);
     MapWindowPoints(nullptr, dialog, (POINT*)&rect, 2);
     return rect;
+}
+
+void stretchList(HWND dialog)
+{
+    RECT client;
+    GetClientRect(dialog, &client);
+    const RECT rect = listRect(dialog);
+    SetWindowPos(listOf(dialog), nullptr, rect.left, rect.top, client.right - rect.left, client.bottom - rect.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
+{
+    setWindowProp(dialog, PROP_PARAMETER, (HANDLE)lParam);
+    attachPicturesUnlessLibraryDoes(dialog, PICTURE_TABLE_LIBRARY, moduleInstance);
+    const HWND list = listOf(dialog);
+    stretchList(dialog);  // the template's units and the frame's pixels leave a gap at some sizes
+    setLibraryItemHeight(list);
+    fillLibraryList(list);
+    subclassLibraryList(list);
+    SetFocus(list);
+    return FALSE;  // the focus is set
 }
 
 // Both sides of the border together. The window itself is asked: systems with padded borders make them wider than
@@ -64,13 +76,7 @@ INT_PTR onGetMinMaxInfo(HWND dialog, WPARAM, LPARAM lParam)
 
 INT_PTR onSize(HWND dialog, WPARAM, LPARAM)
 {
-    const HWND list = listOf(dialog);
-    if (!list) return 0;
-    RECT client;
-    GetClientRect(dialog, &client);
-    const RECT rect = listRect(dialog);
-    SetWindowPos(list, nullptr, rect.left, rect.top, client.right - rect.left, client.bottom - rect.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    if (listOf(dialog)) stretchList(dialog);
     return 0;
 }
 
@@ -171,10 +177,28 @@ INT_PTR CALLBACK libraryDialogProc(HWND dialog, UINT message, WPARAM wParam, LPA
     return session ? dispatchDialogMessage(routes, dialog, message, wParam, lParam) : FALSE;
 }
 
+// Beside the palette, on the side where it leaves the middle of the photo free; where it was if there is none.
+void placeBesidePalette(HWND dialog)
+{
+    RECT own, palette, photo;
+    GetWindowRect(dialog, &own);
+    GetWindowRect(session->hostDialog, &photo);
+    if (!GetWindowRect(session->paletteDialog, &palette)) return;
+    const POINT middle = {(photo.left + photo.right) / 2, (photo.top + photo.bottom) / 2};
+    const int width = own.right - own.left, height = own.bottom - own.top;
+    for (const LONG left : {palette.right, palette.left - width}) {
+        const RECT place = {left, palette.top, left + width, palette.top + height};
+        if (left < 0 || place.right > GetSystemMetrics(SM_CXSCREEN) || PtInRect(&place, middle)) continue;
+        SetWindowPos(dialog, nullptr, left, palette.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        return;
+    }
+}
+
 void openLibrary(HWND owner)
 {
     if (!IsWindow(session->libraryDialog)) {
         session->libraryDialog = openLocalDialog(moduleInstance, LIBRARY_TEMPLATE, owner, libraryDialogProc, 0);
+        if (session->libraryDialog) placeBesidePalette(session->libraryDialog);
     }
     if (!session->libraryDialog) return;
     ShowWindow(session->libraryDialog, SW_SHOW);

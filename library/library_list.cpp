@@ -8,6 +8,7 @@
 #include "controls/kovctrl32.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
+#include "library/empty_library.h"
 #include "library/library_store.h"
 #include "library/selection_file.h"
 #include "selection/selection.h"
@@ -176,6 +177,14 @@ bool isPress(UINT message)
 LRESULT CALLBACK libraryListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (isPress(message) && SendMessageA(list, LB_GETCOUNT, 0, 0) > 0) return pressList(list, wParam, lParam);
+    if (SendMessageA(list, LB_GETCOUNT, 0, 0) == 0) {
+        if (message == WM_PAINT) return paintEmptyLibrary(list), 0;
+        if (message == WM_ERASEBKGND) return 1;
+        // The system draws a focus rectangle where the first item would be.
+        if (message == WM_SETFOCUS || message == WM_KILLFOCUS) InvalidateRect(list, nullptr, FALSE);
+    }
+    // What changes between a hint and items is painted anew.
+    if (message == LB_ADDSTRING || message == LB_DELETESTRING) InvalidateRect(list, nullptr, TRUE);
     // Pictures stand in the middle of their items: another width moves them all, as when the scroll bar appears.
     if (message == WM_SIZE) InvalidateRect(list, nullptr, FALSE);
     return CallWindowProcW(sessionExtras.previousListProc, list, message, wParam, lParam);
