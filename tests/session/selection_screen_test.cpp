@@ -206,8 +206,7 @@ TEST_F(SelectionScreen, ASelectionDroppedWhileItIsDraggedLeavesNothing)
         ASSERT_TRUE(pressButton(&host));
         ASSERT_TRUE(movePointerOnCanvas(&host, at.x - 60, at.y + 40));
         runOnHost(&host, [&] { SendMessageA(host.palette, WM_COMMAND, ID_BRUSH, 0); });
-        ASSERT_TRUE(settle(&host));
-        expectRepainted("dropped");  // the brush may show at the pointer by now
+        ASSERT_TRUE(settle(&host));  // the brush shows at the pointer from some moment on: nothing to compare yet
         ASSERT_TRUE(movePointerOnCanvas(&host, at.x - 30, at.y + 70));
         ASSERT_TRUE(releaseButton(&host));
         ASSERT_TRUE(clickControl(&host, ID_SELECTION));
