@@ -4,9 +4,11 @@
 //
 // Wherever a picture of the screen is wanted it prints a line "picture NAME" and waits for a line on
 // standard input. With two arguments it does one thing in the editor of one photo, for scripts that check:
-//     retouch_demo save|spot|close|wait PHOTO    PHOTO: the file's name without its folder
-// save presses Save, spot first lays one dab into the photo's middle, close leaves without saving, wait only
-// waits until the editor is open. Exit code: 0 done, 1 no session found, 2 the session did not end, 3 usage.
+//     retouch_demo save|spot|paint|close|wait PHOTO    PHOTO: the file's name without its folder
+//     retouch_demo answer yes|no|cancel                in the dialog that the program asks with
+// save presses Save, spot first lays one dab into the photo's middle, paint lays it and leaves the editor open,
+// close leaves without saving, wait only waits until the editor is open. Exit code: 0 done, 1 no session found, 2 the
+// session did not end, 3 usage.
 #include <cmath>
 #include <cstdio>
 #include <string>
@@ -146,10 +148,14 @@ int endOf(const Editor& editor)
     return waitUntil([&] { return !IsWindow(editor.dialog); }, 60000) ? 0 : 2;
 }
 
+// On a busy machine a click may come before a window is ready for it; then it is made once more.
 int pressSave(const Editor& editor)
 {
-    settle(editor);
-    click(GetDlgItem(editor.palette, saveButton), 0.5, 0.5);
+    for (int attempt = 0; attempt < 5; attempt++) {
+        settle(editor);
+        click(GetDlgItem(editor.palette, saveButton), 0.5, 0.5);
+        if (waitUntil([&] { return !IsWindow(editor.dialog); }, 15000)) return 0;
+    }
     return endOf(editor);
 }
 
@@ -169,12 +175,28 @@ int playEdit()
     return pressSave(editor);
 }
 
+// What the screen shows around a point.
+COLORREF seenAt(POINT point)
+{
+    HDC screen = GetDC(nullptr);
+    const COLORREF color = GetPixel(screen, point.x, point.y);
+    ReleaseDC(nullptr, screen);
+    return color;
+}
+
 void laySpot(const Editor& editor)
 {
+    const POINT middle = pointOf(editor.canvas, 0.5, 0.5);
     settle(editor);
-    click(GetDlgItem(editor.palette, brushButton), 0.5, 0.5);
-    settle(editor);
-    click(editor.canvas, 0.5, 0.5);
+    const COLORREF before = seenAt(middle);
+    for (int attempt = 0; attempt < 5; attempt++) {
+        click(GetDlgItem(editor.palette, brushButton), 0.5, 0.5);
+        settle(editor);
+        click(editor.canvas, 0.5, 0.5);
+        moveTo(pointOf(editor.palette, 0.5, 0.02));  // the outline at the pointer goes
+        settle(editor);
+        if (seenAt(middle) != before) return;
+    }
 }
 
 int closeEditor(const Editor& editor)
@@ -183,8 +205,35 @@ int closeEditor(const Editor& editor)
     return endOf(editor);
 }
 
+BOOL CALLBACK findDialog(HWND window, LPARAM parameter)
+{
+    wchar_t name[16] = L"";
+    GetClassNameW(window, name, 16);
+    if (!IsWindowVisible(window) || std::wstring(name) != L"#32770" || GetDlgItem(window, saveButton)) return TRUE;
+    *(HWND*)parameter = window;
+    return FALSE;
+}
+
+HWND openDialog()
+{
+    HWND dialog = nullptr;
+    EnumWindows(findDialog, (LPARAM)&dialog);
+    return dialog && GetDlgItem(dialog, IDCANCEL) ? dialog : nullptr;
+}
+
+int answerDialog(const std::wstring& answer)
+{
+    HWND dialog = nullptr;
+    if (!waitUntil([&] { return (dialog = openDialog()) != nullptr; }, 60000)) return 1;
+    const int button = answer == L"yes" ? IDYES : answer == L"no" ? IDNO : IDCANCEL;
+    Sleep(200);
+    click(GetDlgItem(dialog, button), 0.5, 0.5);
+    return waitUntil([&] { return !IsWindow(dialog); }, 60000) ? 0 : 2;
+}
+
 int doOneThing(const std::wstring& action, const std::wstring& photo)
 {
+    if (action == L"answer") return answerDialog(photo);
     const std::wstring title = photo + L" - Retouch";
     Editor editor = {};
     const bool open = waitUntil(
@@ -195,10 +244,11 @@ int doOneThing(const std::wstring& action, const std::wstring& photo)
         },
         60000);
     if (!open) return 1;
-    if (action == L"spot") laySpot(editor);
+    if (action == L"spot" || action == L"paint") laySpot(editor);
+    if (action == L"paint") settle(editor);
     if (action == L"spot" || action == L"save") return pressSave(editor);
     if (action == L"close") return closeEditor(editor);
-    return action == L"wait" ? 0 : 3;
+    return action == L"wait" || action == L"paint" ? 0 : 3;
 }
 
 }  // namespace

@@ -38,17 +38,18 @@ bool createBeside(const std::wstring& path, std::wstring* temporary, unsigned lo
     // Its name tells where it comes from, should the power fail.
     const std::wstring stem = folderOfPath(path) + L"retouch-" + std::to_wstring(GetCurrentProcessId()) + L"-";
     std::vector<unsigned char> rights = rightsOf(path);
-    SECURITY_ATTRIBUTES attributes = {sizeof attributes, rights.empty() ? nullptr : rights.data(), FALSE};
     HANDLE file = INVALID_HANDLE_VALUE;
     *error = ERROR_FILE_EXISTS;
     for (int attempt = 0; attempt < 100 && file == INVALID_HANDLE_VALUE && *error == ERROR_FILE_EXISTS; attempt++) {
         *temporary = stem + std::to_wstring(attempt) + L".tmp";
-        file =
-            CreateFileW(temporary->c_str(), GENERIC_WRITE, 0, &attributes, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        file = CreateFileW(temporary->c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
         *error = file == INVALID_HANDLE_VALUE ? GetLastError() : ERROR_SUCCESS;
     }
     if (file == INVALID_HANDLE_VALUE) return false;
     CloseHandle(file);
+    // Still empty: nobody has read anything yet. Where the folder gives the right ones by itself they stay.
+    if (!rights.empty() && rightsOf(*temporary) != rights)
+        SetFileSecurityW(temporary->c_str(), DACL_SECURITY_INFORMATION, rights.data());
     return true;
 }
 

@@ -14,7 +14,8 @@ const int namesToTry = 3;
 std::wstring reasonOf(PhotoStatus status)
 {
     switch (status) {
-    case PhotoStatus::CannotWrite: return systemErrorText(GetLastError());
+    case PhotoStatus::CannotWrite:
+        return GetLastError() ? systemErrorText(GetLastError()) : L"The disk is full, or it cannot be written to.";
     case PhotoStatus::TooLarge: return L"There is not enough memory.";
     default: return L"The picture could not be encoded for this file.";
     }

@@ -70,7 +70,11 @@ bool readAbandoned(const std::wstring& name, AbandonedWork* work)
 std::wstring rescueFolder()
 {
     std::wstring base(32768, L'\0');
-    base.resize(GetEnvironmentVariableW(L"LOCALAPPDATA", &base[0], (DWORD)base.size()));
+    base.resize(GetEnvironmentVariableW(L"RETOUCH_RESCUE_FOLDER", &base[0], 32768));  // for tests and demos
+    if (base.empty()) {
+        base.resize(32768);
+        base.resize(GetEnvironmentVariableW(L"LOCALAPPDATA", &base[0], 32768));
+    }
     if (base.empty()) {
         base.resize(MAX_PATH + 1);
         base.resize(GetTempPathW((DWORD)base.size(), &base[0]));

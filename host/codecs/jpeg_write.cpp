@@ -112,8 +112,8 @@ void keepBlocks(Writing* writing, const EditedPhoto& photo)
     jpeg_compress_struct& output = writing->output;
     jpeg_copy_critical_parameters(&writing->input, &output);
     jvirt_barray_ptr* blocks = jtransform_adjust_parameters(&writing->input, &output, writing->blocks, turn);
-    output.optimize_coding = TRUE;
     output.arith_code = writing->input.arith_code;
+    output.optimize_coding = !output.arith_code;
     output.restart_interval = writing->input.restart_interval;
     if (writing->input.progressive_mode) jpeg_simple_progression(&output);
     jpeg_write_coefficients(&output, blocks);

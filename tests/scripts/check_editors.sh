@@ -9,12 +9,16 @@ unset DISPLAY RETOUCH_WINE_READY
 export RETOUCH_PREFIX=$root/build/wine-check   # not the one in which somebody may be at work
 export WINEPREFIX=$RETOUCH_PREFIX
 . "$root/scripts/wine-environment"
+exec 7>"$root/build/wine-check.lock"   # shared with the other scripts that check, one at a time
+flock 7
 clean_up() {
     stop_wine
     stop_virtual_display
     rm -rf "$folder"
 }
 trap clean_up EXIT
+trap 'exit 130' INT TERM
+export RETOUCH_RESCUE_FOLDER="Z:${folder//\//\\}"
 failures=0
 expect() {   # expect DESCRIPTION COMMAND...
     local description=$1
@@ -23,6 +27,7 @@ expect() {   # expect DESCRIPTION COMMAND...
 }
 drive() { RETOUCH_WINE_READY=1 "$root/scripts/run-windows" "$programs/retouch_demo.exe" "$@"; }
 
+stop_wine   # what an interrupted check may have left
 # The demo first, since it wants no display.
 cp "$root/samples/seeding.jpg" "$folder/demo.jpg"
 cp "$folder/demo.jpg" "$folder/as-it-was.jpg"
@@ -62,6 +67,13 @@ expect "the second editor closes" drive close two.jpg
 expect "closing is told by the exit code" test "$(ended two)" = 1
 expect "the first editor is still there" drive close one.jpg
 expect "it ends as its user wants" test "$(ended one)" = 1
+
+cp "$folder/demo.jpg" "$folder/private.jpg"
+chmod 600 "$folder/private.jpg"
+start_editor private "$folder/private.jpg" --overwrite
+expect "a private photo is edited" drive spot private.jpg
+expect "a private photo is saved" test "$(ended private)" = 0
+expect "a private photo keeps its mode" test "$(stat -c %a "$folder/private.jpg")" = 600
 
 odd=$'odd "q"?\nb\\s.jpg'
 mkdir "$folder/dot."

@@ -1,0 +1,124 @@
+#!/usr/bin/env bash
+# check_failures.sh ROOT PROGRAMS: retouch.exe while a save fails, is cut off, or the whole program is; and what
+# becomes of the rights and names of a file. PROGRAMS: the folder of retouch.exe and retouch_demo.exe.
+set -uo pipefail
+root=$1
+programs=$2
+folder=$(mktemp -d)
+unset DISPLAY RETOUCH_WINE_READY
+export WINEPREFIX=$root/build/wine-check
+. "$root/scripts/wine-environment"
+exec 7>"$root/build/wine-check.lock"   # shared with the other scripts that check, one at a time
+flock 7
+mounted=
+clean_up() {
+    stop_wine
+    stop_virtual_display
+    [ -z "$mounted" ] || umount "$mounted"
+    rm -rf "$folder"
+}
+trap clean_up EXIT
+trap 'exit 130' INT TERM
+mkdir -p "$folder/data"
+rescue=$folder/data/Retouch
+export RETOUCH_RESCUE_FOLDER="Z:${folder//\//\\}\\data"
+failures=0
+expect() {   # expect DESCRIPTION COMMAND...
+    local description=$1
+    shift
+    "$@" || { echo "Wrong: $description"; failures=$((failures + 1)); }
+}
+until_true() {   # until_true COMMAND...: at most 60 seconds
+    local waited=0
+    until "$@"; do
+        sleep 0.2
+        waited=$((waited + 1))
+        [ "$waited" -lt 300 ] || return 1
+    done
+}
+stop_wine   # what an interrupted check may have left
+start_virtual_display && prepare_wine_prefix "$retouch_desktop_size" || exit 1
+export RETOUCH_WINE_READY=1
+windows_path() { printf 'Z:%s' "${1//\//\\}"; }
+start_host() {   # start_host PHOTO ARGUMENT...: in the background; what it says goes to `said`
+    local photo=$1
+    shift
+    timeout 150 "$root/scripts/run-windows" "$programs/retouch.exe" "$(windows_path "$photo")" "$@" >"$folder/said" 2>&1 7>&- &
+    host=$!
+}
+drive() { timeout 100 "$root/scripts/run-windows" "$programs/retouch_demo.exe" "$@" 7>&-; }
+expect_end() {   # expect_end DESCRIPTION CODE: waits for the host's end
+    local code
+    wait "$host"
+    code=$?
+    [ "$code" -eq "$2" ] || { echo "Wrong: $1: code $code"; cat "$folder/said"; failures=$((failures + 1)); }
+}
+kill_host() {   # as a crash would: the Windows process itself
+    local process
+    for process in /proc/[0-9]*; do
+        { tr '\0' ' ' <"$process/cmdline"; } 2>/dev/null | grep -q "retouch\.exe.*${folder##*/}" || continue
+        kill -KILL "${process#/proc/}" 2>/dev/null
+    done
+    wait "$host" 2>/dev/null
+}
+no_temporaries() { ! ls "$1"/retouch-*.tmp >/dev/null 2>&1; }
+
+photo=$folder/photo.jpg
+cp "$root/samples/seeding.jpg" "$photo"
+
+# The name is taken while the session runs.
+start_host "$photo"
+expect "the editor opens" drive wait photo.jpg
+echo taken >"$folder/photo-retouched.jpg"
+expect "the session ends" drive spot photo.jpg
+expect_end "another name was found" 0
+expect "what has the name stays" grep -q taken "$folder/photo-retouched.jpg"
+expect "the result has another name" test -s "$folder/photo-retouched-2.jpg"
+expect "no temporary files" no_temporaries "$folder"
+
+# The rights of a private photo, and its other names.
+cp "$photo" "$folder/private.jpg"
+chmod 600 "$folder/private.jpg"
+start_host "$folder/private.jpg" --overwrite
+expect "a private photo is edited" drive spot private.jpg
+expect_end "a private photo is saved" 0
+expect "a private photo stays private" test "$((0$(stat -c %a "$folder/private.jpg") & 7))" = 0
+cp "$photo" "$folder/linked.jpg"
+ln "$folder/linked.jpg" "$folder/other-name.jpg"
+start_host "$folder/linked.jpg" --overwrite
+expect "a photo with two names is edited" drive save linked.jpg
+expect_end "a photo with two names is saved" 0
+expect "it still has two names" test "$folder/linked.jpg" -ef "$folder/other-name.jpg"
+
+# The program is killed in a session: the next start offers what a minute before was there.
+before=$(md5sum <"$photo")
+export RETOUCH_RESCUE_SECONDS=1
+start_host "$photo"
+expect "the editor opens again" drive paint photo.jpg
+expect "the picture is noted" until_true sh -c "ls '$rescue'/*.bmp >/dev/null 2>&1"
+kill_host
+unset RETOUCH_RESCUE_SECONDS
+expect "the photo is as it was" test "$(md5sum <"$photo")" = "$before"
+start_host "$photo" -o "$(windows_path "$folder/later.jpg")"
+expect "the rescued work is offered" drive answer yes
+expect "it can be gone on with" drive save photo.jpg
+expect "the photo itself opens after it" drive close photo.jpg
+expect_end "its end is told" 1
+expect "the rescued work is saved" grep -q "^Saved: .*photo-retouched-3.jpg" "$folder/said"
+expect "nothing is left of it" test -z "$(ls "$rescue" 2>/dev/null)"
+
+# A full disk: where a small one can be had, as root only.
+small=$folder/small
+mkdir "$small"
+if mount -t tmpfs -o size=1536k tmpfs "$small" 2>/dev/null; then
+    mounted=$small
+    start_host "$photo" -o "$(windows_path "$small/out.png")"
+    expect "the editor opens for a full disk" drive spot photo.jpg
+    expect "the question for another place appears" drive answer cancel
+    expect_end "a full disk is told" 7
+    expect "nothing half is left there" test -z "$(ls "$small")"
+    expect "the picture is in a rescue file" test -s "$(ls "$rescue"/rescued-*.bmp 2>/dev/null | head -n 1)"
+    expect "and its place is said" grep -q "rescued-" "$folder/said"
+fi
+[ "$failures" -eq 0 ] || cat "$folder/said"
+[ "$failures" -eq 0 ]
