@@ -1,4 +1,5 @@
-// What is done with a floating selection in a session, for outlines of 1,000, 10,000 and 100,000 points. The
+// What is done with a floating selection in a session, for outlines of 1,000, 10,000, 20,000 and 100,000 points;
+// and a move of the pointer while an outline of so many points is being drawn. The
 // area that they lie in grows with them, so a steady value means time in proportion to outline plus area.
 #include "bench/bench_session.h"
 #include "bench/keys.h"
@@ -10,7 +11,7 @@
 #include "selection/outline_drawing.h"
 #include "session/ground/session_record.h"
 
-static const int SIDES[] = {250, 790, 2500};  // of the area, pixels
+static const int SIDES[] = {250, 790, 2500, 1114};  // of the area, pixels
 static int runs;
 
 // Straight lines to and fro, until there are as many points as wanted.
@@ -88,24 +89,43 @@ static bool clearOnce(int)
     return !session->outlinePoints;
 }
 
+static bool prepareMoves(int variant)
+{
+    if (!openBenchSession()) return false;
+    drawAgain(variant);
+    return drawingRuns();
+}
+
+// To and fro: five new points a move.
+static bool drawOn(int)
+{
+    const PixelPoint last = workingOutline().last;
+    continueDrawing(session->canvasWindow, {last.x, last.y + (++runs % 2 ? 5 : -5)});
+    return true;
+}
+
 static void release(int)
 {
     closeBenchSession();
 }
 
-#define THREE_SIZES(name, prepare, reset, run)                                                                         \
+#define FOUR_SIZES(name, prepare, reset, run)                                                                          \
     {name "_1k", "Kpoints/s", 1.008, 0, prepare, reset, run, nullptr, release},                                        \
         {name "_10k", "Kpoints/s", 10.07, 1, prepare, reset, run, nullptr, release},                                   \
+        {name "_20k", "Kpoints/s", 20.02, 3, prepare, reset, run, nullptr, release},                                   \
     {                                                                                                                  \
         name "_100k", "Kpoints/s", 100.8, 2, prepare, reset, run, nullptr, release                                     \
     }
 
 static const BenchKey keys[] = {
-    THREE_SIZES("select_close", prepareDrawing, drawAgain, closeOnce),
-    THREE_SIZES("select_move", prepareFloating, nullptr, moveOnce),
-    THREE_SIZES("select_resize", prepareFloating, nullptr, resizeOnce),
-    THREE_SIZES("select_turn", prepareFloating, nullptr, turnOnce),
-    THREE_SIZES("select_clear", prepareFloating, floatAgain, clearOnce),
+    FOUR_SIZES("select_close", prepareDrawing, drawAgain, closeOnce),
+    FOUR_SIZES("select_move", prepareFloating, nullptr, moveOnce),
+    FOUR_SIZES("select_resize", prepareFloating, nullptr, resizeOnce),
+    FOUR_SIZES("select_turn", prepareFloating, nullptr, turnOnce),
+    FOUR_SIZES("select_clear", prepareFloating, floatAgain, clearOnce),
+    {"outline_move_1k", "moves/s", 1, 0, prepareMoves, nullptr, drawOn, nullptr, release},
+    {"outline_move_20k", "moves/s", 1, 3, prepareMoves, nullptr, drawOn, nullptr, release},
+    {"outline_move_100k", "moves/s", 1, 2, prepareMoves, nullptr, drawOn, nullptr, release},
 };
 
 const BenchGroup floatingKeys = {keys, sizeof keys / sizeof keys[0]};
