@@ -137,15 +137,6 @@ HGLOBAL duplicateBitmap(HGLOBAL image, int copyContents)
     return copy;
 }
 
-HGLOBAL duplicateBitmapReusing(HGLOBAL reuse, HGLOBAL image)
-{
-    if (!reuse || reuse == image) return duplicateBitmap(image, 1);
-    const SIZE_T size = image ? GlobalSize(image) : 0;
-    if (size != 0 && GlobalSize(reuse) == size && copyBytes(reuse, image, size)) return reuse;
-    releaseBlock(reuse);
-    return duplicateBitmap(image, 1);
-}
-
 int copyBitmapInto(HGLOBAL destination, HGLOBAL source)
 {
     const SIZE_T size = source ? GlobalSize(source) : 0;

@@ -44,11 +44,6 @@ void unlockBitmap(HGLOBAL image);
 // any global block.
 HGLOBAL duplicateBitmap(HGLOBAL image, int copyContents);
 
-// As duplicateBitmap with contents, but into `reuse` when that is a block of exactly the right size
-// (its handle is then returned); a `reuse` that does not fit is freed. Copying a large image into
-// memory that is already mapped costs a third of a fresh block.
-HGLOBAL duplicateBitmapReusing(HGLOBAL reuse, HGLOBAL image);
-
 // Copies all of the source's bytes into the existing destination block. 0 when the source is null or
 // empty, or larger than the destination; 1 without copying when the destination is null.
 int copyBitmapInto(HGLOBAL destination, HGLOBAL source);

@@ -159,7 +159,6 @@ TEST(PackedBitmap, NullHandlesFail)
     EXPECT_EQ(nullptr, lockBitmapBits(nullptr));
     unlockBitmap(nullptr);
     EXPECT_EQ(nullptr, duplicateBitmap(nullptr, 1));
-    EXPECT_EQ(nullptr, duplicateBitmapReusing(nullptr, nullptr));
     EXPECT_EQ(0, getPixelColour(nullptr, 0, 0, &colour));
     EXPECT_EQ(nullptr, extractRect(nullptr, &rect));
     EXPECT_EQ(nullptr, extractRectMasked(nullptr, nullptr, 0, 0, 1, 1, 0));
@@ -244,33 +243,6 @@ TEST(PackedBitmap, DuplicateWithoutContentsIsZero)
     Block odd(blockOf({1, 2, 3, 4, 5}));
     Block copy(duplicateBitmap(odd.handle, 0));
     EXPECT_EQ(std::vector<uint8_t>(odd.bytes().size()), copy.bytes());
-}
-
-TEST(PackedBitmap, DuplicateReusingKeepsAFittingBlock)
-{
-    Block image(blockOf({1, 2, 3, 4, 5, 6, 7, 8}));
-    HGLOBAL fitting = blockOf({0, 0, 0, 0, 0, 0, 0, 0});
-    Block copy(duplicateBitmapReusing(fitting, image.handle));
-    EXPECT_EQ(fitting, copy.handle);
-    EXPECT_EQ(image.bytes(), copy.bytes());
-    EXPECT_TRUE(isUnlocked(copy.handle));
-
-    Block other(duplicateBitmapReusing(blockOf(std::vector<uint8_t>(100)), image.handle));
-    EXPECT_EQ(image.bytes(), other.bytes());
-    Block fresh(duplicateBitmapReusing(nullptr, image.handle));
-    EXPECT_EQ(image.bytes(), fresh.bytes());
-    EXPECT_EQ(nullptr, duplicateBitmapReusing(blockOf({1, 2}), nullptr));
-}
-
-TEST(PackedBitmap, DuplicateReusingFreesWhatDoesNotFit)
-{
-    // The process has 65,536 movable handles: a leak of one a call would end this loop.
-    Block image(blockOf(std::vector<uint8_t>(64, 7)));
-    for (int n = 0; n < 70000; n++) {
-        HGLOBAL copy = duplicateBitmapReusing(blockOf({1}), image.handle);
-        ASSERT_NE(nullptr, copy);
-        GlobalFree(copy);
-    }
 }
 
 TEST(PackedBitmap, CopyIntoReturnValues)
