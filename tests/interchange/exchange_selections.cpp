@@ -12,7 +12,7 @@
 
 static const int sizes[][2] = {{1, 1}, {17, 9}, {100, 10}, {10, 100}, {3000, 2000}};
 
-static HGLOBAL packed(const ReferenceImage& image)
+static HGLOBAL packed(const reference::Picture& image)
 {
     const std::vector<uint8_t> rows = storedRows(image, 0);
     const HGLOBAL bitmap = createBitmap(image.width, image.height, 24);
@@ -22,12 +22,13 @@ static HGLOBAL packed(const ReferenceImage& image)
     return bitmap;
 }
 
-static bool shows(HGLOBAL bitmap, const ReferenceImage& image)
+static bool shows(HGLOBAL bitmap, const reference::Picture& image)
 {
     const BITMAPINFOHEADER* const header = (const BITMAPINFOHEADER*)GlobalLock(bitmap);
     const bool same =
         header && header->biWidth == image.width && header->biHeight == image.height &&
-        fromStoredRows((const uint8_t*)(header + 1), header->biWidth, header->biHeight).pixels == image.pixels;
+        reference::fromStoredRows((const uint8_t*)(header + 1), header->biWidth, header->biHeight).pixels ==
+            image.pixels;
     GlobalUnlock(bitmap);
     return same;
 }

@@ -15,7 +15,7 @@ static bool save(const std::string& path, const std::vector<uint8_t>& bytes)
     return fclose(file) == 0 && written;
 }
 
-static void fill(MemoryImage& to, const ReferenceImage& from)
+static void fill(MemoryImage& to, const reference::Picture& from)
 {
     to.rows = storedRows(from, 0);
     to.view.row0 = to.rows.data() - to.view.stride * (from.height - 1);
@@ -32,9 +32,9 @@ static bool writeSample(const std::string& directory, int width, int height)
     if (!writeSelectionImages(file.sink(), {image.view, mask.view, {11811, 11811}, {0, 0}})) return false;
 
     std::vector<uint8_t> pixels, outside;
-    for (const ReferencePixel& p : selection.image.pixels)
-        pixels.insert(pixels.end(), {p.red, p.green, p.blue});
-    for (const ReferencePixel& p : selection.mask.pixels)
+    for (const reference::Pixel& p : selection.image.pixels)
+        pixels.insert(pixels.end(), {(uint8_t)p.red, (uint8_t)p.green, (uint8_t)p.blue});
+    for (const reference::Pixel& p : selection.mask.pixels)
         outside.push_back(p.red ? 255 : 0);
     const std::string name = directory + "/" + std::to_string(width) + "x" + std::to_string(height);
     return save(name + ".tif", file.bytes) && save(name + ".pixels", pixels) && save(name + ".mask", outside) &&

@@ -1,25 +1,20 @@
 #include "tests/reference/bitmap_reference.h"
 
-bool operator==(const ReferencePixel& a, const ReferencePixel& b)
+reference::Picture randomReference(std::mt19937& random, int width, int height)
 {
-    return a.blue == b.blue && a.green == b.green && a.red == b.red;
-}
-
-ReferenceImage randomReference(std::mt19937& random, int width, int height)
-{
-    ReferenceImage image(width, height);
-    for (ReferencePixel& p : image.pixels)
+    reference::Picture image(width, height);
+    for (reference::Pixel& p : image.pixels)
         p = {(uint8_t)random(), (uint8_t)random(), (uint8_t)random()};
     return image;
 }
 
-ReferenceImage randomMask(std::mt19937& random, int width, int height)
+reference::Picture randomMask(std::mt19937& random, int width, int height)
 {
-    ReferenceImage image(width, height);
+    reference::Picture image(width, height);
     bool inside = random() % 2 != 0;
-    for (ReferencePixel& p : image.pixels) {
+    for (reference::Pixel& p : image.pixels) {
         if (random() % 3 == 0) inside = !inside;
-        p = inside ? ReferencePixel{0, 0, 0} : ReferencePixel{255, 255, 255};
+        p = inside ? reference::Pixel{0, 0, 0} : reference::Pixel{255, 255, 255};
     }
     return image;
 }
@@ -36,13 +31,13 @@ static void extractAxis(int position, int length, int limit, int* count, int* re
     *resultStart = beyond <= 0 ? length - *count : 0;
 }
 
-ReferenceImage referenceExtract(const ReferenceImage& image, int left, int top, int right, int bottom)
+reference::Picture referenceExtract(const reference::Picture& image, int left, int top, int right, int bottom)
 {
     int w = right - left, h = bottom - top;
     if (w > image.width) w = image.width;
     if (h > image.height) h = image.height;
-    if (w < 1 || h < 1) return ReferenceImage(0, 0);
-    ReferenceImage result(w, h);
+    if (w < 1 || h < 1) return reference::Picture(0, 0);
+    reference::Picture result(w, h);
     if (left + w < 1 || top + h < 1 || left >= image.width || top >= image.height) return result;
     int columns, rows, toX, toY;
     extractAxis(left, w, image.width, &columns, &toX);
@@ -50,18 +45,18 @@ ReferenceImage referenceExtract(const ReferenceImage& image, int left, int top, 
     const int fromX = left < 0 ? 0 : left, fromY = top < 0 ? 0 : top;
     for (int y = 0; y < rows; y++) {
         for (int x = 0; x < columns; x++)
-            result.set(toX + x, toY + y, image.get(fromX + x, fromY + y));
+            result.at(toX + x, toY + y) = image.at(fromX + x, fromY + y);
     }
     return result;
 }
 
-static uint8_t byteOfRow(const ReferenceImage& image, int y, int byte)
+static uint8_t byteOfRow(const reference::Picture& image, int y, int byte)
 {
-    const ReferencePixel p = image.get(byte / 3, y);
+    const reference::Pixel p = image.at(byte / 3, y);
     return byte % 3 == 0 ? p.blue : byte % 3 == 1 ? p.green : p.red;
 }
 
-bool referencePaste(ReferenceImage& destination, const ReferenceImage& source, int left, int top)
+bool referencePaste(reference::Picture& destination, const reference::Picture& source, int left, int top)
 {
     if (left + source.width < 1 || top + source.height < 1) return false;
     if (left >= destination.width || top >= destination.height) return false;
@@ -72,44 +67,44 @@ bool referencePaste(ReferenceImage& destination, const ReferenceImage& source, i
     for (int y = 0; y < rows && toY + y < destination.height; y++) {
         for (int x = 0; x < columns && toX + x < destination.width; x++) {
             const int byte = skipBytes + x * 3;
-            destination.set(toX + x, toY + y,
-                            {byteOfRow(source, skipRows + y, byte), byteOfRow(source, skipRows + y, byte + 1),
-                             byteOfRow(source, skipRows + y, byte + 2)});
+            destination.at(toX + x, toY + y) = {byteOfRow(source, skipRows + y, byte),
+                                                byteOfRow(source, skipRows + y, byte + 1),
+                                                byteOfRow(source, skipRows + y, byte + 2)};
         }
     }
     return true;
 }
 
-void referencePasteMasked(ReferenceImage& destination, const ReferenceImage& source, const ReferenceImage& mask,
-                          int left, int top)
+void referencePasteMasked(reference::Picture& destination, const reference::Picture& source,
+                          const reference::Picture& mask, int left, int top)
 {
     for (int y = 0; y < source.height; y++) {
         for (int x = 0; x < source.width; x++) {
             const int toX = left + x, toY = top + y;
             if (toX < 0 || toY < 0 || toX >= destination.width || toY >= destination.height) continue;
-            if (mask.get(x, y).red == 0) destination.set(toX, toY, source.get(x, y));
+            if (mask.at(x, y).red == 0) destination.at(toX, toY) = source.at(x, y);
         }
     }
 }
 
-ReferenceImage referenceFlipVertical(const ReferenceImage& image)
+reference::Picture referenceFlipVertical(const reference::Picture& image)
 {
-    ReferenceImage result = image;
+    reference::Picture result = image;
     // Stored row k counts from the bottom: picture row height - 1 - k.
     for (int k = 0; k <= image.height - 2; k++) {
         for (int x = 0; x < image.width; x++) {
-            result.set(x, image.height - 1 - k, image.get(x, image.height - 1 - (image.height - 2 - k)));
+            result.at(x, image.height - 1 - k) = image.at(x, image.height - 1 - (image.height - 2 - k));
         }
     }
     return result;
 }
 
-ReferenceImage referenceFlipHorizontal(const ReferenceImage& image)
+reference::Picture referenceFlipHorizontal(const reference::Picture& image)
 {
-    ReferenceImage result = image;
+    reference::Picture result = image;
     for (int y = 0; y < image.height; y++) {
         for (int x = 0; x < image.width; x++)
-            result.set(x, y, image.get(image.width - 1 - x, y));
+            result.at(x, y) = image.at(image.width - 1 - x, y);
     }
     return result;
 }
@@ -153,42 +148,15 @@ std::vector<int16_t> referenceNearestTable(int from, int to)
     return to >= from ? enlargingTable((int16_t)from, (int16_t)to) : reducingTable((int16_t)from, (int16_t)to);
 }
 
-ReferenceImage referenceScale(const ReferenceImage& source, int width, int height)
+reference::Picture referenceScale(const reference::Picture& source, int width, int height)
 {
     const std::vector<int16_t> columns = referenceNearestTable(source.width, width);
     const std::vector<int16_t> rows = referenceNearestTable(source.height, height);
-    ReferenceImage result(width, height);
+    reference::Picture result(width, height);
     for (int j = 0; j < height; j++) {
         for (int i = 0; i < width; i++) {
-            result.set(i, height - 1 - j, source.get(columns.at(i), source.height - 1 - rows.at(j)));
+            result.at(i, height - 1 - j) = source.at(columns.at(i), source.height - 1 - rows.at(j));
         }
     }
     return result;
-}
-
-std::vector<uint8_t> storedRows(const ReferenceImage& image, uint8_t padding)
-{
-    std::vector<uint8_t> rows;
-    for (int y = image.height - 1; y >= 0; y--) {
-        for (int x = 0; x < image.width; x++) {
-            const ReferencePixel p = image.get(x, y);
-            rows.insert(rows.end(), {p.blue, p.green, p.red});
-        }
-        while (rows.size() % 4 != 0)
-            rows.push_back(padding);
-    }
-    return rows;
-}
-
-ReferenceImage fromStoredRows(const uint8_t* rows, int width, int height)
-{
-    ReferenceImage image(width, height);
-    for (int y = height - 1; y >= 0; y--) {
-        int used = 0;
-        for (int x = 0; x < width; x++, rows += 3, used += 3)
-            image.set(x, y, {rows[0], rows[1], rows[2]});
-        for (; used % 4 != 0; used++)
-            rows++;
-    }
-    return image;
 }

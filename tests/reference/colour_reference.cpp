@@ -122,18 +122,13 @@ Colour adjustedForSelection(Colour colour, const Values& v)
     return out;
 }
 
-int strideOf(int width)
-{
-    return (width * 3 + 3) & ~3;
-}
-
-static Colour colourAt(const Image& image, int x, int storedRow)
+static Colour colourAt(const StoredPicture& image, int x, int storedRow)
 {
     const uint8_t* p = &image.bytes[(size_t)storedRow * strideOf(image.width) + (size_t)x * 3];
     return Colour{p[2], p[1], p[0]};
 }
 
-static void setColour(Image& image, int x, int storedRow, Colour c)
+static void setColour(StoredPicture& image, int x, int storedRow, Colour c)
 {
     uint8_t* p = &image.bytes[(size_t)storedRow * strideOf(image.width) + (size_t)x * 3];
     p[0] = (uint8_t)c.blue;
@@ -141,10 +136,10 @@ static void setColour(Image& image, int x, int storedRow, Colour c)
     p[2] = (uint8_t)c.red;
 }
 
-Image adjustImage(const Image& image, const Values& values)
+StoredPicture adjustImage(const StoredPicture& image, const Values& values)
 {
     // A fresh row buffer holds zeros behind its pixels.
-    Image out = {image.width, image.height, std::vector<uint8_t>(image.bytes.size(), 0)};
+    StoredPicture out = {image.width, image.height, std::vector<uint8_t>(image.bytes.size(), 0)};
     for (int row = 0; row < image.height; ++row) {
         for (int x = 0; x < image.width; ++x) {
             setColour(out, x, row, adjustedForImage(colourAt(image, x, row), values));
@@ -153,8 +148,8 @@ Image adjustImage(const Image& image, const Values& values)
     return out;
 }
 
-void adjustSelection(const Image& source, const Image& sourceMask, Image& target, Image& targetMask,
-                     const Values& values)
+void adjustSelection(const StoredPicture& source, const StoredPicture& sourceMask, StoredPicture& target,
+                     StoredPicture& targetMask, const Values& values)
 {
     for (int y = 0; y < target.height; ++y) {
         const int sy = y * source.height / target.height;
@@ -169,8 +164,9 @@ void adjustSelection(const Image& source, const Image& sourceMask, Image& target
     }
 }
 
-void reshapeSpans(const Image& source, const Image& sourceMask, Image& target, Image& targetMask,
-                  const Crossings& sourceCrossings, Rect sourceRect, const Crossings& targetCrossings, Rect targetRect)
+void reshapeSpans(const StoredPicture& source, const StoredPicture& sourceMask, StoredPicture& target,
+                  StoredPicture& targetMask, const Crossings& sourceCrossings, Rect sourceRect,
+                  const Crossings& targetCrossings, Rect targetRect)
 {
     const int SW = sourceRect.right - sourceRect.left, TW = targetRect.right - targetRect.left;
     const int SH = sourceRect.bottom - sourceRect.top, TH = targetRect.bottom - targetRect.top;

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "tests/reference/picture.h"
+
 namespace reference {
 
 struct Hls {
@@ -27,19 +29,11 @@ Colour rgbFromHls(Hls hls);
 Colour adjustedForImage(Colour colour, const Values& values);
 Colour adjustedForSelection(Colour colour, const Values& values);  // lift included
 
-// Rows as they are stored, the bottom row first, each padded to 4 bytes.
-struct Image {
-    int width, height;
-    std::vector<uint8_t> bytes;
-};
-
-int strideOf(int width);
-
 // The whole image, padding included.
-Image adjustImage(const Image& image, const Values& values);
+StoredPicture adjustImage(const StoredPicture& image, const Values& values);
 
-void adjustSelection(const Image& source, const Image& sourceMask, Image& target, Image& targetMask,
-                     const Values& values);
+void adjustSelection(const StoredPicture& source, const StoredPicture& sourceMask, StoredPicture& target,
+                     StoredPicture& targetMask, const Values& values);
 
 typedef std::vector<std::vector<int>> Crossings;  // per image row, entry and exit in turn
 
@@ -47,7 +41,8 @@ struct Rect {
     int left, top, right, bottom;
 };
 
-void reshapeSpans(const Image& source, const Image& sourceMask, Image& target, Image& targetMask,
-                  const Crossings& sourceCrossings, Rect sourceRect, const Crossings& targetCrossings, Rect targetRect);
+void reshapeSpans(const StoredPicture& source, const StoredPicture& sourceMask, StoredPicture& target,
+                  StoredPicture& targetMask, const Crossings& sourceCrossings, Rect sourceRect,
+                  const Crossings& targetCrossings, Rect targetRect);
 
 }  // namespace reference

@@ -83,9 +83,9 @@ ReferenceOutline referenceOutline(int rowCount, int columns, const std::vector<R
     return outline;
 }
 
-ReferenceImage referenceSelectionMask(const ReferenceCrossings& crossings, const ReferenceBounds& bounds)
+reference::Picture referenceSelectionMask(const ReferenceCrossings& crossings, const ReferenceBounds& bounds)
 {
-    ReferenceImage mask(bounds.right - bounds.left, bounds.bottom - bounds.top);
+    reference::Picture mask(bounds.right - bounds.left, bounds.bottom - bounds.top);
     for (int y = 0; y < mask.height; y++) {
         const int row = y + bounds.top;
         const bool exists = row >= 0 && row <= crossings.rowCount;
@@ -98,22 +98,22 @@ ReferenceImage referenceSelectionMask(const ReferenceCrossings& crossings, const
             if (exists && column >= 0 && column < crossings.columns)
                 passed += crossings.cells.at((size_t)row).at((size_t)column);
             const uint8_t value = passed % 2 == 1 && passed < all ? 0 : 255;
-            mask.set(x, y, {value, value, value});
+            mask.at(x, y) = {value, value, value};
         }
     }
     return mask;
 }
 
-ReferenceImage referenceSelectionImage(const ReferenceImage& image, const ReferenceCrossings& crossings,
-                                       const ReferenceBounds& bounds)
+reference::Picture referenceSelectionImage(const reference::Picture& image, const ReferenceCrossings& crossings,
+                                           const ReferenceBounds& bounds)
 {
-    const ReferenceImage mask = referenceSelectionMask(crossings, bounds);
-    ReferenceImage cut(mask.width, mask.height);
+    const reference::Picture mask = referenceSelectionMask(crossings, bounds);
+    reference::Picture cut(mask.width, mask.height);
     for (int y = 0; y < cut.height; y++) {
         for (int x = 0; x < cut.width; x++) {
             const int sx = x + bounds.left, sy = y + bounds.top;
-            if (mask.get(x, y).red == 0 && sx >= 0 && sy >= 0 && sx < image.width && sy < image.height)
-                cut.set(x, y, image.get(sx, sy));
+            if (mask.at(x, y).red == 0 && sx >= 0 && sy >= 0 && sx < image.width && sy < image.height)
+                cut.at(x, y) = image.at(sx, sy);
         }
     }
     return cut;

@@ -44,11 +44,11 @@ struct ReferenceOutline {
 ReferenceOutline referenceOutline(int rowCount, int columns, const std::vector<ReferencePoint>& given,
                                   ReferencePoint release);
 
-ReferenceImage referenceSelectionMask(const ReferenceCrossings& crossings, const ReferenceBounds& bounds);
+reference::Picture referenceSelectionMask(const ReferenceCrossings& crossings, const ReferenceBounds& bounds);
 
 // The image at the bounds (black where there is none), black outside the outline.
-ReferenceImage referenceSelectionImage(const ReferenceImage& image, const ReferenceCrossings& crossings,
-                                       const ReferenceBounds& bounds);
+reference::Picture referenceSelectionImage(const reference::Picture& image, const ReferenceCrossings& crossings,
+                                           const ReferenceBounds& bounds);
 
 // One shape of outline after the other: random corners, a pen that wanders, needles, saws along a row or
 // a column, the border of the area. Points lie in 1..width-2, 1..height-2.

@@ -7,18 +7,9 @@
 #include <utility>
 #include <vector>
 
+#include "tests/reference/picture.h"
+
 namespace reference {
-
-struct Pixel {
-    int blue, green, red;
-};
-
-struct Picture {
-    int width, height;
-    std::vector<Pixel> pixels;  // top row first
-    Pixel& at(int x, int y) { return pixels[(size_t)y * width + x]; }
-    const Pixel& at(int x, int y) const { return pixels[(size_t)y * width + x]; }
-};
 
 struct Grid {
     int width, height;

@@ -27,9 +27,9 @@ std::vector<uint8_t> referenceThumbnail(const ReferenceSelection& selection)
         for (int x = mx; x < 40 - mx; ++x) {
             const int sx = (x - mx) * (w - 1) / (40 - 2 * mx - 1);
             const int sy = (y - my) * (h - 1) / (30 - 2 * my - 1);
-            const ReferencePixel m = selection.mask.get(sx, sy);
+            const reference::Pixel m = selection.mask.at(sx, sy);
             if (m.red != 0 || m.green != 0 || m.blue != 0) continue;
-            const ReferencePixel p = selection.image.get(sx, sy);
+            const reference::Pixel p = selection.image.at(sx, sy);
             rgb[(y * 40 + x) * 3] = p.red;
             rgb[(y * 40 + x) * 3 + 1] = p.green;
             rgb[(y * 40 + x) * 3 + 2] = p.blue;
@@ -114,8 +114,8 @@ std::vector<uint8_t> referenceTiff(const ReferenceSelection& selection, bool big
     file.three8();
     file.rational(selection.imageXPelsPerMetre);
     file.rational(selection.imageYPelsPerMetre);
-    for (const ReferencePixel& p : selection.image.pixels)
-        file.add({p.red, p.green, p.blue});
+    for (const reference::Pixel& p : selection.image.pixels)
+        file.add({(uint8_t)p.red, (uint8_t)p.green, (uint8_t)p.blue});
 
     directory(file, 4, w, h, 1, 1, 4, p2 + 178, 1, h, maskBytes, p2 + 162, p3);
     file.rational(selection.maskXPelsPerMetre);
@@ -123,7 +123,7 @@ std::vector<uint8_t> referenceTiff(const ReferenceSelection& selection, bool big
     for (uint32_t y = 0; y < h; ++y) {
         std::vector<uint8_t> row((w + 7) / 8);
         for (uint32_t x = 0; x < w; ++x) {
-            if (selection.mask.get((int)x, (int)y).red) row[x / 8] |= (uint8_t)(1 << (7 - x % 8));
+            if (selection.mask.at((int)x, (int)y).red) row[x / 8] |= (uint8_t)(1 << (7 - x % 8));
         }
         file.add(row);
     }

@@ -8,8 +8,8 @@
 #include "tests/reference/bitmap_reference.h"
 
 struct ReferenceSelection {
-    ReferenceImage image;
-    ReferenceImage mask;
+    reference::Picture image;
+    reference::Picture mask;
     int imageXPelsPerMetre = 0, imageYPelsPerMetre = 0;
     int maskXPelsPerMetre = 0, maskYPelsPerMetre = 0;
 

@@ -14,7 +14,7 @@ constexpr reference::Values NEUTRAL = {0, 0, 50, 0, 0};
 
 typedef std::vector<uint8_t> Block;
 
-static reference::Image imageOf(const Block& block, int width, int height)
+static reference::StoredPicture imageOf(const Block& block, int width, int height)
 {
     const uint8_t* rows = block.data() + sizeof(BITMAPINFOHEADER);
     return {width, height, Block(rows, rows + (size_t)reference::strideOf(width) * (size_t)height)};
@@ -23,14 +23,14 @@ static reference::Image imageOf(const Block& block, int width, int height)
 // The block with every row adjusted; header and guard as they are.
 static Block adjustedBlock(const Block& block, const HostImage& photo, const reference::Values& values)
 {
-    const reference::Image adjusted = reference::adjustImage(imageOf(block, photo.width, photo.height), values);
+    const reference::StoredPicture adjusted = reference::adjustImage(imageOf(block, photo.width, photo.height), values);
     Block result = block;
     memcpy(result.data() + sizeof(BITMAPINFOHEADER), adjusted.bytes.data(), adjusted.bytes.size());
     return result;
 }
 
 // The preview before it is adjusted. Stored row r takes the source row of r - 1: that is meant.
-static reference::Image sampled(const reference::Image& source, SIZE client)
+static reference::StoredPicture sampled(const reference::StoredPicture& source, SIZE client)
 {
     long long width = (long long)source.width * client.cy / source.height, height = client.cy;
     if (width > client.cx) {
@@ -39,7 +39,7 @@ static reference::Image sampled(const reference::Image& source, SIZE client)
     }
     const size_t stride = (size_t)reference::strideOf((int)width),
                  sourceStride = (size_t)reference::strideOf(source.width);
-    reference::Image preview = {(int)width, (int)height, Block(stride * (size_t)height)};
+    reference::StoredPicture preview = {(int)width, (int)height, Block(stride * (size_t)height)};
     for (long long row = 0; row < height; ++row) {
         const long long from = row ? std::min((row - 1) * source.height / height, (long long)source.height - 1) : 0;
         for (long long x = 0; x < width; ++x) {
@@ -152,7 +152,7 @@ struct Contrast : SessionTest {
         scroll(ID_HUE_BAR, SB_ENDSCROLL);
     }
 
-    RECT previewOnScreen(const reference::Image& preview) const
+    RECT previewOnScreen(const reference::StoredPicture& preview) const
     {
         RECT client;
         GetClientRect(dialog, &client);
@@ -161,14 +161,14 @@ struct Contrast : SessionTest {
         return rect;
     }
 
-    reference::Image preview() const
+    reference::StoredPicture preview() const
     {
         RECT client;
         GetClientRect(dialog, &client);
         return sampled(imageOf(before, photo.width, photo.height), {client.right, client.bottom});
     }
 
-    void expectShown(const reference::Image& expected)
+    void expectShown(const reference::StoredPicture& expected)
     {
         if (expected.width == 0) return;  // no room: no preview
         const RECT place = previewOnScreen(expected);
@@ -178,7 +178,7 @@ struct Contrast : SessionTest {
         RECT visible;
         ASSERT_TRUE(IntersectRect(&visible, &place, &free));
         const size_t skip = (size_t)(visible.left - place.left) * 3;
-        const reference::Image shown = screenPart(visible);
+        const reference::StoredPicture shown = screenPart(visible);
         const size_t stride = (size_t)reference::strideOf(expected.width),
                      shownStride = (size_t)reference::strideOf(shown.width);
         const int below = place.bottom - visible.bottom;
@@ -324,7 +324,7 @@ TEST_F(Contrast, BarsLookReleasedAfterAClickBetweenThumbAndArrow)
         EXPECT_EQ(start + 10, position(bar));
         ASSERT_TRUE(movePointer(&host, {(rect.left + rect.right) / 2, rect.bottom + 2}));
         ASSERT_TRUE(settle(&host));
-        const reference::Image shown = screenPart(rect);
+        const reference::StoredPicture shown = screenPart(rect);
         RedrawWindow(GetDlgItem(dialog, bar), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
         ASSERT_TRUE(settle(&host));
         if (shown.bytes == screenPart(rect).bytes) continue;
@@ -518,7 +518,8 @@ TEST_F(Contrast, CanvasShowsTheAdjustedImage)
     RECT canvas;
     GetClientRect(host.canvas, &canvas);
     ASSERT_EQ(photo.width, canvas.right);
-    const reference::Image shown = shownBy(host.canvas), expected = imageOf(snapshot(photo), photo.width, photo.height);
+    const reference::StoredPicture shown = shownBy(host.canvas),
+                                   expected = imageOf(snapshot(photo), photo.width, photo.height);
     for (size_t row = 0; row < (size_t)photo.height; ++row) {
         const size_t at = row * (size_t)reference::strideOf(photo.width);
         ASSERT_EQ(0, memcmp(&shown.bytes[at], &expected.bytes[at], (size_t)photo.width * 3)) << row;

@@ -147,7 +147,7 @@ std::vector<ReferenceSelection> selectionsWithOddMasks(int width, int height)
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
                 const uint8_t value = rule(x, y, width, height) ? 0 : 255;
-                selection.mask.set(x, y, {value, value, value});
+                selection.mask.at(x, y) = {value, value, value};
             }
         selections.push_back(selection);
     }

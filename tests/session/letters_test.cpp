@@ -81,9 +81,9 @@ NONCLIENTMETRICSW systemMetrics()
 }
 
 // What a font draws for a text, in a control's colours.
-reference::Image drawnText(const LOGFONTW& font, const std::wstring& text)
+reference::StoredPicture drawnText(const LOGFONTW& font, const std::wstring& text)
 {
-    reference::Image image = {96, 32, {}};
+    reference::StoredPicture image = {96, 32, {}};
     BITMAPINFO info = {};
     info.bmiHeader = {sizeof info.bmiHeader, image.width, image.height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
     void* bits = nullptr;
@@ -116,13 +116,13 @@ std::wstring lettersMissing(const LOGFONTW& font, const std::wstring& text)
     return missing;
 }
 
-const uint8_t* pixelOf(const reference::Image& image, int x, int y)
+const uint8_t* pixelOf(const reference::StoredPicture& image, int x, int y)
 {
     return &image.bytes[(size_t)(y * reference::strideOf(image.width) + 3 * x)];
 }
 
 // The part of a drawing that is not background.
-RECT inkOf(const reference::Image& image)
+RECT inkOf(const reference::StoredPicture& image)
 {
     RECT ink = {image.width, image.height, 0, 0};
     for (int y = 0; y < image.height; ++y)
@@ -135,7 +135,7 @@ RECT inkOf(const reference::Image& image)
 }
 
 // Whether the drawing's ink stands somewhere on the screen's part, pixel for pixel.
-bool shows(const reference::Image& screen, const reference::Image& drawing)
+bool shows(const reference::StoredPicture& screen, const reference::StoredPicture& drawing)
 {
     const RECT ink = inkOf(drawing);
     const int width = ink.right - ink.left, height = ink.bottom - ink.top;

@@ -21,7 +21,7 @@ struct LibraryDrag : LibrarySession {
     // Applies what floats and checks that it came from `rect`.
     void applyAndCheck(RECT rect)
     {
-        const ReferenceImage expected = withSelectionApplied(image(), selection, rect);
+        const reference::Picture expected = withSelectionApplied(image(), selection, rect);
         ASSERT_TRUE(clickApply(rect));
         expectImage(expected);
     }
@@ -36,16 +36,16 @@ struct LibraryDrag : LibrarySession {
     void expectShownAt(RECT rect)
     {
         ASSERT_TRUE(placePointer(&host, AWAY));
-        const reference::Image part = shownBy(host.canvas);
-        const ReferenceImage shown = fromStoredRows(part.bytes.data(), part.width, part.height);
-        const ReferenceImage expected = withSelectionApplied(image(), selection, rect);
+        const reference::StoredPicture part = shownBy(host.canvas);
+        const reference::Picture shown = reference::fromStoredRows(part.bytes.data(), part.width, part.height);
+        const reference::Picture expected = withSelectionApplied(image(), selection, rect);
         int compared = 0, inside = 0, wrong = 0;
         for (int y = 0; y < shown.height; ++y)
             for (int x = 0; x < shown.width; ++x) {
                 if (nearOutlineOrFrame(x, y, rect)) continue;
                 ++compared;
                 inside += isInside(x - rect.left, y - rect.top);
-                wrong += !(shown.get(x, y) == expected.get(x, y));
+                wrong += !(shown.at(x, y) == expected.at(x, y));
             }
         EXPECT_EQ(0, wrong);
         EXPECT_GT(inside, 1000);
@@ -55,7 +55,7 @@ struct LibraryDrag : LibrarySession {
     bool isInside(int x, int y)
     {
         return x >= 0 && y >= 0 && x < selection.mask.width && y < selection.mask.height &&
-               selection.mask.get(x, y).red == 0;
+               selection.mask.at(x, y).red == 0;
     }
 
     bool nearOutlineOrFrame(int x, int y, RECT rect)
@@ -74,7 +74,7 @@ struct LibraryDrag : LibrarySession {
     }
 
     // The canvas shows what it showed before, and nothing has become current.
-    void expectNothingHappened(const reference::Image& shown)
+    void expectNothingHappened(const reference::StoredPicture& shown)
     {
         ASSERT_TRUE(placePointer(&host, AWAY));  // there the brush has no outline
         EXPECT_FALSE(floats());
@@ -134,7 +134,7 @@ TEST_F(LibraryDrag, ThePictureStaysUnderThePointer)
 TEST_F(LibraryDrag, DroppedOutsideTheEditingWindowDoesNothing)
 {
     ASSERT_TRUE(openWithStored(600, 400));
-    const reference::Image shown = shownBy(host.canvas);
+    const reference::StoredPicture shown = shownBy(host.canvas);
     RECT window, palette;
     GetWindowRect(host.dialog, &window);
     GetWindowRect(host.palette, &palette);
@@ -154,7 +154,7 @@ TEST_F(LibraryDrag, DroppedOutsideTheEditingWindowDoesNothing)
 TEST_F(LibraryDrag, DroppedOnAWindowOverTheImageDoesNothing)
 {
     ASSERT_TRUE(openWithStored(600, 400));
-    const reference::Image shown = shownBy(host.canvas);
+    const reference::StoredPicture shown = shownBy(host.canvas);
     const POINT at = onCanvas(host, 300, 200);
     HWND cover = nullptr;
     runOnHost(&host, [&] {
@@ -188,7 +188,7 @@ TEST_F(LibraryDrag, DroppedOnTheLibrarysOwnWindowOverTheImageDoesNothing)
 TEST_F(LibraryDrag, CancelledDoesNothing)
 {
     ASSERT_TRUE(openWithStored(600, 400));
-    const reference::Image shown = shownBy(host.canvas);
+    const reference::StoredPicture shown = shownBy(host.canvas);
     const auto gone = [&] { return !dragPicture(host); };
     ASSERT_TRUE(grabStored(&host, 0));
     ASSERT_TRUE(placePointer(&host, onCanvas(host, 300, 200)));
@@ -304,12 +304,12 @@ TEST_F(LibraryDrag, ADropEndsALineOfText)
 TEST_F(LibraryDrag, WhatCannotBePlacedLeavesNothingFloating)
 {
     ASSERT_TRUE(openWithStored(600, 400));
-    const reference::Image shown = shownBy(host.canvas);
+    const reference::StoredPicture shown = shownBy(host.canvas);
     ReferenceSelection allOutside = selection;
-    for (ReferencePixel& pixel : allOutside.mask.pixels)
+    for (reference::Pixel& pixel : allOutside.mask.pixels)
         pixel = {255, 255, 255};
     ReferenceSelection onePixel = allOutside;
-    onePixel.mask.set(40, 30, {0, 0, 0});
+    onePixel.mask.at(40, 30) = {0, 0, 0};
     const FileBytes files[] = {referenceTiff(allOutside), referenceTiff(onePixel), FileBytes(100, 'I'), FileBytes()};
     for (const FileBytes& file : files) {
         putFile(1, file);
@@ -339,7 +339,7 @@ TEST_F(LibraryDrag, SavedPlacedAndAppliedAtTheSameSpotChangesNothing)
     const POINT middle = {drawn.rect.left + drawn.selection.mask.width / 2,
                           drawn.rect.top + drawn.selection.mask.height / 2};
     ASSERT_TRUE(dragStored(&host, 0, onCanvas(host, middle.x, middle.y)));
-    const reference::Image floating = shownBy(host.canvas);
+    const reference::StoredPicture floating = shownBy(host.canvas);
     ASSERT_TRUE(clickApply(drawn.rect));
     EXPECT_TRUE(floating.bytes == shownBy(host.canvas).bytes);
     expectUntouched();

@@ -269,8 +269,8 @@ ReferenceSelection selectionInFile(const FileBytes& bytes)
             const uint8_t* rgb = &bytes.at(pixels + ((size_t)y * (size_t)width + (size_t)x) * 3);
             const bool outside = bytes.at(mask + maskRow * (size_t)y + (size_t)x / 8) >> (7 - x % 8) & 1;
             const uint8_t value = outside ? 255 : 0;
-            selection.image.set(x, y, {rgb[2], rgb[1], rgb[0]});
-            selection.mask.set(x, y, {value, value, value});
+            selection.image.at(x, y) = {rgb[2], rgb[1], rgb[0]};
+            selection.mask.at(x, y) = {value, value, value};
         }
     return selection;
 }

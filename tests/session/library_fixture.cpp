@@ -22,14 +22,14 @@ bool LibrarySession::openOver(int width, int height, int clientWidth, int client
     return open();
 }
 
-ReferenceImage LibrarySession::imageOfBlock(const FileBytes& block)
+reference::Picture LibrarySession::imageOfBlock(const FileBytes& block)
 {
     BITMAPINFOHEADER header;
     memcpy(&header, block.data(), sizeof header);
-    return fromStoredRows(block.data() + sizeof header, header.biWidth, header.biHeight);
+    return reference::fromStoredRows(block.data() + sizeof header, header.biWidth, header.biHeight);
 }
 
-void LibrarySession::expectImage(const ReferenceImage& expected)
+void LibrarySession::expectImage(const reference::Picture& expected)
 {
     const FileBytes now = snapshot(photo);
     const std::vector<uint8_t> rows = storedRows(expected, 0);
@@ -73,7 +73,7 @@ std::string LibrarySession::listText()
     return std::string(bytes.begin(), bytes.end());
 }
 
-DrawnSelection drawnSelection(const ReferenceImage& image, const Corners& corners)
+DrawnSelection drawnSelection(const reference::Picture& image, const Corners& corners)
 {
     const ReferenceOutline outline = referenceOutline(image.height, image.width, corners, corners.back());
     const ReferenceBounds bounds = outline.crossings.bounds();
@@ -92,8 +92,8 @@ ReferenceSelection roundSelection(unsigned seed, int width, int height)
             const double dx = (2.0 * x + 1) / width - 1, dy = (2.0 * y + 1) / height - 1;
             const bool inside = dx * dx + dy * dy < 0.9;
             const uint8_t value = inside ? 0 : 255;
-            selection.mask.set(x, y, {value, value, value});
-            if (!inside) selection.image.set(x, y, {0, 0, 0});
+            selection.mask.at(x, y) = {value, value, value};
+            if (!inside) selection.image.at(x, y) = {0, 0, 0};
         }
     return selection;
 }
@@ -105,21 +105,21 @@ static LONG originOnAxis(LONG at, int size, int imageSize)
     return at - size / 2;
 }
 
-RECT placedRect(POINT at, const ReferenceSelection& selection, const ReferenceImage& image)
+RECT placedRect(POINT at, const ReferenceSelection& selection, const reference::Picture& image)
 {
     const int width = selection.mask.width, height = selection.mask.height;
     const LONG left = originOnAxis(at.x, width, image.width), top = originOnAxis(at.y, height, image.height);
     return {left, top, left + width, top + height};
 }
 
-ReferenceImage withSelectionApplied(const ReferenceImage& image, const ReferenceSelection& selection, RECT rect)
+reference::Picture withSelectionApplied(const reference::Picture& image, const ReferenceSelection& selection, RECT rect)
 {
-    ReferenceImage result = image;
+    reference::Picture result = image;
     for (int y = 0; y < selection.mask.height; ++y)
         for (int x = 0; x < selection.mask.width; ++x) {
             const int atX = rect.left + x, atY = rect.top + y;
             const bool exists = atX >= 0 && atY >= 0 && atX < image.width && atY < image.height;
-            if (exists && selection.mask.get(x, y).red == 0) result.set(atX, atY, selection.image.get(x, y));
+            if (exists && selection.mask.at(x, y).red == 0) result.at(atX, atY) = selection.image.at(x, y);
         }
     return result;
 }
@@ -145,16 +145,16 @@ static RECT thumbnailRect(const Host& host, int index)
     return picture;
 }
 
-ReferenceImage shownThumbnail(const Host& host, int index)
+reference::Picture shownThumbnail(const Host& host, int index)
 {
-    const reference::Image part = screenPart(thumbnailRect(host, index));
-    return fromStoredRows(part.bytes.data(), part.width, part.height);
+    const reference::StoredPicture part = screenPart(thumbnailRect(host, index));
+    return reference::fromStoredRows(part.bytes.data(), part.width, part.height);
 }
 
-ReferenceImage expectedThumbnail(const Host& host, int index, const ReferenceSelection& selection)
+reference::Picture expectedThumbnail(const Host& host, int index, const ReferenceSelection& selection)
 {
     const std::vector<uint8_t> rgb = referenceThumbnail(selection);
-    ReferenceImage thumbnail(40, 30);
+    reference::Picture thumbnail(40, 30);
     for (size_t i = 0; i < thumbnail.pixels.size(); ++i)
         thumbnail.pixels[i] = {rgb[i * 3 + 2], rgb[i * 3 + 1], rgb[i * 3]};
     const RECT rect = thumbnailRect(host, index);

@@ -17,9 +17,9 @@ struct LibrarySession : SessionTest {
     // A session over a photo, shown at clientWidth x clientHeight (0: the photo's own size).
     bool openOver(int width, int height, int clientWidth = 0, int clientHeight = 0);
 
-    ReferenceImage image() { return imageOfBlock(snapshot(photo)); }
+    reference::Picture image() { return imageOfBlock(snapshot(photo)); }
     // The image holds these pixels; header, padding and what lies behind it are as they were.
-    void expectImage(const ReferenceImage& expected);
+    void expectImage(const reference::Picture& expected);
     void expectUntouched() { EXPECT_TRUE(before == snapshot(photo)) << "the image has changed"; }
 
     // Draws the outline and checks where it lies. The canvas must show the image pixel by pixel.
@@ -28,7 +28,7 @@ struct LibrarySession : SessionTest {
     // Clicks Apply on the frame of the selection that floats at `rect` (image pixels).
     bool clickApply(RECT rect);
 
-    static ReferenceImage imageOfBlock(const FileBytes& block);
+    static reference::Picture imageOfBlock(const FileBytes& block);
     void putFile(int number, const FileBytes& bytes);
     std::string listFile() { return libraryDirectory(library) + "seldib.lst"; }
     std::string listText();
@@ -40,15 +40,16 @@ struct DrawnSelection {
     ReferenceSelection selection;
     RECT rect;
 };
-DrawnSelection drawnSelection(const ReferenceImage& image, const Corners& corners);
+DrawnSelection drawnSelection(const reference::Picture& image, const Corners& corners);
 
 // A selection with something inside and outside: an ellipse of noise.
 ReferenceSelection roundSelection(unsigned seed, int width, int height);
 
 // Its rectangle when it is dropped on an image point.
-RECT placedRect(POINT at, const ReferenceSelection& selection, const ReferenceImage& image);
-ReferenceImage withSelectionApplied(const ReferenceImage& image, const ReferenceSelection& selection, RECT rect);
+RECT placedRect(POINT at, const ReferenceSelection& selection, const reference::Picture& image);
+reference::Picture withSelectionApplied(const reference::Picture& image, const ReferenceSelection& selection,
+                                        RECT rect);
 
 // The thumbnail of a list item as the screen shows it, and as it should be shown.
-ReferenceImage shownThumbnail(const Host& host, int index);
-ReferenceImage expectedThumbnail(const Host& host, int index, const ReferenceSelection& selection);
+reference::Picture shownThumbnail(const Host& host, int index);
+reference::Picture expectedThumbnail(const Host& host, int index, const ReferenceSelection& selection);

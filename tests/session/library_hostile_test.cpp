@@ -79,7 +79,7 @@ TEST_F(HostileLibrary, OddMasksFloatOrAreRefusedAndApplyToTheirPixelsOnly)
         if (!isChecked(host, ID_SELECTION)) continue;
         ++floated;
         const RECT rect = placedRect({200, 150}, selection, image());
-        const ReferenceImage expected = withSelectionApplied(image(), selection, rect);
+        const reference::Picture expected = withSelectionApplied(image(), selection, rect);
         ASSERT_TRUE(clickApply(rect));
         expectImage(expected);
         before = snapshot(photo);

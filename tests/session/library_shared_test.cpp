@@ -183,7 +183,7 @@ TEST_F(LibraryUnderALongPath, SavesShowsPlacesAndDeletes)
     ASSERT_EQ(1, storedCount(host));
     ASSERT_TRUE(dragStored(&host, 0, onCanvas(host, 400, 250)));
     const RECT rect = placedRect({400, 250}, drawn.selection, image());
-    const ReferenceImage expected = withSelectionApplied(image(), drawn.selection, rect);
+    const reference::Picture expected = withSelectionApplied(image(), drawn.selection, rect);
     ASSERT_TRUE(clickApply(rect));
     expectImage(expected);
     ASSERT_TRUE(clickStored(&host, 0));
@@ -217,7 +217,7 @@ TEST_F(LibraryOfHundreds, AllAreListedAndTheLastCanBePlaced)
     }
     ASSERT_TRUE(dragStored(&host, MANY - 1, onCanvas(host, 300, 200)));
     const RECT rect = placedRect({300, 200}, selection, image());
-    const ReferenceImage expected = withSelectionApplied(image(), selection, rect);
+    const reference::Picture expected = withSelectionApplied(image(), selection, rect);
     ASSERT_TRUE(clickApply(rect));
     expectImage(expected);
 }

@@ -8,7 +8,8 @@ struct LibraryWindow : LibrarySession {
     void expectFiles(const std::vector<std::string>& names) { EXPECT_EQ(names, filesOfLibrary(library)); }
     void expectShown(int index, const ReferenceSelection& selection)
     {
-        const ReferenceImage shown = shownThumbnail(host, index), expected = expectedThumbnail(host, index, selection);
+        const reference::Picture shown = shownThumbnail(host, index),
+                                 expected = expectedThumbnail(host, index, selection);
         EXPECT_EQ(expected.width, shown.width);
         EXPECT_TRUE(shown.pixels == expected.pixels) << "item " << index;
     }
@@ -191,7 +192,7 @@ TEST_F(LibraryWindow, APictureIsAsLargeAsItsItemAllows)
         SetWindowPos(list, nullptr, 0, 0, 100 + borders, 300, SWP_NOMOVE | SWP_NOZORDER);
     });
     ASSERT_TRUE(settle(&host));
-    const ReferenceImage shown = shownThumbnail(host, 0);
+    const reference::Picture shown = shownThumbnail(host, 0);
     EXPECT_EQ(84, shown.width);
     EXPECT_EQ(63, shown.height);
     expectShown(0, selection);

@@ -24,7 +24,7 @@ struct Painting : SessionTest {
     // What the canvas shows is what it shows once all of it is painted again.
     void expectNoSeams()
     {
-        const reference::Image shown = shownBy(host.canvas);
+        const reference::StoredPicture shown = shownBy(host.canvas);
         runOnHost(&host, [&] { RedrawWindow(host.canvas, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); });
         EXPECT_TRUE(shown.bytes == shownBy(host.canvas).bytes);
     }

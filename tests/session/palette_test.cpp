@@ -191,7 +191,7 @@ TEST_F(Palette, OpensInTheUsersLanguage)
     EXPECT_NE(captions[1], captions[2]);
 }
 
-static int pixelsLike(const reference::Image& picture, bool (*matches)(int red, int green, int blue))
+static int pixelsLike(const reference::StoredPicture& picture, bool (*matches)(int red, int green, int blue))
 {
     const int stride = reference::strideOf(picture.width);
     int found = 0;

@@ -28,7 +28,7 @@ Drawing drawingOf(HMODULE library, int id)
     return drawing;
 }
 
-const uint8_t* pixelAt(const reference::Image& image, int x, int y)
+const uint8_t* pixelAt(const reference::StoredPicture& image, int x, int y)
 {
     return &image.bytes[(size_t)(y * reference::strideOf(image.width) + 3 * x)];
 }
@@ -43,7 +43,7 @@ bool showsPixel(const uint8_t* shown, const uint8_t* drawn, const uint8_t* face)
     return true;
 }
 
-bool showsAt(const reference::Image& screen, const Drawing& drawing, int left, int bottom)
+bool showsAt(const reference::StoredPicture& screen, const Drawing& drawing, int left, int bottom)
 {
     const uint8_t* face = pixelAt(screen, 2, 2);
     for (int y = 0; y < drawing.height; ++y)
@@ -55,7 +55,7 @@ bool showsAt(const reference::Image& screen, const Drawing& drawing, int left, i
 }
 
 // In the middle, or half a pixel beside it.
-bool showsInTheMiddle(const reference::Image& screen, const Drawing& drawing)
+bool showsInTheMiddle(const reference::StoredPicture& screen, const Drawing& drawing)
 {
     const int left = (screen.width - drawing.width) / 2, bottom = (screen.height - drawing.height) / 2;
     for (int x : {left, left + 1})

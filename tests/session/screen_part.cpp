@@ -1,9 +1,10 @@
 #include "tests/session/screen_part.h"
 
-reference::Image screenPart(const RECT& part)
+reference::StoredPicture screenPart(const RECT& part)
 {
     const int width = part.right - part.left, height = part.bottom - part.top;
-    reference::Image shown = {width, height, std::vector<uint8_t>((size_t)reference::strideOf(width) * (size_t)height)};
+    reference::StoredPicture shown = {width, height,
+                                      std::vector<uint8_t>((size_t)reference::strideOf(width) * (size_t)height)};
     BITMAPINFOHEADER header = {};
     header.biSize = sizeof header;
     header.biWidth = width;
@@ -22,7 +23,7 @@ reference::Image screenPart(const RECT& part)
     return shown;
 }
 
-reference::Image shownBy(HWND window)
+reference::StoredPicture shownBy(HWND window)
 {
     RECT client;
     GetClientRect(window, &client);

@@ -7,10 +7,10 @@
 #include "tests/session/session_driver.h"
 
 // Rows bottom-up.
-reference::Image screenPart(const RECT& part);
+reference::StoredPicture screenPart(const RECT& part);
 
 // The client area of a window.
-reference::Image shownBy(HWND window);
+reference::StoredPicture shownBy(HWND window);
 
 // Whether the canvas shows what it shows when all of it is painted anew (which this does).
 bool showsWhatAFullRepaintShows(Host* host);

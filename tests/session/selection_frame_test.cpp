@@ -145,22 +145,22 @@ TEST_F(SelectionFrames, WhatFollowsThePointerLeavesNoTrace)
 
 namespace {
 
-ReferencePixel inverse(ReferencePixel p)
+reference::Pixel inverse(reference::Pixel p)
 {
     return {(uint8_t)~p.blue, (uint8_t)~p.green, (uint8_t)~p.red};
 }
 
 // What the canvas should show of a floating selection at the photo's own size, told pixel by pixel.
 struct FramePicture {
-    ReferenceImage shown;
+    reference::Picture shown;
 
-    ReferencePixel colour(COLORREF c) { return {GetBValue(c), GetGValue(c), GetRValue(c)}; }
+    reference::Pixel colour(COLORREF c) { return {GetBValue(c), GetGValue(c), GetRValue(c)}; }
 
     void fill(const RECT& r, COLORREF c)
     {
         for (LONG y = r.top; y < r.bottom; ++y)
             for (LONG x = r.left; x < r.right; ++x)
-                shown.set((int)x, (int)y, colour(c));
+                shown.at((int)x, (int)y) = colour(c);
     }
 
     // Raised: the light on the left and upper line, the shadow one pixel beyond the face on the others.
@@ -192,38 +192,38 @@ struct FramePicture {
         for (LONG y = r.top; y < r.bottom; ++y)
             for (LONG x = r.left; x < r.right; ++x) {
                 if (PtInRect(&hole, {x, y})) continue;
-                shown.set((int)x, (int)y, inverse(shown.get((int)x, (int)y)));
+                shown.at((int)x, (int)y) = inverse(shown.at((int)x, (int)y));
             }
     }
 };
 
-bool isBlack(ReferencePixel p)
+bool isBlack(reference::Pixel p)
 {
-    return p == ReferencePixel{0, 0, 0};
+    return p == reference::Pixel{0, 0, 0};
 }
 
-bool isWhite(ReferencePixel p)
+bool isWhite(reference::Pixel p)
 {
-    return p == ReferencePixel{255, 255, 255};
+    return p == reference::Pixel{255, 255, 255};
 }
 
 // The dots are taken from the screen: which of them are white is the system's choice. The frame inverts
 // those under it.
-void takeDots(const ReferenceImage& screen, const std::vector<ReferencePoint>& outline, const RECT& frame,
-              ReferenceImage* picture)
+void takeDots(const reference::Picture& screen, const std::vector<ReferencePoint>& outline, const RECT& frame,
+              reference::Picture* picture)
 {
     const RECT hole = {frame.left + 2, frame.top + 2, frame.right - 2, frame.bottom - 2};
     int black = 0, white = 0, run = 1, longest = 1;
-    ReferencePixel last = {1, 2, 3};
+    reference::Pixel last = {1, 2, 3};
     for (const ReferencePoint& p : outline) {
-        ReferencePixel dot = screen.get(p.x, p.y);
+        reference::Pixel dot = screen.at(p.x, p.y);
         if (!PtInRect(&hole, {p.x, p.y})) dot = inverse(dot);
         ASSERT_TRUE(isBlack(dot) || isWhite(dot)) << p.x << "," << p.y;
         (isBlack(dot) ? black : white)++;
         run = dot == last ? run + 1 : 1;
         longest = std::max(longest, run);
         last = dot;
-        picture->set(p.x, p.y, dot);
+        picture->at(p.x, p.y) = dot;
     }
     EXPECT_GT(black, (int)outline.size() / 4);
     EXPECT_GT(white, (int)outline.size() / 4);
@@ -240,8 +240,8 @@ TEST_F(SelectionFrames, TheFrameIsDrawnPixelByPixel)
     press(HUE_UP);
     model.values.hue = 3;
     ASSERT_TRUE(movePointerOnCanvas(&host, 5, 5));
-    const reference::Image canvas = shownBy(host.canvas);
-    const ReferenceImage screen = fromStoredRows(canvas.bytes.data(), canvas.width, canvas.height);
+    const reference::StoredPicture canvas = shownBy(host.canvas);
+    const reference::Picture screen = reference::fromStoredRows(canvas.bytes.data(), canvas.width, canvas.height);
 
     FramePicture picture = {model.photo};
     const std::vector<uint8_t> unmoved = expectedBlock(model);
@@ -262,7 +262,7 @@ TEST_F(SelectionFrames, TheFrameIsDrawnPixelByPixel)
     int wrong = 0;
     for (int y = 0; y < screen.height; ++y)
         for (int x = 0; x < screen.width; ++x) {
-            const ReferencePixel is = screen.get(x, y), wanted = picture.shown.get(x, y);
+            const reference::Pixel is = screen.at(x, y), wanted = picture.shown.at(x, y);
             if (is == wanted) continue;
             if (++wrong <= 8)
                 ADD_FAILURE() << "(" << x << ", " << y << ") is " << (int)is.red << ' ' << (int)is.green << ' '

@@ -49,24 +49,12 @@ RECT toClient(const CanvasScale& scale, const RECT& image)
     return rect;
 }
 
-// ---- from and to stored bitmaps
-
-static reference::Image stored(const ReferenceImage& image)
-{
-    return {image.width, image.height, storedRows(image, 0)};
-}
-
-static ReferenceImage shownRows(const reference::Image& image)
-{
-    return fromStoredRows(image.bytes.data(), image.width, image.height);
-}
-
 SelectionModel beginModel(const Host& host, const HostImage& photo)
 {
     SelectionModel model;
     model.scale = scaleOf(host, photo);
     model.before = snapshot(photo);
-    model.photo = fromStoredRows(&model.before[sizeof(BITMAPINFOHEADER)], photo.width, photo.height);
+    model.photo = reference::fromStoredRows(&model.before[sizeof(BITMAPINFOHEADER)], photo.width, photo.height);
     return model;
 }
 
@@ -204,11 +192,11 @@ void resizeModel(SelectionModel* model, const RECT& to)
     // Only the crossings of the lines between the points count; the points stay as many as they were.
     shape.crossings =
         referenceOutline(model->photo.height, model->photo.width, shape.points, shape.points.back()).crossings;
-    reference::Image pixels = stored(ReferenceImage(to.right - to.left, to.bottom - to.top)), mask = pixels;
+    reference::StoredPicture pixels = stored(reference::Picture(to.right - to.left, to.bottom - to.top)), mask = pixels;
     reference::reshapeSpans(stored(base.pixels), stored(base.mask), pixels, mask, listed(base.crossings),
                             rectOf(base.rect), listed(shape.crossings), rectOf(to));
-    shape.pixels = shownRows(pixels);
-    shape.mask = shownRows(mask);
+    shape.pixels = shown(pixels);
+    shape.mask = shown(mask);
     model->shown = shape;
 }
 
@@ -235,7 +223,7 @@ void turnModel(SelectionModel* model, int degrees)
     const ReferenceBounds bounds = outline.crossings.bounds();
     model->shown.rect = {bounds.left, bounds.top, bounds.right, bounds.bottom};
     model->shown.mask = referenceSelectionMask(outline.crossings, bounds);
-    model->shown.pixels = ReferenceImage(model->shown.mask.width, model->shown.mask.height);
+    model->shown.pixels = reference::Picture(model->shown.mask.width, model->shown.mask.height);
 }
 
 POINT turnCentre(const SelectionModel& model)
@@ -253,23 +241,23 @@ void flipModel(SelectionModel* model, bool vertically)
     shape.mask = vertically ? referenceFlipVertical(shape.mask) : referenceFlipHorizontal(shape.mask);
 }
 
-ReferenceImage adjustedPixels(const SelectionModel& model)
+reference::Picture adjustedPixels(const SelectionModel& model)
 {
-    const reference::Image source = stored(model.shown.pixels), mask = stored(model.shown.mask);
-    reference::Image target = source, targetMask = mask;
+    const reference::StoredPicture source = stored(model.shown.pixels), mask = stored(model.shown.mask);
+    reference::StoredPicture target = source, targetMask = mask;
     reference::adjustSelection(source, mask, target, targetMask, model.values);
-    return shownRows(target);
+    return shown(target);
 }
 
 void applyModel(SelectionModel* model)
 {
-    const ReferenceImage pixels = adjustedPixels(*model);
+    const reference::Picture pixels = adjustedPixels(*model);
     const RECT& rect = model->shown.rect;
     for (int y = 0; y < pixels.height; ++y) {
         for (int x = 0; x < pixels.width; ++x) {
             const int px = x + rect.left, py = y + rect.top;
             if (px < 0 || py < 0 || px >= model->photo.width || py >= model->photo.height) continue;
-            if (model->shown.mask.get(x, y).red == 0) model->photo.set(px, py, pixels.get(x, y));
+            if (model->shown.mask.at(x, y).red == 0) model->photo.at(px, py) = pixels.at(x, y);
         }
     }
 }

@@ -20,14 +20,14 @@ RECT toClient(const CanvasScale& scale, const RECT& image);
 struct FloatingShape {
     std::vector<ReferencePoint> points;
     ReferenceCrossings crossings = ReferenceCrossings(0, 0);
-    RECT rect = {0, 0, 0, 0};                                                   // image pixels
-    ReferenceImage pixels = ReferenceImage(0, 0), mask = ReferenceImage(0, 0);  // unadjusted
+    RECT rect = {0, 0, 0, 0};         // image pixels
+    reference::Picture pixels, mask;  // unadjusted
 };
 
 struct SelectionModel {
     CanvasScale scale;
-    std::vector<uint8_t> before;                  // the host's block at the start
-    ReferenceImage photo = ReferenceImage(0, 0);  // as it should be by now
+    std::vector<uint8_t> before;  // the host's block at the start
+    reference::Picture photo;     // as it should be by now
     FloatingShape shown;
     FloatingShape base;  // as it was drawn: resizes and turns start from it
     reference::Values values = {0, 0, 50, 0, 0};
@@ -47,7 +47,7 @@ void turnModel(SelectionModel* model, int degrees);
 POINT turnCentre(const SelectionModel& model);  // client coordinates
 
 void applyModel(SelectionModel* model);
-ReferenceImage adjustedPixels(const SelectionModel& model);
+reference::Picture adjustedPixels(const SelectionModel& model);
 
 // The host's block as it should be.
 std::vector<uint8_t> expectedBlock(const SelectionModel& model);

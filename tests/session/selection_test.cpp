@@ -221,13 +221,14 @@ TEST_F(Selections, TurnedPixelsStayInsideTheTurnedOutline)
         turnModel(&model, 63);
         press(APPLY);
         const std::vector<uint8_t> block = snapshot(photo);
-        const ReferenceImage now = fromStoredRows(&block[sizeof(BITMAPINFOHEADER)], photo.width, photo.height);
+        const reference::Picture now =
+            reference::fromStoredRows(&block[sizeof(BITMAPINFOHEADER)], photo.width, photo.height);
         const RECT& r = model.shown.rect;
         int inside = 0, changed = 0;
         for (int y = 0; y < now.height; ++y) {
             for (int x = 0; x < now.width; ++x) {
-                const bool same = now.get(x, y) == model.photo.get(x, y);
-                if (PtInRect(&r, {x, y}) && model.shown.mask.get(x - r.left, y - r.top).red == 0) {
+                const bool same = now.at(x, y) == model.photo.at(x, y);
+                if (PtInRect(&r, {x, y}) && model.shown.mask.at(x - r.left, y - r.top).red == 0) {
                     ++inside;
                     changed += !same;
                 } else {

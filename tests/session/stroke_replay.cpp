@@ -5,25 +5,10 @@
 
 #include <cstring>
 
-static size_t strideOf(const reference::Picture& picture)
-{
-    return ((size_t)picture.width * 3 + 3) & ~(size_t)3;
-}
-
 static size_t pixelOffset(const reference::Picture& picture, int x, int y)
 {
-    return sizeof(BITMAPINFOHEADER) + strideOf(picture) * (size_t)(picture.height - 1 - y) + (size_t)x * 3;
-}
-
-static reference::Picture pictureOf(const std::vector<uint8_t>& block, int width, int height)
-{
-    reference::Picture picture = {width, height, std::vector<reference::Pixel>((size_t)width * height)};
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            const uint8_t* pixel = &block[pixelOffset(picture, x, y)];
-            picture.at(x, y) = {pixel[0], pixel[1], pixel[2]};
-        }
-    return picture;
+    return sizeof(BITMAPINFOHEADER) + (size_t)reference::strideOf(picture.width) * (size_t)(picture.height - 1 - y) +
+           (size_t)x * 3;
 }
 
 void takeCanvasSize(StrokeReplay* replay, const Host& host)
@@ -37,7 +22,7 @@ StrokeReplay beginReplay(const Host& host, const HostImage& image)
 {
     StrokeReplay replay;
     replay.before = snapshot(image);
-    replay.scene.image = pictureOf(replay.before, image.width, image.height);
+    replay.scene.image = reference::fromStoredRows(&replay.before[sizeof(BITMAPINFOHEADER)], image.width, image.height);
     takeCanvasSize(&replay, host);
     return replay;
 }

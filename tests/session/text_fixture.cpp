@@ -182,7 +182,7 @@ void TextSession::expectLineOnScreen(const std::string& text, int x, int top)
 
 void TextSession::expectOnScreen(const Block& expected)
 {
-    const reference::Image shown = shownBy(host.canvas);
+    const reference::StoredPicture shown = shownBy(host.canvas);
     const RECT skipped = caret();
     const size_t stride = (size_t)reference::strideOf(shown.width);
     for (int y = 0; y < shown.height; ++y)

@@ -26,8 +26,8 @@ Block drawn(const Look& look, const std::wstring& text, int x, int width);
 
 struct TextSession : SessionTest {
     Look look = defaultLook();
-    Block before;            // the host's image when the session opened
-    reference::Image empty;  // what the canvas shows without a line
+    Block before;                    // the host's image when the session opened
+    reference::StoredPicture empty;  // what the canvas shows without a line
 
     void SetUp() override;
 

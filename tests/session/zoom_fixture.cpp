@@ -22,7 +22,7 @@ ShownPixel pixelOfColour(const uint8_t* bgr)
     return {bgr[0] | (bgr[2] & 15) << 8, bgr[1] | (bgr[2] >> 4) << 8};
 }
 
-static const uint8_t* at(const reference::Image& shown, int x, int y)
+static const uint8_t* at(const reference::StoredPicture& shown, int x, int y)
 {
     return shown.bytes.data() + (size_t)reference::strideOf(shown.width) * (size_t)(shown.height - 1 - y) + 3 * x;
 }
@@ -139,7 +139,7 @@ bool ZoomSession::zoomTo(int wanted)
 ShownPixel ZoomSession::shownAt(int x, int y) const
 {
     const POINT screen = onCanvas(host, x, y);
-    const reference::Image part = screenPart({screen.x, screen.y, screen.x + 1, screen.y + 1});
+    const reference::StoredPicture part = screenPart({screen.x, screen.y, screen.x + 1, screen.y + 1});
     return pixelOfColour(part.bytes.data());
 }
 
@@ -158,7 +158,7 @@ static bool inOrder(int before, int now, int further, int screen, int image)
 
 void ZoomSession::expectShown(int wanted, const char* when) const
 {
-    const reference::Image shown = shownBy(host.canvas);
+    const reference::StoredPicture shown = shownBy(host.canvas);
     int screen, image;
     ratioOf(wanted, &screen, &image);
     for (int divisor = 100; divisor > 1; --divisor) {
@@ -198,9 +198,9 @@ void ZoomSession::expectRepaintChangesNothing(const char* when)
     ASSERT_TRUE(movePointer(&host, {GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2}));
     ASSERT_TRUE(waitUntil("the pointer to be outside", [&] { return pointerIsOutside(host); }));
     ASSERT_TRUE(settle(&host));
-    const reference::Image shown = shownBy(host.canvas);
+    const reference::StoredPicture shown = shownBy(host.canvas);
     runOnHost(&host, [&] { RedrawWindow(host.canvas, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); });
-    const reference::Image again = shownBy(host.canvas);
+    const reference::StoredPicture again = shownBy(host.canvas);
     for (int y = 0; y < shown.height; ++y)
         for (int x = 0; x < shown.width; ++x)
             ASSERT_EQ(0, memcmp(at(shown, x, y), at(again, x, y), 3)) << when << ": at (" << x << ", " << y << ")";

@@ -23,7 +23,7 @@ struct Zoom : ZoomSession {
 TEST_F(Zoom, TheWheelGoesThroughAllStepsAndKeepsThePixelUnderThePointer)
 {
     openLarge();
-    const reference::Image fitted = shownBy(host.canvas);
+    const reference::StoredPicture fitted = shownBy(host.canvas);
     EXPECT_EQ(name, title());
     ASSERT_TRUE(movePointerOnCanvas(&host, 141, 83));
     ShownPixel under = {};

@@ -9,7 +9,7 @@
 #include "tests/reference/colour_reference.h"
 
 using reference::Crossings;
-using reference::Image;
+using reference::StoredPicture;
 using reference::Values;
 
 static ColourValues given(const Values& v)
@@ -17,9 +17,9 @@ static ColourValues given(const Values& v)
     return {v.contrast, v.brightness, v.saturation, v.hue, v.lift};
 }
 
-static Image randomImage(std::mt19937& random, int width, int height)
+static StoredPicture randomImage(std::mt19937& random, int width, int height)
 {
-    Image image = {width, height, std::vector<uint8_t>((size_t)reference::strideOf(width) * height)};
+    StoredPicture image = {width, height, std::vector<uint8_t>((size_t)reference::strideOf(width) * height)};
     for (uint8_t& byte : image.bytes) {
         byte = (uint8_t)random();
     }
@@ -27,9 +27,9 @@ static Image randomImage(std::mt19937& random, int width, int height)
 }
 
 // Runs of inside and outside; the other bytes of a mask pixel are noise and must not matter.
-static Image randomMask(std::mt19937& random, int width, int height)
+static StoredPicture randomMask(std::mt19937& random, int width, int height)
 {
-    Image mask = randomImage(random, width, height);
+    StoredPicture mask = randomImage(random, width, height);
     int run = 0;
     uint8_t red = 0;
     for (int y = 0; y < height; ++y) {
@@ -44,7 +44,7 @@ static Image randomMask(std::mt19937& random, int width, int height)
     return mask;
 }
 
-static BitsView viewOf(Image& image)
+static BitsView viewOf(StoredPicture& image)
 {
     const int stride = reference::strideOf(image.width);
     return BitsView{image.bytes.data() + (ptrdiff_t)stride * (image.height - 1), -stride, image.width, image.height};
@@ -61,10 +61,10 @@ TEST(AdjustImage, EqualsTheReferenceAndZeroesThePaddingOfEveryRow)
     std::mt19937 random(10);
     for (int i = 0; i < 300; ++i) {
         const Values v = randomValues(random);
-        Image image = randomImage(random, 1 + (int)(random() % 90), 1 + (int)(random() % 12));
-        Image target = randomImage(random, image.width, image.height);
-        const Image before = image;
-        const Image expected = reference::adjustImage(image, v);
+        StoredPicture image = randomImage(random, 1 + (int)(random() % 90), 1 + (int)(random() % 12));
+        StoredPicture target = randomImage(random, image.width, image.height);
+        const StoredPicture before = image;
+        const StoredPicture expected = reference::adjustImage(image, v);
         const ColourAdjustment adjustment = imageAdjustment(given(v));
 
         adjustImage(adjustment, viewOf(image), viewOf(target));
@@ -78,15 +78,15 @@ TEST(AdjustImage, EqualsTheReferenceAndZeroesThePaddingOfEveryRow)
 TEST(AdjustImage, RowsWiderThanOneBlockAreWhole)
 {
     std::mt19937 random(11);
-    Image image = randomImage(random, 9001, 2);
+    StoredPicture image = randomImage(random, 9001, 2);
     const Values v = {5, -5, 20, 44, 0};
-    const Image expected = reference::adjustImage(image, v);
+    const StoredPicture expected = reference::adjustImage(image, v);
     adjustImage(imageAdjustment(given(v)), viewOf(image), viewOf(image));
     EXPECT_EQ(expected.bytes, image.bytes);
 }
 
 struct SelectionCase {
-    Image source, sourceMask, target, targetMask;
+    StoredPicture source, sourceMask, target, targetMask;
 };
 
 static SelectionCase randomSelection(std::mt19937& random, int sourceWidth, int sourceHeight, int width, int height)
@@ -155,7 +155,7 @@ TEST(AdjustSelection, TheSourceMaskMayBeTheTargetMaskAtEqualSizes)
     SelectionCase expected = c;
     const Values v = {-30, 20, 10, 100, 2};
     reference::adjustSelection(expected.source, expected.sourceMask, expected.target, expected.targetMask, v);
-    const Image maskBefore = c.sourceMask;
+    const StoredPicture maskBefore = c.sourceMask;
     ASSERT_TRUE(adjustSelection(selectionAdjustment(given(v)), MaskedPixels{viewOf(c.source), viewOf(c.sourceMask)},
                                 MaskedPixels{viewOf(c.target), viewOf(c.sourceMask)}));
     EXPECT_EQ(expected.target.bytes, c.target.bytes);
@@ -279,7 +279,7 @@ static SelectionCase countedRow(int sourceWidth, int targetWidth)
     return c;
 }
 
-static std::vector<int> blues(const Image& image)
+static std::vector<int> blues(const StoredPicture& image)
 {
     std::vector<int> values;
     for (int x = 0; x < image.width; ++x) {

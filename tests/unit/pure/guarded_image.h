@@ -24,15 +24,8 @@ inline GuardedImage imageOf(const reference::Picture& picture)
 {
     GuardedImage image = {picture.width, picture.height, (size_t)rowStride(picture.width, 24), {}};
     image.bytes.assign(image.stride * picture.height + 2 * GUARD, PADDING);
-    for (int y = 0; y < picture.height; ++y) {
-        uint8_t* row = rowOf(image.view(), y);
-        for (int x = 0; x < picture.width; ++x) {
-            const reference::Pixel& pixel = picture.at(x, y);
-            row[x * 3] = (uint8_t)pixel.blue;
-            row[x * 3 + 1] = (uint8_t)pixel.green;
-            row[x * 3 + 2] = (uint8_t)pixel.red;
-        }
-    }
+    const std::vector<uint8_t> rows = storedRows(picture, PADDING);
+    memcpy(image.bytes.data() + GUARD, rows.data(), rows.size());
     return image;
 }
 
@@ -69,7 +62,7 @@ struct Dice {
 
 inline reference::Picture randomPicture(Dice& dice, int width, int height)
 {
-    reference::Picture picture = {width, height, std::vector<reference::Pixel>((size_t)width * height)};
+    reference::Picture picture(width, height);
     for (reference::Pixel& pixel : picture.pixels)
         pixel = {dice.upTo(255), dice.upTo(255), dice.upTo(255)};
     return picture;
@@ -77,7 +70,7 @@ inline reference::Picture randomPicture(Dice& dice, int width, int height)
 
 inline reference::Picture plainPicture(int width, int height, reference::Pixel pixel)
 {
-    return {width, height, std::vector<reference::Pixel>((size_t)width * height, pixel)};
+    return {width, height, pixel};
 }
 
 inline reference::Grid plainGrid(int width, int height, int value)

@@ -15,7 +15,7 @@ struct StoredMask {
     int width, height;
     std::vector<uint8_t> rows;
 
-    explicit StoredMask(const ReferenceImage& image)
+    explicit StoredMask(const reference::Picture& image)
         : width(image.width), height(image.height), rows(storedRows(image, 0))
     {
         rows.shrink_to_fit();
@@ -32,15 +32,15 @@ struct ReferenceTrace {
 }  // namespace
 
 // The same walk on rows counted from the bottom, remembering every state.
-static ReferenceTrace referenceTrace(const ReferenceImage& mask, ReferencePoint origin)
+static ReferenceTrace referenceTrace(const reference::Picture& mask, ReferencePoint origin)
 {
     static const int moveX[8] = {-1, -1, -1, 0, 1, 1, 1, 0}, moveUp[8] = {1, 0, -1, -1, -1, 0, 1, 1};
     const int w = mask.width, h = mask.height;
-    const auto blueAt = [&](int column, int stored) { return mask.get(column, h - 1 - stored).blue; };
+    const auto blueAt = [&](int column, int stored) { return mask.at(column, h - 1 - stored).blue; };
     int startX = -1, startUp = -1;
     for (int stored = h - 1; stored >= 0 && startX < 0; stored--) {
         for (int column = 0; column < w && startX < 0; column++) {
-            const ReferencePixel p = mask.get(column, h - 1 - stored);
+            const reference::Pixel p = mask.at(column, h - 1 - stored);
             if (p.blue == 0 && p.green == 0 && p.red == 0) startX = column, startUp = stored;
         }
     }
@@ -71,20 +71,20 @@ static ReferenceTrace referenceTrace(const ReferenceImage& mask, ReferencePoint 
 }
 
 // '#' is black, 'o' inside by its blue byte only.
-static ReferenceImage maskOf(const std::vector<const char*>& rows)
+static reference::Picture maskOf(const std::vector<const char*>& rows)
 {
-    ReferenceImage mask((int)strlen(rows[0]), (int)rows.size());
+    reference::Picture mask((int)strlen(rows[0]), (int)rows.size());
     for (int y = 0; y < mask.height; y++) {
         for (int x = 0; x < mask.width; x++) {
             const char cell = rows[(size_t)y][x];
             const uint8_t value = cell == '#' ? 0 : 255;
-            mask.set(x, y, {cell == 'o' ? (uint8_t)0 : value, value, value});
+            mask.at(x, y) = {cell == 'o' ? (uint8_t)0 : value, value, value};
         }
     }
     return mask;
 }
 
-static ReferenceTrace trace(const ReferenceImage& mask, ReferencePoint origin)
+static ReferenceTrace trace(const reference::Picture& mask, ReferencePoint origin)
 {
     StoredMask stored(mask);
     PixelPoint* points = nullptr;
@@ -102,9 +102,9 @@ TEST(MaskTrace, RandomMasksMatchTheReference)
     std::mt19937 random(90);
     int results[5] = {};
     for (int n = 0; n < 20000; n++) {
-        ReferenceImage mask(1 + (int)(random() % 9), 1 + (int)(random() % 9));
+        reference::Picture mask(1 + (int)(random() % 9), 1 + (int)(random() % 9));
         const unsigned share = 1 + random() % 9;
-        for (ReferencePixel& p : mask.pixels) {
+        for (reference::Pixel& p : mask.pixels) {
             const uint8_t value = random() % 10 < share ? 0 : 255;
             p = {value, value, value};
             if (random() % 40 == 0) p.green = 128;  // inside by its blue byte, but no start

@@ -63,9 +63,9 @@ TEST_P(ScaleNearest, MatchesTheReference)
 {
     std::mt19937 random(19);
     for (int n = 0; n < 1500; n++) {
-        const ReferenceImage source = randomReference(random, 1 + random() % 20, 1 + random() % 20);
+        const reference::Picture source = randomReference(random, 1 + random() % 20, 1 + random() % 20);
         const int width = 1 + (int)(random() % 40), height = 1 + (int)(random() % 40);
-        StoredImage from(source), to(ReferenceImage(width, height));
+        StoredImage from(source), to(reference::Picture(width, height));
         ASSERT_TRUE(scaleNearest(to.view(), from.view()));
         expectImage(referenceScale(source, width, height), to);
     }
@@ -73,20 +73,20 @@ TEST_P(ScaleNearest, MatchesTheReference)
 
 TEST_P(ScaleNearest, IsAnchoredAtTheBottomRow)
 {
-    ReferenceImage source(1, 4);
+    reference::Picture source(1, 4);
     for (int y = 0; y < 4; y++)
-        source.set(0, y, {(uint8_t)(10 + y), 0, 0});
-    StoredImage from(source), to(ReferenceImage(1, 1));
+        source.at(0, y) = {(uint8_t)(10 + y), 0, 0};
+    StoredImage from(source), to(reference::Picture(1, 1));
     ASSERT_TRUE(scaleNearest(to.view(), from.view()));
     EXPECT_EQ(13, to.rows[0]);
 }
 
 static void expectScaled(std::mt19937& random, int fromWidth, int fromHeight, int width, int height)
 {
-    const ReferenceImage source = randomReference(random, fromWidth, fromHeight);
-    StoredImage from(source), to(ReferenceImage(width, height));
+    const reference::Picture source = randomReference(random, fromWidth, fromHeight);
+    StoredImage from(source), to(reference::Picture(width, height));
     ASSERT_TRUE(scaleNearest(to.view(), from.view()));
-    ASSERT_EQ(storedRows(referenceScale(source, width, height), padByte), to.rows)
+    ASSERT_EQ(storedRows(referenceScale(source, width, height), ROW_PADDING), to.rows)
         << fromWidth << " columns to " << width;
 }
 

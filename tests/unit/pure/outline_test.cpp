@@ -6,6 +6,7 @@
 #include "selection/geometry/outline.h"
 #include "selection/geometry/selection_images.h"
 #include "tests/reference/outline_reference.h"
+#include "tests/unit/pure/stored_image.h"
 
 static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& points)
 {
@@ -34,20 +35,6 @@ static void expectCrossings(const ReferenceCrossings& expected, const RowHead* t
     }
 }
 
-namespace {
-struct Picture {
-    int width, height;
-    std::vector<uint8_t> rows;
-
-    Picture(int w, int h) : width(w), height(h), rows((size_t)(rowStride(w, 24) * h), 0xCC) {}
-    explicit Picture(const ReferenceImage& image)
-        : width(image.width), height(image.height), rows(storedRows(image, 0xCC))
-    {
-    }
-    BitsView view() { return bottomUpView(rows.data(), width, height, (ptrdiff_t)rowStride(width, 24)); }
-};
-}  // namespace
-
 static void expectBounds(const ReferenceBounds& expected, const RowHead* table, PixelRect& rect)
 {
     ASSERT_EQ(!expected.empty, computeCrossingBounds(table, rect));
@@ -59,13 +46,13 @@ static void expectBounds(const ReferenceBounds& expected, const RowHead* table, 
 }
 
 // The floating images of an outline against the reference.
-static void expectImages(const ReferenceOutline& expected, const RowHead* table, const ReferenceImage& image)
+static void expectImages(const ReferenceOutline& expected, const RowHead* table, const reference::Picture& image)
 {
     const ReferenceBounds bounds = expected.crossings.bounds();
     PixelRect rect = {};
     ASSERT_NO_FATAL_FAILURE(expectBounds(bounds, table, rect));
     if (bounds.empty) return;
-    Picture from(image), mask(rect.right - rect.left, rect.bottom - rect.top), cut(mask.width, mask.height);
+    StoredImage from(image), mask(rect.right - rect.left, rect.bottom - rect.top), cut(mask.width, mask.height);
     fillSelectionMask(mask.view(), table, rect);
     EXPECT_EQ(storedRows(referenceSelectionMask(expected.crossings, bounds), 255), mask.rows);
     copyFromOffset(cut.view(), from.view(), rect.left, rect.top);
@@ -230,22 +217,22 @@ TEST(SelectionImages, ApplyAndComposeSkipWhatLiesOutside)
     std::mt19937 random(75);
     for (int n = 0; n < 400; n++) {
         const int width = 1 + (int)(random() % 20), height = 1 + (int)(random() % 20);
-        const ReferenceImage image = randomReference(random, width, height);
-        const ReferenceImage pixels = randomReference(random, 1 + (int)(random() % 12), 1 + (int)(random() % 12));
-        const ReferenceImage mask = randomMask(random, pixels.width, pixels.height);
+        const reference::Picture image = randomReference(random, width, height);
+        const reference::Picture pixels = randomReference(random, 1 + (int)(random() % 12), 1 + (int)(random() % 12));
+        const reference::Picture mask = randomMask(random, pixels.width, pixels.height);
         const int left = (int)(random() % 50) - 25, top = (int)(random() % 50) - 25;
-        ReferenceImage applied = image, composed(pixels.width, pixels.height);
+        reference::Picture applied = image, composed(pixels.width, pixels.height);
         for (int y = 0; y < pixels.height; y++) {
             for (int x = 0; x < pixels.width; x++) {
                 const int ix = left + x, iy = top + y;
                 const bool there = ix >= 0 && iy >= 0 && ix < width && iy < height;
-                const bool inside = mask.get(x, y).red == 0;
-                if (there) composed.set(x, y, image.get(ix, iy));
-                if (inside) composed.set(x, y, pixels.get(x, y));
-                if (there && inside) applied.set(ix, iy, pixels.get(x, y));
+                const bool inside = mask.at(x, y).red == 0;
+                if (there) composed.at(x, y) = image.at(ix, iy);
+                if (inside) composed.at(x, y) = pixels.at(x, y);
+                if (there && inside) applied.at(ix, iy) = pixels.at(x, y);
             }
         }
-        Picture target(image), source(pixels), through(mask), result(pixels.width, pixels.height);
+        StoredImage target(image), source(pixels), through(mask), result(pixels.width, pixels.height);
         composeSelection(result.view(), target.view(), source.view(), through.view(),
                          PixelRect{left, top, left + pixels.width, top + pixels.height});
         EXPECT_EQ(storedRows(composed, 0xCC), result.rows);
@@ -259,30 +246,30 @@ TEST(SelectionImages, RebuildKeepsTheFloatingPixelsWhereTheOldOutlineWas)
     std::mt19937 random(76);
     for (int n = 0; n < 200; n++) {
         const int width = 8 + (int)(random() % 30), height = 8 + (int)(random() % 30);
-        const ReferenceImage image = randomReference(random, width, height);
+        const reference::Picture image = randomReference(random, width, height);
         const std::vector<ReferencePoint> given = randomOutline(random, n, width, height, 20);
         const ReferenceOutline outline = referenceOutline(height, width, given, given.back());
         const ReferenceBounds bounds = outline.crossings.bounds();
         if (bounds.empty) continue;
-        const ReferenceImage old = randomReference(random, 1 + (int)(random() % 20), 1 + (int)(random() % 20));
-        const ReferenceImage oldMask = randomMask(random, old.width, old.height);
+        const reference::Picture old = randomReference(random, 1 + (int)(random() % 20), 1 + (int)(random() % 20));
+        const reference::Picture oldMask = randomMask(random, old.width, old.height);
         const int left = (int)(random() % 30) - 8, top = (int)(random() % 30) - 8;
-        ReferenceImage under(bounds.right - bounds.left, bounds.bottom - bounds.top);
-        const ReferenceImage mask = referenceSelectionMask(outline.crossings, bounds);
+        reference::Picture under(bounds.right - bounds.left, bounds.bottom - bounds.top);
+        const reference::Picture mask = referenceSelectionMask(outline.crossings, bounds);
         for (int y = 0; y < under.height; y++) {
             for (int x = 0; x < under.width; x++) {
-                if (mask.get(x, y).red != 0) continue;
+                if (mask.at(x, y).red != 0) continue;
                 const int ix = bounds.left + x, iy = bounds.top + y, ox = ix - left, oy = iy - top;
                 const bool inOld = ox >= 0 && oy >= 0 && ox < old.width && oy < old.height;
-                if (inOld && oldMask.get(ox, oy).red == 0)
-                    under.set(x, y, old.get(ox, oy));
+                if (inOld && oldMask.at(ox, oy).red == 0)
+                    under.at(x, y) = old.at(ox, oy);
                 else if (ix >= 0 && iy >= 0 && ix < width && iy < height)
-                    under.set(x, y, image.get(ix, iy));
+                    under.at(x, y) = image.at(ix, iy);
             }
         }
         const std::vector<PixelPoint> points = asPixels(given);
         RowHead* table = crossingsOfPoints(height, points.data(), (int)points.size());
-        Picture result(under.width, under.height), from(image), floating(old), through(oldMask);
+        StoredImage result(under.width, under.height), from(image), floating(old), through(oldMask);
         const PixelRect rect = {bounds.left, bounds.top, bounds.right, bounds.bottom};
         rebuildSelectionImage(result.view(), rect, from.view(), floating.view(), through.view(),
                               PixelRect{left, top, left + old.width, top + old.height});

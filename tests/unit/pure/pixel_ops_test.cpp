@@ -9,7 +9,7 @@
 
 TEST(PixelOps, ViewCountsRowsFromTheTop)
 {
-    StoredImage image(ReferenceImage(3, 2));
+    StoredImage image(reference::Picture(3, 2));
     const BitsView view = image.view();
     EXPECT_EQ(image.rows.data() + 12, rowOf(view, 0));
     EXPECT_EQ(image.rows.data(), rowOf(view, 1));
@@ -19,8 +19,8 @@ TEST(PixelOps, CopyFromOffsetMatchesPerPixelCopy)
 {
     std::mt19937 random(11);
     for (int n = 0; n < 3000; n++) {
-        const ReferenceImage source = randomReference(random, 1 + random() % 9, 1 + random() % 9);
-        ReferenceImage expected = randomReference(random, 1 + random() % 12, 1 + random() % 12);
+        const reference::Picture source = randomReference(random, 1 + random() % 9, 1 + random() % 9);
+        reference::Picture expected = randomReference(random, 1 + random() % 12, 1 + random() % 12);
         StoredImage from(source), to(expected);
         const int left = (int)(random() % 30) - 15, top = (int)(random() % 30) - 15;
         copyFromOffset(to.view(), from.view(), left, top);
@@ -28,7 +28,7 @@ TEST(PixelOps, CopyFromOffsetMatchesPerPixelCopy)
             for (int x = 0; x < expected.width; x++) {
                 const int sx = left + x, sy = top + y;
                 if (sx >= 0 && sy >= 0 && sx < source.width && sy < source.height)
-                    expected.set(x, y, source.get(sx, sy));
+                    expected.at(x, y) = source.at(sx, sy);
             }
         }
         expectImage(expected, to);
@@ -37,7 +37,7 @@ TEST(PixelOps, CopyFromOffsetMatchesPerPixelCopy)
 
 TEST(PixelOps, CopyFromOffsetTakesExtremeOffsets)
 {
-    const ReferenceImage white(4, 4);
+    const reference::Picture white(4, 4);
     StoredImage from(white), to(white);
     for (int far : {INT32_MIN, INT32_MAX}) {
         copyFromOffset(to.view(), from.view(), far, 0);
@@ -50,8 +50,8 @@ TEST(PixelOps, PasteMatchesTheReferenceEverywhere)
 {
     std::mt19937 random(12);
     for (int n = 0; n < 5000; n++) {
-        const ReferenceImage source = randomReference(random, 1 + random() % 9, 1 + random() % 9);
-        ReferenceImage expected = randomReference(random, 1 + random() % 9, 1 + random() % 9);
+        const reference::Picture source = randomReference(random, 1 + random() % 9, 1 + random() % 9);
+        reference::Picture expected = randomReference(random, 1 + random() % 9, 1 + random() % 9);
         StoredImage from(source), to(expected);
         const int left = (int)(random() % 26) - 13, top = (int)(random() % 26) - 13;
         const bool placed = referencePaste(expected, source, left, top);
@@ -63,20 +63,20 @@ TEST(PixelOps, PasteMatchesTheReferenceEverywhere)
 
 TEST(PixelOps, PasteOverTheLeftEdgeSkipsBytesNotPixels)
 {
-    ReferenceImage source(3, 1);
-    source.set(0, 0, {1, 2, 3});
-    source.set(1, 0, {4, 5, 6});
-    source.set(2, 0, {7, 8, 9});
-    StoredImage from(source), to(ReferenceImage(2, 1));
+    reference::Picture source(3, 1);
+    source.at(0, 0) = {1, 2, 3};
+    source.at(1, 0) = {4, 5, 6};
+    source.at(2, 0) = {7, 8, 9};
+    StoredImage from(source), to(reference::Picture(2, 1));
     EXPECT_TRUE(pasteWithByteSkip(to.view(), from.view(), -1, 0));
-    EXPECT_EQ((std::vector<uint8_t>{2, 3, 4, 5, 6, 7, padByte, padByte}), to.rows);
+    EXPECT_EQ((std::vector<uint8_t>{2, 3, 4, 5, 6, 7, ROW_PADDING, ROW_PADDING}), to.rows);
 }
 
 TEST(PixelOps, PasteOverBothSidesIsCutToTheDestination)
 {
     std::mt19937 random(13);
-    const ReferenceImage source = randomReference(random, 9, 9);
-    StoredImage from(source), to(ReferenceImage(3, 3));
+    const reference::Picture source = randomReference(random, 9, 9);
+    StoredImage from(source), to(reference::Picture(3, 3));
     EXPECT_TRUE(pasteWithByteSkip(to.view(), from.view(), -2, -2));
     expectImage(referenceExtract(source, 0, 0, 3, 3), to);
 }
@@ -89,9 +89,9 @@ TEST_P(PixelRowsTest, MergeMaskedMatchesTheReferenceEverywhere)
     std::mt19937 random(14);
     for (int n = 0; n < 5000; n++) {
         const int width = 1 + (int)(random() % 12), height = 1 + (int)(random() % 6);
-        const ReferenceImage source = randomReference(random, width, height);
-        const ReferenceImage mask = randomMask(random, width, height);
-        ReferenceImage expected = randomReference(random, 1 + random() % 12, 1 + random() % 9);
+        const reference::Picture source = randomReference(random, width, height);
+        const reference::Picture mask = randomMask(random, width, height);
+        reference::Picture expected = randomReference(random, 1 + random() % 12, 1 + random() % 9);
         StoredImage from(source), through(mask), to(expected);
         const int left = (int)(random() % 30) - 15, top = (int)(random() % 24) - 12;
         referencePasteMasked(expected, source, mask, left, top);
@@ -101,9 +101,9 @@ TEST_P(PixelRowsTest, MergeMaskedMatchesTheReferenceEverywhere)
 }
 
 // Runs of any length up to some dozens of pixels; blue and green say nothing.
-static ReferenceImage maskOfRuns(std::mt19937& random, int width, int height)
+static reference::Picture maskOfRuns(std::mt19937& random, int width, int height)
 {
-    ReferenceImage mask = randomReference(random, width, height);
+    reference::Picture mask = randomReference(random, width, height);
     int left = 0;
     bool inside = false;
     for (int y = 0; y < height; y++)
@@ -113,7 +113,7 @@ static ReferenceImage maskOfRuns(std::mt19937& random, int width, int height)
                 inside = !inside;
             }
             const int other = (int)(random() % 256);
-            mask.set(x, y, {(uint8_t)other, (uint8_t)(255 - other), (uint8_t)(inside ? 0 : 1 + random() % 255)});
+            mask.at(x, y) = {(uint8_t)other, (uint8_t)(255 - other), (uint8_t)(inside ? 0 : 1 + random() % 255)};
         }
     return mask;
 }
@@ -123,9 +123,9 @@ TEST_P(PixelRowsTest, MergeOfLongRunsMatchesTheReference)
     std::mt19937 random(15);
     for (int n = 0; n < 2000; n++) {
         const int width = 1 + (int)(random() % 130), height = 1 + (int)(random() % 4);
-        const ReferenceImage source = randomReference(random, width, height);
-        const ReferenceImage mask = maskOfRuns(random, width, height);
-        ReferenceImage expected = randomReference(random, 1 + random() % 150, 1 + random() % 6);
+        const reference::Picture source = randomReference(random, width, height);
+        const reference::Picture mask = maskOfRuns(random, width, height);
+        reference::Picture expected = randomReference(random, 1 + random() % 150, 1 + random() % 6);
         StoredImage from(source), through(mask), to(expected);
         const int left = (int)(random() % 60) - 30, top = (int)(random() % 8) - 4;
         referencePasteMasked(expected, source, mask, left, top);
@@ -136,19 +136,19 @@ TEST_P(PixelRowsTest, MergeOfLongRunsMatchesTheReference)
 
 TEST(PixelOps, MergeTestsTheRedByteOnly)
 {
-    ReferenceImage mask(2, 1), source(2, 1);
-    mask.set(0, 0, {255, 255, 0});
-    mask.set(1, 0, {0, 0, 1});
-    source.set(0, 0, {1, 2, 3});
-    source.set(1, 0, {4, 5, 6});
-    StoredImage from(source), through(mask), to(ReferenceImage(2, 1));
+    reference::Picture mask(2, 1), source(2, 1);
+    mask.at(0, 0) = {255, 255, 0};
+    mask.at(1, 0) = {0, 0, 1};
+    source.at(0, 0) = {1, 2, 3};
+    source.at(1, 0) = {4, 5, 6};
+    StoredImage from(source), through(mask), to(reference::Picture(2, 1));
     mergeMasked(to.view(), from.view(), through.view(), 0, 0);
-    EXPECT_EQ((std::vector<uint8_t>{1, 2, 3, 0, 0, 0, padByte, padByte}), to.rows);
+    EXPECT_EQ((std::vector<uint8_t>{1, 2, 3, 0, 0, 0, ROW_PADDING, ROW_PADDING}), to.rows);
 }
 
 TEST(PixelOps, MergeTakesExtremePoints)
 {
-    const ReferenceImage black(3, 3);
+    const reference::Picture black(3, 3);
     StoredImage from(black), through(black), to(black);
     for (int far : {INT32_MIN, INT32_MAX}) {
         mergeMasked(to.view(), from.view(), through.view(), far, 0);
@@ -161,7 +161,7 @@ TEST(PixelOps, FillWhereMapIsZeroLeavesOtherPixels)
 {
     std::mt19937 random(15);
     for (int n = 0; n < 500; n++) {
-        ReferenceImage expected = randomReference(random, 1 + random() % 7, 1 + random() % 7);
+        reference::Picture expected = randomReference(random, 1 + random() % 7, 1 + random() % 7);
         StoredImage image(expected);
         const int width = 1 + (int)(random() % 7), height = 1 + (int)(random() % 7);
         std::vector<uint8_t> cells((size_t)width * height);
@@ -170,7 +170,7 @@ TEST(PixelOps, FillWhereMapIsZeroLeavesOtherPixels)
         fillWhereMapIsZero(image.view(), {cells.data(), width, width, height}, {10, 20, 30});
         for (int y = 0; y < expected.height && y < height; y++) {
             for (int x = 0; x < expected.width && x < width; x++) {
-                if (cells[(size_t)y * width + x] == 0) expected.set(x, y, {30, 20, 10});
+                if (cells[(size_t)y * width + x] == 0) expected.at(x, y) = {30, 20, 10};
             }
         }
         expectImage(expected, image);
@@ -181,7 +181,7 @@ TEST(PixelOps, MirrorRowsKeepsPadding)
 {
     std::mt19937 random(16);
     for (int width = 1; width <= 9; width++) {
-        const ReferenceImage image = randomReference(random, width, 3);
+        const reference::Picture image = randomReference(random, width, 3);
         StoredImage stored(image);
         mirrorRows(stored.view());
         expectImage(referenceFlipHorizontal(image), stored);
@@ -192,7 +192,7 @@ TEST(PixelOps, ReverseAllButLastRowKeepsThePicturesTopRow)
 {
     std::mt19937 random(17);
     for (int height = 2; height <= 9; height++) {
-        const ReferenceImage image = randomReference(random, 5, height);
+        const reference::Picture image = randomReference(random, 5, height);
         StoredImage stored(image);
         reverseAllButLastRow(stored.rows.data(), 16, height);
         expectImage(referenceFlipVertical(image), stored);
@@ -203,8 +203,8 @@ TEST(PixelOps, ExchangedPixelsChangePlaces)
 {
     std::mt19937 random(23);
     for (int n = 0; n < 1000; n++) {
-        ReferenceImage image = randomReference(random, 1 + random() % 40, 1 + random() % 20);
-        ReferenceImage patch = randomReference(random, 1 + random() % 40, 1 + random() % 20);
+        reference::Picture image = randomReference(random, 1 + random() % 40, 1 + random() % 20);
+        reference::Picture patch = randomReference(random, 1 + random() % 40, 1 + random() % 20);
         StoredImage large(image), small(patch);
         const int left = (int)(random() % 30) - 4, top = (int)(random() % 16) - 4;
         const bool inside =
@@ -212,9 +212,9 @@ TEST(PixelOps, ExchangedPixelsChangePlaces)
         ASSERT_EQ(inside, exchangePixels(large.view(), small.view(), left, top));
         for (int y = 0; inside && y < patch.height; y++) {
             for (int x = 0; x < patch.width; x++) {
-                const auto under = image.get(left + x, top + y);
-                image.set(left + x, top + y, patch.get(x, y));
-                patch.set(x, y, under);
+                const auto under = image.at(left + x, top + y);
+                image.at(left + x, top + y) = patch.at(x, y);
+                patch.at(x, y) = under;
             }
         }
         expectImage(image, large);

@@ -6,7 +6,7 @@
 #include "tests/reference/tiff_reference.h"
 #include "tests/unit/vector_levels.h"
 
-static void fill(MemoryImage& to, const ReferenceImage& from)
+static void fill(MemoryImage& to, const reference::Picture& from)
 {
     to.rows = storedRows(from, 0xCC);
     to.view.row0 = to.rows.data() - to.view.stride * (from.height - 1);
@@ -24,14 +24,14 @@ static bool writeInto(MemoryFile& file, const ReferenceSelection& selection)
     return writeSelectionImages(file.sink(), images);
 }
 
-static ReferenceImage contents(const MemoryImage& image)
+static reference::Picture contents(const MemoryImage& image)
 {
-    return fromStoredRows(image.rows.data(), image.view.width, image.view.height);
+    return reference::fromStoredRows(image.rows.data(), image.view.width, image.view.height);
 }
 
 struct ReadBack {
     SelectionDescription description = {};
-    ReferenceImage image{0, 0}, mask{0, 0}, thumbnail{0, 0};
+    reference::Picture image{0, 0}, mask{0, 0}, thumbnail{0, 0};
     bool done = false;
 };
 
@@ -50,10 +50,10 @@ static ReadBack readAll(MemoryFile& file)
     return result;
 }
 
-static ReferenceImage thumbnailImage(const ReferenceSelection& selection)
+static reference::Picture thumbnailImage(const ReferenceSelection& selection)
 {
     const std::vector<uint8_t> rgb = referenceThumbnail(selection);
-    ReferenceImage image(40, 30);
+    reference::Picture image(40, 30);
     for (size_t i = 0; i < image.pixels.size(); ++i)
         image.pixels[i] = {rgb[i * 3 + 2], rgb[i * 3 + 1], rgb[i * 3]};
     return image;
@@ -106,7 +106,7 @@ TEST(SelectionTiffWriter, SeventeenPixelsMakeThreeByteMaskRowsWithOneBitInTheLas
 {
     ReferenceSelection selection(17, 1);
     for (int x = 0; x < 17; ++x)
-        selection.mask.set(x, 0, {255, 255, 255});
+        selection.mask.at(x, 0) = {255, 255, 255};
     MemoryFile file;
     ASSERT_TRUE(writeInto(file, selection));
     const size_t mask = 192 + 51 + 178;
@@ -119,8 +119,8 @@ TEST(SelectionTiffWriter, SeventeenPixelsMakeThreeByteMaskRowsWithOneBitInTheLas
 TEST(SelectionTiffWriter, OnlyTheRedByteMakesAMaskBit)
 {
     ReferenceSelection selection(3, 1);
-    selection.mask.set(0, 0, {255, 255, 0});
-    selection.mask.set(1, 0, {0, 0, 1});
+    selection.mask.at(0, 0) = {255, 255, 0};
+    selection.mask.at(1, 0) = {0, 0, 1};
     MemoryFile file;
     ASSERT_TRUE(writeInto(file, selection));
     EXPECT_EQ(file.bytes[192 + 9 + 178], 0x40);
@@ -151,7 +151,7 @@ TEST(SelectionTiffWriter, RefusesSizesThatTheDirectoryCannotHold)
     EXPECT_EQ(parts[PART_MASK].directory, 192u + 3u * 20000u * 65535u);
 
     ReferenceSelection selection(4, 4);
-    selection.mask = ReferenceImage(4, 3);
+    selection.mask = reference::Picture(4, 3);
     MemoryFile file;
     EXPECT_FALSE(writeInto(file, selection)) << "image and mask of different sizes";
     EXPECT_TRUE(file.bytes.empty());
@@ -264,7 +264,7 @@ TEST(SelectionThumbnail, OnePixelWideRepeatsItsColumn)
 {
     ReferenceSelection selection(1, 20);
     for (int y = 0; y < 20; ++y)
-        selection.image.set(0, y, {(uint8_t)y, 50, 60});
+        selection.image.at(0, y) = {(uint8_t)y, 50, 60};
     MemoryImage image(1, 20), mask(1, 20);
     fill(image, selection.image);
     fill(mask, selection.mask);

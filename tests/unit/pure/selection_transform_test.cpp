@@ -6,6 +6,7 @@
 #include "selection/geometry/selection_images.h"
 #include "selection/geometry/selection_transform.h"
 #include "tests/reference/outline_reference.h"
+#include "tests/unit/pure/stored_image.h"
 
 static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& points)
 {
@@ -36,25 +37,6 @@ static void expectRect(PixelRect expected, PixelRect actual)
     EXPECT_EQ(expected.right, actual.right);
     EXPECT_EQ(expected.bottom, actual.bottom);
 }
-
-namespace {
-struct Picture {
-    int width, height;
-    std::vector<uint8_t> rows;
-
-    Picture(int w, int h) : width(w), height(h), rows((size_t)(rowStride(w, 24) * h), 0xCC) {}
-    explicit Picture(const ReferenceImage& image)
-        : width(image.width), height(image.height), rows(storedRows(image, 0xCC))
-    {
-    }
-    BitsView view() { return bottomUpView(rows.data(), width, height, (ptrdiff_t)rowStride(width, 24)); }
-    ReferencePixel get(int x, int y)
-    {
-        const uint8_t* p = rowOf(view(), y) + 3 * x;
-        return {p[0], p[1], p[2]};
-    }
-};
-}  // namespace
 
 TEST(SelectionTransform, MovedPointsStayAtOneOrMore)
 {
@@ -165,7 +147,7 @@ namespace {
 // A selection of random outline with its source image and mask.
 struct Floating {
     PixelRect rect;
-    ReferenceImage pixels, mask;
+    reference::Picture pixels, mask;
 };
 }  // namespace
 
@@ -176,7 +158,7 @@ static bool makeFloating(std::mt19937& random, int shape, int size, std::vector<
     const ReferenceBounds bounds = outline.crossings.bounds();
     if (bounds.empty) return false;
     points = asPixels(outline.points);
-    const ReferenceImage image = randomReference(random, size, size);
+    const reference::Picture image = randomReference(random, size, size);
     floating = {{bounds.left, bounds.top, bounds.right, bounds.bottom},
                 referenceSelectionImage(image, outline.crossings, bounds),
                 referenceSelectionMask(outline.crossings, bounds)};
@@ -185,7 +167,7 @@ static bool makeFloating(std::mt19937& random, int shape, int size, std::vector<
 
 static bool insideAt(const Floating& f, int column, int row)
 {
-    return column >= 0 && row >= 0 && column < f.mask.width && row < f.mask.height && f.mask.get(column, row).red == 0;
+    return column >= 0 && row >= 0 && column < f.mask.width && row < f.mask.height && f.mask.at(column, row).red == 0;
 }
 
 // The four pixels around the place, weighted; false when none of them is inside.
@@ -197,7 +179,7 @@ static bool bilinear(const Floating& f, double x, double y, double* channels)
         for (int u = (int)std::floor(x); u <= (int)std::floor(x) + 1; u++) {
             const double weight = (1 - std::fabs(x - u)) * (1 - std::fabs(y - v));
             if (!insideAt(f, u, v) || weight <= 0) continue;
-            const ReferencePixel p = f.pixels.get(u, v);
+            const reference::Pixel p = f.pixels.at(u, v);
             weights += weight;
             channels[0] += weight * p.blue;
             channels[1] += weight * p.green;
@@ -215,7 +197,7 @@ TEST(SelectionTransform, TurnedPixelsComeFromInsideTheOutline)
     int checked = 0;
     for (int n = 0; n < 200; n++) {
         std::vector<PixelPoint> points;
-        Floating a = {{}, ReferenceImage(0, 0), ReferenceImage(0, 0)};
+        Floating a = {{}, reference::Picture(0, 0), reference::Picture(0, 0)};
         if (!makeFloating(random, n % 3, 60, points, a)) continue;
         const int degrees = (int)(random() % 720) - 360;
         const PointBox box = boxOfPoints(points.data(), (int)points.size());
@@ -225,17 +207,18 @@ TEST(SelectionTransform, TurnedPixelsComeFromInsideTheOutline)
         RowHead* table = crossingsOfPoints(200, turned.data(), (int)turned.size());
         PixelRect rect;
         if (computeCrossingBounds(table, rect)) {
-            Picture target(rect.right - rect.left, rect.bottom - rect.top), mask(target.width, target.height);
-            Picture source(a.pixels), sourceMask(a.mask);
+            StoredImage target(rect.right - rect.left, rect.bottom - rect.top), mask(target.width, target.height);
+            StoredImage source(a.pixels), sourceMask(a.mask);
             fillSelectionMask(mask.view(), table, rect);
             turnPixels(PlacedImage{target.view(), mask.view(), rect},
                        PlacedImage{source.view(), sourceMask.view(), a.rect}, turn);
             const double angle = degrees * 3.1415926 / 180;
+            const reference::Picture result = target.picture(), resultMask = mask.picture();
             for (int y = 0; y < target.height; y++) {
                 for (int x = 0; x < target.width; x++) {
-                    const ReferencePixel p = target.get(x, y);
-                    if (mask.get(x, y).red != 0) {
-                        ASSERT_TRUE((p == ReferencePixel{0, 0, 0}));
+                    const reference::Pixel p = result.at(x, y);
+                    if (resultMask.at(x, y).red != 0) {
+                        ASSERT_TRUE((p == reference::Pixel{0, 0, 0}));
                         continue;
                     }
                     // Turned back by the opposite angle.
@@ -260,10 +243,10 @@ TEST(SelectionTransform, FullTurnOfPixelsIsACopy)
 {
     std::mt19937 random(54);
     std::vector<PixelPoint> points;
-    Floating a = {{}, ReferenceImage(0, 0), ReferenceImage(0, 0)};
+    Floating a = {{}, reference::Picture(0, 0), reference::Picture(0, 0)};
     while (!makeFloating(random, 0, 50, points, a)) {
     }
-    Picture target(a.pixels.width, a.pixels.height), source(a.pixels), mask(a.mask);
+    StoredImage target(a.pixels.width, a.pixels.height), source(a.pixels), mask(a.mask);
     turnPixels(PlacedImage{target.view(), mask.view(), a.rect}, PlacedImage{source.view(), mask.view(), a.rect},
                turnAbout(boxOfPoints(points.data(), (int)points.size()), 0));
     EXPECT_EQ(source.rows, target.rows);
@@ -271,18 +254,19 @@ TEST(SelectionTransform, FullTurnOfPixelsIsACopy)
 
 TEST(SelectionTransform, WhereNothingIsInsideTheNearestInsidePixelServes)
 {
-    ReferenceImage pixels(12, 1), mask(12, 1), all(12, 1);
+    reference::Picture pixels(12, 1), mask(12, 1), all(12, 1);
     for (int x = 0; x < 12; x++)
-        mask.set(x, 0, {255, 255, 255});
-    mask.set(3, 0, {0, 0, 0});
-    pixels.set(3, 0, {10, 20, 30});
-    Picture source(pixels), sourceMask(mask), inside(all), target(12, 1);
+        mask.at(x, 0) = {255, 255, 255};
+    mask.at(3, 0) = {0, 0, 0};
+    pixels.at(3, 0) = {10, 20, 30};
+    StoredImage source(pixels), sourceMask(mask), inside(all), target(12, 1);
     const PixelRect rect = {100, 50, 112, 51};
     turnPixels(PlacedImage{target.view(), inside.view(), rect}, PlacedImage{source.view(), sourceMask.view(), rect},
                turnAbout(PointBox{100, 50, 112, 51}, 0));
     for (int x = 0; x < 12; x++) {
         const bool reached = std::abs(x - 3) <= turnSearch;
-        EXPECT_EQ(reached ? (ReferencePixel{10, 20, 30}) : (ReferencePixel{0, 0, 0}), target.get(x, 0)) << x;
+        EXPECT_EQ(reached ? (reference::Pixel{10, 20, 30}) : (reference::Pixel{0, 0, 0}), target.picture().at(x, 0))
+            << x;
     }
 }
 

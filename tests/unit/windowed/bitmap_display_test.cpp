@@ -11,7 +11,7 @@
 
 static const COLORREF untouched = RGB(0, 128, 255);
 
-static HGLOBAL packed(const ReferenceImage& image)
+static HGLOBAL packed(const reference::Picture& image)
 {
     HGLOBAL handle = createBitmap(image.width, image.height, 24);
     const std::vector<uint8_t> rows = storedRows(image, 0);
@@ -20,7 +20,7 @@ static HGLOBAL packed(const ReferenceImage& image)
     return handle;
 }
 
-static COLORREF colourOf(ReferencePixel p)
+static COLORREF colourOf(reference::Pixel p)
 {
     return RGB(p.red, p.green, p.blue);
 }
@@ -64,7 +64,7 @@ protected:
     HDC dc = nullptr;
     HBITMAP surface = nullptr;
     HGDIOBJ oldSurface = nullptr;
-    ReferenceImage picture{1, 1};
+    reference::Picture picture{1, 1};
     HGLOBAL image = nullptr;
 };
 
@@ -75,7 +75,7 @@ TEST_F(DisplayTest, DrawsOneToOneAtEqualSize)
     for (int y = 0; y < surfaceSize; y++) {
         for (int x = 0; x < surfaceSize; x++) {
             const bool inside = x >= 3 && x < 10 && y >= 4 && y < 9;
-            EXPECT_EQ(inside ? colourOf(picture.get(x - 3, y - 4)) : untouched, GetPixel(dc, x, y)) << x << ' ' << y;
+            EXPECT_EQ(inside ? colourOf(picture.at(x - 3, y - 4)) : untouched, GetPixel(dc, x, y)) << x << ' ' << y;
         }
     }
 }
@@ -86,7 +86,7 @@ TEST_F(DisplayTest, StretchesWithoutAveraging)
     drawBitmap(dc, image, &place, SRCCOPY);
     for (int y = 0; y < 15; y++) {
         for (int x = 0; x < 21; x++)
-            EXPECT_EQ(colourOf(picture.get(x / 3, y / 3)), GetPixel(dc, x, y));
+            EXPECT_EQ(colourOf(picture.at(x / 3, y / 3)), GetPixel(dc, x, y));
     }
 }
 
@@ -94,7 +94,7 @@ TEST_F(DisplayTest, UsesTheRasterOperation)
 {
     const RECT place = {0, 0, 7, 5};
     drawBitmap(dc, image, &place, SRCINVERT);
-    EXPECT_EQ(untouched ^ colourOf(picture.get(2, 3)), GetPixel(dc, 2, 3));
+    EXPECT_EQ(untouched ^ colourOf(picture.at(2, 3)), GetPixel(dc, 2, 3));
     drawBitmap(dc, image, &place, SRCINVERT);
     EXPECT_EQ(untouched, GetPixel(dc, 2, 3));
 }
@@ -176,7 +176,7 @@ protected:
     COLORREF expectedAt(int x, int y)
     {
         const bool inside = x >= 0 && y >= 0 && x < picture.width && y < picture.height;
-        return inside ? colourOf(picture.get(x, y)) : RGB(0, 0, 0);
+        return inside ? colourOf(picture.at(x, y)) : RGB(0, 0, 0);
     }
 
     // At one to one: the rectangle shows the picture or black, everything else is as it was.

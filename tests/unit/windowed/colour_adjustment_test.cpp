@@ -8,7 +8,7 @@
 #include "image/packed_bitmap.h"
 #include "tests/reference/colour_reference.h"
 
-using reference::Image;
+using reference::StoredPicture;
 using reference::Values;
 
 static ColourValues given(const Values& v)
@@ -24,7 +24,7 @@ static std::vector<uint8_t> bytesOf(HGLOBAL block)
     return copy;
 }
 
-static HGLOBAL packed(const Image& image, WORD bitCount = 24)
+static HGLOBAL packed(const StoredPicture& image, WORD bitCount = 24)
 {
     HGLOBAL block = GlobalAlloc(GHND, 40 + image.bytes.size());
     BYTE* start = (BYTE*)GlobalLock(block);
@@ -34,16 +34,16 @@ static HGLOBAL packed(const Image& image, WORD bitCount = 24)
     return block;
 }
 
-static Image randomImage(std::mt19937& random, int width, int height)
+static StoredPicture randomImage(std::mt19937& random, int width, int height)
 {
-    Image image = {width, height, std::vector<uint8_t>((size_t)reference::strideOf(width) * height)};
+    StoredPicture image = {width, height, std::vector<uint8_t>((size_t)reference::strideOf(width) * height)};
     for (uint8_t& byte : image.bytes) {
         byte = (uint8_t)random();
     }
     return image;
 }
 
-static void expectRows(const Image& expected, HGLOBAL actual)
+static void expectRows(const StoredPicture& expected, HGLOBAL actual)
 {
     const std::vector<uint8_t> bytes = bytesOf(actual);
     ASSERT_LE(40 + expected.bytes.size(), bytes.size());
@@ -54,7 +54,7 @@ TEST(AdjustImageColours, EqualsTheReferencePaddingIncluded)
 {
     std::mt19937 random(20);
     for (int width = 1; width < 50; ++width) {
-        const Image image = randomImage(random, width, 5);
+        const StoredPicture image = randomImage(random, width, 5);
         const Values v = {(int)(random() % 201) - 100, (int)(random() % 201) - 100, (int)(random() % 101),
                           (int)(random() % 255) - 127, 0};
         HGLOBAL source = packed(image), target = packed(randomImage(random, width, 5));
@@ -72,10 +72,10 @@ TEST(AdjustImageColours, EqualsTheReferencePaddingIncluded)
 
 TEST(AdjustImageColours, NeutralValuesTurn191Into192And254Into255)
 {
-    const Image image = {1, 1, {190, 191, 254, 0xCC}};
+    const StoredPicture image = {1, 1, {190, 191, 254, 0xCC}};
     HGLOBAL block = packed(image);
     adjustImageColours(block, nullptr, {0, 0, 50, 0, 0});
-    expectRows(Image{1, 1, {190, 192, 255, 0}}, block);
+    expectRows(StoredPicture{1, 1, {190, 192, 255, 0}}, block);
     GlobalFree(block);
 }
 
@@ -84,7 +84,7 @@ TEST(AdjustImageColours, NeutralValuesTurn191Into192And254Into255)
 TEST(AdjustImageColours, FindsThePixelsBehindTheHeaderWhateverColoursItAnnounces)
 {
     std::mt19937 random(25);
-    const Image image = randomImage(random, 13, 6);
+    const StoredPicture image = randomImage(random, 13, 6);
     const Values v = {-20, 10, 70, 33, 0};
     for (DWORD colours : {1u, 3u, 256u}) {
         const SIZE_T behind = 1100;  // room for such a table
@@ -109,7 +109,7 @@ TEST(AdjustImageColours, FindsThePixelsBehindTheHeaderWhateverColoursItAnnounces
 TEST(AdjustImageColours, LeavesOtherDepthsAndUnequalSizesAlone)
 {
     std::mt19937 random(21);
-    const Image image = randomImage(random, 8, 4), small = randomImage(random, 7, 4);
+    const StoredPicture image = randomImage(random, 8, 4), small = randomImage(random, 7, 4);
     HGLOBAL gray = packed(image, 8), deep = packed(image, 32), source = packed(image), target = packed(small);
     const std::vector<uint8_t> grayBefore = bytesOf(gray), deepBefore = bytesOf(deep), targetBefore = bytesOf(target);
     adjustImageColours(gray, nullptr, {-50, -50, 10, 10, 0});
@@ -143,13 +143,13 @@ TEST(ApplyColourAdjustment, EqualsTheReferenceForEveryArgument)
 {
     std::mt19937 random(22);
     for (int i = 0; i < 60; ++i) {
-        const Image source = randomImage(random, 1 + (int)(random() % 30), 1 + (int)(random() % 9));
-        Image sourceMask = randomImage(random, source.width, source.height);
+        const StoredPicture source = randomImage(random, 1 + (int)(random() % 30), 1 + (int)(random() % 9));
+        StoredPicture sourceMask = randomImage(random, source.width, source.height);
         for (uint8_t& byte : sourceMask.bytes) {
             byte &= random() & 1 ? 0 : 255;
         }
-        Image target = randomImage(random, 1 + (int)(random() % 50), 1 + (int)(random() % 9));
-        Image targetMask = randomImage(random, target.width, target.height);
+        StoredPicture target = randomImage(random, 1 + (int)(random() % 50), 1 + (int)(random() % 9));
+        StoredPicture targetMask = randomImage(random, target.width, target.height);
         const Values v = {(int)(random() % 201) - 100, (int)(random() % 201) - 100, (int)(random() % 101),
                           (int)(random() % 255) - 127, (int)(random() % 4)};
         const SelectionBlocks b = {packed(source), packed(sourceMask), packed(target), packed(targetMask)};
@@ -166,8 +166,8 @@ TEST(ApplyColourAdjustment, EqualsTheReferenceForEveryArgument)
 TEST(ApplyColourAdjustment, ANullTargetMaskStandsForTheSourceMaskAtEqualSizesOnly)
 {
     std::mt19937 random(23);
-    const Image source = randomImage(random, 5, 3), black = {5, 3, std::vector<uint8_t>(48, 0)};
-    const Image larger = randomImage(random, 6, 3);
+    const StoredPicture source = randomImage(random, 5, 3), black = {5, 3, std::vector<uint8_t>(48, 0)};
+    const StoredPicture larger = randomImage(random, 6, 3);
     const SelectionBlocks b = {packed(source), packed(black), packed(randomImage(random, 5, 3)), packed(larger)};
     applyColourAdjustment(b.source, b.target, b.sourceMask, nullptr, {0, 0, 50, 0, 0});
     const std::vector<uint8_t> result = bytesOf(b.target);
@@ -182,7 +182,7 @@ TEST(ApplyColourAdjustment, ANullTargetMaskStandsForTheSourceMaskAtEqualSizesOnl
 TEST(ApplyColourAdjustment, ChangesNothingWithoutAllItsImages)
 {
     std::mt19937 random(24);
-    const Image image = randomImage(random, 4, 4);
+    const StoredPicture image = randomImage(random, 4, 4);
     const SelectionBlocks b = {packed(image), packed(image), packed(image), packed(image)};
     applyColourAdjustment(nullptr, b.target, b.sourceMask, b.targetMask, {-50, 0, 0, 9, 1});
     applyColourAdjustment(b.source, nullptr, b.sourceMask, b.targetMask, {-50, 0, 0, 9, 1});

@@ -66,7 +66,7 @@ static std::vector<Path> namesIn(const Path& directory)
     return names;
 }
 
-static HGLOBAL packed(const ReferenceImage& image, int xPels, int yPels)
+static HGLOBAL packed(const reference::Picture& image, int xPels, int yPels)
 {
     const std::vector<uint8_t> rows = storedRows(image, 0xCC);
     HGLOBAL handle = createBitmap(image.width, image.height, 24);
@@ -78,11 +78,12 @@ static HGLOBAL packed(const ReferenceImage& image, int xPels, int yPels)
     return handle;
 }
 
-static ReferenceImage unpacked(HGLOBAL handle)
+static reference::Picture unpacked(HGLOBAL handle)
 {
-    if (!handle) return ReferenceImage(0, 0);
+    if (!handle) return reference::Picture(0, 0);
     const BITMAPINFOHEADER* const header = (const BITMAPINFOHEADER*)GlobalLock(handle);
-    const ReferenceImage image = fromStoredRows((const uint8_t*)(header + 1), header->biWidth, header->biHeight);
+    const reference::Picture image =
+        reference::fromStoredRows((const uint8_t*)(header + 1), header->biWidth, header->biHeight);
     GlobalUnlock(handle);
     return image;
 }
@@ -165,12 +166,12 @@ TEST_F(SelectionFiles, BothByteOrdersAreReadByBothReaders)
         EXPECT_TRUE(unpacked(record.selectionMask).pixels == selection.mask.pixels);
         HGLOBAL thumbnail = readSelectionThumbnail(path.c_str());
         ASSERT_TRUE(thumbnail);
-        const ReferenceImage image = unpacked(thumbnail);
+        const reference::Picture image = unpacked(thumbnail);
         const std::vector<uint8_t> rgb = referenceThumbnail(selection);
         EXPECT_EQ(image.width, 40);
         EXPECT_EQ(image.height, 30);
         for (size_t i = 0; i < image.pixels.size(); ++i) {
-            ASSERT_TRUE((image.pixels[i] == ReferencePixel{rgb[i * 3 + 2], rgb[i * 3 + 1], rgb[i * 3]}));
+            ASSERT_TRUE((image.pixels[i] == reference::Pixel{rgb[i * 3 + 2], rgb[i * 3 + 1], rgb[i * 3]}));
         }
         GlobalFree(thumbnail);
     }

@@ -51,26 +51,26 @@ static std::vector<uint8_t> withHeader(int width, int height, int bitCount, cons
     return bytes;
 }
 
-static HGLOBAL packed(const ReferenceImage& image, unsigned headerSize = 40, size_t guard = guardBytes)
+static HGLOBAL packed(const reference::Picture& image, unsigned headerSize = 40, size_t guard = guardBytes)
 {
     std::vector<uint8_t> bytes = withHeader(image.width, image.height, 24, storedRows(image, padByte), headerSize);
     bytes.insert(bytes.end(), guard, guardByte);
     return blockOf(bytes);
 }
 
-static ReferenceImage unpacked(HGLOBAL handle)
+static reference::Picture unpacked(HGLOBAL handle)
 {
     int width = 0, height = 0;
     DWORD bitCount = 0;
     EXPECT_EQ(1, lockBitmapInfo(handle, &width, &height, &bitCount));
     EXPECT_EQ(24u, bitCount);
-    ReferenceImage image = fromStoredRows(lockBitmapBits(handle), width, height);
+    reference::Picture image = reference::fromStoredRows(lockBitmapBits(handle), width, height);
     unlockBitmap(handle);
     return image;
 }
 
 // Everything from the first row to the guard: pixels, padding and the guard itself.
-static void expectStored(const ReferenceImage& expected, HGLOBAL handle)
+static void expectStored(const reference::Picture& expected, HGLOBAL handle)
 {
     std::vector<uint8_t> wanted = storedRows(expected, padByte);
     wanted.insert(wanted.end(), guardBytes, guardByte);
@@ -80,10 +80,10 @@ static void expectStored(const ReferenceImage& expected, HGLOBAL handle)
     GlobalUnlock(handle);
 }
 
-static void expectPicture(const ReferenceImage& expected, HGLOBAL handle)
+static void expectPicture(const reference::Picture& expected, HGLOBAL handle)
 {
     ASSERT_NE(nullptr, handle);
-    const ReferenceImage actual = unpacked(handle);
+    const reference::Picture actual = unpacked(handle);
     EXPECT_EQ(expected.width, actual.width);
     EXPECT_EQ(expected.height, actual.height);
     EXPECT_TRUE(expected.pixels == actual.pixels);
@@ -262,9 +262,9 @@ TEST(PackedBitmap, CopyIntoReturnValues)
 
 TEST(PackedBitmap, PixelColourIsAColorref)
 {
-    ReferenceImage image(3, 2);
-    image.set(0, 0, {255, 0, 0});
-    image.set(2, 1, {1, 2, 3});
+    reference::Picture image(3, 2);
+    image.at(0, 0) = {255, 0, 0};
+    image.at(2, 1) = {1, 2, 3};
     Block block(packed(image));
     COLORREF colour = 0x12345678;
     EXPECT_EQ(1, getPixelColour(block.handle, 0, 0, &colour));
@@ -280,9 +280,9 @@ TEST(PackedBitmap, PixelColourIsAColorref)
     EXPECT_EQ(0, getPixelColour(map.handle, 0, 0, &colour));
 }
 
-static void expectExtract(const ReferenceImage& image, HGLOBAL handle, RECT rect)
+static void expectExtract(const reference::Picture& image, HGLOBAL handle, RECT rect)
 {
-    const ReferenceImage expected = referenceExtract(image, rect.left, rect.top, rect.right, rect.bottom);
+    const reference::Picture expected = referenceExtract(image, rect.left, rect.top, rect.right, rect.bottom);
     Block cut(extractRect(handle, &rect));
     if (expected.width == 0) {
         EXPECT_EQ(nullptr, cut.handle);
@@ -295,7 +295,7 @@ TEST(PackedBitmap, ExtractMatchesTheReferenceOnEveryRectangle)
 {
     std::mt19937 random(21);
     for (int width = 1; width <= 5; width++) {
-        const ReferenceImage image = randomReference(random, width, 3);
+        const reference::Picture image = randomReference(random, width, 3);
         Block block(packed(image));
         for (int left = -3; left <= width + 1; left++) {
             for (int right = left - 1; right <= width + 3; right++) {
@@ -312,15 +312,15 @@ TEST(PackedBitmap, ExtractMatchesTheReferenceOnEveryRectangle)
 
 TEST(PackedBitmap, ExtractOverTheCornerIsBlackThereAndInPlaceElsewhere)
 {
-    ReferenceImage image(4, 4);
-    for (ReferencePixel& p : image.pixels)
+    reference::Picture image(4, 4);
+    for (reference::Pixel& p : image.pixels)
         p = {9, 9, 9};
     Block block(packed(image));
     const RECT rect = {-2, -1, 1, 2};
     Block cut(extractRect(block.handle, &rect));
-    ReferenceImage expected(3, 3);
-    expected.set(2, 1, {9, 9, 9});
-    expected.set(2, 2, {9, 9, 9});
+    reference::Picture expected(3, 3);
+    expected.at(2, 1) = {9, 9, 9};
+    expected.at(2, 2) = {9, 9, 9};
     expectPicture(expected, cut.handle);
 }
 
@@ -348,7 +348,7 @@ TEST(PackedBitmap, ExtractTakesExtremeRectangles)
 TEST(PackedBitmap, ExtractFollowsTheHeaderSize)
 {
     std::mt19937 random(22);
-    const ReferenceImage image = randomReference(random, 5, 4);
+    const reference::Picture image = randomReference(random, 5, 4);
     Block block(packed(image, 124));
     expectExtract(image, block.handle, {1, 1, 4, 4});
 }
@@ -356,14 +356,14 @@ TEST(PackedBitmap, ExtractFollowsTheHeaderSize)
 TEST(PackedBitmap, ExtractMaskedFillsWhereTheMaskIsZero)
 {
     std::mt19937 random(23);
-    const ReferenceImage image = randomReference(random, 6, 5);
+    const reference::Picture image = randomReference(random, 6, 5);
     Block block(packed(image));
     // 3 x 2 mask: stored bottom row first, rows of 4 bytes.
     Block mask(blockOf(withHeader(3, 2, 8, {1, 0, 255, 0xCC, 0, 7, 0, 0xCC})));
     Block cut(extractRectMasked(block.handle, mask.handle, 2, 1, 3, 2, RGB(11, 22, 33)));
-    ReferenceImage expected = referenceExtract(image, 2, 1, 5, 3);
+    reference::Picture expected = referenceExtract(image, 2, 1, 5, 3);
     for (POINT p : {POINT{0, 0}, POINT{2, 0}, POINT{1, 1}})
-        expected.set(p.x, p.y, {33, 22, 11});
+        expected.at(p.x, p.y) = {33, 22, 11};
     expectPicture(expected, cut.handle);
     EXPECT_TRUE(isUnlocked(mask.handle));
 }
@@ -373,13 +373,13 @@ TEST(PackedBitmap, ExtractMaskedCutsAMaskLargerThanTheImageOrSmallerThanTheCut)
     Block block(createBitmap(2, 2, 24));
     Block large(createBitmap(9, 9, 8)), small(createBitmap(1, 1, 8));
     Block all(extractRectMasked(block.handle, large.handle, 0, 0, 9, 9, RGB(1, 2, 3)));
-    ReferenceImage filled(2, 2);
-    for (ReferencePixel& p : filled.pixels)
+    reference::Picture filled(2, 2);
+    for (reference::Pixel& p : filled.pixels)
         p = {3, 2, 1};
     expectPicture(filled, all.handle);
     Block one(extractRectMasked(block.handle, small.handle, 0, 0, 2, 2, RGB(1, 2, 3)));
-    ReferenceImage corner(2, 2);
-    corner.set(0, 0, {3, 2, 1});
+    reference::Picture corner(2, 2);
+    corner.at(0, 0) = {3, 2, 1};
     expectPicture(corner, one.handle);
 }
 
@@ -387,8 +387,8 @@ TEST(PackedBitmap, PasteMatchesTheReference)
 {
     std::mt19937 random(24);
     for (int n = 0; n < 1000; n++) {
-        const ReferenceImage source = randomReference(random, 1 + random() % 7, 1 + random() % 7);
-        ReferenceImage expected = randomReference(random, 1 + random() % 7, 1 + random() % 7);
+        const reference::Picture source = randomReference(random, 1 + random() % 7, 1 + random() % 7);
+        reference::Picture expected = randomReference(random, 1 + random() % 7, 1 + random() % 7);
         Block from(packed(source)), to(packed(expected));
         const int left = (int)(random() % 20) - 10, top = (int)(random() % 20) - 10;
         const RECT rect = {left, top, -77, 99};
@@ -419,14 +419,14 @@ TEST(PackedBitmap, PasteNeedsTwo24BitImages)
 
 TEST(PackedBitmap, PastesCountOnAHeaderOf40Bytes)
 {
-    const ReferenceImage black(2, 1);
-    ReferenceImage white(1, 1);
-    white.set(0, 0, {255, 255, 255});
+    const reference::Picture black(2, 1);
+    reference::Picture white(1, 1);
+    white.at(0, 0) = {255, 255, 255};
     const RECT rect = {0, 0, 1, 1};
     Block to(packed(black, 48)), from(packed(white));
     EXPECT_EQ(1, pasteRect(to.handle, from.handle, &rect));
     EXPECT_EQ(255, to.bytes()[40]);
-    Block masked(packed(black, 48)), mask(packed(ReferenceImage(1, 1)));
+    Block masked(packed(black, 48)), mask(packed(reference::Picture(1, 1)));
     EXPECT_EQ(1, pasteMasked(masked.handle, from.handle, mask.handle, POINT{0, 0}));
     EXPECT_EQ(255, masked.bytes()[40]);
 }
@@ -436,9 +436,9 @@ TEST(PackedBitmap, PasteMaskedMatchesTheReference)
     std::mt19937 random(25);
     for (int n = 0; n < 1000; n++) {
         const int width = 1 + (int)(random() % 7), height = 1 + (int)(random() % 7);
-        const ReferenceImage source = randomReference(random, width, height);
-        const ReferenceImage mask = randomMask(random, width, height);
-        ReferenceImage expected = randomReference(random, 1 + random() % 9, 1 + random() % 9);
+        const reference::Picture source = randomReference(random, width, height);
+        const reference::Picture mask = randomMask(random, width, height);
+        reference::Picture expected = randomReference(random, 1 + random() % 9, 1 + random() % 9);
         Block from(packed(source)), through(packed(mask)), to(packed(expected));
         const POINT at = {(LONG)(random() % 20) - 10, (LONG)(random() % 20) - 10};
         referencePasteMasked(expected, source, mask, at.x, at.y);
@@ -459,15 +459,15 @@ TEST(PackedBitmap, PasteMaskedNeedsAMaskOfTheSourcesSize)
 
 TEST(PackedBitmap, FlipVerticalKeepsTheTopRowAndShiftsByOne)
 {
-    ReferenceImage image(2, 4), expected(2, 4);
+    reference::Picture image(2, 4), expected(2, 4);
     for (int y = 0; y < 4; y++) {
         for (int x = 0; x < 2; x++)
-            image.set(x, y, {(uint8_t)(10 + y), 0, 0});
+            image.at(x, y) = {(uint8_t)(10 + y), 0, 0};
     }
     const int rows[] = {10, 13, 12, 11};  // a true mirror would be 13, 12, 11, 10
     for (int y = 0; y < 4; y++) {
         for (int x = 0; x < 2; x++)
-            expected.set(x, y, {(uint8_t)rows[y], 0, 0});
+            expected.at(x, y) = {(uint8_t)rows[y], 0, 0};
     }
     Block block(packed(image));
     EXPECT_EQ(1, flipVertical(block.handle));
@@ -478,7 +478,7 @@ TEST(PackedBitmap, FlipsMatchTheReference)
 {
     std::mt19937 random(26);
     for (int n = 0; n < 300; n++) {
-        const ReferenceImage image = randomReference(random, 2 + random() % 8, 2 + random() % 8);
+        const reference::Picture image = randomReference(random, 2 + random() % 8, 2 + random() % 8);
         Block vertical(packed(image, 124)), horizontal(packed(image));
         EXPECT_EQ(1, flipVertical(vertical.handle));
         EXPECT_EQ(1, flipHorizontal(horizontal.handle));
@@ -542,7 +542,7 @@ TEST(PackedBitmap, ScaleMatchesTheReference)
 {
     std::mt19937 random(27);
     for (int n = 0; n < 500; n++) {
-        const ReferenceImage image = randomReference(random, 1 + random() % 12, 1 + random() % 12);
+        const reference::Picture image = randomReference(random, 1 + random() % 12, 1 + random() % 12);
         const int width = 1 + (int)(random() % 25), height = 1 + (int)(random() % 25);
         Block from(packed(image)), scaled(scaleBitmap(from.handle, width, height));
         expectPicture(referenceScale(image, width, height), scaled.handle);
@@ -568,15 +568,15 @@ TEST(PackedBitmap, ScaleOf8BitIsBlackAndOtherDepthsFail)
 
 TEST(PackedBitmap, ScaleAbove8192Works)
 {
-    ReferenceImage image(2, 1);
-    image.set(0, 0, {1, 2, 3});
-    image.set(1, 0, {4, 5, 6});
+    reference::Picture image(2, 1);
+    image.at(0, 0) = {1, 2, 3};
+    image.at(1, 0) = {4, 5, 6};
     Block from(packed(image)), scaled(scaleBitmap(from.handle, 70000, 1));
     ASSERT_NE(nullptr, scaled.handle);
-    EXPECT_EQ((ReferencePixel{1, 2, 3}), unpacked(scaled.handle).get(0, 0));
-    EXPECT_EQ((ReferencePixel{4, 5, 6}), unpacked(scaled.handle).get(69999, 0));
+    EXPECT_EQ((reference::Pixel{1, 2, 3}), unpacked(scaled.handle).at(0, 0));
+    EXPECT_EQ((reference::Pixel{4, 5, 6}), unpacked(scaled.handle).at(69999, 0));
     Block back(scaleBitmap(scaled.handle, 2, 1));
-    EXPECT_EQ((ReferencePixel{1, 2, 3}), unpacked(back.handle).get(0, 0));
+    EXPECT_EQ((reference::Pixel{1, 2, 3}), unpacked(back.handle).at(0, 0));
 }
 
 // Headers that promise what the block does not hold.

@@ -21,16 +21,13 @@ namespace {
 
 struct SelectionStress : SessionFixture {
     std::mt19937 random = std::mt19937(20);
-    ReferenceImage photo = ReferenceImage(0, 0);
+    reference::Picture photo;
 
     void openPhoto(int width, int height)
     {
         close();
         photo = randomReference(random, width, height);
-        reference::Picture picture = {width, height, {}};
-        for (const ReferencePixel& p : photo.pixels)
-            picture.pixels.push_back({p.blue, p.green, p.red});
-        ASSERT_TRUE(open(picture));
+        ASSERT_TRUE(open(photo));
         session->currentTool = TOOL_SELECTION;
     }
 
@@ -44,25 +41,25 @@ struct SelectionStress : SessionFixture {
     }
 };
 
-ReferenceImage pixelsOf(HGLOBAL bitmap)
+reference::Picture pixelsOf(HGLOBAL bitmap)
 {
     BitmapBlock block;
     BitsView view;
-    if (!lockPixels(bitmap, &block, &view)) return ReferenceImage(0, 0);
-    const ReferenceImage pixels = fromStoredRows(rowOf(view, view.height - 1), view.width, view.height);
+    if (!lockPixels(bitmap, &block, &view)) return {};
+    const reference::Picture pixels = reference::fromStoredRows(rowOf(view, view.height - 1), view.width, view.height);
     unlockBlock(block);
     return pixels;
 }
 
-void expectSame(const char* what, const ReferenceImage& expected, HGLOBAL bitmap)
+void expectSame(const char* what, const reference::Picture& expected, HGLOBAL bitmap)
 {
-    const ReferenceImage actual = pixelsOf(bitmap);
+    const reference::Picture actual = pixelsOf(bitmap);
     EXPECT_EQ(expected.width, actual.width) << what;
     EXPECT_EQ(expected.height, actual.height) << what;
     EXPECT_TRUE(expected.pixels == actual.pixels) << what;
 }
 
-void expectFloating(const ReferenceImage& photo, const ReferenceOutline& outline)
+void expectFloating(const reference::Picture& photo, const ReferenceOutline& outline)
 {
     const ReferenceBounds bounds = outline.crossings.bounds();
     ASSERT_EQ(bounds.empty, session->selectionActive == 0);
@@ -74,8 +71,8 @@ void expectFloating(const ReferenceImage& photo, const ReferenceOutline& outline
         const PixelPoint p = session->outlinePoints[i];
         ASSERT_EQ(outline.points[i], (ReferencePoint{p.x, p.y})) << i;
     }
-    const ReferenceImage image = referenceSelectionImage(photo, outline.crossings, bounds);
-    const ReferenceImage mask = referenceSelectionMask(outline.crossings, bounds);
+    const reference::Picture image = referenceSelectionImage(photo, outline.crossings, bounds);
+    const reference::Picture mask = referenceSelectionMask(outline.crossings, bounds);
     for (HGLOBAL bitmap :
          {session->selectionImage, session->selectionImageSource, session->referenceImageA, session->referenceImageB}) {
         expectSame("image", image, bitmap);
@@ -126,7 +123,7 @@ TEST_F(SelectionStress, ElevenTurnsOfFifteenDegreesAreOneOf165)
     for (int i = 0; i < 11; ++i)
         rotateSelectionBy(15);
     const std::vector<PixelPoint> eleven(session->outlinePoints, session->outlinePoints + session->outlinePointCount);
-    const ReferenceImage pixels = pixelsOf(session->selectionImage);
+    const reference::Picture pixels = pixelsOf(session->selectionImage);
     rotateSelectionBy(-165);
     rotateSelectionBy(165);
     ASSERT_EQ((int)eleven.size(), session->outlinePointCount);
