@@ -23,12 +23,8 @@ FUNCTION = re.compile(r'^(?!static |typedef |using |#|inline |constexpr |return 
 
 MADE = {'session/ground/language_rows.inc'}  # by the build
 
-# Headers that speak for several sources, each with the reason.
-SPEAKS_FOR_MANY = {
-    'controls/kovctrl32.h',            # what the module shows to others
-    'include/kovrtch32.h',             # what the library shows to hosts
-    'color/kernels/adjust_methods.h',  # one way of computing a source
-}
+# The header by which a module shows itself to others, whatever source defines what.
+SHOWS_A_MODULE = {'controls/kovctrl32.h'}
 
 # Arrows, circles and strayed declarations that are known and about to go. By the beginning of their fault.
 LEFT = (
@@ -142,20 +138,30 @@ def functionsIn(text, ending):
     return [name for name, _, end in FUNCTION.findall(text) if end in ending]
 
 
+def speaksFor(header, source, tree):
+    """A header speaks for the source of its name; one without for those of its folder that begin with the same word
+    (jpeg_file.h for jpeg_read.cpp and jpeg_write.cpp)."""
+    own = header[:-1] + 'cpp'
+    if own in tree:
+        return source == own
+    word = posixpath.basename(header).split('_')[0].removesuffix('.h')
+    return (posixpath.dirname(header) == posixpath.dirname(source) and
+            posixpath.splitext(posixpath.basename(source))[0].split('_')[0] == word)
+
+
 def strayFaults(tree):
-    """Functions that a header declares and a source of another name defines."""
+    """Functions that a header declares and a source for which it does not speak defines."""
     definers = {}
     for path, text in sorted(tree.items()):
         if path.endswith('.cpp') and not isFree(path):
             for name in functionsIn(text, '{'):
                 definers.setdefault(name, set()).add(path)
     for path, text in sorted(tree.items()):
-        own = path[:-1] + 'cpp'
-        if not path.endswith('.h') or isFree(path) or path in SPEAKS_FOR_MANY:
+        if not path.endswith('.h') or isFree(path) or path in SHOWS_A_MODULE:
             continue
         for name in functionsIn(text, ';'):
             where = definers.get(name, set())
-            if where and own not in where:
+            if where and not any(speaksFor(path, source, tree) for source in where):
                 yield f'{path} declares {name}, which {", ".join(sorted(where))} defines'
 
 
