@@ -1,7 +1,5 @@
 #include "controls/kovctrl32.h"
 
-#include "controls/tooltip.h"
-
 int WINAPI displayMode(void)
 {
     return 2;
@@ -12,11 +10,5 @@ int WINAPI paintDialogBackground(HWND dialog, HDC dc, int)
     // The device context of an erase message is clipped to the update region already.
     RECT client;
     if (GetClientRect(dialog, &client)) FillRect(dc, &client, GetSysColorBrush(COLOR_BTNFACE));
-    return 1;
-}
-
-int WINAPI releaseDialog(HWND dialog)
-{
-    destroyTooltip(dialog);
     return 1;
 }

@@ -190,3 +190,9 @@ void destroyTooltip(HWND dialog)
     HWND tooltip = (HWND)RemovePropW(dialog, propertyName);
     if (IsWindow(tooltip)) DestroyWindow(tooltip);
 }
+
+int WINAPI releaseDialog(HWND dialog)
+{
+    destroyTooltip(dialog);
+    return 1;
+}

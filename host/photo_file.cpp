@@ -224,13 +224,6 @@ bool takeComparing(void* context, const uint8_t* bgra, ptrdiff_t stride, int fir
 
 }  // namespace
 
-UprightTarget editedInFile(const EditedPhoto& photo, int orientation)
-{
-    const bool swapped = orientationSwapsSides(orientation);
-    return {const_cast<uint8_t*>(photo.bits), swapped ? photo.height : photo.width,
-            swapped ? photo.width : photo.height, orientation};
-}
-
 PhotoStatus readPhoto(const std::wstring& path, HGLOBAL* image, SourcePhoto* source)
 {
     *image = nullptr;

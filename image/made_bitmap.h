@@ -3,7 +3,7 @@
 
 #include "image/bitmap_locks.h"
 #include "image/kept_blocks.h"
-#include "image/packed_bitmap.h"
+#include "image/new_bitmap.h"
 
 // The given 24-bit bitmap after `change`, which is given its LockedPixels and returns a bool, has worked on it.
 // Null, and the bitmap is freed, when it cannot be locked or `change` says false.

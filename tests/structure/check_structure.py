@@ -23,20 +23,30 @@ FUNCTION = re.compile(r'^(?!static |typedef |using |#|inline |constexpr |return 
 
 MADE = {'session/ground/language_rows.inc'}  # by the build
 
-# The header by which a module shows itself to others, whatever source defines what.
-SHOWS_A_MODULE = {'controls/kovctrl32.h'}
+# The headers by which a module shows itself to others, whatever source defines what.
+SHOWS_A_MODULE = {'controls/kovctrl32.h', 'include/kovrtch32.h'}
 
-# Arrows, circles and strayed declarations that are known and about to go. By the beginning of their fault.
-LEFT = (
-    'canvas/canvas.cpp -> session/entry.h: up',
-    'library/library_list.cpp -> tools/palette/palette.h: up',
-    'a circle: canvas/canvas -> session/entry -> canvas/canvas',
-    'a circle: image/bitmap_block -> image/packed_bitmap -> image/bitmap_block',
-    'a circle: selection/selection -> selection/selection_operations -> selection/selection',
-    'selection/selection.h declares ',
-    'tools/palette/palette.h declares selectTool',
-    'tools/palette/palette_controls.h declares ',
-)
+# Modules of their own: one room each for the floors, whatever folders they have inside.
+MODULES = ('controls/', 'host/')
+
+# Known faults, by the beginning of what is told of them, each with the reason why it stays.
+STAYS = {
+    'host/codecs/jpeg_common.h declares ':
+        'the one header that includes what the JPEG library wants in a certain order',
+    'a circle: controls/named_control -> ':
+        'a tip asks the control for its name, and the control hands its messages to the tip',
+    'selection/selection.h declares ':
+        'the presses of both selection tools, as the canvas hands them on',
+    'a circle: selection/outline_drawing -> ':
+        'the drawing of what follows the pointer and the press that begins it; to be parted',
+    'a circle: selection/selection_drawing -> ':
+        'drawing asks what is tracked, an operation asks for drawing; to be parted',
+}
+
+
+def roomOf(path):
+    folder = posixpath.dirname(path)
+    return next((module[:-1] for module in MODULES if path.startswith(module)), folder)
 
 
 def readTree(root):
@@ -82,7 +92,7 @@ def floorFaults(tree):
             if folder in level:
                 yield f'{PLAN}: {folder}/ stands on two floors'
             level[folder], floorName[folder] = height, name
-    used = {posixpath.dirname(path) for path in tree if path != PLAN and not isFree(path)}
+    used = {roomOf(path) for path in tree if path != PLAN and not isFree(path)}
     for folder in sorted(used - level.keys()):
         yield f'{folder}/ is on no floor of {PLAN}'
     for folder in sorted(level.keys() - used):
@@ -94,7 +104,7 @@ def floorFaults(tree):
         if target is None:
             yield f'{path} -> {written}: there is no such file'
             continue
-        here, there = posixpath.dirname(path), posixpath.dirname(target)
+        here, there = roomOf(path), roomOf(target)
         if here == there or here not in level:
             continue
         if there not in level:
@@ -220,11 +230,11 @@ def main(arguments):
     if testing:
         return 0 if selfTest(tree) else 1
     found = faultsOf(tree)
-    faults = [fault for fault in found if not fault.startswith(LEFT)]
+    faults = [fault for fault in found if not fault.startswith(tuple(STAYS))]
     for fault in faults:
         print(fault)
     print(f'{len(tree)} files, {len(readFloors(tree[PLAN]))} floors, {len(faults)} faults, '
-          f'{len(found) - len(faults)} left for now')
+          f'{len(found) - len(faults)} that stay')
     return 1 if faults else 0
 
 
