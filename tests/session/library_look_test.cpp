@@ -8,7 +8,7 @@ struct LibraryLook : LibrarySession {
     // Pixels of the list's rows [top, bottom) that are not of the window's colour.
     int inkIn(int top, int bottom)
     {
-        const reference::Image shown = shownBy(libraryList(host));
+        const reference::StoredPicture shown = shownBy(libraryList(host));
         const COLORREF window = GetSysColor(COLOR_WINDOW);
         int ink = 0;
         for (int y = top; y < bottom; ++y)

@@ -6,7 +6,7 @@ usage: check_structure.py ROOT               the tree as it is; prints each faul
 
 The plan is the table of floors in docs/architecture.md, the top floor first. A file may include files of its own
 folder and of lower floors. Besides that no units (a header and its source) include each other in a circle, and
-what a header declares its own source defines.
+what a header declares its own source defines; and the tests that docs/oddities.md names exist.
 """
 import os
 import posixpath
@@ -14,6 +14,7 @@ import re
 import sys
 
 PLAN = 'docs/architecture.md'
+ODDITIES = 'docs/oddities.md'
 FREE = {'tests', 'bench', 'docs'}  # may include anything: nothing includes them
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)
 FLOOR = re.compile(r'^\| (\w[\w ]*) \| ((?:`[\w/]+/`(?:, )?)+) \|', re.M)
@@ -56,7 +57,7 @@ def readTree(root):
         folders[:] = [name for name in folders if name != 'build' and not name.startswith('.')]
         for name in names:
             path = posixpath.normpath(os.path.relpath(os.path.join(folder, name), root))
-            if name.endswith(('.cpp', '.h', '.rc')) or path == PLAN:
+            if name.endswith(('.cpp', '.h', '.rc')) or path in (PLAN, ODDITIES):
                 with open(os.path.join(folder, name), encoding='utf-8') as file:
                     tree[path] = file.read()
     return tree
@@ -74,7 +75,7 @@ def isFree(path):
 def includesOf(tree):
     """(includer, included or None, as written) of every include in quotes."""
     for path, text in sorted(tree.items()):
-        if path == PLAN:
+        if path in (PLAN, ODDITIES):
             continue
         for written in INCLUDE.findall(text):
             if written in MADE:
@@ -92,7 +93,7 @@ def floorFaults(tree):
             if folder in level:
                 yield f'{PLAN}: {folder}/ stands on two floors'
             level[folder], floorName[folder] = height, name
-    used = {roomOf(path) for path in tree if path != PLAN and not isFree(path)}
+    used = {roomOf(path) for path in tree if path not in (PLAN, ODDITIES) and not isFree(path)}
     for folder in sorted(used - level.keys()):
         yield f'{folder}/ is on no floor of {PLAN}'
     for folder in sorted(level.keys() - used):
@@ -175,8 +176,23 @@ def strayFaults(tree):
                 yield f'{path} declares {name}, which {", ".join(sorted(where))} defines'
 
 
+def oddityFaults(tree):
+    """Every row of the oddities names tests, and those exist."""
+    tests = {'.'.join(found) for path, text in tree.items() if path.startswith('tests/')
+             for found in re.findall(r'^TEST(?:_F|_P)?\((\w+),\s*(\w+)\)', text, re.M)}
+    for row in tree[ODDITIES].splitlines():
+        if not row.startswith('| ') or row.startswith('| What |'):
+            continue
+        named = re.findall(r'`(\w+\.\w+)`', row.split(' | ')[-1])
+        if not named:
+            yield f'{ODDITIES}: no test holds: {row}'
+        for test in named:
+            if test not in tests:
+                yield f'{ODDITIES}: there is no test {test}'
+
+
 def faultsOf(tree):
-    return [*floorFaults(tree), *circleFaults(tree), *strayFaults(tree)]
+    return [*floorFaults(tree), *circleFaults(tree), *strayFaults(tree), *oddityFaults(tree)]
 
 
 def selfTest(tree):
@@ -212,6 +228,9 @@ def selfTest(tree):
               with_include('image/pixels/bits_view.h', pixels)),
         plant('a circle of three', 'a circle: image/pixels/a -> image/pixels/b -> image/pixels/c ->',
               {f'image/pixels/{a}.h': f'#include "image/pixels/{b}.h"\n' for a, b in ('ab', 'bc', 'ca')}),
+        plant('an oddity without its test', 'there is no test Gone.Test',
+              {ODDITIES: tree[ODDITIES] + '| odd | somebody | `Gone.Test` |\n'}),
+        plant('an oddity without any test', 'no test holds', {ODDITIES: tree[ODDITIES] + '| odd | somebody | none |\n'}),
         plant('a declaration without a source', 'image/pixels/a.h declares strayed',
               {'image/pixels/a.h': 'int* strayed(void (*each)(int));\n',
                'image/pixels/b.cpp': 'int* strayed(void (*each)(int))\n{\n}\n'}),
