@@ -175,6 +175,40 @@ TEST_F(HostPhotoFile, ATiffFilesOrientationTurnsThePhoto)
     GlobalFree(back);
 }
 
+// A file that an encoder has left short or wrong never passes as saved.
+TEST_F(HostPhotoFile, WhatIsNotThePictureIsNotTakenForIt)
+{
+    for (const wchar_t* extension : extensions) {
+        const std::wstring name = folder.path + L"written" + extension;
+        HGLOBAL image = makePhoto({64, 48}, slope, 0), other = makePhoto({64, 48}, noise, 0);
+        writeChecked(image, name);
+        std::vector<uint8_t> bytes = readBytes(name);
+        EXPECT_FALSE(verifyPhoto(name, formatOfName(name), other, nullptr)) << extension;
+        bytes.resize(bytes.size() / 2);
+        writeBytes(name, bytes);
+        EXPECT_FALSE(verifyPhoto(name, formatOfName(name), image, nullptr)) << extension;
+        writeBytes(name, std::vector<uint8_t>(8, 'I'));
+        EXPECT_FALSE(verifyPhoto(name, formatOfName(name), image, nullptr)) << extension;
+        GlobalFree(image);
+        GlobalFree(other);
+    }
+}
+
+TEST_F(HostPhotoFile, AnUntouchedPhotoIsSavedByteForByte)
+{
+    for (const wchar_t* extension : {L".jpg", L".tif", L".bmp"}) {
+        const std::wstring name = folder.path + L"first" + extension, again = folder.path + L"again" + extension;
+        HGLOBAL image = makePhoto({77, 51}, slope, 11811), shown;
+        writeChecked(image, name);
+        SourcePhoto source;
+        ASSERT_EQ(readPhoto(name, &shown, &source), PhotoStatus::Ok);
+        writeChecked(shown, again, &source);
+        EXPECT_EQ(readBytes(again), readBytes(name)) << extension;
+        GlobalFree(image);
+        GlobalFree(shown);
+    }
+}
+
 TEST_F(HostPhotoFile, MissingFilesAndFoldersAreToldApart)
 {
     HGLOBAL image;
