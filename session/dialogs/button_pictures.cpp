@@ -6,8 +6,7 @@
 #include "resources/resource_ids.h"
 #include "session/dialogs/picture_table.h"
 
-// The drawing's edge, which the button's own two pixels of frame must leave room for.
-constexpr int FRAME = 2;
+constexpr int FRAME = 1;  // of a button, on each side
 
 static bool fitsOn(HWND control, HBITMAP picture)
 {
