@@ -63,9 +63,7 @@ void releaseButton(HWND canvas, POINT at)
 bool cancelPress(HWND canvas)
 {
     if (!cancelSelectionDrag(canvas)) return session->pressActive != 0;
-    session->pressActive = 0;
-    showOutline(canvas);
-    if (GetCapture() == canvas) ReleaseCapture();
+    session->pressActive = 0;  // the capture stays, so that the button's release is heard and ends the rest
     return true;
 }
 

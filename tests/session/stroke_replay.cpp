@@ -1,5 +1,6 @@
 #include "tests/session/stroke_replay.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <windowsx.h>
 
@@ -31,6 +32,10 @@ StrokeReplay beginReplay(const Host& host, const HostImage& image)
 static POINT toImage(const StrokeReplay& replay, LPARAM lp)
 {
     POINT point = {GET_X_LPARAM(lp), GET_Y_LPARAM(lp)};
+    if (replay.zoom) {
+        const double x = point.x - replay.zoomOrigin.x, y = point.y - replay.zoomOrigin.y;
+        return {(LONG)floor(x / replay.zoom), (LONG)floor(y / replay.zoom)};
+    }
     const HDC dc = CreateCompatibleDC(nullptr);
     SetMapMode(dc, MM_ANISOTROPIC);
     SetWindowExtEx(dc, replay.scene.image.width, replay.scene.image.height, nullptr);

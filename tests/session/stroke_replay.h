@@ -22,7 +22,9 @@ struct StrokeReplay {
     bool hasCoverage = false;     // a stroke has begun in this session
     bool pointerInside = false;   // between the first move over the canvas and POINTER_LEFT
     POINT strokePoint = {0, 0};
-    SIZE client = {0, 0};  // canvas size that points are scaled from
+    SIZE client = {0, 0};       // canvas size that points are scaled from
+    int zoom = 0;               // while zoomed: screen pixels for an image pixel; then points count by this
+    POINT zoomOrigin = {0, 0};  // where the image's corner lies then, client pixels
     size_t nextMessage = 0;
 };
 

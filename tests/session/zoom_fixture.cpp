@@ -143,6 +143,18 @@ ShownPixel ZoomSession::shownAt(int x, int y) const
     return pixelOfColour(part.bytes.data());
 }
 
+POINT ZoomSession::imageCorner(int wanted) const
+{
+    const int block = wanted / 100;
+    const ShownPixel first = shownAt(0, 0);
+    int x = 0, y = 0;
+    while (shownAt(x, 0).x == first.x)
+        ++x;
+    while (shownAt(0, y).y == first.y)
+        ++y;
+    return {x - (first.x + 1) * block, y - (first.y + 1) * block};
+}
+
 // So many screen pixels for so many image pixels.
 static void ratioOf(int percent, int* screen, int* image)
 {

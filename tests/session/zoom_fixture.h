@@ -32,6 +32,8 @@ struct ZoomSession : SessionTest {
     bool zoomTo(int percent);  // with the keys
 
     ShownPixel shownAt(int x, int y) const;
+    // Where the image's corner lies, client pixels, at 100 % or a multiple: told by the blocks in the upper left.
+    POINT imageCorner(int percent) const;
     // All of the canvas but the corners of the map shows the image at `percent`, whole pixels in their order, from
     // where it begins in the upper left on; and what it shows lies inside the image.
     void expectShown(int percent, const char* when) const;
