@@ -22,10 +22,11 @@ extern const BenchGroup floatingKeys;
 extern const BenchGroup fileKeys;
 extern const BenchGroup pressKeys;
 extern const BenchGroup canvasKeys;
+extern const BenchGroup viewKeys;
 extern const BenchGroup yardstickKeys;
 
 // A new group is declared above and added here.
 static const BenchGroup* const benchGroups[] = {
-    &colourKeys,   &paintingKeys, &dabKeys,   &imageKeys,  &selectionKeys,
-    &floatingKeys, &fileKeys,     &pressKeys, &canvasKeys, &yardstickKeys,
+    &colourKeys, &paintingKeys, &dabKeys,    &imageKeys, &selectionKeys, &floatingKeys,
+    &fileKeys,   &pressKeys,    &canvasKeys, &viewKeys,  &yardstickKeys,
 };
