@@ -155,7 +155,7 @@ TEST_F(ZoomTools, TextShowsWhereItIsStamped)
         ASSERT_TRUE(tapKey(key));
     runOnHost(&host, [&] { HideCaret(host.canvas); });
     const auto withoutMap = [&] {
-        reference::Image shown = shownBy(host.canvas);
+        reference::StoredPicture shown = shownBy(host.canvas);
         shown.bytes.erase(shown.bytes.begin(), shown.bytes.begin() + (ptrdiff_t)reference::strideOf(shown.width) * 60);
         return shown.bytes;
     };
@@ -197,7 +197,7 @@ TEST_F(ZoomTools, EscapeEndsADragThenClosesTheSelection)
     ASSERT_TRUE(clickControl(&host, ID_SELECTION_TOOL));
     ASSERT_TRUE(movePointerOnCanvas(&host, 130, 97));
     ASSERT_TRUE(turnWheel(120 * 4));
-    const reference::Image bare = shownBy(host.canvas);
+    const reference::StoredPicture bare = shownBy(host.canvas);
     ASSERT_TRUE(movePointerOnCanvas(&host, 60, 50));
     ASSERT_TRUE(pressButton(&host));
     ASSERT_TRUE(movePointerOnCanvas(&host, 150, 90));
@@ -205,7 +205,7 @@ TEST_F(ZoomTools, EscapeEndsADragThenClosesTheSelection)
     EXPECT_TRUE(bare.bytes == shownBy(host.canvas).bytes) << "the outline has not been";
     ASSERT_TRUE(releaseButton(&host));
     ASSERT_TRUE(drawStroke(&host, {{60, 50}, {140, 50}, {140, 100}, {60, 100}, {60, 50}}));
-    const reference::Image floating = shownBy(host.canvas);
+    const reference::StoredPicture floating = shownBy(host.canvas);
     ASSERT_TRUE(movePointerOnCanvas(&host, 100, 75));
     ASSERT_TRUE(pressButton(&host));
     ASSERT_TRUE(movePointerOnCanvas(&host, 130, 60));
