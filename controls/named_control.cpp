@@ -25,17 +25,20 @@ static NamedControl* namedOf(HWND control)
     return (NamedControl*)GetPropW(control, propertyName);
 }
 
-static LRESULT onNcDestroy(HWND control, NamedControl* named, WPARAM wp, LPARAM lp)
+// Taking the property away finds the record even where looking it up has failed.
+static LRESULT onNcDestroy(HWND control, WPARAM wp, LPARAM lp)
 {
+    NamedControl* named = (NamedControl*)RemovePropW(control, propertyName);
+    if (!named) return DefWindowProcW(control, WM_NCDESTROY, wp, lp);
     WNDPROC base = named->base;
     SetWindowLongPtrW(control, GWLP_WNDPROC, (LONG_PTR)base);
-    RemovePropW(control, propertyName);
     HeapFree(GetProcessHeap(), 0, named);
     return CallWindowProcW(base, control, WM_NCDESTROY, wp, lp);
 }
 
 static LRESULT CALLBACK namedProc(HWND control, UINT message, WPARAM wp, LPARAM lp)
 {
+    if (message == WM_NCDESTROY) return onNcDestroy(control, wp, lp);
     NamedControl* named = namedOf(control);
     if (!named) return DefWindowProcW(control, message, wp, lp);
     switch (message) {
@@ -46,7 +49,6 @@ static LRESULT CALLBACK namedProc(HWND control, UINT message, WPARAM wp, LPARAM 
         if (walkByKey(control, wp, false)) return 0;
         break;
     case WM_DESTROY: removeFromTooltip(control); break;
-    case WM_NCDESTROY: return onNcDestroy(control, named, wp, lp);
     }
     return CallWindowProcW(named->base, control, message, wp, lp);
 }
