@@ -141,13 +141,14 @@ static TOOLINFOW trackedEntry(HWND dialog, const wchar_t* text)
     return entry;
 }
 
-// Below a lying control, right of a standing one.
+// Below a lying control; for a standing one beside the dialog, which may show at its right what the value does.
 static LPARAM placeBeside(HWND control)
 {
-    RECT rect;
+    RECT rect, dialog;
     GetWindowRect(control, &rect);
+    GetWindowRect(GetAncestor(control, GA_PARENT), &dialog);
     const bool lying = rect.right - rect.left > rect.bottom - rect.top;
-    return lying ? MAKELPARAM(rect.left, rect.bottom + TIP_GAP) : MAKELPARAM(rect.right + TIP_GAP, rect.top);
+    return lying ? MAKELPARAM(rect.left, rect.bottom + TIP_GAP) : MAKELPARAM(dialog.right + TIP_GAP, rect.top);
 }
 
 void trackTooltip(HWND control, const wchar_t* text)

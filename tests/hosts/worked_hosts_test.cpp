@@ -198,10 +198,14 @@ const testing::Environment* const guardedPointer = testing::AddGlobalTestEnviron
 
 class WorkedHost : public testing::TestWithParam<const char*> {
 protected:
-    std::wstring path() const
+    // Runs from a folder of its own: the user's settings lie beside the library.
+    std::wstring path()
     {
         const std::string name = GetParam();
-        return programFolder() + std::wstring(name.begin(), name.end());
+        const std::wstring program(name.begin(), name.end());
+        for (const std::wstring& file : {program, std::wstring(L"KOVRTCH32.dll"), std::wstring(L"KOVCTRL32.dll")})
+            writeBytes(folder.path + file, readBytes(programFolder() + file));
+        return folder.path + program;
     }
     TestFolder folder;
     Program program;

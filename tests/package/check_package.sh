@@ -22,7 +22,7 @@ unpacked="$folder/$name"
 
 python3 "$root/tests/binaries/check_binary.py" "$unpacked/KOVRTCH32.dll" --import KOVCTRL32.dll --export 2
 python3 "$root/tests/binaries/check_binary.py" "$unpacked/KOVCTRL32.dll" --export 6 --export 56 --export 220 \
-    --export 221 --export 242
+    --export 221 --export 242 --export 300 --export 301 --export 302
 python3 "$root/tests/binaries/check_binary.py" "$unpacked/retouch.exe"
 for program in retouch.exe KOVRTCH32.dll KOVCTRL32.dll; do
     "$preset-w64-mingw32-nm" "$unpacked/$program" 2>&1 | grep -q 'no symbols' || fail "$program still has its symbols"
