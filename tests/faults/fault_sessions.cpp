@@ -1,0 +1,222 @@
+#include "tests/faults/fault_sessions.h"
+
+#include "selection/geometry/frame_layout.h"
+
+namespace {
+
+enum Control {
+    CONTRAST = 114,
+    SELECTION = 116,
+    BRUSH = 117,
+    RUBBER = 118,
+    AEROGRAPHE = 119,
+    STAMP = 120,
+    SMOOTH = 121,
+    SPOONBILL = 122,
+    TEXT = 123,
+    COLORS = 124,
+    LIBRARY = 154,
+    UNDO = 190,
+    REDO = 191,
+    WIDTH_BAR = 202,
+    LOCK = 206,
+    RECTANGLE = 209,
+    OPACITY_BAR = 212,
+    SOFT = 214,
+};
+enum { LIBRARY_SAVE = 8, LIBRARY_DELETE = 9, LIBRARY_LIST = 10 };
+
+const std::vector<POINT> stroke = {{30, 40}, {80, 60}, {150, 50}, {239, 120}, {200, 170}};
+
+void strokeUndoRedo(FaultHost* host)
+{
+    drag(host, stroke);
+    drag(host, {{5, 5}, {100, 100}});
+    clickTool(host, UNDO);
+    clickTool(host, UNDO);
+    clickTool(host, REDO);
+    drag(host, {{120, 20}, {20, 120}});
+}
+
+void playBrush(FaultHost* host)
+{
+    clickTool(host, BRUSH);
+    strokeUndoRedo(host);
+}
+
+void playSoftBrush(FaultHost* host)
+{
+    clickTool(host, BRUSH);
+    clickTool(host, SOFT);
+    strokeUndoRedo(host);
+}
+
+void playRubber(FaultHost* host)
+{
+    clickTool(host, BRUSH);
+    drag(host, stroke);
+    clickTool(host, RUBBER);
+    strokeUndoRedo(host);
+}
+
+void playSmooth(FaultHost* host)
+{
+    clickTool(host, SMOOTH);
+    strokeUndoRedo(host);
+}
+
+void playAerographe(FaultHost* host)
+{
+    clickTool(host, AEROGRAPHE);
+    strokeUndoRedo(host);
+}
+
+void playStamp(FaultHost* host)
+{
+    clickTool(host, STAMP);
+    for (const POINT at : {POINT{40, 40}, POINT{100, 90}, POINT{5, 5}, POINT{238, 178}})
+        drag(host, {at});
+    clickTool(host, UNDO);
+    clickTool(host, UNDO);
+    clickTool(host, REDO);
+}
+
+void playSpoonbill(FaultHost* host)
+{
+    clickTool(host, SPOONBILL);
+    strokeUndoRedo(host);
+}
+
+void playColors(FaultHost* host)
+{
+    clickTool(host, BRUSH);
+    clickTool(host, COLORS);
+    drag(host, {{40, 40}, {60, 60}, {300, 300}});
+    clickTool(host, BRUSH);
+    drag(host, stroke);
+}
+
+void playText(FaultHost* host)
+{
+    clickTool(host, TEXT);
+    drag(host, {{30, 30}});
+    type(host, "Retouch");
+    PostMessageA(host->canvas, WM_KEYDOWN, VK_LEFT, 1);
+    type(host, "\b.\r");
+    type(host, "ab");
+    drag(host, {{100, 100}});
+    type(host, "thrown away");
+    type(host, "\x1b");
+    clickTool(host, UNDO);
+    clickTool(host, BRUSH);
+}
+
+void playContrast(FaultHost* host)
+{
+    clickTool(host, BRUSH);
+    drag(host, stroke);
+    clickTool(host, CONTRAST);
+    if (!waitForWindow(host, &FaultHost::contrast, true)) return;
+    for (const int bar : {101, 102, 103, 104})
+        click(host, GetDlgItem(host->contrast, bar));
+    click(host, GetDlgItem(host->contrast, IDOK));
+    waitForWindow(host, &FaultHost::contrast, false);
+    drag(host, {{10, 100}, {60, 140}});
+}
+
+const PixelRect drawn = {70, 60, 171, 131};  // of the outline below
+
+void drawSelection(FaultHost* host)
+{
+    clickTool(host, SELECTION);
+    drag(host, {{70, 60}, {120, 75}, {170, 62}, {150, 95}, {168, 130}, {110, 112}, {72, 128}, {84, 90}});
+}
+
+// The frame as it lies around the selection at first; where a fault has changed it, the press goes beside.
+POINT middleOf(FrameButton button)
+{
+    const int frame = GetSystemMetrics(SM_CXFRAME);
+    const PixelRect outer = frameOuterRectOf(drawn, {frame, frame});
+    const PixelRect rect = layOutFrameButtons(outer, {2 * frame, 2 * frame}).rects[button];
+    return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+}
+
+void playMove(FaultHost* host)
+{
+    drawSelection(host);
+    drag(host, {{110, 90}, {130, 100}, {90, 80}});
+    drag(host, {{90, 80}, {110, 90}});
+    drag(host, {middleOf(FRAME_BUTTON_APPLY)});
+    clickTool(host, UNDO);
+    clickTool(host, REDO);
+}
+
+void playOperations(FaultHost* host)
+{
+    drawSelection(host);
+    for (const FrameButton button :
+         {FRAME_BUTTON_FLIP_HORIZONTAL, FRAME_BUTTON_FLIP_VERTICAL, FRAME_BUTTON_DARKER, FRAME_BUTTON_BRIGHTER,
+          FRAME_BUTTON_HUE_UP, FRAME_BUTTON_SATURATION_MORE, FRAME_BUTTON_CONTRAST_LESS, FRAME_BUTTON_LIFT_UP})
+        drag(host, {middleOf(button)});
+    const POINT grip = middleOf(FRAME_BUTTON_ROTATE), corner = middleOf(FRAME_HANDLE_BOTTOM_RIGHT);
+    drag(host, {grip, {grip.x + 20, grip.y + 30}, {grip.x + 30, grip.y + 50}});
+    drag(host, {corner, {corner.x + 10, corner.y + 8}, {corner.x + 20, corner.y + 16}});
+    drag(host, {middleOf(FRAME_BUTTON_CLOSE)});
+    drawSelection(host);
+    drag(host, {middleOf(FRAME_BUTTON_CLOSE)});
+}
+
+void playLibrary(FaultHost* host)
+{
+    drawSelection(host);
+    clickTool(host, LIBRARY);
+    if (!waitForWindow(host, &FaultHost::shelf, true)) return;
+    click(host, GetDlgItem(host->shelf, LIBRARY_SAVE));
+    RECT list = {};
+    GetWindowRect(GetDlgItem(host->shelf, LIBRARY_LIST), &list);
+    movePointer(host, {list.left + 30, list.top + 25});
+    press(host);
+    movePointer(host, onScreen(*host, 100, 90));
+    movePointer(host, onScreen(*host, 120, 100));
+    release(host);
+    findWindows(host);
+    if (!host->shelf) return;
+    SendMessageA(GetDlgItem(host->shelf, LIBRARY_LIST), LB_SETCURSEL, 1, 0);
+    click(host, GetDlgItem(host->shelf, LIBRARY_DELETE));
+    if (waitForWindow(host, &FaultHost::question, true)) click(host, GetDlgItem(host->question, IDYES));
+    waitForWindow(host, &FaultHost::question, false);
+}
+
+void playSettings(FaultHost* host)
+{
+    clickTool(host, BRUSH);
+    for (const int id : {WIDTH_BAR, LOCK, WIDTH_BAR, OPACITY_BAR, RECTANGLE, SOFT})
+        clickTool(host, id);
+    drag(host, stroke);
+    RECT box = {};
+    GetWindowRect(host->dialog, &box);
+    SetWindowPos(host->dialog, nullptr, 0, 0, box.right - box.left + 60, box.bottom - box.top,
+                 SWP_NOMOVE | SWP_NOZORDER);
+    settle(host);
+    drag(host, {{50, 120}, {150, 20}});
+}
+
+}  // namespace
+
+const FaultSession faultSessions[] = {
+    {"brush", playBrush, 2, false, nullptr},
+    {"soft brush", playSoftBrush, 2, false, nullptr},
+    {"rubber", playRubber, 2, false, nullptr},
+    {"smooth", playSmooth, 2, false, nullptr},
+    {"aerographe", playAerographe, 2, false, nullptr},
+    {"stamp", playStamp, 2, false, nullptr},
+    {"spoonbill", playSpoonbill, 2, false, nullptr},
+    {"colors", playColors, 2, false, "T117"},
+    {"text", playText, 2, false, nullptr},
+    {"contrast", playContrast, 2, true, nullptr},
+    {"move", playMove, 2, false, nullptr},
+    {"operations", playOperations, 2, false, nullptr},
+    {"library", playLibrary, 2, false, nullptr},
+    {"settings", playSettings, 8, false, "T117"},
+};
+const int faultSessionCount = (int)(sizeof faultSessions / sizeof faultSessions[0]);

@@ -1,0 +1,395 @@
+// The fault walk: sessions with the real pointer, in which one call after another that the libraries make fails; one
+// call, a call and all that follow, or two at random. Whatever fails, the host must get through.
+//
+//     fault_walk [--from N] [--every E] [--per-function K] [--pairs COUNT] [--seed S] [--session NAME]
+//
+// Prints "POINTS n" first, then "POINT i ..." before each, "FAILED i ..." for each that does harm, and "DONE" at the
+// end. Without DONE it has crashed or hung at the last point named; scripts/faults goes on behind that.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <random>
+#include <set>
+
+#include "tests/faults/fallible.h"
+#include "tests/faults/fault_sessions.h"
+#include "tests/session/host_image.h"
+
+namespace {
+
+typedef std::vector<uint8_t> Bytes;
+typedef std::map<std::string, std::string> Settings;
+
+struct Point {
+    int session;
+    std::vector<Fault> faults;
+};
+
+struct PlainRun {
+    std::vector<unsigned> calls;  // of each function
+    Settings settings;            // afterwards
+    std::set<std::string> files;  // of the library of selections, with their sizes
+};
+
+struct Options {
+    int from = 0, every = 1, perFunction = 6, pairs = 700;
+    unsigned seed = 1;
+    std::string session;
+};
+
+FaultHost host;
+HostImage photo;
+Bytes original;
+Settings userSettings;
+std::map<std::string, Bytes> userLibrary;
+std::vector<PlainRun> plainRuns;
+volatile LONG pointNumber;
+volatile LONG pointStarted;
+
+// ---- files
+
+std::string settingsPath()
+{
+    return host.directory + "KOVRTCH.INI";
+}
+
+std::string libraryPath()
+{
+    return host.directory + "SELDIB\\";
+}
+
+Bytes readFile(const std::string& path)
+{
+    Bytes bytes;
+    if (FILE* file = fopen(path.c_str(), "rb")) {
+        uint8_t part[4096];
+        for (size_t got; (got = fread(part, 1, sizeof part, file)) > 0;)
+            bytes.insert(bytes.end(), part, part + got);
+        fclose(file);
+    }
+    return bytes;
+}
+
+void writeFile(const std::string& path, const Bytes& bytes)
+{
+    if (FILE* file = fopen(path.c_str(), "wb")) {
+        fwrite(bytes.data(), 1, bytes.size(), file);
+        fclose(file);
+    }
+}
+
+std::vector<std::string> filesIn(const std::string& directory)
+{
+    std::vector<std::string> names;
+    WIN32_FIND_DATAA found;
+    const HANDLE search = FindFirstFileA((directory + "*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return names;
+    do
+        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.push_back(found.cFileName);
+    while (FindNextFileA(search, &found));
+    FindClose(search);
+    return names;
+}
+
+Settings readSettings()
+{
+    const Bytes bytes = readFile(settingsPath());
+    const std::string text(bytes.begin(), bytes.end());
+    Settings settings;
+    for (size_t at = 0; at < text.size();) {
+        const size_t end = std::min(text.find_first_of("\r\n", at), text.size());
+        const std::string line = text.substr(at, end - at);
+        const size_t equals = line.find('=');
+        if (equals != std::string::npos) settings[line.substr(0, equals)] = line.substr(equals + 1);
+        at = end + 1;
+    }
+    return settings;
+}
+
+std::map<std::string, Bytes> readLibrary()
+{
+    std::map<std::string, Bytes> files;
+    for (const std::string& name : filesIn(libraryPath()))
+        files[name] = readFile(libraryPath() + name);
+    return files;
+}
+
+Bytes settingsFile;
+
+void restoreFiles()
+{
+    WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());  // the system's cache
+    writeFile(settingsPath(), settingsFile);
+    for (const std::string& name : filesIn(libraryPath()))
+        if (!userLibrary.count(name)) DeleteFileA((libraryPath() + name).c_str());
+    for (const auto& file : userLibrary)
+        writeFile(libraryPath() + file.first, file.second);
+}
+
+void restoreImage()
+{
+    memcpy(GlobalLock(photo.block), original.data(), original.size());
+    GlobalUnlock(photo.block);
+}
+
+// ---- playing
+
+void play(const FaultSession& session)
+{
+    if (openSession(&host)) session.play(&host);
+    findWindows(&host);
+    leaveSession(&host, session.leaveBy);
+}
+
+PlainRun playPlain(const FaultSession& session)
+{
+    restoreFiles();
+    restoreImage();
+    startCounting({});
+    play(session);
+    PlainRun run;
+    for (int function = 0; function < fallibleCount(); ++function)
+        run.calls.push_back(callsOf(function));
+    WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());
+    run.settings = readSettings();
+    for (const auto& file : readLibrary())
+        run.files.insert(file.first + " " + std::to_string(file.second.size()));
+    return run;
+}
+
+// ---- what must hold afterwards
+
+std::string complaints;
+
+void complain(const std::string& what)
+{
+    complaints += complaints.empty() ? what : "; " + what;
+}
+
+void checkHost()
+{
+    if (host.running) complain("the session does not end");
+    if (host.disabledLeft) complain("the host stays disabled");
+    if (host.classLeft) complain("the window class stays");
+    if (host.windowsLeft) complain("windows stay: " + std::to_string(host.windowsLeft));
+    if (host.quitLeft) complain("a quit message stays");
+}
+
+void checkImage(const FaultSession& session)
+{
+    // What OK has adjusted stays, and what it adjusts follows from the clicks that got through.
+    if (host.result == 0 && !session.adjusts && snapshot(photo) != original)
+        complain("0 returned with a changed image");
+}
+
+// Every value is the user's, or what this session makes of it.
+void checkSettings(const FaultSession& session, const PlainRun& plain)
+{
+    WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());
+    const Settings now = readSettings();
+    for (const auto& before : userSettings) {
+        const auto found = now.find(before.first);
+        if (session.setting && before.first == session.setting && found != now.end()) continue;
+        if (found == now.end())
+            complain("setting " + before.first + " is gone");
+        else if (found->second != before.second && found->second != plain.settings.find(before.first)->second)
+            complain("setting " + before.first + " is " + found->second + ", was " + before.second + ", wanted " +
+                     plain.settings.find(before.first)->second);
+    }
+}
+
+bool isKnownFile(const std::string& name, size_t size, const PlainRun& plain)
+{
+    if (plain.files.count(name + " " + std::to_string(size))) return true;
+    return name.size() > 4 && name.compare(name.size() - 4, 4, ".lst") == 0 && size > 0;
+}
+
+void checkLibrary(const FaultSession& session, const PlainRun& plain)
+{
+    const std::map<std::string, Bytes> now = readLibrary();
+    for (const auto& before : userLibrary) {
+        const auto found = now.find(before.first);
+        const bool mayGo = strcmp(session.name, "library") == 0;
+        if (before.first.find(".lst") != std::string::npos) continue;
+        if (found == now.end() ? !mayGo : found->second != before.second)
+            complain("the stored selection " + before.first + " is damaged");
+    }
+    for (const auto& file : now)
+        if (!userLibrary.count(file.first) && !isKnownFile(file.first, file.second.size(), plain) &&
+            !(strcmp(session.name, "library") == 0 && file.first.find(".tif") != std::string::npos &&
+              file.second.size() > 1000))
+            complain("a file stays: " + file.first + " of " + std::to_string(file.second.size()) + " bytes");
+    const std::set<std::string> program = {"KOVRTCH32.dll", "KOVCTRL32.dll", "KOVRTCH.INI"};
+    for (const std::string& name : filesIn(host.directory))
+        if (!program.count(name)) complain("a file stays beside the library: " + name);
+}
+
+void checkBooks(const long* before)
+{
+    for (int kind = 0; kind < KIND_COUNT; ++kind)
+        if (outstanding(kind) != before[kind])
+            complain(std::string(kindName(kind)) + " left: " + std::to_string(outstanding(kind) - before[kind]));
+}
+
+void checkPlainSession()
+{
+    restoreFiles();
+    restoreImage();
+    startCounting({});
+    const bool opened = openSession(&host);
+    leaveSession(&host, 2);
+    if (!opened) complain("the next session does not open");
+    if (host.result != 0 || host.running) complain("the next session does not end as by Close");
+    if (snapshot(photo) != original) complain("the next session changes the image");
+}
+
+// ---- the walk
+
+std::string describe(const Point& point)
+{
+    std::string text = faultSessions[point.session].name;
+    for (const Fault& fault : point.faults)
+        text += std::string(" ") + fallibleName(fault.function) + "#" + std::to_string(fault.call) +
+                (fault.persistent ? "..." : "");
+    return text;
+}
+
+void takePoint(int number, const Point& point)
+{
+    InterlockedExchange(&pointStarted, (LONG)GetTickCount());
+    InterlockedExchange(&pointNumber, number);
+    printf("POINT %d %s\n", number, describe(point).c_str());
+    fflush(stdout);
+    const FaultSession& session = faultSessions[point.session];
+    const PlainRun& plain = plainRuns[(size_t)point.session];
+    restoreFiles();
+    restoreImage();
+    long before[KIND_COUNT];
+    for (int kind = 0; kind < KIND_COUNT; ++kind)
+        before[kind] = outstanding(kind);
+    complaints.clear();
+    startCounting(point.faults);
+    play(session);
+    disarm();
+    checkHost();
+    checkBooks(before);
+    checkImage(session);
+    checkSettings(session, plain);
+    checkLibrary(session, plain);
+    checkPlainSession();
+    if (!complaints.empty()) printf("FAILED %d %s: %s\n", number, describe(point).c_str(), complaints.c_str());
+    if (host.running) ExitProcess(96);  // nothing can be tried beside a session that does not end
+    fflush(stdout);
+}
+
+// Up to `count` of the calls 0 .. calls - 1, the first and the last among them.
+std::vector<unsigned> spread(unsigned calls, int count)
+{
+    std::vector<unsigned> chosen;
+    if (calls == 0) return chosen;
+    const unsigned wanted = calls < (unsigned)count ? calls : (unsigned)count;
+    for (unsigned i = 0; i < wanted; ++i)
+        chosen.push_back(wanted == 1 ? 0 : (unsigned)((unsigned long long)i * (calls - 1) / (wanted - 1)));
+    return chosen;
+}
+
+std::vector<Point> allPoints(const Options& options)
+{
+    std::vector<Point> points;
+    for (int session = 0; session < faultSessionCount; ++session) {
+        const std::vector<unsigned>& calls = plainRuns[(size_t)session].calls;
+        for (int function = 0; function < fallibleCount(); ++function) {
+            for (const unsigned call : spread(calls[(size_t)function], options.perFunction))
+                points.push_back({session, {{function, call, false}}});
+            for (const unsigned call : spread(calls[(size_t)function], 2))
+                points.push_back({session, {{function, call, true}}});
+        }
+    }
+    std::mt19937 random(options.seed);
+    for (int i = 0; i < options.pairs; ++i) {
+        const int session = (int)(random() % (unsigned)faultSessionCount);
+        Point point = {session, {}};
+        while (point.faults.size() < 2) {
+            const int function = (int)(random() % (unsigned)fallibleCount());
+            const unsigned calls = plainRuns[(size_t)session].calls[(size_t)function];
+            if (calls) point.faults.push_back({function, (unsigned)random() % calls, false});
+        }
+        points.push_back(point);
+    }
+    return points;
+}
+
+// What the user has before: settings of his own, one stored selection.
+void prepareUser()
+{
+    photo = makePhoto(PHOTO_WIDTH, PHOTO_HEIGHT, 7);
+    host.image = photo.block;
+    original = snapshot(photo);
+    startCounting({});
+    play(faultSessions[faultSessionCount - 1]);
+    for (int i = 0; i < faultSessionCount; ++i)
+        if (strcmp(faultSessions[i].name, "library") == 0) play(faultSessions[i]);
+    WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());
+    settingsFile = readFile(settingsPath());
+    userSettings = readSettings();
+    userLibrary = readLibrary();
+    for (int i = 0; i < faultSessionCount; ++i)
+        plainRuns.push_back(playPlain(faultSessions[i]));
+}
+
+LONG WINAPI onCrash(EXCEPTION_POINTERS* exception)
+{
+    const BYTE* at = (const BYTE*)exception->ExceptionRecord->ExceptionAddress;
+    printf("CRASH at %s+%lx\n", at > (BYTE*)host.library ? "library" : "?", (unsigned long)(at - (BYTE*)host.library));
+    fflush(stdout);
+    TerminateProcess(GetCurrentProcess(), 97);
+    return EXCEPTION_EXECUTE_HANDLER;
+}
+
+DWORD WINAPI watchForHangs(void*)
+{
+    for (;;) {
+        Sleep(1000);
+        if (pointStarted && (LONG)GetTickCount() - pointStarted > 60000) {
+            printf("HANG\n");
+            fflush(stdout);
+            TerminateProcess(GetCurrentProcess(), 98);
+        }
+    }
+}
+
+Options readOptions(int count, char** words)
+{
+    Options options;
+    for (int i = 1; i + 1 < count; i += 2) {
+        const std::string name = words[i];
+        const int value = atoi(words[i + 1]);
+        if (name == "--from") options.from = value;
+        if (name == "--every") options.every = value > 0 ? value : 1;
+        if (name == "--per-function") options.perFunction = value;
+        if (name == "--pairs") options.pairs = value;
+        if (name == "--seed") options.seed = (unsigned)value;
+        if (name == "--session") options.session = words[i + 1];
+    }
+    return options;
+}
+
+}  // namespace
+
+int main(int count, char** words)
+{
+    const Options options = readOptions(count, words);
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+    SetUnhandledExceptionFilter(onCrash);
+    startFaultHost(&host);
+    CloseHandle(CreateThread(nullptr, 0, watchForHangs, nullptr, 0, nullptr));
+    prepareUser();
+    const std::vector<Point> points = allPoints(options);
+    printf("POINTS %d\n", (int)points.size());
+    for (int i = options.from; i < (int)points.size(); i += options.every)
+        if (options.session.empty() || options.session == faultSessions[points[(size_t)i].session].name)
+            takePoint(i, points[(size_t)i]);
+    printf("DONE\n");
+    return 0;
+}

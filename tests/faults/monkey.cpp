@@ -1,0 +1,283 @@
+// A monkey at the editor: pointer, keys, commands, scrolls, sizes and closes in any order to any window of the session,
+// seeded. Whatever it does, nothing crashes or hangs, and Close gives the original back.
+//
+//     monkey SECONDS [SEED]
+//
+// Prints "SESSION seed after n" before each session, "FOUND ..." for each harm and "MONKEY n steps, m findings" at the
+// end. Without that line it has crashed or hung; scripts/monkey goes on behind.
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+
+#include "tests/faults/fallible.h"
+#include "tests/faults/fault_host.h"
+#include "tests/session/host_image.h"
+
+namespace {
+
+FaultHost host;
+HostImage photo;
+std::vector<uint8_t> original;
+std::mt19937 dice;
+unsigned long long steps;
+unsigned findings;
+bool adjusted;  // the contrast dialog may have been confirmed: Close goes back to that
+bool mayAdjust;
+volatile LONG sessionStarted;
+
+unsigned below(unsigned n)
+{
+    return (unsigned)(dice() % n);
+}
+
+void found(const char* what)
+{
+    ++findings;
+    printf("FOUND %s\n", what);
+    fflush(stdout);
+}
+
+struct Windows {
+    std::vector<HWND> all;  // the session's, children included
+};
+
+BOOL CALLBACK addWindow(HWND window, LPARAM parameter)
+{
+    ((Windows*)parameter)->all.push_back(window);
+    return TRUE;
+}
+
+BOOL CALLBACK addTree(HWND window, LPARAM parameter)
+{
+    if (window == host.parent) return TRUE;
+    addWindow(window, parameter);
+    EnumChildWindows(window, addWindow, parameter);
+    return TRUE;
+}
+
+Windows windowsOfSession()
+{
+    Windows windows;
+    EnumThreadWindows(host.threadId, addTree, (LPARAM)&windows);
+    return windows;
+}
+
+// Something that would confirm the contrast dialog, or a chooser of the system: only in sessions that may.
+bool confirms(HWND window, UINT message, WPARAM wide)
+{
+    const HWND root = GetAncestor(window, GA_ROOT);
+    const bool dialogOfIts = GetDlgItem(root, IDOK) != nullptr;
+    return dialogOfIts && (message == WM_COMMAND ? LOWORD(wide) == IDOK : message == WM_KEYDOWN || message == WM_CHAR);
+}
+
+void post(HWND window, UINT message, WPARAM wide, LPARAM parameter)
+{
+    if (confirms(window, message, wide)) {
+        if (!mayAdjust) return;
+        adjusted = true;
+    }
+    PostMessageA(window, message, wide, parameter);
+}
+
+POINT pointIn(HWND window)
+{
+    RECT box = {};
+    GetWindowRect(window, &box);
+    const int width = box.right - box.left, height = box.bottom - box.top;
+    return {box.left - 10 + (LONG)below((unsigned)(width > 0 ? width : 1) + 20),
+            box.top - 10 + (LONG)below((unsigned)(height > 0 ? height : 1) + 20)};
+}
+
+void mouse(DWORD flags, POINT at)
+{
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    input.mi.dx = (LONG)(((LONGLONG)at.x * 65536 + width - 1) / width);
+    input.mi.dy = (LONG)(((LONGLONG)at.y * 65536 + height - 1) / height);
+    SendInput(1, &input, sizeof input);
+}
+
+bool overOk(POINT at)
+{
+    const HWND under = WindowFromPoint(at);
+    return under && GetDlgItem(GetAncestor(under, GA_ROOT), IDOK) != nullptr;
+}
+
+void movesAndPresses(HWND window)
+{
+    const POINT at = pointIn(window);
+    if (overOk(at) && !mayAdjust) return;
+    if (overOk(at)) adjusted = true;
+    mouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, at);
+    static const DWORD buttons[] = {
+        MOUSEEVENTF_LEFTDOWN,   MOUSEEVENTF_LEFTUP,   MOUSEEVENTF_LEFTUP,    0,
+        MOUSEEVENTF_MIDDLEDOWN, MOUSEEVENTF_MIDDLEUP, MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP};
+    if (const DWORD button = buttons[below(8)]) mouse(button, at);
+}
+
+void wheel(HWND window)
+{
+    const POINT at = pointIn(window);
+    post(window, below(2) ? WM_MOUSEWHEEL : 0x020E, MAKEWPARAM(below(2) ? MK_SHIFT : 0, (short)(below(481) - 240)),
+         MAKELPARAM(at.x, at.y));
+}
+
+void command(HWND window)
+{
+    static const WORD ids[] = {114, 115, 116, 117, 118, 119, 120, 121, 122, 154, 190, 190, 191,  206,
+                               208, 209, 213, 214, 2,   8,   9,   10,  1,   150, 152, 0,   65535};
+    const WORD id = below(12) ? ids[below(sizeof ids / sizeof ids[0])] : (WORD)below(300);
+    if ((id == 2 || id == 8) && below(20)) return;  // not every few steps
+    if (id == 123 || id == 124) return;             // pressed again they open the system's own choosers
+    post(GetAncestor(window, GA_ROOT), WM_COMMAND, MAKEWPARAM(id, 0), 0);
+}
+
+void key(HWND window)
+{
+    static const WORD keys[] = {VK_LEFT, VK_RIGHT, VK_UP,  VK_DOWN,     VK_RETURN, VK_ESCAPE, VK_SPACE, VK_BACK,
+                                VK_HOME, VK_END,   VK_TAB, VK_SUBTRACT, VK_ADD,    '0',       '1',      'Z'};
+    const WORD which = keys[below(16)];
+    post(window, below(3) ? WM_KEYDOWN : WM_KEYUP, which, 1);
+    if (below(2)) post(window, WM_CHAR, 32 + below(224), 1);
+}
+
+void scroll(HWND window)
+{
+    post(GetAncestor(window, GA_ROOT), below(2) ? WM_HSCROLL : WM_VSCROLL, MAKEWPARAM(below(9), below(300)),
+         (LPARAM)window);
+}
+
+void resize(HWND window)
+{
+    const HWND root = GetAncestor(window, GA_ROOT);
+    SetWindowPos(root, nullptr, (int)below(900), (int)below(600), 20 + (int)below(700), 20 + (int)below(600),
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_ASYNCWINDOWPOS);
+}
+
+void odd(HWND window)
+{
+    static const UINT messages[] = {WM_CAPTURECHANGED, WM_CANCELMODE, WM_KILLFOCUS,  WM_SETFOCUS,   WM_PAINT,
+                                    WM_SIZE,           WM_TIMER,      1025,          1026,          WM_LBUTTONUP,
+                                    WM_LBUTTONDOWN,    WM_MOUSEMOVE,  WM_ENABLE,     WM_SETCURSOR,  WM_SYSCOLORCHANGE,
+                                    WM_DISPLAYCHANGE,  WM_ACTIVATE,   WM_NCACTIVATE, WM_MOUSELEAVE, WM_QUERYNEWPALETTE};
+    post(window, messages[below(20)], below(4), MAKELPARAM(below(400), below(400)));
+}
+
+void closeSomething(HWND window)
+{
+    if (below(10) == 0) post(GetAncestor(window, GA_ROOT), WM_CLOSE, 0, 0);
+}
+
+void step(const Windows& windows)
+{
+    static void (*const deeds[])(HWND) = {movesAndPresses,
+                                          movesAndPresses,
+                                          movesAndPresses,
+                                          movesAndPresses,
+                                          wheel,
+                                          command,
+                                          command,
+                                          key,
+                                          scroll,
+                                          resize,
+                                          odd,
+                                          closeSomething};
+    if (windows.all.empty()) return;
+    deeds[below(sizeof deeds / sizeof deeds[0])](windows.all[below((unsigned)windows.all.size())]);
+    ++steps;
+}
+
+void restoreImage()
+{
+    memcpy(GlobalLock(photo.block), original.data(), original.size());
+    GlobalUnlock(photo.block);
+}
+
+void playSession(unsigned seed)
+{
+    printf("SESSION %u after %llu\n", seed, steps);
+    fflush(stdout);
+    InterlockedExchange(&sessionStarted, (LONG)GetTickCount());
+    dice.seed(seed);
+    mayAdjust = below(4) == 0;
+    adjusted = false;
+    restoreImage();
+    if (!openSession(&host)) {
+        found("a session does not open");
+        return;
+    }
+    const unsigned length = 100 + below(2000);
+    Windows windows;
+    for (unsigned i = 0; i < length && host.running; ++i) {
+        if (i % 10 == 0) {
+            windows = windowsOfSession();
+            settle(&host);
+        }
+        step(windows);
+    }
+    for (const DWORD up : {MOUSEEVENTF_LEFTUP, MOUSEEVENTF_MIDDLEUP, MOUSEEVENTF_RIGHTUP})
+        mouse(up, {0, 0});
+    leaveSession(&host, 2);
+    if (host.running) {
+        found("a session does not end");
+        ExitProcess(96);
+    }
+    if (host.windowsLeft || host.classLeft || host.disabledLeft) found("something stays behind");
+    if (host.result == 0 && !adjusted && snapshot(photo) != original) found("0 returned with a changed image");
+}
+
+DWORD WINAPI watchForHangs(void*)
+{
+    for (;;) {
+        Sleep(1000);
+        if (sessionStarted && (LONG)GetTickCount() - sessionStarted > 180000) {
+            printf("HANG\n");
+            fflush(stdout);
+            TerminateProcess(GetCurrentProcess(), 98);
+        }
+    }
+}
+
+LONG WINAPI onCrash(EXCEPTION_POINTERS* exception)
+{
+    printf("CRASH at library+%lx\n",
+           (unsigned long)((const BYTE*)exception->ExceptionRecord->ExceptionAddress - (const BYTE*)host.library));
+    fflush(stdout);
+    TerminateProcess(GetCurrentProcess(), 97);
+    return EXCEPTION_EXECUTE_HANDLER;
+}
+
+}  // namespace
+
+int main(int count, char** words)
+{
+    const DWORD seconds = count > 1 ? (DWORD)atoi(words[1]) : 60;
+    unsigned seed = count > 2 ? (unsigned)atoi(words[2]) : 1;
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+    SetUnhandledExceptionFilter(onCrash);
+    startFaultHost(&host);
+    CloseHandle(CreateThread(nullptr, 0, watchForHangs, nullptr, 0, nullptr));
+    photo = makePhoto(PHOTO_WIDTH, PHOTO_HEIGHT, 7);
+    host.image = photo.block;
+    original = snapshot(photo);
+    startCounting({});
+    long before[KIND_COUNT];
+    const DWORD start = GetTickCount();
+    for (int session = 0; GetTickCount() - start < seconds * 1000; ++session) {
+        playSession(seed++);
+        if (session == 4)  // what is made once is there by then
+            for (int kind = 0; kind < KIND_COUNT; ++kind)
+                before[kind] = outstanding(kind);
+        if (session > 4)
+            for (int kind = 0; kind < KIND_COUNT; ++kind)
+                if (outstanding(kind) > before[kind]) {
+                    printf("FOUND left: %ld %s\n", outstanding(kind) - before[kind], kindName(kind));
+                    ++findings;
+                    before[kind] = outstanding(kind);
+                }
+    }
+    printf("MONKEY %llu steps, %u findings\n", steps, findings);
+    return findings ? 1 : 0;
+}
