@@ -349,13 +349,6 @@ const Fallible& entryOf(int function)
     return table[function];
 }
 
-int indexOf(const char* name)
-{
-    for (int i = 0; i < fallibleCount(); ++i)
-        if (strcmp(table[i].name, name) == 0) return i;
-    return -1;
-}
-
 void writeSlot(void** slot, void* value)
 {
     DWORD protection;
@@ -364,12 +357,26 @@ void writeSlot(void** slot, void* value)
     VirtualProtect(slot, sizeof *slot, protection, &protection);
 }
 
+struct StandIn {
+    const char* name;
+    void* function;
+};
+std::vector<StandIn> standIns;
+
+void* standInFor(const char* name, void* original)
+{
+    for (const StandIn& standIn : standIns)
+        if (strcmp(standIn.name, name) == 0) return standIn.function;
+    return original;
+}
+
 void replaceImport(const char* name, void** slot)
 {
-    const int function = indexOf(name);
-    if (function < 0 || *slot == table[function].stub) return;
-    *table[function].original = *slot;
-    writeSlot(slot, table[function].stub);
+    const int function = fallibleNamed(name);
+    if (function >= 0 && *slot == table[function].stub) return;
+    void* const original = standInFor(name, *slot);
+    if (function >= 0) *table[function].original = original;
+    writeSlot(slot, function >= 0 ? table[function].stub : original);
 }
 
 }  // namespace
@@ -390,6 +397,11 @@ void replaceImports(HMODULE module)
     }
 }
 
+void standIn(const char* name, void* function)
+{
+    standIns.push_back({name, function});
+}
+
 void watchThread(DWORD thread)
 {
     watchedThread = thread;
@@ -403,6 +415,13 @@ int fallibleCount()
 const char* fallibleName(int function)
 {
     return table[function].name;
+}
+
+int fallibleNamed(const char* name)
+{
+    for (int i = 0; i < fallibleCount(); ++i)
+        if (strcmp(table[i].name, name) == 0) return i;
+    return -1;
 }
 
 void startCounting(const std::vector<Fault>& faults)

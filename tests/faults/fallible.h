@@ -10,11 +10,15 @@
 // Replaces the imports of a loaded module; may be called for several modules. Never undone.
 void replaceImports(HMODULE module);
 
+// From the next replaceImports on the modules call this function instead, as if it were the system's.
+void standIn(const char* name, void* function);
+
 // Only calls of this thread count, fail and are booked.
 void watchThread(DWORD thread);
 
 int fallibleCount();
 const char* fallibleName(int function);
+int fallibleNamed(const char* name);  // -1 when there is none
 
 // A call that fails: the n-th one (from 0) of a function since startCounting, and if wanted all that follow.
 struct Fault {

@@ -3,14 +3,17 @@
 #include <cstdio>
 
 #include "tests/faults/fallible.h"
+#include "tests/faults/posted_pointer.h"
 
 namespace {
 
 constexpr UINT RUN_CALL = WM_APP + 1, LOOK_AT_QUEUE = WM_APP + 2;
-constexpr DWORD OPEN_LIMIT = 15000, SETTLE_LIMIT = 400, WINDOW_LIMIT = 400;
+constexpr DWORD START_LIMIT = 15000, SETTLE_LIMIT = 2000;
 
 FaultHost* current;
-volatile LONG queueEmpty;
+HANDLE settled;
+LONG ticket;              // of the wait that goes on; what an earlier one has left in the queue does not end it
+volatile LONG waitedFor;  // the ticket of a wait that ends with the session's call
 
 bool waitFor(DWORD limit, bool (*holds)(FaultHost*), FaultHost* host)
 {
@@ -30,6 +33,34 @@ BOOL CALLBACK countLeft(HWND window, LPARAM count)
     return TRUE;
 }
 
+BOOL CALLBACK paintNow(HWND window, LPARAM)
+{
+    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    return TRUE;
+}
+
+void endWait(LPARAM number)
+{
+    if (number == ticket) SetEvent(settled);
+}
+
+// What is posted behind this message is handled first; then the windows are painted, as they would be when nothing else
+// is left. Painting once is enough: while it fails its messages come back for ever. A quit message comes out only when
+// the queue is empty, so it is left alone: the call's end is waited for then.
+void lookAtQueue(WPARAM turn, LPARAM number)
+{
+    MSG next;
+    const bool more = PeekMessageA(&next, nullptr, 0, 0, PM_NOREMOVE | PM_QS_POSTMESSAGE);
+    if (more && next.message == WM_QUIT && current->running) {
+        waitedFor = number;
+    } else if (more && turn < 50) {
+        PostMessageA(current->control, LOOK_AT_QUEUE, turn + 1, number);
+    } else {
+        EnumThreadWindows(GetCurrentThreadId(), paintNow, 0);
+        endWait(number);
+    }
+}
+
 void runCall(FaultHost* host)
 {
     RECT dialog = {60, 40, 60 + PHOTO_WIDTH + 2 * GetSystemMetrics(SM_CXFRAME),
@@ -46,6 +77,7 @@ void runCall(FaultHost* host)
     host->disabledLeft = !IsWindowEnabled(host->parent);
     EnableWindow(host->parent, TRUE);
     InterlockedExchange(&host->running, 0);
+    endWait(waitedFor);
 }
 
 LRESULT CALLBACK controlProc(HWND window, UINT message, WPARAM wide, LPARAM parameter)
@@ -55,8 +87,7 @@ LRESULT CALLBACK controlProc(HWND window, UINT message, WPARAM wide, LPARAM para
         return 0;
     }
     if (message == LOOK_AT_QUEUE) {
-        // Paint messages come back for ever while painting fails, so they count only as long as others are there.
-        InterlockedExchange(&queueEmpty, HIWORD(GetQueueStatus(QS_INPUT | QS_POSTMESSAGE)) == 0);
+        lookAtQueue(wide, parameter);
         return 0;
     }
     return DefWindowProcA(window, message, wide, parameter);
@@ -114,17 +145,6 @@ void loadLibraries(FaultHost* host)
     replaceImports(host->controls);
 }
 
-void sendMouse(DWORD flags, POINT screen = {})
-{
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
-    input.mi.dx = (LONG)(((LONGLONG)screen.x * 65536 + width - 1) / width);
-    input.mi.dy = (LONG)(((LONGLONG)screen.y * 65536 + height - 1) / height);
-    SendInput(1, &input, sizeof input);
-}
-
 BOOL CALLBACK sortWindow(HWND window, LPARAM parameter)
 {
     FaultHost* host = (FaultHost*)parameter;
@@ -144,40 +164,32 @@ BOOL CALLBACK sortWindow(HWND window, LPARAM parameter)
     return TRUE;
 }
 
-bool sessionOpen(FaultHost* host)
-{
-    findWindows(host);
-    return !host->running || (host->dialog && host->palette && !IsWindowEnabled(host->parent));
-}
-
-bool sessionOver(FaultHost* host)
-{
-    return !host->running;
-}
-
 }  // namespace
 
 void startFaultHost(FaultHost* host)
 {
     current = host;
+    settled = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+    usePostedPointer();
     loadLibraries(host);
     CloseHandle(CreateThread(nullptr, 0, hostThread, host, 0, &host->threadId));
     if (!waitFor(
-            OPEN_LIMIT, [](FaultHost* started) { return started->control != nullptr; }, host))
+            START_LIMIT, [](FaultHost* started) { return started->control != nullptr; }, host))
         ExitProcess(2);
     watchThread(host->threadId);
 }
 
+// The session's own loop, or the host's after a refusal, looks at the queue.
 bool openSession(FaultHost* host)
 {
     InterlockedExchange(&host->running, 1);
     PostMessageA(host->control, RUN_CALL, 0, 0);
-    waitFor(OPEN_LIMIT, sessionOpen, host);
-    if (host->running) settle(host);
+    settle(host);
+    findWindows(host);
     return host->running != 0;
 }
 
-// A file of the session's own thread may be in the way; the last resort is the dialog's own close.
+// A fault of the session's own thread may be in the way; the last resort is the dialog's own close.
 void leaveSession(FaultHost* host, int button)
 {
     for (int attempt = 0; attempt < 3 && host->running; ++attempt) {
@@ -185,12 +197,12 @@ void leaveSession(FaultHost* host, int button)
         if (host->question) click(host, GetDlgItem(host->question, IDNO));
         if (host->contrast) click(host, GetDlgItem(host->contrast, IDCANCEL));
         if (host->palette) click(host, GetDlgItem(host->palette, button));
-        waitFor(500, sessionOver, host);
+        settle(host);
     }
     for (int attempt = 0; attempt < 20 && host->running; ++attempt) {
         findWindows(host);
         if (host->dialog) PostMessageA(host->dialog, WM_CLOSE, 0, 0);
-        waitFor(500, sessionOver, host);
+        settle(host);
     }
 }
 
@@ -202,44 +214,37 @@ void findWindows(FaultHost* host)
 
 bool waitForWindow(FaultHost* host, HWND FaultHost::*window, bool present)
 {
-    const DWORD start = GetTickCount();
-    do {
+    for (int attempt = 0; attempt < 3 && host->running; ++attempt) {
         findWindows(host);
         if ((host->*window != nullptr) == present) return true;
-        Sleep(1);
-    } while (host->running && GetTickCount() - start < WINDOW_LIMIT);
+        settle(host);
+    }
     return false;
 }
 
 void settle(FaultHost* host)
 {
-    const DWORD start = GetTickCount();
-    InterlockedExchange(&queueEmpty, 0);
-    PostMessageA(host->control, LOOK_AT_QUEUE, 0, 0);
-    DWORD asked = start;
-    while (!queueEmpty && GetTickCount() - start < SETTLE_LIMIT) {
-        Sleep(1);
-        if (GetTickCount() - asked < 5) continue;
-        asked = GetTickCount();
-        PostMessageA(host->control, LOOK_AT_QUEUE, 0, 0);
-    }
+    InterlockedIncrement(&ticket);
+    ResetEvent(settled);
+    PostMessageA(host->control, LOOK_AT_QUEUE, 0, ticket);
+    WaitForSingleObject(settled, SETTLE_LIMIT);
 }
 
-void movePointer(FaultHost* host, POINT screen)
+void movePointer(FaultHost* host, HWND window, POINT screen)
 {
-    sendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, screen);
+    postMove(host->threadId, window, screen);
     settle(host);
 }
 
 void press(FaultHost* host)
 {
-    sendMouse(MOUSEEVENTF_LEFTDOWN);
+    postButton(host->threadId, true);
     settle(host);
 }
 
 void release(FaultHost* host)
 {
-    sendMouse(MOUSEEVENTF_LEFTUP);
+    postButton(host->threadId, false);
     settle(host);
 }
 
@@ -252,10 +257,10 @@ POINT onScreen(const FaultHost& host, int x, int y)
 
 void drag(FaultHost* host, const std::vector<POINT>& clientPoints)
 {
-    movePointer(host, onScreen(*host, clientPoints[0].x, clientPoints[0].y));
+    movePointer(host, host->canvas, onScreen(*host, clientPoints[0].x, clientPoints[0].y));
     press(host);
     for (size_t i = 1; i < clientPoints.size(); ++i)
-        movePointer(host, onScreen(*host, clientPoints[i].x, clientPoints[i].y));
+        movePointer(host, host->canvas, onScreen(*host, clientPoints[i].x, clientPoints[i].y));
     release(host);
 }
 
@@ -263,7 +268,7 @@ void click(FaultHost* host, HWND window)
 {
     RECT box = {};
     if (!GetWindowRect(window, &box)) return;
-    movePointer(host, {(box.left + box.right) / 2, (box.top + box.bottom) / 2});
+    movePointer(host, window, {(box.left + box.right) / 2, (box.top + box.bottom) / 2});
     press(host);
     release(host);
 }

@@ -35,10 +35,10 @@ void leaveSession(FaultHost* host, int button);
 
 void findWindows(FaultHost* host);
 bool waitForWindow(FaultHost* host, HWND FaultHost::*window, bool present);
-void settle(FaultHost* host);  // until the thread has nothing left to do, or 400 ms
+void settle(FaultHost* host);  // until the thread has painted and has nothing left to do, or two seconds
 
-// The real pointer, canvas client coordinates or the middle of a control.
-void movePointer(FaultHost* host, POINT screen);
+// A pointer of the host's own (see posted_pointer.h), in canvas client coordinates or at the middle of a control.
+void movePointer(FaultHost* host, HWND window, POINT screen);
 void press(FaultHost* host);
 void release(FaultHost* host);
 void drag(FaultHost* host, const std::vector<POINT>& clientPoints);

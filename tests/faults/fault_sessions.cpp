@@ -174,10 +174,10 @@ void playLibrary(FaultHost* host)
     click(host, GetDlgItem(host->shelf, LIBRARY_SAVE));
     RECT list = {};
     GetWindowRect(GetDlgItem(host->shelf, LIBRARY_LIST), &list);
-    movePointer(host, {list.left + 30, list.top + 25});
+    movePointer(host, GetDlgItem(host->shelf, LIBRARY_LIST), {list.left + 30, list.top + 25});
     press(host);
-    movePointer(host, onScreen(*host, 100, 90));
-    movePointer(host, onScreen(*host, 120, 100));
+    movePointer(host, host->canvas, onScreen(*host, 100, 90));
+    movePointer(host, host->canvas, onScreen(*host, 120, 100));
     release(host);
     findWindows(host);
     if (!host->shelf) return;

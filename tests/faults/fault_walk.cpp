@@ -1,10 +1,12 @@
 // The fault walk: sessions with the real pointer, in which one call after another that the libraries make fails; one
 // call, a call and all that follow, or two at random. Whatever fails, the host must get through.
 //
-//     fault_walk [--from N] [--every E] [--per-function K] [--pairs COUNT] [--seed S] [--session NAME]
+//     fault_walk [--from N] [--every E] [--per-function K] [--pairs COUNT] [--seed S] [--session NAME] [--plan FILE]
 //
-// Prints "POINTS n" first, then "POINT i ..." before each, "FAILED i ..." for each that does harm, and "DONE" at the
-// end. Without DONE it has crashed or hung at the last point named; scripts/faults goes on behind that.
+// How often a call is made differs a little from run to run, and with it the points. With --plan they are read from
+// this file if there is one, else written to it, so that one walk can be taken in parts. Prints "POINTS n" first, then
+// "POINT i ..." before and "TAKEN i" after each, "FAILED i ..." for each that does harm, and "DONE" at the end. Without
+// DONE it has crashed or hung at the last point named; scripts/faults goes on behind that.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -35,7 +37,7 @@ struct PlainRun {
 struct Options {
     int from = 0, every = 1, perFunction = 6, pairs = 700;
     unsigned seed = 1;
-    std::string session;
+    std::string session, plan;
 };
 
 FaultHost host;
@@ -280,6 +282,7 @@ void takePoint(int number, const Point& point)
     checkPlainSession();
     if (!complaints.empty()) printf("FAILED %d %s: %s\n", number, describe(point).c_str(), complaints.c_str());
     if (host.running) ExitProcess(96);  // nothing can be tried beside a session that does not end
+    printf("TAKEN %d\n", number);
     fflush(stdout);
 }
 
@@ -316,6 +319,55 @@ std::vector<Point> allPoints(const Options& options)
             if (calls) point.faults.push_back({function, (unsigned)random() % calls, false});
         }
         points.push_back(point);
+    }
+    return points;
+}
+
+// A line for each: session, then function, call and persistence of each fault.
+void writePlan(const std::string& path, const std::vector<Point>& points)
+{
+    FILE* const file = fopen(path.c_str(), "w");
+    if (!file) return;
+    for (const Point& point : points) {
+        fprintf(file, "%d", point.session);
+        for (const Fault& fault : point.faults)
+            fprintf(file, " %s %u %d", fallibleName(fault.function), fault.call, fault.persistent);
+        fprintf(file, "\n");
+    }
+    fclose(file);
+}
+
+Point readPoint(const char* line)
+{
+    Point point = {atoi(line), {}};
+    char name[64];
+    unsigned call;
+    int persistent, length;
+    for (line += strcspn(line, " "); sscanf(line, "%63s %u %d%n", name, &call, &persistent, &length) == 3;
+         line += length)
+        point.faults.push_back({fallibleNamed(name), call, persistent != 0});
+    return point;
+}
+
+std::vector<Point> readPlan(const std::string& path)
+{
+    std::vector<Point> points;
+    char line[256];
+    if (FILE* const file = fopen(path.c_str(), "r")) {
+        while (fgets(line, sizeof line, file))
+            points.push_back(readPoint(line));
+        fclose(file);
+    }
+    return points;
+}
+
+std::vector<Point> plannedPoints(const Options& options)
+{
+    if (options.plan.empty()) return allPoints(options);
+    std::vector<Point> points = readPlan(options.plan);
+    if (points.empty()) {
+        points = allPoints(options);
+        writePlan(options.plan, points);
     }
     return points;
 }
@@ -371,6 +423,7 @@ Options readOptions(int count, char** words)
         if (name == "--pairs") options.pairs = value;
         if (name == "--seed") options.seed = (unsigned)value;
         if (name == "--session") options.session = words[i + 1];
+        if (name == "--plan") options.plan = words[i + 1];
     }
     return options;
 }
@@ -385,7 +438,7 @@ int main(int count, char** words)
     startFaultHost(&host);
     CloseHandle(CreateThread(nullptr, 0, watchForHangs, nullptr, 0, nullptr));
     prepareUser();
-    const std::vector<Point> points = allPoints(options);
+    const std::vector<Point> points = plannedPoints(options);
     printf("POINTS %d\n", (int)points.size());
     for (int i = options.from; i < (int)points.size(); i += options.every)
         if (options.session.empty() || options.session == faultSessions[points[(size_t)i].session].name)
