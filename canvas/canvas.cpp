@@ -38,9 +38,6 @@ LRESULT onCreate(HWND canvas)
 {
     writeSessionDefaults();
     session->canvasWindow = canvas;
-    canvasView = {};
-    takeChangedImageRect();
-    resetPan();
     rebuildOutline(canvas, 1);
     freeUndoHistory();
     return 0;
@@ -53,7 +50,7 @@ void onDestroy(HWND canvas)
     freeOutline();
     freeOverviewMap();
     forgetTitle();
-    canvasView = {};
+    sessionExtras.canvas.view = {};
 }
 
 void onSize(HWND canvas)
@@ -85,7 +82,7 @@ void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, RECT box)
 {
     RECT client;
     GetClientRect(canvas, &client);
-    if (isZoomed(canvasView)) return paintZoomed(dc, box);
+    if (isZoomed(sessionExtras.canvas.view)) return paintZoomed(dc, box);
     // At an odd scale a changed image pixel may show one screen pixel outside of its own, rounded place.
     InflateRect(&box, 1, 1);
     IntersectRect(&box, &box, &client);
@@ -135,7 +132,7 @@ bool isInput(UINT message)
 // A click into the canvas gives it the keys, with any tool or none.
 LRESULT onLeftDown(HWND canvas, POINT at)
 {
-    canvasPointer = at;
+    sessionExtras.canvas.pointer = at;
     if (GetFocus() != canvas) SetFocus(canvas);
     if (!beginPan(canvas, at, false)) pressButton(canvas, imagePointOf(canvas, at));
     return 0;
@@ -143,7 +140,7 @@ LRESULT onLeftDown(HWND canvas, POINT at)
 
 LRESULT onMove(HWND canvas, POINT at, bool leftDown)
 {
-    canvasPointer = at;
+    sessionExtras.canvas.pointer = at;
     moveMapFrom(canvas, at);
     if (followPan(canvas, at)) return 0;
     watchBorder(canvas, at);
@@ -153,7 +150,7 @@ LRESULT onMove(HWND canvas, POINT at, bool leftDown)
 
 LRESULT onLeftUp(HWND canvas, POINT at)
 {
-    canvasPointer = at;
+    sessionExtras.canvas.pointer = at;
     if (endPan(canvas, false)) return 0;
     releaseButton(canvas, imagePointOf(canvas, at));
     repaintOverviewMap(canvas);
@@ -254,7 +251,7 @@ void mapCanvas(HWND canvas)
     if (!GetClientRect(canvas, &client) || client.right < 1 || client.bottom < 1) return;
     int width = client.right, height = client.bottom;
     lockBitmapInfo(imageOf(canvas), &width, &height, nullptr);
-    const CanvasView before = canvasView;
-    canvasView = resizedView(before, {(int)client.right, (int)client.bottom}, {width, height});
+    const CanvasView before = sessionExtras.canvas.view;
+    sessionExtras.canvas.view = resizedView(before, {(int)client.right, (int)client.bottom}, {width, height});
     followView(canvas, before);
 }

@@ -6,6 +6,7 @@
 #include "canvas/view_change.h"
 #include "resources/resource_ids.h"
 #include "selection/selection_view.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 namespace {
@@ -50,22 +51,22 @@ void stepBrush(WPARAM step)
 
 void zoomIn(HWND canvas)
 {
-    showView(canvas, steppedAboutCentre(canvasView, 1));
+    showView(canvas, steppedAboutCentre(sessionExtras.canvas.view, 1));
 }
 
 void zoomOut(HWND canvas)
 {
-    showView(canvas, steppedAboutCentre(canvasView, -1));
+    showView(canvas, steppedAboutCentre(sessionExtras.canvas.view, -1));
 }
 
 void fit(HWND canvas)
 {
-    showView(canvas, fittedView(canvasView));
+    showView(canvas, fittedView(sessionExtras.canvas.view));
 }
 
 void showFullSize(HWND canvas)
 {
-    showView(canvas, fullSizeView(canvasView));
+    showView(canvas, fullSizeView(sessionExtras.canvas.view));
 }
 
 void shrinkBrush(HWND)
@@ -166,6 +167,6 @@ void typeKey(HWND canvas, UINT character)
 
 void letGoOfKey(HWND canvas, UINT key)
 {
-    if (key == VK_SPACE && isZoomed(canvasView))
+    if (key == VK_SPACE && isZoomed(sessionExtras.canvas.view))
         SendMessageA(canvas, WM_SETCURSOR, (WPARAM)canvas, MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
 }

@@ -5,20 +5,17 @@
 #include "image/bitmap_block.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
 namespace {
 
-struct OverviewMap {
-    HGLOBAL thumbnail;  // a packed bitmap as large as the map's inside; kept while the size is the same
-    bool onLeft;
-};
-OverviewMap map;
+OverviewMap& map = sessionExtras.canvas.map;
 
 RECT rectOfMap()
 {
-    const PixelRect rect = mapRect(canvasView, map.onLeft);
+    const PixelRect rect = mapRect(sessionExtras.canvas.view, map.onLeft);
     return {rect.left, rect.top, rect.right, rect.bottom};
 }
 
@@ -45,7 +42,7 @@ void makeThumbnail(int width, int height)
     freeThumbnail();
     map.thumbnail = createBitmap(width, height, 24);
     takeChangedImageRect();
-    renew({0, 0, canvasView.image.width, canvasView.image.height});
+    renew({0, 0, sessionExtras.canvas.view.image.width, sessionExtras.canvas.view.image.height});
 }
 
 // A stroke that runs shows in the map when it has ended.
@@ -67,7 +64,7 @@ void frameRect(HDC dc, RECT rect, int stockBrush)
 // White inside black: visible on any image.
 void drawFrame(HDC dc, const PixelRect& inside)
 {
-    const PixelRect frame = mapFrame(canvasView, inside);
+    const PixelRect frame = mapFrame(sessionExtras.canvas.view, inside);
     RECT rect = {frame.left, frame.top, frame.right, frame.bottom};
     frameRect(dc, rect, WHITE_BRUSH);
     InflateRect(&rect, 1, 1);
@@ -78,12 +75,12 @@ void drawFrame(HDC dc, const PixelRect& inside)
 
 void placeOverviewMap()
 {
-    secondPlace = isZoomed(canvasView) ? rectOfMap() : RECT{0, 0, 0, 0};
+    map.place = isZoomed(sessionExtras.canvas.view) ? rectOfMap() : RECT{0, 0, 0, 0};
 }
 
 void drawOverviewMap(HDC dc)
 {
-    const PixelRect whole = mapRect(canvasView, map.onLeft), inside = mapInside(whole);
+    const PixelRect whole = mapRect(sessionExtras.canvas.view, map.onLeft), inside = mapInside(whole);
     if (whole.left >= whole.right) return;
     bringUpToDate(inside.right - inside.left, inside.bottom - inside.top);
     const RECT place = {inside.left, inside.top, inside.right, inside.bottom};
@@ -94,7 +91,8 @@ void drawOverviewMap(HDC dc)
 
 void moveMapFrom(HWND canvas, POINT pointer)
 {
-    const bool onLeft = isZoomed(canvasView) && mapGivesWay(canvasView, {(int)pointer.x, (int)pointer.y});
+    const bool onLeft =
+        isZoomed(sessionExtras.canvas.view) && mapGivesWay(sessionExtras.canvas.view, {(int)pointer.x, (int)pointer.y});
     if (onLeft == map.onLeft) return;
     repaintOverviewMap(canvas);
     map.onLeft = onLeft;
@@ -104,12 +102,12 @@ void moveMapFrom(HWND canvas, POINT pointer)
 
 void repaintOverviewMap(HWND canvas)
 {
-    if (!IsRectEmpty(&secondPlace)) InvalidateRect(canvas, &secondPlace, FALSE);
+    if (!IsRectEmpty(&map.place)) InvalidateRect(canvas, &map.place, FALSE);
 }
 
 void freeOverviewMap()
 {
     freeThumbnail();
     map.onLeft = false;
-    SetRectEmpty(&secondPlace);
+    SetRectEmpty(&map.place);
 }

@@ -7,6 +7,7 @@
 #include "selection/selection.h"
 #include "selection/selection_view.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 namespace {
@@ -15,19 +16,12 @@ constexpr UINT BORDER_INTERVAL = 40;  // milliseconds between two moves at the b
 constexpr int BORDER_STEP = 8;        // client pixels of one move
 constexpr int BORDER_WIDTH = 4;       // client pixels that count as the border
 
-struct PanDrag {
-    bool runs, byMiddle;
-    bool pressSwallowed;  // the left button went down during a middle drag
-    POINT grab;
-    CanvasView start;
-};
-PanDrag drag;
-bool borderTimerRuns;
+PanDrag& drag = sessionExtras.canvas.pan;
 
 void runBorderTimer(HWND canvas, bool run)
 {
-    if (run == borderTimerRuns) return;
-    borderTimerRuns = run;
+    if (run == sessionExtras.canvas.borderTimerRuns) return;
+    sessionExtras.canvas.borderTimerRuns = run;
     if (run) {
         SetTimer(canvas, BORDER_TIMER, BORDER_INTERVAL, nullptr);
     } else {
@@ -58,15 +52,15 @@ int borderStep(LONG at, LONG length)
 
 CanvasView viewBeyondBorder()
 {
-    const CanvasView& view = canvasView;
-    return pannedView(view, borderStep(canvasPointer.x, view.client.width),
-                      borderStep(canvasPointer.y, view.client.height));
+    const CanvasView& view = sessionExtras.canvas.view;
+    return pannedView(view, borderStep(sessionExtras.canvas.pointer.x, view.client.width),
+                      borderStep(sessionExtras.canvas.pointer.y, view.client.height));
 }
 
 // A drag pulls at what it holds from inside the canvas.
 POINT insideCanvas(POINT at)
 {
-    const LONG right = canvasView.client.width - 1, bottom = canvasView.client.height - 1;
+    const LONG right = sessionExtras.canvas.view.client.width - 1, bottom = sessionExtras.canvas.view.client.height - 1;
     return {at.x < 0 ? 0 : at.x > right ? right : at.x, at.y < 0 ? 0 : at.y > bottom ? bottom : at.y};
 }
 
@@ -78,9 +72,9 @@ bool beginPan(HWND canvas, POINT at, bool middle)
         drag.pressSwallowed = drag.pressSwallowed || !middle;
         return true;
     }
-    if (!isZoomed(canvasView) || session->pressActive || (!middle && !spaceIsHeld(canvas))) return false;
+    if (!isZoomed(sessionExtras.canvas.view) || session->pressActive || (!middle && !spaceIsHeld(canvas))) return false;
     hideOutline(canvas);
-    drag = {true, middle, false, at, canvasView};
+    drag = {true, middle, false, at, sessionExtras.canvas.view};
     SetCapture(canvas);
     SetCursor(hand());
     return true;
@@ -89,7 +83,7 @@ bool beginPan(HWND canvas, POINT at, bool middle)
 bool followPan(HWND canvas, POINT at)
 {
     if (!drag.runs) return false;
-    const CanvasView start = resizedView(drag.start, canvasView.client, canvasView.image);
+    const CanvasView start = resizedView(drag.start, sessionExtras.canvas.view.client, sessionExtras.canvas.view.image);
     showView(canvas, pannedView(start, (int)(drag.grab.x - at.x), (int)(drag.grab.y - at.y)));
     return true;
 }
@@ -106,12 +100,6 @@ bool endPan(HWND canvas, bool middle)
     return swallowed || drag.runs;
 }
 
-void resetPan()
-{
-    drag = {};
-    borderTimerRuns = false;
-}
-
 bool panRuns()
 {
     return drag.runs;
@@ -125,7 +113,7 @@ void losePan(HWND canvas)
 bool cancelPan(HWND canvas)
 {
     if (!drag.runs) return false;
-    showView(canvas, resizedView(drag.start, canvasView.client, canvasView.image));
+    showView(canvas, resizedView(drag.start, sessionExtras.canvas.view.client, sessionExtras.canvas.view.image));
     drag.pressSwallowed = !drag.byMiddle;  // the left button is still down, and its release is nothing else
     stopDrag(canvas);
     if (GetCapture() == canvas) ReleaseCapture();
@@ -134,20 +122,22 @@ bool cancelPan(HWND canvas)
 
 bool setPanCursor(HWND canvas)
 {
-    if (!drag.runs && !(isZoomed(canvasView) && !session->pressActive && spaceIsHeld(canvas))) return false;
+    if (!drag.runs && !(isZoomed(sessionExtras.canvas.view) && !session->pressActive && spaceIsHeld(canvas)))
+        return false;
     SetCursor(hand());
     return true;
 }
 
 void watchBorder(HWND canvas, POINT at)
 {
-    const bool atBorder = borderStep(at.x, canvasView.client.width) || borderStep(at.y, canvasView.client.height);
-    runBorderTimer(canvas, atBorder && isZoomed(canvasView) && selectionDragRuns());
+    const bool atBorder = borderStep(at.x, sessionExtras.canvas.view.client.width) ||
+                          borderStep(at.y, sessionExtras.canvas.view.client.height);
+    runBorderTimer(canvas, atBorder && isZoomed(sessionExtras.canvas.view) && selectionDragRuns());
 }
 
 void moveAtBorder(HWND canvas)
 {
     if (!selectionDragRuns()) return runBorderTimer(canvas, false);
     showView(canvas, viewBeyondBorder());
-    moveSelectionPointer(canvas, imagePointOf(canvas, insideCanvas(canvasPointer)));
+    moveSelectionPointer(canvas, imagePointOf(canvas, insideCanvas(sessionExtras.canvas.pointer)));
 }

@@ -15,7 +15,6 @@ bool followPan(HWND canvas, POINT at);
 // A button goes up. True when the release belongs to a pan.
 bool endPan(HWND canvas, bool middle);
 
-void resetPan();  // a new canvas
 bool panRuns();
 void losePan(HWND canvas);    // the capture is lost: the view stays where it is
 bool cancelPan(HWND canvas);  // the view goes back; false when no pan runs

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "image/kept_blocks.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
@@ -18,6 +19,7 @@ static LOGFONTA defaultFont()
 
 void writeSessionDefaults()
 {
+    releaseKeptBlocks();
     sessionExtras = {};
     session->overlayHideCount = -1;
     session->overlayEnabled = 1;

@@ -5,6 +5,7 @@
 #include "canvas/view/cursor_outline.h"
 #include "canvas/zoom_title.h"
 #include "selection/selection_view.h"
+#include "session/ground/session_extras.h"
 #include "text/text_tool.h"
 
 static bool sameView(const CanvasView& a, const CanvasView& b)
@@ -16,7 +17,7 @@ static bool sameView(const CanvasView& a, const CanvasView& b)
 
 void mapDeviceContext(HWND canvas)
 {
-    const CanvasView& view = canvasView;
+    const CanvasView& view = sessionExtras.canvas.view;
     const HDC dc = GetDC(canvas);
     if (isZoomed(view)) {
         SetMapMode(dc, MM_TEXT);
@@ -33,7 +34,7 @@ void mapDeviceContext(HWND canvas)
 void followView(HWND canvas, const CanvasView& before)
 {
     mapDeviceContext(canvas);
-    if (!isZoomed(before) && !isZoomed(canvasView)) return;  // fitted, nothing follows but the mapping
+    if (!isZoomed(before) && !isZoomed(sessionExtras.canvas.view)) return;  // fitted, nothing follows but the mapping
     followViewWithSelection(before);
     placeCaretForView(canvas);
     placeOverviewMap();
@@ -42,9 +43,9 @@ void followView(HWND canvas, const CanvasView& before)
 
 void showView(HWND canvas, const CanvasView& view)
 {
-    if (sameView(view, canvasView)) return;
-    const CanvasView before = canvasView;
-    canvasView = view;
+    if (sameView(view, sessionExtras.canvas.view)) return;
+    const CanvasView before = sessionExtras.canvas.view;
+    sessionExtras.canvas.view = view;
     followView(canvas, before);
     if (view.zoomStep != before.zoomStep) rebuildOutline(canvas, 0);
     InvalidateRect(canvas, nullptr, FALSE);

@@ -8,7 +8,7 @@
 // The canvas shows the view, and everything on it follows: mapping, brush picture, selection, caret, title, map.
 void showView(HWND canvas, const CanvasView& view);
 
-// The same without painting: canvasView has changed, from `before`.
+// The same without painting: sessionExtras.canvas.view has changed, from `before`.
 void followView(HWND canvas, const CanvasView& before);
 
 // Gives the canvas's own device context the view's mapping: fitted, one logical unit is one image pixel; zoomed,

@@ -4,12 +4,10 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view_change.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 namespace {
-
-// What is left of fine turns until a whole notch has come together. A turn back starts anew.
-int turned, tilted;
 
 int wholeNotches(int& rest, int delta)
 {
@@ -23,18 +21,19 @@ int wholeNotches(int& rest, int delta)
 // A tenth of the canvas for a notch, and for finer turns as much less.
 void panSideways(HWND canvas, int delta)
 {
+    int& tilted = sessionExtras.canvas.wheel.tilted;
     if ((tilted < 0) != (delta < 0)) tilted = 0;
-    const int tenth = canvasView.client.width / 10;
+    const int tenth = sessionExtras.canvas.view.client.width / 10;
     const int before = tilted * tenth / WHEEL_DELTA;
     tilted += delta;
     const int dx = tilted * tenth / WHEEL_DELTA - before;
     tilted %= WHEEL_DELTA;
-    showView(canvas, pannedView(canvasView, dx, 0));
+    showView(canvas, pannedView(sessionExtras.canvas.view, dx, 0));
 }
 
 void zoomAt(HWND canvas, int notches, POINT client)
 {
-    CanvasView view = canvasView;
+    CanvasView view = sessionExtras.canvas.view;
     for (; notches > 0; --notches)
         view = steppedView(view, 1, {(int)client.x, (int)client.y});
     for (; notches < 0; ++notches)
@@ -57,7 +56,7 @@ void turnWheel(HWND canvas, WPARAM wParam, LPARAM lParam)
     const int delta = GET_WHEEL_DELTA_WPARAM(wParam);
     if (GET_KEYSTATE_WPARAM(wParam) & MK_SHIFT) return panSideways(canvas, -delta);
     ScreenToClient(canvas, &at);
-    zoomAt(canvas, wholeNotches(turned, delta), at);
+    zoomAt(canvas, wholeNotches(sessionExtras.canvas.wheel.turned, delta), at);
 }
 
 // Of tilts some systems tell the client point: the pointer's place goes for all.

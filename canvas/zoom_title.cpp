@@ -6,13 +6,14 @@
 #include <cwchar>
 
 #include "canvas/view/canvas_coordinates.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 namespace {
 
 constexpr int SUFFIX_LENGTH = 24;
 
-wchar_t* nameOfWindow;  // the title while fitted; null while that is what the window shows
+wchar_t*& nameOfWindow = sessionExtras.canvas.nameOfWindow;
 
 void keepName()
 {
@@ -40,7 +41,7 @@ void showPercent(int percent)
 
 void showZoomInTitle()
 {
-    if (isZoomed(canvasView)) return showPercent(viewPercent(canvasView));
+    if (isZoomed(sessionExtras.canvas.view)) return showPercent(viewPercent(sessionExtras.canvas.view));
     if (!nameOfWindow) return;
     SetWindowTextW(session->hostDialog, nameOfWindow);
     forgetTitle();

@@ -6,6 +6,7 @@
 #include "image/bitmap_block.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_view.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"
@@ -46,7 +47,7 @@ void showImage(const ViewPicture& picture)
     BitmapBlock block;
     BitsView image;
     if (!lockPixels(editedImage(), &block, &image)) return;
-    showPixels(picture, canvasView, image, {0, 0});
+    showPixels(picture, sessionExtras.canvas.view, image, {0, 0});
     unlockBlock(block);
 }
 

@@ -3,26 +3,16 @@
 #include <cstring>
 
 #include "session/ground/locked_block.h"
+#include "session/ground/session_extras.h"
 
 namespace {
 
 constexpr SIZE_T LEAST_SIZE = 256 * 1024;  // smaller blocks come from the heap's own store
 constexpr DWORDLONG LEAST_FREE = 256ull * 1024 * 1024;
 
-struct BlockList {
-    static constexpr int ROOM = 32;
-    struct Entry {
-        HGLOBAL block;
-        SIZE_T size;  // as asked for
-        SIZE_T real;  // as the system said
-    };
-    Entry entries[ROOM];
-    int count;
-    SIZE_T bytes;
-};
-
-BlockList used, kept;
-SIZE_T mostUsed;  // bytes in use at one time
+BlockList& used = sessionExtras.blocks.used;
+BlockList& kept = sessionExtras.blocks.kept;
+SIZE_T& mostUsed = sessionExtras.blocks.mostUsed;
 
 void append(BlockList& list, const BlockList::Entry& entry)
 {

@@ -11,8 +11,8 @@
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_operations.h"
-#include "selection/selection_progress.h"
 #include "selection/selection_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "tools/kernels/dab_placement.h"
@@ -53,10 +53,10 @@ void takeDabbedOutline(const Outline& outline, PixelPoint origin)
         Outline earlier = takeWorkingOutline();
         freeOutline(earlier);
     } else {
-        selectionProgress.dabbedFrom = session->outlinePoints;
+        sessionExtras.selection.dabbedFrom = session->outlinePoints;
     }
     putOutline(outline);
-    selectionProgress.tableOrigin = origin;
+    sessionExtras.selection.tableOrigin = origin;
     PixelRect bounds;
     if (!computeCrossingBounds(outline.crossings, bounds)) return;
     session->reshapeRect = rectOf(bounds);
@@ -99,15 +99,15 @@ void dabOutline(HWND canvas, POINT at)
 
 void forgetDabbedPoints()
 {
-    freeOutlinePoints(selectionProgress.dabbedFrom);
-    selectionProgress.dabbedFrom = nullptr;
+    freeOutlinePoints(sessionExtras.selection.dabbedFrom);
+    sessionExtras.selection.dabbedFrom = nullptr;
 }
 
 void restoreOutline()
 {
-    session->outlinePoints = selectionProgress.dabbedFrom;
+    session->outlinePoints = sessionExtras.selection.dabbedFrom;
     session->outlinePointCount = session->referencePointCountB;
-    selectionProgress.dabbedFrom = nullptr;
+    sessionExtras.selection.dabbedFrom = nullptr;
     showFrameAgain();
 }
 
@@ -131,6 +131,6 @@ void releaseOutlineBrush()
     if (IsRectEmpty(&session->selectionRect) || !IsRectEmpty(&session->frameInnerRect)) return;
     if (!session->rowCrossings) return showFrameAgain();  // the dab met no part of the outline
     Outline outline = takeWorkingOutline();
-    if (!takeReshapedOutline(outline, selectionProgress.tableOrigin)) return restoreOutline();
+    if (!takeReshapedOutline(outline, sessionExtras.selection.tableOrigin)) return restoreOutline();
     forgetDabbedPoints();
 }

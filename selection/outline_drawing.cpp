@@ -6,6 +6,7 @@
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
@@ -38,7 +39,8 @@ Outline takeWorkingOutline()
 
 RECT canvasArea(HWND canvas)
 {
-    if (isZoomed(canvasView)) return {0, 0, canvasView.image.width, canvasView.image.height};
+    if (isZoomed(sessionExtras.canvas.view))
+        return {0, 0, sessionExtras.canvas.view.image.width, sessionExtras.canvas.view.image.height};
     RECT area;
     GetClientRect(canvas, &area);
     const POINT corner = imagePointOf(canvas, {area.right, area.bottom});

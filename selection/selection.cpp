@@ -7,10 +7,10 @@
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_operations.h"
-#include "selection/selection_progress.h"
 #include "selection/selection_state.h"
 #include "selection/selection_tracking.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
@@ -19,7 +19,7 @@ namespace {
 // The point in the frame's pixels: client pixels while the canvas is zoomed.
 int hitTest(POINT image, POINT client)
 {
-    const POINT at = isZoomed(canvasView) ? client : image;
+    const POINT at = isZoomed(sessionExtras.canvas.view) ? client : image;
     return hitTestFrame(pixelRectOf(session->frameInnerRect), pixelRectOf(session->frameOuterRect), frameButtons(),
                         frameBand(), {(int)at.x, (int)at.y});
 }
@@ -73,7 +73,7 @@ HCURSOR cursorOfHit(int hit)
 
 void pressSelection(HWND canvas, POINT at)
 {
-    const int hit = hitTest(at, canvasPointer);
+    const int hit = hitTest(at, sessionExtras.canvas.pointer);
     session->trackingSelection = 0;
     session->selectionHitCode = (uint32_t)hit;
     switch (operationOfHit(hit)) {
@@ -129,7 +129,7 @@ static void dropWorkingOutline()
 {
     Outline outline = takeWorkingOutline();
     freeOutline(outline);
-    freeOutlinePoints(selectionProgress.dabbedFrom);
+    freeOutlinePoints(sessionExtras.selection.dabbedFrom);
     if (session->selectionComposite) DeleteObject(session->selectionComposite);
     session->selectionComposite = nullptr;
 }
@@ -144,5 +144,5 @@ void clearSelection()
     dropSelectionStates();
     emptySelectionRects();
     redrawSelection();
-    selectionProgress = {};
+    sessionExtras.selection = {};
 }

@@ -9,10 +9,11 @@
 #include "image/kept_blocks.h"
 #include "image/made_bitmap.h"
 #include "selection/selection_drawing.h"
+#include "selection/geometry/outline.h"
 #include "selection/geometry/selection_images.h"
 #include "selection/selection_frame.h"
-#include "selection/selection_progress.h"
 #include "selection/selection_tracking.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
@@ -32,7 +33,8 @@ HGLOBAL composite()
 
 void drawFloatingPixels(HDC dc)
 {
-    if (IsRectEmpty(&session->selectionRect) || isZoomed(canvasView)) return;  // zoomed they are there already
+    if (IsRectEmpty(&session->selectionRect) || isZoomed(sessionExtras.canvas.view))
+        return;  // zoomed they are there already
     const HGLOBAL composed = composite();
     if (!composed) return;
     drawBitmap(dc, composed, &session->selectionRect, SRCCOPY);
@@ -44,8 +46,9 @@ PixelPoint* drawnPoints(int first)
 {
     const int count = session->outlinePointCount - first;
     PixelPoint* const points = copyOutlinePoints(session->outlinePoints + first, count);
-    for (int i = 0; points && isZoomed(canvasView) && i < count; ++i) {
-        const PixelRect at = deviceRectAt(canvasView, {points[i].x, points[i].y, points[i].x, points[i].y});
+    for (int i = 0; points && isZoomed(sessionExtras.canvas.view) && i < count; ++i) {
+        const PixelRect at =
+            deviceRectAt(sessionExtras.canvas.view, {points[i].x, points[i].y, points[i].x, points[i].y});
         points[i] = {at.left, at.top};
     }
     return points;
@@ -67,7 +70,7 @@ void drawDots(HDC dc, const PixelPoint* points, int count)
 
 void drawDottedOutline(HDC dc)
 {
-    if (!isZoomed(canvasView)) return drawDots(dc, session->outlinePoints, session->outlinePointCount);
+    if (!isZoomed(sessionExtras.canvas.view)) return drawDots(dc, session->outlinePoints, session->outlinePointCount);
     PixelPoint* const zoomed = drawnPoints(0);
     if (zoomed) drawDots(dc, zoomed, session->outlinePointCount);
     freeOutlinePoints(zoomed);
@@ -171,7 +174,7 @@ RECT frameBox()
     for (const PixelRect& button : buttons.rects)
         include(box, rectOf(button));
     InflateRect(&box, 2, 2);  // lines lie on the sides of their rectangles
-    return isZoomed(canvasView) ? rectOf(imageCover(canvasView, pixelRectOf(box))) : box;
+    return isZoomed(sessionExtras.canvas.view) ? rectOf(imageCover(sessionExtras.canvas.view, pixelRectOf(box))) : box;
 }
 
 // Everything that drawSelection draws, but for what follows the pointer.
@@ -196,8 +199,8 @@ RECT placeOfImage(HDC dc)
 {
     RECT place = {0, 0, 4096, 4096};
     LPtoDP(dc, (POINT*)&place, 2);
-    const PixelRect zoomed = deviceRectAt(canvasView, {0, 0, 4096, 4096});
-    return isZoomed(canvasView) ? rectOf(zoomed) : place;
+    const PixelRect zoomed = deviceRectAt(sessionExtras.canvas.view, {0, 0, 4096, 4096});
+    return isZoomed(sessionExtras.canvas.view) ? rectOf(zoomed) : place;
 }
 
 int pixelsBetween(const PixelPoint& a, const PixelPoint& b)
@@ -220,14 +223,14 @@ void includeNewPoints(int first)
 {
     const PointBox box = boxOfPoints(session->outlinePoints + first, session->outlinePointCount - first);
     const RECT part = {box.minX - 2, box.minY - 2, box.maxX + 3, box.maxY + 3};
-    RECT& painted = selectionProgress.painted;
+    RECT& painted = sessionExtras.selection.painted;
     if (IsRectEmpty(&painted)) painted = part;
     include(painted, part);
 }
 
 void drawNewDots(HDC dc)
 {
-    OutlineDots& dots = selectionProgress.dots;
+    OutlineDots& dots = sessionExtras.selection.dots;
     const RECT place = placeOfImage(dc);
     if (!EqualRect(&place, &dots.place)) dots = {place, 0, 0, 0};
     const int first = dots.start, count = session->outlinePointCount - first;
@@ -269,13 +272,13 @@ void showNewDots(HWND canvas)
 
 void noteSelectionPainted()
 {
-    selectionProgress.painted = pictureRect();
+    sessionExtras.selection.painted = pictureRect();
 }
 
 void redrawSelection()
 {
-    const RECT before = selectionProgress.painted, now = pictureRect();
-    selectionProgress.painted = now;
+    const RECT before = sessionExtras.selection.painted, now = pictureRect();
+    sessionExtras.selection.painted = now;
     if (!session->canvasWindow || (IsRectEmpty(&before) && IsRectEmpty(&now))) return;
     for (const RECT& part : {before, now})
         if (!IsRectEmpty(&part)) invalidateImageRect(session->canvasWindow, part, 1);

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "canvas/view/canvas_coordinates.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 FrameMetrics frameMetrics()
@@ -14,7 +15,7 @@ FrameMetrics frameMetrics()
 BandUnit frameBand()
 {
     POINT band = {2 * GetSystemMetrics(SM_CXFRAME), 2 * GetSystemMetrics(SM_CYFRAME)};
-    if (!isZoomed(canvasView)) band = imagePointOf(session->canvasWindow, band);
+    if (!isZoomed(sessionExtras.canvas.view)) band = imagePointOf(session->canvasWindow, band);
     return {(int)band.x, (int)band.y};
 }
 
@@ -47,8 +48,8 @@ void layOutFrame()
 // What the frame encloses: the selection, or zoomed its place on the canvas, at least a pixel.
 static PixelRect framedRect(const PixelRect& rect)
 {
-    if (!isZoomed(canvasView)) return rect;
-    const PixelRect shown = deviceRectAt(canvasView, rect);
+    if (!isZoomed(sessionExtras.canvas.view)) return rect;
+    const PixelRect shown = deviceRectAt(sessionExtras.canvas.view, rect);
     return {shown.left, shown.top, std::max(shown.right, shown.left + 1), std::max(shown.bottom, shown.top + 1)};
 }
 
@@ -56,7 +57,8 @@ void setSelectionRect(const PixelRect& rect)
 {
     const PixelRect inner = framedRect(rect), outer = frameOuterRectOf(inner, frameMetrics());
     session->selectionRect = rectOf(rect);
-    session->selectionOuterRect = rectOf(isZoomed(canvasView) ? imageCover(canvasView, outer) : outer);
+    session->selectionOuterRect =
+        rectOf(isZoomed(sessionExtras.canvas.view) ? imageCover(sessionExtras.canvas.view, outer) : outer);
     session->frameInnerRect = rectOf(inner);
     session->frameOuterRect = rectOf(outer);
     layOutFrame();

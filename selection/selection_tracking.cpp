@@ -7,9 +7,9 @@
 #include "selection/selection_operations.h"
 #include "resources/resource_ids.h"
 #include "selection/selection_frame.h"
-#include "selection/selection_progress.h"
 #include "selection/geometry/selection_transform.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 namespace {
@@ -83,9 +83,9 @@ void beginBand(HWND canvas, POINT at, int hit)
 {
     hideOutline(canvas);
     session->trackRect = hostRectOf(canvas, session->selectionRect);
-    selectionProgress.bandStart = session->trackRect;
-    selectionProgress.pressed = hostPointOf(canvas, at);
-    const PixelPoint grab = bandGrabOffset(pixelRectOf(session->trackRect), hit, selectionProgress.pressed);
+    sessionExtras.selection.bandStart = session->trackRect;
+    sessionExtras.selection.pressed = hostPointOf(canvas, at);
+    const PixelPoint grab = bandGrabOffset(pixelRectOf(session->trackRect), hit, sessionExtras.selection.pressed);
     session->trackGrabOffset = {grab.x, grab.y};
     session->trackingSelection = 1;
     invertBand();
@@ -94,13 +94,14 @@ void beginBand(HWND canvas, POINT at, int hit)
 
 bool bandIsAtStart()
 {
-    return EqualRect(&session->trackRect, &selectionProgress.bandStart) != FALSE;
+    return EqualRect(&session->trackRect, &sessionExtras.selection.bandStart) != FALSE;
 }
 
 // Windows reports moves to where the pointer is already; a band that hangs over the border stays there then.
 bool isStillPressed(PixelPoint pointer)
 {
-    return pointer.x == selectionProgress.pressed.x && pointer.y == selectionProgress.pressed.y && bandIsAtStart();
+    return pointer.x == sessionExtras.selection.pressed.x && pointer.y == sessionExtras.selection.pressed.y &&
+           bandIsAtStart();
 }
 
 // What a band is kept in: all of the image, whether it is seen or not.
@@ -108,7 +109,9 @@ RECT roomForBand(HWND canvas)
 {
     RECT client;
     GetClientRect(session->hostDialog, &client);
-    return isZoomed(canvasView) ? hostRectOf(canvas, {0, 0, canvasView.image.width, canvasView.image.height}) : client;
+    return isZoomed(sessionExtras.canvas.view) ? hostRectOf(canvas, {0, 0, sessionExtras.canvas.view.image.width,
+                                                                     sessionExtras.canvas.view.image.height})
+                                               : client;
 }
 
 void dragBand(HWND canvas, POINT at)
@@ -134,8 +137,8 @@ void dragBand(HWND canvas, POINT at)
 RECT rectOfBand(HWND canvas)
 {
     RECT rect = imageRectOf(canvas, session->trackRect);
-    if (!isZoomed(canvasView)) return rect;
-    const RECT start = imageRectOf(canvas, selectionProgress.bandStart), &old = session->selectionRect;
+    if (!isZoomed(sessionExtras.canvas.view)) return rect;
+    const RECT start = imageRectOf(canvas, sessionExtras.selection.bandStart), &old = session->selectionRect;
     rect = {old.left + rect.left - start.left, old.top + rect.top - start.top, old.right + rect.right - start.right,
             old.bottom + rect.bottom - start.bottom};
     return rect;
@@ -162,7 +165,7 @@ void endBand(HWND canvas)
 // Where an image point is drawn: in client pixels while the canvas is zoomed.
 POINT drawnPoint(POINT image)
 {
-    if (!isZoomed(canvasView)) return image;
+    if (!isZoomed(sessionExtras.canvas.view)) return image;
     const RECT at = deviceRectOf(session->canvasWindow, {image.x, image.y, image.x, image.y});
     return {at.left, at.top};
 }
@@ -173,7 +176,7 @@ void drawRotatedFrame(HDC dc)
     SelectObject(dc, GetStockObject(WHITE_PEN));
     POINT corners[5];
     for (int i = 0; i < 5; ++i)
-        corners[i] = drawnPoint(selectionProgress.rotatedFrame[i]);
+        corners[i] = drawnPoint(sessionExtras.selection.rotatedFrame[i]);
     Polyline(dc, corners, 5);
 }
 
@@ -191,12 +194,12 @@ void layRotatedFrame()
     const PixelRect a = pixelRectOf(session->referenceRectA);
     const PixelPoint corners[5] = {
         {a.left, a.top}, {a.right, a.top}, {a.right, a.bottom}, {a.left, a.bottom}, {a.left, a.top}};
-    const int degrees = addRotation(session->selectionRotation, trackedDegrees(selectionProgress.angle));
+    const int degrees = addRotation(session->selectionRotation, trackedDegrees(sessionExtras.selection.angle));
     const Turn turn = turnAbout(boxOfPoints(session->referencePointsA, session->referencePointCountA), degrees % 360);
     PixelPoint turned[5];
     turnPoints(corners, 5, turn, turned);
     for (int i = 0; i < 5; ++i)
-        selectionProgress.rotatedFrame[i] = {turned[i].x, turned[i].y};
+        sessionExtras.selection.rotatedFrame[i] = {turned[i].x, turned[i].y};
 }
 
 void beginRotation(HWND canvas, POINT at)
@@ -204,8 +207,8 @@ void beginRotation(HWND canvas, POINT at)
     const PointBox box = boxOfPoints(session->referencePointsA, session->referencePointCountA);
     const PixelPoint centre = hostPointOf(canvas, {(box.minX + box.maxX) / 2, (box.minY + box.maxY) / 2});
     session->rotationCentre = {centre.x, centre.y};
-    selectionProgress.angle = beginAngle(centre, hostPointOf(canvas, at));
-    session->rotationStartAngle = selectionProgress.angle.first;
+    sessionExtras.selection.angle = beginAngle(centre, hostPointOf(canvas, at));
+    session->rotationStartAngle = sessionExtras.selection.angle.first;
     layRotatedFrame();
     session->rotatingSelection = 1;
     invertRotatedFrame(canvas);
@@ -214,7 +217,7 @@ void beginRotation(HWND canvas, POINT at)
 void dragRotation(HWND canvas, POINT at)
 {
     invertRotatedFrame(canvas);
-    trackAngle(selectionProgress.angle, hostPointOf(canvas, at));
+    trackAngle(sessionExtras.selection.angle, hostPointOf(canvas, at));
     layRotatedFrame();
     invertRotatedFrame(canvas);
 }
@@ -223,7 +226,7 @@ void endRotation(HWND canvas)
 {
     invertRotatedFrame(canvas);
     session->rotatingSelection = 0;
-    session->rotationDegrees = trackedDegrees(selectionProgress.angle);
+    session->rotationDegrees = trackedDegrees(sessionExtras.selection.angle);
     rotateSelectionBy(session->rotationDegrees);
 }
 
@@ -273,9 +276,9 @@ void cancelTracking(HWND canvas)
 void shiftTracking(POINT by)
 {
     const int dx = (int)by.x, dy = (int)by.y;
-    for (RECT* rect : {&session->trackRect, &selectionProgress.bandStart})
+    for (RECT* rect : {&session->trackRect, &sessionExtras.selection.bandStart})
         OffsetRect(rect, dx, dy);
-    for (PixelPoint* point : {&selectionProgress.pressed, &selectionProgress.angle.centre})
+    for (PixelPoint* point : {&sessionExtras.selection.pressed, &sessionExtras.selection.angle.centre})
         *point = {point->x + dx, point->y + dy};
     session->rotationCentre = {session->rotationCentre.x + dx, session->rotationCentre.y + dy};
 }

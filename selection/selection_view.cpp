@@ -8,23 +8,24 @@
 #include "selection/selection.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_operations.h"
-#include "selection/selection_progress.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_tracking.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 void showFloatingPixels(const ViewPicture& picture)
 {
     const LockedPixels pixels(session->selectionImage), mask(session->selectionMask);
     if (!pixels || !mask || !session->selectionActive) return;
-    showMaskedPixels(picture, canvasView, pixels.view, mask.view,
+    showMaskedPixels(picture, sessionExtras.canvas.view, pixels.view, mask.view,
                      {(int)session->selectionRect.left, (int)session->selectionRect.top});
 }
 
 // How far the picture of the image has moved on the canvas.
 static POINT shiftSince(const CanvasView& before)
 {
-    const PixelRect from = deviceRectAt(before, {0, 0, 0, 0}), to = deviceRectAt(canvasView, {0, 0, 0, 0});
+    const PixelRect from = deviceRectAt(before, {0, 0, 0, 0}),
+                    to = deviceRectAt(sessionExtras.canvas.view, {0, 0, 0, 0});
     return {to.left - from.left, to.top - from.top};
 }
 
@@ -63,8 +64,8 @@ void nudgeSelection(int dx, int dy)
 {
     if (!session->selectionActive) return;
     const RECT& rect = session->selectionRect;
-    const int x = stepWithin((int)rect.left, (int)rect.right, dx, canvasView.image.width - 1);
-    const int y = stepWithin((int)rect.top, (int)rect.bottom, dy, canvasView.image.height - 1);
+    const int x = stepWithin((int)rect.left, (int)rect.right, dx, sessionExtras.canvas.view.image.width - 1);
+    const int y = stepWithin((int)rect.top, (int)rect.bottom, dy, sessionExtras.canvas.view.image.height - 1);
     if (x || y) moveSelectionBy(x, y);
 }
 

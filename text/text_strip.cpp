@@ -6,6 +6,7 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/made_bitmap.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/kernels/text_stamp.h"
@@ -170,15 +171,16 @@ void drawTextStrip(HDC dc)
 static void showOnesOfStrip(const ViewPicture& picture, const uint8_t* bits, SIZE size, int firstRow)
 {
     const MonoView ones = {bits, (int)(size.cx + 31) / 32 * 4, (int)size.cx, (int)size.cy};
-    showOnes(picture, canvasView, ones, {0, session->textOriginY + firstRow}, rgbFromColorref(session->paintColour));
+    showOnes(picture, sessionExtras.canvas.view, ones, {0, session->textOriginY + firstRow},
+             rgbFromColorref(session->paintColour));
 }
 
 // Only the rows that the picture shows.
 void showTextStrip(const ViewPicture& picture)
 {
     const PixelPoint corner = picture.corner;
-    const PixelRect seen =
-        imageCover(canvasView, {corner.x, corner.y, corner.x + picture.pixels.width, corner.y + picture.pixels.height});
+    const PixelRect seen = imageCover(sessionExtras.canvas.view, {corner.x, corner.y, corner.x + picture.pixels.width,
+                                                                  corner.y + picture.pixels.height});
     const SIZE size = stripSize();
     const int first = std::max(0, seen.top - session->textOriginY);
     const int count = std::min((int)size.cy, seen.bottom - session->textOriginY) - first;

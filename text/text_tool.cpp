@@ -51,7 +51,7 @@ void renderLine(HWND canvas, const TextLine& line)
 RECT caretRect(HWND canvas)
 {
     const int x = session->caretX, y = session->caretY;
-    if (!isZoomed(canvasView)) return {x, y, x + CARET_WIDTH, y + textLineHeight()};
+    if (!isZoomed(sessionExtras.canvas.view)) return {x, y, x + CARET_WIDTH, y + textLineHeight()};
     const RECT shown = deviceRectOf(canvas, {x, y, x, y + textLineHeight()});
     return {shown.left, shown.top, shown.left + CARET_WIDTH, shown.bottom};
 }

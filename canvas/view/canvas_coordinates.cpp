@@ -2,13 +2,8 @@
 
 #include <algorithm>
 
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
-
-CanvasView canvasView;
-POINT canvasPointer;
-RECT secondPlace;
-
-static PixelRect changedImageRect;
 
 static PixelRect pixelRectFrom(const RECT& rect)
 {
@@ -22,13 +17,13 @@ static RECT rectFrom(const PixelRect& rect)
 
 POINT imagePointOf(HWND, POINT client)
 {
-    const PixelPoint point = imagePointAt(canvasView, {(int)client.x, (int)client.y});
+    const PixelPoint point = imagePointAt(sessionExtras.canvas.view, {(int)client.x, (int)client.y});
     return {point.x, point.y};
 }
 
 RECT deviceRectOf(HWND, const RECT& image)
 {
-    return rectFrom(deviceRectAt(canvasView, pixelRectFrom(image)));
+    return rectFrom(deviceRectAt(sessionExtras.canvas.view, pixelRectFrom(image)));
 }
 
 static CanvasView fittedViewOf(SIZE client, SIZE image)
@@ -61,7 +56,7 @@ static bool isEmpty(const PixelRect& rect)
 
 static void noteChanged(const PixelRect& rect)
 {
-    PixelRect& all = changedImageRect;
+    PixelRect& all = sessionExtras.canvas.changedImage;
     if (isEmpty(rect)) return;
     all = isEmpty(all) ? rect
                        : PixelRect{std::min(all.left, rect.left), std::min(all.top, rect.top),
@@ -70,21 +65,22 @@ static void noteChanged(const PixelRect& rect)
 
 PixelRect takeChangedImageRect()
 {
-    const PixelRect changed = changedImageRect;
-    changedImageRect = {};
+    const PixelRect changed = sessionExtras.canvas.changedImage;
+    sessionExtras.canvas.changedImage = {};
     return changed;
 }
 
 void noteWholeImageChanged()
 {
-    noteChanged({0, 0, canvasView.image.width, canvasView.image.height});
+    noteChanged({0, 0, sessionExtras.canvas.view.image.width, sessionExtras.canvas.view.image.height});
 }
 
 void invalidateImageRect(HWND canvas, const RECT& image, int margin)
 {
     noteChanged(pixelRectFrom(image));
-    RECT device = rectFrom(deviceCover(canvasView, pixelRectFrom(image)));
+    RECT device = rectFrom(deviceCover(sessionExtras.canvas.view, pixelRectFrom(image)));
     InflateRect(&device, margin, margin);
     InvalidateRect(canvas, &device, FALSE);
-    if (!IsRectEmpty(&secondPlace) && !session->pressActive) InvalidateRect(canvas, &secondPlace, FALSE);
+    if (!IsRectEmpty(&sessionExtras.canvas.map.place) && !session->pressActive)
+        InvalidateRect(canvas, &sessionExtras.canvas.map.place, FALSE);
 }

@@ -5,9 +5,6 @@
 
 #include "canvas/view/view.h"
 
-extern CanvasView canvasView;  // of the running session; a new canvas starts with all zero
-extern POINT canvasPointer;    // client point of the newest press, move or release on the canvas
-
 // The image pixel under a client point.
 POINT imagePointOf(HWND canvas, POINT client);
 
@@ -33,6 +30,3 @@ void invalidateImageRect(HWND canvas, const RECT& image, int margin = 0);
 // image a second time is renewed there.
 PixelRect takeChangedImageRect();
 void noteWholeImageChanged();
-
-// Where on the canvas that is, client pixels, all 0: nowhere. Between strokes it is invalidated along with the image.
-extern RECT secondPlace;

@@ -9,26 +9,11 @@
 #include <cstdint>
 
 #include "image/pixels/bits_view.h"
-
-struct ViewSize {
-    int width, height;
-};
+#include "session/ground/canvas_view.h"
 
 // So many screen pixels show so many image pixels.
 struct ViewScale {
     int screen, image;
-};
-
-// In halves of an image pixel's `screen`th part, so that canvases of odd sizes have an exact centre, too.
-struct ViewCentre {
-    int64_t x, y;
-};
-
-// All zero: fitted, nothing to show yet; points pass unchanged.
-struct CanvasView {
-    ViewSize client, image;
-    int zoomStep;       // 0: fitted; else the step of viewScale
-    ViewCentre centre;  // zoomed: the image point at the canvas's centre
 };
 
 constexpr int ZOOM_STEP_COUNT = 14;

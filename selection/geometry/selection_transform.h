@@ -6,6 +6,7 @@
 #include "image/pixels/bits_view.h"
 #include "selection/geometry/frame_layout.h"
 #include "selection/geometry/outline.h"
+#include "session/ground/angle_track.h"
 
 // ---- points
 
@@ -53,14 +54,6 @@ const int turnSearch = 4;
 void turnPixels(const PlacedImage& target, const PlacedImage& source, const Turn& turn);
 
 // ---- angles
-
-// A drag around a centre. Angles are degrees, counter-clockwise positive.
-struct AngleTrack {
-    PixelPoint centre;
-    double first, current;  // angles of the pointer, -180..180
-    int rounds;             // whole rounds between them
-    bool begun;             // false until the pointer was somewhere else than at the centre
-};
 
 AngleTrack beginAngle(PixelPoint centre, PixelPoint pointer);
 

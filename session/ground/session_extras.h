@@ -1,12 +1,16 @@
 // What a session remembers besides its record, whose fields are fixed. One for each session, zeroed at its
-// start and when its canvas is created, so that nothing of it outlives the record. It owns nothing but the two locks of
-// KeptOriginal.
+// start and when its canvas is created, so that nothing of it outlives the record. What it owns is said where it
+// stands, and given back at the latest when the canvas goes; the locks of KeptOriginal and the kept blocks, at the
+// session's end.
 #pragma once
 
 #include <windows.h>
 
 #include <cstdint>
 
+#include "session/ground/block_store.h"
+#include "session/ground/canvas_state.h"
+#include "session/ground/selection_progress.h"
 #include "session/ground/tool_table.h"
 
 // The brush's picture at the pointer. A brush may be larger on the screen than the canvas: its bitmap then holds
@@ -72,6 +76,9 @@ struct SessionExtras {
     KeptOriginal kept;
     OutlinePicture outline;
     BrushMaskKey brushMaskKey;
+    CanvasState canvas;
+    SelectionProgress selection;
+    BlockStore blocks;
 };
 
 extern SessionExtras sessionExtras;

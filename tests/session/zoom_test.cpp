@@ -72,6 +72,22 @@ TEST_F(Zoom, FineWheelsAddUp)
     closeSession();
 }
 
+TEST_F(Zoom, WhatAnEarlierSessionTurnedDoesNotCount)
+{
+    openLarge();
+    ASSERT_TRUE(movePointerOnCanvas(&host, 100, 60));
+    ASSERT_TRUE(turnWheel(90));
+    EXPECT_EQ(0, percent());
+    closeSession();
+    openLarge();
+    ASSERT_TRUE(movePointerOnCanvas(&host, 101, 60));
+    ASSERT_TRUE(turnWheel(60));
+    EXPECT_EQ(0, percent()) << "the rest of a notch is the session's";
+    ASSERT_TRUE(turnWheel(60));
+    EXPECT_EQ(33, percent());
+    closeSession();
+}
+
 TEST_F(Zoom, OverThePaletteTheWheelDoesNothing)
 {
     openLarge();

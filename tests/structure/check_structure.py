@@ -6,7 +6,8 @@ usage: check_structure.py ROOT               the tree as it is; prints each faul
 
 The plan is the table of floors in docs/architecture.md, the top floor first. A file may include files of its own
 folder and of lower floors. Besides that no units (a header and its source) include each other in a circle, and
-what a header declares its own source defines; and the tests that docs/oddities.md names exist.
+what a header declares its own source defines; what changes during a session stands in its record or its extras, never
+in a variable of a file; and the tests that docs/oddities.md names exist.
 """
 import os
 import posixpath
@@ -21,6 +22,19 @@ FLOOR = re.compile(r'^\| (\w[\w ]*) \| ((?:`[\w/]+/`(?:, )?)+) \|', re.M)
 # One at the left margin: `Type name(` up to the `;` or `{` behind the closing parenthesis.
 FUNCTION = re.compile(r'^(?!static |typedef |using |#|inline |constexpr |return )'
                       r'(?:extern "C" )?[A-Za-z_][\w:<>,*&\s]*?[\s*&](\w+)\(([^;{}]*)\)\s*(?:const)?\s*([;{])', re.M)
+
+# One at the left margin: a type and names up to the `;`, or to what they begin with.
+VARIABLE = re.compile(r'^(?!typedef |using |return |static_assert|struct \w+;|enum \w+;|class \w+;|extern "C")'
+                      r'([A-Za-z_][\w:<>,*& ]*?[ *&])(\w+(?:\[[^\]]*\])*(?:, *\w+)*)\s*(?:=[^=]|\{|;)', re.M)
+
+# The variables that belong to no session: the source of each, and why.
+OUTLIVES_A_SESSION = {
+    'session/ground/module_state.cpp': 'what the module keeps from call to call',
+    'session/ground/session_record.cpp': 'the way to the record',
+    'session/ground/session_extras.cpp': 'the extras themselves',
+    'session/entry.cpp': 'whether a session runs, and the block of its record',
+    'image/pixels/vector_level.cpp': 'what the processor can do',
+}
 
 MADE = {'session/ground/language_rows.inc'}  # by the build
 
@@ -176,6 +190,21 @@ def strayFaults(tree):
                 yield f'{path} declares {name}, which {", ".join(sorted(where))} defines'
 
 
+def stateFaults(tree):
+    """Variables of a file that change. A reference into the extras is as good as the extras."""
+    for path, text in sorted(tree.items()):
+        if not path.endswith('.cpp') or isFree(path) or path.startswith(MODULES) or path in OUTLIVES_A_SESSION:
+            continue
+        for kind, name in VARIABLE.findall(re.sub(r'//[^\n]*|/\*.*?\*/', '', text)):
+            constant = re.search(r'\bconstexpr\b|\bconst\b(?!.*\*)|\*\s*const\b', kind)
+            of_extras = re.search(rf'&\s*{re.escape(name)} = sessionExtras\b', text)
+            type_only = re.match(r'(struct|enum|class|namespace|union)\b', kind)
+            if not constant and not of_extras and not type_only:
+                yield f'{path}: {name} is a variable that no session owns'
+    for path in sorted(OUTLIVES_A_SESSION.keys() - tree.keys()):
+        yield f'{path} may have variables of its own, and is gone'
+
+
 def oddityFaults(tree):
     """Every row of the oddities names tests, and those exist."""
     tests = {'.'.join(found) for path, text in tree.items() if path.startswith('tests/')
@@ -192,7 +221,7 @@ def oddityFaults(tree):
 
 
 def faultsOf(tree):
-    return [*floorFaults(tree), *circleFaults(tree), *strayFaults(tree), *oddityFaults(tree)]
+    return [*floorFaults(tree), *circleFaults(tree), *strayFaults(tree), *stateFaults(tree), *oddityFaults(tree)]
 
 
 def selfTest(tree):
@@ -228,6 +257,9 @@ def selfTest(tree):
               with_include('image/pixels/bits_view.h', pixels)),
         plant('a circle of three', 'a circle: image/pixels/a -> image/pixels/b -> image/pixels/c ->',
               {f'image/pixels/{a}.h': f'#include "image/pixels/{b}.h"\n' for a, b in ('ab', 'bc', 'ca')}),
+        *(plant('a variable of a file', 'image/pixels/a.cpp: kept is a variable that no session owns',
+                {'image/pixels/a.cpp': f'namespace {{\n\n{variable}\n\n}}\n'})
+          for variable in ('int kept;', 'static Place kept = {};', 'const char* kept{"a"};', 'HWND& kept = other;')),
         plant('an oddity without its test', 'there is no test Gone.Test',
               {ODDITIES: tree[ODDITIES] + '| odd | somebody | `Gone.Test` |\n'}),
         plant('an oddity without any test', 'no test holds', {ODDITIES: tree[ODDITIES] + '| odd | somebody | none |\n'}),

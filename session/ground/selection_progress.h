@@ -4,7 +4,8 @@
 
 #include <windows.h>
 
-#include "selection/geometry/selection_transform.h"
+#include "image/pixels/bits_view.h"
+#include "session/ground/angle_track.h"
 
 // How far an outline being drawn is on the screen.
 struct OutlineDots {
@@ -23,5 +24,3 @@ struct SelectionProgress {
     AngleTrack angle;       // of a running turn
     POINT rotatedFrame[5];  // the turned frame on the screen, closed, image pixels
 };
-
-extern SelectionProgress selectionProgress;

@@ -1,3 +1,0 @@
-#include "selection/selection_progress.h"
-
-SelectionProgress selectionProgress;
