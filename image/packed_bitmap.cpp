@@ -8,6 +8,7 @@
 #include "image/made_bitmap.h"
 #include "image/pixels/nearest.h"
 #include "image/pixels/pixel_ops.h"
+#include "image/pixels/pixel_rows.h"
 #include "session/ground/locked_block.h"
 
 int lockBitmapInfo(HGLOBAL image, int* width, int* height, DWORD* bitCount)
@@ -54,12 +55,19 @@ void unlockBitmap(HGLOBAL image)
     if (image) GlobalUnlock(image);
 }
 
+// More than the caches keep until the bytes are used again.
+static const SIZE_T largeCopy = 8 * 1024 * 1024;
+
 // Copies the first `size` bytes; both blocks are at least that long.
 static int copyBytes(HGLOBAL destination, HGLOBAL source, SIZE_T size)
 {
     const LockedBlock from(source), to(destination);
     if (!from || !to) return 0;
-    memmove(to.bytes, from.bytes, size);
+    if (size >= largeCopy) {
+        pixelRows().copyLarge((uint8_t*)to.bytes, (const uint8_t*)from.bytes, size);
+    } else {
+        memmove(to.bytes, from.bytes, size);
+    }
     return 1;
 }
 

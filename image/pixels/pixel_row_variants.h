@@ -22,6 +22,9 @@ struct PixelRows {
     // First pixel from x on whose "the mask's red is 0" equals `inside`, or width.
     ptrdiff_t (*findMask)(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside);
 
+    // memcpy for blocks too large for the caches: what is written passes them by. Slower where they would serve.
+    void (*copyLarge)(uint8_t* to, const uint8_t* from, size_t count);
+
     // Copies pixels with their first and third bytes exchanged. The rows do not overlap.
     void (*swapRedAndBlue)(uint8_t* to, const uint8_t* from, size_t pixels);
 

@@ -2,6 +2,7 @@
 
 #ifdef VECTOR_CODE
 
+#include <cstring>
 #include <immintrin.h>
 
 #include "image/pixels/red_bytes.h"
@@ -13,11 +14,17 @@ namespace {
 constexpr RedBytes<3 * VECTOR_SIZE> REDS = makeRedBytes<3 * VECTOR_SIZE>();
 constexpr const uint8_t* RED_BYTES = REDS.at;
 
+#include "image/pixels/large_copy_lanes.h"
 #include "image/pixels/pixel_rows_lanes.h"
 
 VECTOR_FUNCTION ptrdiff_t findMaskAvx2(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
     return findMask(mask, x, width, inside);
+}
+
+VECTOR_FUNCTION void copyLargeAvx2(uint8_t* to, const uint8_t* from, size_t count)
+{
+    copyLarge(to, from, count);
 }
 
 // Five pixels in each half. The sixteenth byte of a half is written as it was and then again by what follows.
@@ -37,6 +44,6 @@ VECTOR_FUNCTION void swapRedAndBlueAvx2(uint8_t* to, const uint8_t* from, size_t
 
 }  // namespace
 
-const PixelRows PIXEL_ROWS_AVX2 = {findMaskAvx2, swapRedAndBlueAvx2, nullptr};
+const PixelRows PIXEL_ROWS_AVX2 = {findMaskAvx2, copyLargeAvx2, swapRedAndBlueAvx2, nullptr};
 
 #endif

@@ -2,6 +2,7 @@
 
 #ifdef VECTOR_CODE
 
+#include <cstring>
 #include "image/pixels/avx512_intrinsics.h"
 #include "image/pixels/red_bytes.h"
 
@@ -12,11 +13,17 @@ namespace {
 constexpr RedBytes<3 * VECTOR_SIZE> REDS = makeRedBytes<3 * VECTOR_SIZE>();
 constexpr const uint8_t* RED_BYTES = REDS.at;
 
+#include "image/pixels/large_copy_lanes.h"
 #include "image/pixels/pixel_rows_lanes.h"
 
 VECTOR_FUNCTION ptrdiff_t findMaskAvx512(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
     return findMask(mask, x, width, inside);
+}
+
+VECTOR_FUNCTION void copyLargeAvx512(uint8_t* to, const uint8_t* from, size_t count)
+{
+    copyLarge(to, from, count);
 }
 
 struct SwapOrder {
@@ -64,6 +71,6 @@ VECTOR_FUNCTION void gatherAvx512(uint8_t* to, const uint8_t* from, const Gather
 
 }  // namespace
 
-const PixelRows PIXEL_ROWS_AVX512 = {findMaskAvx512, swapRedAndBlueAvx512, gatherAvx512};
+const PixelRows PIXEL_ROWS_AVX512 = {findMaskAvx512, copyLargeAvx512, swapRedAndBlueAvx512, gatherAvx512};
 
 #endif

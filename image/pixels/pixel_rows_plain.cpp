@@ -1,10 +1,17 @@
 #include "image/pixels/pixel_rows_plain.h"
 
+#include <cstring>
+
 ptrdiff_t findMaskPlain(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
     while (x < width && (mask[x * 3 + 2] == 0) != inside)
         ++x;
     return x;
+}
+
+static void copyLargePlain(uint8_t* to, const uint8_t* from, size_t count)
+{
+    memcpy(to, from, count);
 }
 
 void swapRedAndBluePlain(uint8_t* to, const uint8_t* from, size_t pixels)
@@ -16,4 +23,4 @@ void swapRedAndBluePlain(uint8_t* to, const uint8_t* from, size_t pixels)
     }
 }
 
-const PixelRows PIXEL_ROWS_PLAIN = {findMaskPlain, swapRedAndBluePlain, nullptr};
+const PixelRows PIXEL_ROWS_PLAIN = {findMaskPlain, copyLargePlain, swapRedAndBluePlain, nullptr};

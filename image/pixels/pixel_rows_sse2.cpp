@@ -2,6 +2,7 @@
 
 #ifdef VECTOR_CODE
 
+#include <cstring>
 #include <emmintrin.h>
 
 #include "image/pixels/red_bytes.h"
@@ -13,11 +14,17 @@ namespace {
 constexpr RedBytes<3 * VECTOR_SIZE> REDS = makeRedBytes<3 * VECTOR_SIZE>();
 constexpr const uint8_t* RED_BYTES = REDS.at;
 
+#include "image/pixels/large_copy_lanes.h"
 #include "image/pixels/pixel_rows_lanes.h"
 
 ptrdiff_t findMaskSse2(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
     return findMask(mask, x, width, inside);
+}
+
+void copyLargeSse2(uint8_t* to, const uint8_t* from, size_t count)
+{
+    copyLarge(to, from, count);
 }
 
 // 0xFF at the bytes of a vector that hold the given byte of their pixel, where the vector's first byte is byte
@@ -61,6 +68,6 @@ void swapRedAndBlueSse2(uint8_t* to, const uint8_t* from, size_t pixels)
 
 }  // namespace
 
-const PixelRows PIXEL_ROWS_SSE2 = {findMaskSse2, swapRedAndBlueSse2, nullptr};
+const PixelRows PIXEL_ROWS_SSE2 = {findMaskSse2, copyLargeSse2, swapRedAndBlueSse2, nullptr};
 
 #endif

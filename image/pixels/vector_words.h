@@ -22,6 +22,12 @@ LANES_INLINE void store(uint8_t* bytes, Vector value)
     LANES_WHOLE(storeu)((Vector*)bytes, value);
 }
 
+// Past the caches, to an address that is a multiple of VECTOR_SIZE.
+LANES_INLINE void stream(uint8_t* bytes, Vector value)
+{
+    LANES_WHOLE(stream)((Vector*)bytes, value);
+}
+
 LANES_INLINE Vector lowBytes(Vector bytes)
 {
     return LANES(unpacklo_epi8)(bytes, LANES_WHOLE(setzero)());

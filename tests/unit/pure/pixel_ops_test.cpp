@@ -250,6 +250,25 @@ TEST_P(PixelRowsTest, FindTheNextMaskPixelAtEveryWidthAndStart)
     }
 }
 
+// Around the places where the copy goes from one way to another, from and to every alignment.
+TEST_P(PixelRowsTest, CopyLargeBlocksAndNoOtherByte)
+{
+    std::mt19937 random(33);
+    std::vector<uint8_t> source(80000), target(80000), expected(80000, 0xCC);
+    for (uint8_t& byte : source)
+        byte = (uint8_t)random();
+    for (int n = 0; n < 400; n++) {
+        const size_t from = random() % 130, to = random() % 130;
+        const size_t around = random() % 5 * 16384, nearBy = random() % 200;
+        const size_t count = n < 130 ? (size_t)n : around + nearBy > 100 ? around + nearBy - 100 : nearBy;
+        std::fill(target.begin(), target.end(), (uint8_t)0xCC);
+        pixelRows().copyLarge(target.data() + to, source.data() + from, count);
+        std::fill(expected.begin(), expected.end(), (uint8_t)0xCC);
+        std::copy_n(source.begin() + (ptrdiff_t)from, count, expected.begin() + (ptrdiff_t)to);
+        ASSERT_EQ(expected, target) << count << " bytes from " << from << " to " << to;
+    }
+}
+
 TEST_P(PixelRowsTest, SwapRedAndBlueOfEveryPixelAndNoOtherByte)
 {
     std::mt19937 random(32);
