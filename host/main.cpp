@@ -1,6 +1,7 @@
 // retouch.exe: opens a photo in the retouching library and writes the result to a new file.
 #include "host/arguments.h"
 #include "host/codecs/jpeg_file.h"
+#include "host/library.h"
 #include "host/rescue.h"
 #include "host/safe_file.h"
 #include "host/save_photo.h"
@@ -131,12 +132,20 @@ PhotoStatus readGuarded(const std::wstring& path, HGLOBAL* image, SourcePhoto* s
     return status;
 }
 
-ExitCode complainAboutSession(SessionResult result)
+ExitCode complainAboutLibrary(const Library& library)
 {
-    if (result == SessionResult::NoLibrary) {
-        complain(L"KOVRTCH32.dll could not be loaded from the folder of retouch.exe.");
-        return exitNoLibrary;
-    }
+    if (library.fault == LibraryFault::Missing)
+        complain(library.faulty + L" is missing in the folder of retouch.exe: " + programFolder());
+    else if (library.fault == LibraryFault::OtherBits)
+        complain(library.faulty + L" is built for another number of bits than retouch.exe.");
+    else
+        complain(library.faulty + L" is damaged, or not the one that belongs to retouch.exe.");
+    return exitNoLibrary;
+}
+
+ExitCode resultOfSession(SessionResult result)
+{
+    if (result == SessionResult::Saved) return exitSaved;
     if (result == SessionResult::NoWindow) {
         complain(L"No window can be opened here; is there a display?");
         return exitNoLibrary;
@@ -148,11 +157,14 @@ ExitCode complainAboutSession(SessionResult result)
 // exitSaved: the image holds the edited photo.
 ExitCode runRecordedSession(const SourcePhoto& source, HGLOBAL image)
 {
+    const Library library = loadLibraryBeside();
+    if (!library.retouch) return complainAboutLibrary(library);
     openWorkRecord(source.path);
     startRescue(image);
-    const SessionResult result = runSession(image, nameOfPath(source.path));
+    const SessionResult result = runSession(library.retouch, image, nameOfPath(source.path));
     stopRescue();
-    return result == SessionResult::Saved ? exitSaved : complainAboutSession(result);
+    FreeLibrary(library.module);
+    return resultOfSession(result);
 }
 
 // The rescued picture takes the place of the photo's own pixels, so that what is known of its file is kept.
@@ -283,11 +295,7 @@ ExitCode run()
 
 int main()
 {
-    // Started by a double click the program gets a console of its own that nobody wants to see; then it
-    // speaks through message boxes.
-    DWORD processes[2];
-    const bool ownConsole = GetConsoleProcessList(processes, 2) == 1;
-    if (ownConsole) FreeConsole();
-    reportTo(ownConsole);
+    SetErrorMode(SEM_FAILCRITICALERRORS);  // what is wrong is told by this program, in sentences
+    reportToTerminal();
     return run();
 }

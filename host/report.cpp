@@ -4,52 +4,73 @@
 
 namespace {
 
-bool inWindows;
+// Where sentences go; both null: into message boxes.
+HANDLE output, errors;
+
+bool leadsSomewhere(HANDLE handle)
+{
+    return handle && handle != INVALID_HANDLE_VALUE && GetFileType(handle) != FILE_TYPE_UNKNOWN;
+}
+
+// Files and pipes that the program was given are there from its start; the screen of the terminal that it was
+// started from, if any, must be opened.
+HANDLE terminalHandle(DWORD which, bool attached)
+{
+    HANDLE given = GetStdHandle(which);
+    if (leadsSomewhere(given)) return given;
+    if (!attached) return nullptr;
+    HANDLE screen = CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                OPEN_EXISTING, 0, nullptr);
+    return leadsSomewhere(screen) ? screen : nullptr;
+}
 
 // A console takes UTF-16 as it is; files and pipes get UTF-8.
-void writeLine(DWORD which, const std::wstring& sentence)
+void writeLine(HANDLE to, const std::wstring& sentence)
 {
     const std::wstring line = sentence + L"\r\n";
-    HANDLE output = GetStdHandle(which);
     DWORD mode, written;
-    if (GetConsoleMode(output, &mode)) {
-        WriteConsoleW(output, line.c_str(), (DWORD)line.size(), &written, nullptr);
+    if (GetConsoleMode(to, &mode)) {
+        WriteConsoleW(to, line.c_str(), (DWORD)line.size(), &written, nullptr);
         return;
     }
     std::string bytes(line.size() * 3, '\0');
     const int size =
         WideCharToMultiByte(CP_UTF8, 0, line.c_str(), (int)line.size(), &bytes[0], (int)bytes.size(), nullptr, nullptr);
-    WriteFile(output, bytes.data(), (DWORD)size, &written, nullptr);
+    WriteFile(to, bytes.data(), (DWORD)size, &written, nullptr);
 }
 
-void report(DWORD which, UINT icon, const std::wstring& sentence)
+void report(HANDLE to, UINT icon, const std::wstring& sentence)
 {
-    if (inWindows)
-        MessageBoxW(nullptr, sentence.c_str(), L"Retouch", MB_OK | icon);
+    if (to)
+        writeLine(to, sentence);
     else
-        writeLine(which, sentence);
+        MessageBoxW(nullptr, sentence.c_str(), L"Retouch", MB_OK | icon);
 }
 
 }  // namespace
 
-void reportTo(bool windows)
+void reportToTerminal()
 {
-    inWindows = windows;
+    const bool attached = AttachConsole(ATTACH_PARENT_PROCESS);
+    output = terminalHandle(STD_OUTPUT_HANDLE, attached);
+    errors = terminalHandle(STD_ERROR_HANDLE, attached);
+    if (!output) output = errors;
+    if (!errors) errors = output;
 }
 
 void tell(const std::wstring& sentence)
 {
-    report(STD_OUTPUT_HANDLE, MB_ICONINFORMATION, sentence);
+    report(output, MB_ICONINFORMATION, sentence);
 }
 
 void mention(const std::wstring& sentence)
 {
-    if (!inWindows) writeLine(STD_OUTPUT_HANDLE, sentence);
+    if (output) writeLine(output, sentence);
 }
 
 void complain(const std::wstring& sentence)
 {
-    report(STD_ERROR_HANDLE, MB_ICONERROR, sentence);
+    report(errors, MB_ICONERROR, sentence);
 }
 
 std::wstring systemErrorText(unsigned long error)

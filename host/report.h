@@ -14,8 +14,9 @@ enum ExitCode {
     exitCannotWrite = 7,
 };
 
-// With windows true sentences appear in a message box, else on standard output and standard error.
-void reportTo(bool windows);
+// Sentences go to where standard output and standard error lead, or to the terminal that the program was started from.
+// Where there is neither, as after a double click, they appear in message boxes.
+void reportToTerminal();
 
 void tell(const std::wstring& sentence);
 void mention(const std::wstring& sentence);  // what goes on: for terminals only

@@ -1,7 +1,6 @@
 #include "host/session_call.h"
 
 #include "host/placement.h"
-#include "include/kovrtch32.h"
 
 namespace {
 
@@ -35,15 +34,30 @@ HWND createHostWindow(const std::wstring& name)
     return window;
 }
 
-// The library lies beside the program; a full path keeps the current folder out of the search.
-HMODULE loadLibraryBeside(const wchar_t* name)
+INT_PTR CALLBACK measuredDialogProc(HWND, UINT, WPARAM, LPARAM)
 {
-    wchar_t path[32768];
-    const DWORD length = GetModuleFileNameW(nullptr, path, 32768);
-    if (length == 0 || length >= 32768) return nullptr;
-    std::wstring full(path, length);
-    full.resize(full.find_last_of(L"\\/") + 1);
-    return LoadLibraryExW((full + name).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    return FALSE;
+}
+
+// What the library's contract says of the palette, in the words of a dialog template.
+#pragma pack(push, 2)
+struct PaletteMeasure {
+    DLGTEMPLATE dialog = {
+        WS_POPUP | WS_DLGFRAME | DS_SETFONT, 0, 0, 0, 0, KOVRTCH32_PALETTE_WIDTH, KOVRTCH32_PALETTE_HEIGHT};
+    WORD menu = 0, windowClass = 0, title = 0, points = 8;
+    wchar_t face[5] = L"Helv";
+};
+#pragma pack(pop)
+
+// In pixels, at the DPI of the host's window: a dialog of the same size and font tells it.
+ScreenSize paletteSize(HWND host)
+{
+    alignas(4) const PaletteMeasure measure;
+    HWND dialog = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), &measure.dialog, host, measuredDialogProc, 0);
+    RECT box = {};
+    GetWindowRect(dialog, &box);
+    DestroyWindow(dialog);
+    return {(int)(box.right - box.left), (int)(box.bottom - box.top)};
 }
 
 Placement placeSession(HWND host, ScreenSize image)
@@ -53,11 +67,8 @@ Placement placeSession(HWND host, ScreenSize image)
     MapWindowPoints(host, nullptr, (POINT*)&client, 2);
     const ScreenSize frame = {2 * GetSystemMetrics(SM_CXFRAME),
                               GetSystemMetrics(SM_CYCAPTION) + 2 * GetSystemMetrics(SM_CYFRAME)};
-    // The palette has a fixed size in dialog units; its exact one is known only when it is open.
-    const LONG units = GetDialogBaseUnits();
-    const ScreenSize palette = {48 * LOWORD(units) / 4 + frame.width, 277 * HIWORD(units) / 8 + frame.height};
     return placeWindows(image, {(int)client.left, (int)client.top, (int)client.right, (int)client.bottom}, frame,
-                        palette);
+                        paletteSize(host));
 }
 
 ScreenSize sizeOfImage(HGLOBAL image)
@@ -70,21 +81,14 @@ ScreenSize sizeOfImage(HGLOBAL image)
 
 }  // namespace
 
-SessionResult runSession(HGLOBAL image, const std::wstring& name)
+SessionResult runSession(RetouchEntry retouch, HGLOBAL image, const std::wstring& name)
 {
-    HMODULE library = loadLibraryBeside(L"KOVRTCH32.dll");
-    RetouchEntry retouch = nullptr;
-    if (library) retouch = (RetouchEntry)(void*)GetProcAddress(library, MAKEINTRESOURCEA(KOVRTCH32_ENTRY_ORDINAL));
-    HWND host = retouch ? createHostWindow(name) : nullptr;
-    if (!host) {
-        if (library) FreeLibrary(library);
-        return retouch ? SessionResult::NoWindow : SessionResult::NoLibrary;
-    }
+    HWND host = createHostWindow(name);
+    if (!host) return SessionResult::NoWindow;
     const Placement place = placeSession(host, sizeOfImage(image));
     RECT dialog = {place.dialog.left, place.dialog.top, place.dialog.right, place.dialog.bottom};
     POINT palette = {place.paletteLeft, place.paletteTop};
     const int saved = retouch(host, image, &dialog, &palette);
     DestroyWindow(host);
-    FreeLibrary(library);
     return saved == 1 ? SessionResult::Saved : SessionResult::Closed;
 }

@@ -17,6 +17,9 @@
 
 #define KOVRTCH32_ENTRY_ORDINAL 2
 
+#define KOVRTCH32_PALETTE_WIDTH 48 /* in dialog units */
+#define KOVRTCH32_PALETTE_HEIGHT 277
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -36,7 +39,9 @@ extern "C" {
                frame included, is to occupy. The image fills all that is inside the frame (SM_CXFRAME, SM_CYFRAME,
                SM_CYCAPTION), stretched when the proportions differ; the user's resizing keeps the proportions that it
                has here. When nothing is left inside the frame, the window takes the image's own size.
-   palettePos  Screen position in pixels of the tool palette's top-left corner.
+   palettePos  Screen position in pixels of the tool palette's top-left corner. The palette is KOVRTCH32_PALETTE_WIDTH
+   by KOVRTCH32_PALETTE_HEIGHT dialog units of 8 point "Helv" inside a dialog frame (WS_DLGFRAME): a hidden dialog of
+   that size and font tells how many pixels that is.
 
    Returns 1 when the user pressed Save: the image holds the edited picture.
    Returns 0 when the user left in any other way, or when the session could not start (null or unsound image, null

@@ -1,0 +1,128 @@
+// retouch.exe where its libraries are missing or wrong, and where there is no terminal to speak to.
+#include "host/report.h"
+#include "tests/host/host_program.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// What a program file says of itself.
+IMAGE_NT_HEADERS* headersOf(std::vector<uint8_t>& file)
+{
+    return (IMAGE_NT_HEADERS*)&file[(size_t)((IMAGE_DOS_HEADER*)&file[0])->e_lfanew];
+}
+
+std::vector<uint8_t> forOtherBits(std::vector<uint8_t> file)
+{
+    IMAGE_NT_HEADERS* headers = headersOf(file);
+    const bool is64 = headers->FileHeader.Machine == IMAGE_FILE_MACHINE_AMD64;
+    headers->FileHeader.Machine = is64 ? IMAGE_FILE_MACHINE_I386 : IMAGE_FILE_MACHINE_AMD64;
+    headers->OptionalHeader.Magic = is64 ? IMAGE_NT_OPTIONAL_HDR32_MAGIC : IMAGE_NT_OPTIONAL_HDR64_MAGIC;
+    return file;
+}
+
+// The program in a folder of its own, with those two libraries; an empty one is left out. What it says.
+std::wstring saidBeside(const std::vector<uint8_t>& library, const std::vector<uint8_t>& controls)
+{
+    TestFolder folder;
+    writeBytes(folder.path + L"retouch.exe", readBytes(folderOfPrograms() + L"retouch.exe"));
+    if (!library.empty()) writeBytes(folder.path + L"KOVRTCH32.dll", library);
+    if (!controls.empty()) writeBytes(folder.path + L"KOVCTRL32.dll", controls);
+    writeBytes(folder.path + L"photo.bmp", smallPhoto());
+    HostProgram program;
+    program.start(folder.path + L"retouch.exe", L"photo.bmp", folder);
+    EXPECT_EQ(program.exitCode(), exitNoLibrary);
+    EXPECT_EQ(readBytes(folder.path + L"photo-retouched.bmp").size(), 0u);
+    return program.said();
+}
+
+struct HostInstallation : testing::Test {
+    const std::vector<uint8_t> library = readBytes(folderOfPrograms() + L"KOVRTCH32.dll");
+    const std::vector<uint8_t> controls = readBytes(folderOfPrograms() + L"KOVCTRL32.dll");
+    const std::vector<uint8_t> noProgram = std::vector<uint8_t>(5000, 'x');
+};
+
+bool tells(const std::wstring& text, const std::wstring& words)
+{
+    return text.find(words) != std::wstring::npos;
+}
+
+}  // namespace
+
+TEST_F(HostInstallation, NamesTheLibraryThatIsMissing)
+{
+    EXPECT_TRUE(tells(saidBeside(library, {}), L"KOVCTRL32.dll is missing"));
+    EXPECT_TRUE(tells(saidBeside({}, controls), L"KOVRTCH32.dll is missing"));
+}
+
+TEST_F(HostInstallation, NamesTheLibraryOfAnotherNumberOfBits)
+{
+    EXPECT_TRUE(tells(saidBeside(library, forOtherBits(controls)), L"KOVCTRL32.dll is built for another number"));
+    EXPECT_TRUE(tells(saidBeside(forOtherBits(library), controls), L"KOVRTCH32.dll is built for another number"));
+}
+
+TEST_F(HostInstallation, NamesTheLibraryThatIsDamaged)
+{
+    EXPECT_TRUE(tells(saidBeside(library, noProgram), L"KOVCTRL32.dll is damaged"));
+    // A library, but not that one.
+    EXPECT_TRUE(tells(saidBeside(controls, controls), L"KOVRTCH32.dll is damaged"));
+}
+
+// A program of windows: a double click opens no console.
+TEST(HostVoice, IsNotThatOfAConsole)
+{
+    std::vector<uint8_t> program = readBytes(folderOfPrograms() + L"retouch.exe");
+    EXPECT_EQ(headersOf(program)->OptionalHeader.Subsystem, IMAGE_SUBSYSTEM_WINDOWS_GUI);
+}
+
+TEST(HostVoice, IsAMessageBoxWhereThereIsNoTerminal)
+{
+    TestFolder folder;
+    HostProgram program;
+    HostWindows windows;
+    program.startRetouch(L"nowhere.jpg", folder, false);
+    ASSERT_TRUE(waitForBox(program, &windows));
+    EXPECT_TRUE(tells(textIn(windows.box), L"nowhere.jpg"));
+    PostMessageW(windows.box, WM_COMMAND, IDOK, 0);
+    EXPECT_EQ(program.exitCode(), exitMissing);
+}
+
+namespace {
+
+std::wstring onScreenOf(HANDLE console)
+{
+    std::wstring text(80 * 60, L' ');
+    DWORD count = 0;
+    ReadConsoleOutputCharacterW(console, &text[0], (DWORD)text.size(), {0, 0}, &count);
+    text.resize(count);
+    return text;
+}
+
+}  // namespace
+
+// Started from a terminal that passes no handles on, as a command line does with programs of windows.
+TEST(HostVoice, IsHeardInTheTerminalThatItWasStartedFrom)
+{
+    const HANDLE kept[] = {GetStdHandle(STD_INPUT_HANDLE), GetStdHandle(STD_OUTPUT_HANDLE),
+                           GetStdHandle(STD_ERROR_HANDLE)};
+    FreeConsole();
+    ASSERT_TRUE(AllocConsole());
+    HANDLE screen = CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                OPEN_EXISTING, 0, nullptr);
+    std::wstring line = L"\"" + folderOfPrograms() + L"retouch.exe\" --help";
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    // Windows gives a program of windows neither its parent's console nor its handles; Wine gives it both.
+    for (DWORD which : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE})
+        SetStdHandle(which, nullptr);
+    HostProgram program;
+    EXPECT_TRUE(CreateProcessW(nullptr, &line[0], nullptr, nullptr, FALSE, DETACHED_PROCESS, nullptr, nullptr, &startup,
+                               &program.process));
+    EXPECT_EQ(program.exitCode(), exitSaved);
+    EXPECT_TRUE(waitUntil("the words", [&] { return tells(onScreenOf(screen), L"Usage: retouch.exe"); }));
+    CloseHandle(screen);
+    FreeConsole();
+    SetStdHandle(STD_INPUT_HANDLE, kept[0]);
+    SetStdHandle(STD_OUTPUT_HANDLE, kept[1]);
+    SetStdHandle(STD_ERROR_HANDLE, kept[2]);
+}
