@@ -238,13 +238,13 @@ void movePointer(FaultHost* host, HWND window, POINT screen)
 
 void press(FaultHost* host)
 {
-    postButton(host->threadId, true);
+    postButton(host->threadId, LEFT_BUTTON, true);
     settle(host);
 }
 
 void release(FaultHost* host)
 {
-    postButton(host->threadId, false);
+    postButton(host->threadId, LEFT_BUTTON, false);
     settle(host);
 }
 

@@ -1,5 +1,5 @@
-// A monkey at the editor: pointer, keys, commands, scrolls, sizes and closes in any order to any window of the session,
-// seeded. Whatever it does, nothing crashes or hangs, and Close gives the original back.
+// A monkey at the editor: a posted pointer, keys, commands, scrolls, sizes and closes in any order to any window of the
+// session, seeded. Whatever it does, nothing crashes or hangs, and Close gives the original back.
 //
 //     monkey SECONDS [SEED]
 //
@@ -11,6 +11,7 @@
 
 #include "tests/faults/fallible.h"
 #include "tests/faults/fault_host.h"
+#include "tests/faults/posted_pointer.h"
 #include "tests/session/host_image.h"
 
 namespace {
@@ -88,33 +89,20 @@ POINT pointIn(HWND window)
             box.top - 10 + (LONG)below((unsigned)(height > 0 ? height : 1) + 20)};
 }
 
-void mouse(DWORD flags, POINT at)
+bool overOk(HWND window)
 {
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
-    input.mi.dx = (LONG)(((LONGLONG)at.x * 65536 + width - 1) / width);
-    input.mi.dy = (LONG)(((LONGLONG)at.y * 65536 + height - 1) / height);
-    SendInput(1, &input, sizeof input);
-}
-
-bool overOk(POINT at)
-{
-    const HWND under = WindowFromPoint(at);
-    return under && GetDlgItem(GetAncestor(under, GA_ROOT), IDOK) != nullptr;
+    return GetDlgItem(GetAncestor(window, GA_ROOT), IDOK) != nullptr;
 }
 
 void movesAndPresses(HWND window)
 {
-    const POINT at = pointIn(window);
-    if (overOk(at) && !mayAdjust) return;
-    if (overOk(at)) adjusted = true;
-    mouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, at);
-    static const DWORD buttons[] = {
-        MOUSEEVENTF_LEFTDOWN,   MOUSEEVENTF_LEFTUP,   MOUSEEVENTF_LEFTUP,    0,
-        MOUSEEVENTF_MIDDLEDOWN, MOUSEEVENTF_MIDDLEUP, MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_RIGHTUP};
-    if (const DWORD button = buttons[below(8)]) mouse(button, at);
+    if (overOk(window) && !mayAdjust) return;
+    if (overOk(window)) adjusted = true;
+    postMove(host.threadId, window, pointIn(window));
+    static const PointerButton buttons[] = {LEFT_BUTTON,   LEFT_BUTTON,  LEFT_BUTTON, NO_BUTTON,
+                                            MIDDLE_BUTTON, RIGHT_BUTTON, NO_BUTTON};
+    const PointerButton button = buttons[below(7)];
+    if (button != NO_BUTTON) postButton(host.threadId, button, below(2) == 0);
 }
 
 void wheel(HWND window)
@@ -129,8 +117,8 @@ void command(HWND window)
     static const WORD ids[] = {114, 115, 116, 117, 118, 119, 120, 121, 122, 154, 190, 190, 191,  206,
                                208, 209, 213, 214, 2,   8,   9,   10,  1,   150, 152, 0,   65535};
     const WORD id = below(12) ? ids[below(sizeof ids / sizeof ids[0])] : (WORD)below(300);
-    if ((id == 2 || id == 8) && below(20)) return;  // not every few steps
-    if (id == 123 || id == 124) return;             // pressed again they open the system's own choosers
+    if ((id == 2 || id == 8) && below(100)) return;  // not every few steps
+    if (id == 123 || id == 124) return;              // pressed again they open the system's own choosers
     post(GetAncestor(window, GA_ROOT), WM_COMMAND, MAKEWPARAM(id, 0), 0);
 }
 
@@ -167,7 +155,7 @@ void odd(HWND window)
 
 void closeSomething(HWND window)
 {
-    if (below(10) == 0) post(GetAncestor(window, GA_ROOT), WM_CLOSE, 0, 0);
+    if (below(40) == 0) post(GetAncestor(window, GA_ROOT), WM_CLOSE, 0, 0);
 }
 
 void step(const Windows& windows)
@@ -217,8 +205,8 @@ void playSession(unsigned seed)
         }
         step(windows);
     }
-    for (const DWORD up : {MOUSEEVENTF_LEFTUP, MOUSEEVENTF_MIDDLEUP, MOUSEEVENTF_RIGHTUP})
-        mouse(up, {0, 0});
+    for (const PointerButton button : {LEFT_BUTTON, MIDDLE_BUTTON, RIGHT_BUTTON})
+        postButton(host.threadId, button, false);
     leaveSession(&host, 2);
     if (host.running) {
         found("a session does not end");

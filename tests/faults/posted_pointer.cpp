@@ -6,7 +6,16 @@ namespace {
 
 POINT place;
 HWND below;
-volatile LONG buttonDown;
+
+struct ButtonState {
+    int key;
+    WPARAM flag;
+    UINT downMessage, upMessage;
+    volatile LONG down;
+};
+ButtonState buttons[] = {{VK_LBUTTON, MK_LBUTTON, WM_LBUTTONDOWN, WM_LBUTTONUP, 0},
+                         {VK_MBUTTON, MK_MBUTTON, WM_MBUTTONDOWN, WM_MBUTTONUP, 0},
+                         {VK_RBUTTON, MK_RBUTTON, WM_RBUTTONDOWN, WM_RBUTTONUP, 0}};
 
 BOOL WINAPI cursorPos(POINT* at)
 {
@@ -16,7 +25,9 @@ BOOL WINAPI cursorPos(POINT* at)
 
 SHORT WINAPI keyState(int key)
 {
-    return key == VK_LBUTTON && buttonDown ? (SHORT)0x8000 : 0;
+    for (const ButtonState& button : buttons)
+        if (button.key == key && button.down) return (SHORT)0x8000;
+    return 0;
 }
 
 DWORD WINAPI messagePos()
@@ -52,7 +63,10 @@ void postMouse(DWORD thread, UINT message)
     if (!window) return;
     POINT at = place;
     ScreenToClient(window, &at);
-    PostMessageA(window, message, buttonDown ? MK_LBUTTON : 0, MAKELPARAM(at.x, at.y));
+    WPARAM held = 0;
+    for (const ButtonState& button : buttons)
+        if (button.down) held |= button.flag;
+    PostMessageA(window, message, held, MAKELPARAM(at.x, at.y));
 }
 
 }  // namespace
@@ -74,8 +88,8 @@ void postMove(DWORD thread, HWND window, POINT screen)
     postMouse(thread, WM_MOUSEMOVE);
 }
 
-void postButton(DWORD thread, bool down)
+void postButton(DWORD thread, PointerButton button, bool down)
 {
-    InterlockedExchange(&buttonDown, down);
-    postMouse(thread, down ? WM_LBUTTONDOWN : WM_LBUTTONUP);
+    InterlockedExchange(&buttons[button].down, down);
+    postMouse(thread, down ? buttons[button].downMessage : buttons[button].upMessage);
 }

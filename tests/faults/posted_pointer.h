@@ -9,5 +9,6 @@ void usePostedPointer();
 
 // To the window that has the capture of that thread, or else to this one, unless it or its dialog is disabled.
 void postMove(DWORD thread, HWND window, POINT screen);
-// The left button, where the pointer is.
-void postButton(DWORD thread, bool down);
+// Where the pointer is.
+enum PointerButton { NO_BUTTON = -1, LEFT_BUTTON, MIDDLE_BUTTON, RIGHT_BUTTON };
+void postButton(DWORD thread, PointerButton button, bool down);

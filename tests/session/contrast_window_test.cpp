@@ -74,6 +74,24 @@ TEST_F(ContrastWindow, LibraryIsDisabledMeanwhile)
     removeLibraryDirectory(library);
 }
 
+static BOOL CALLBACK countContrastWindow(HWND window, LPARAM count)
+{
+    if (GetDlgItem(window, ID_CONTRAST_BAR) && GetDlgItem(window, ID_RESET_CONTRAST)) ++*(int*)count;
+    return TRUE;
+}
+
+TEST_F(ContrastWindow, CommandFromOutsideOpensNoSecondOne)
+{
+    ASSERT_TRUE(open());
+    openDialog();
+    for (const int id : {ID_CONTRAST, ID_COLORS, ID_COLORS})
+        SendMessageA(host.palette, WM_COMMAND, (WPARAM)id, 0);
+    int windows = 0;
+    EnumThreadWindows(host.threadId, countContrastWindow, (LPARAM)&windows);
+    EXPECT_EQ(1, windows);
+    closeDialog(ID_CONTRAST_CANCEL);
+}
+
 static HCURSOR dragCursor;
 static bool dragCursorShown;
 

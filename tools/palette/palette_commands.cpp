@@ -215,6 +215,8 @@ const Command commands[] = {
 void runPaletteCommand(HWND palette, int id)
 {
     if (sessionExtras.leaving != LEAVING_UNDECIDED) return;  // Close and Save are the last word
+    // Under a dialog of its own only a message from outside can command it; that must not open a second one.
+    if (!IsWindowEnabled(palette) && id != BUTTON_CLOSE && id != BUTTON_SAVE) return;
     endCanvasPress();
     switchSettings(palette, (uint32_t)id);
     endText(session->canvasWindow);
