@@ -2,7 +2,7 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/map_layout.h"
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/session_extras.h"
@@ -21,14 +21,8 @@ RECT rectOfMap()
 
 void renew(const PixelRect& part)
 {
-    BitmapBlock imageBlock, thumbnailBlock;
-    BitsView image, thumbnail;
-    if (!lockPixels(editedImage(), &imageBlock, &image)) return;
-    if (lockPixels(map.thumbnail, &thumbnailBlock, &thumbnail)) {
-        renewThumbnail(thumbnail, image, part);
-        unlockBlock(thumbnailBlock);
-    }
-    unlockBlock(imageBlock);
+    const LockedPixels image(editedImage()), thumbnail(map.thumbnail);
+    if (image && thumbnail) renewThumbnail(thumbnail.view, image.view, part);
 }
 
 void freeThumbnail()

@@ -3,7 +3,7 @@
 #include "canvas/overview_map.h"
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/view_pixels.h"
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_view.h"
 #include "session/ground/session_extras.h"
@@ -44,11 +44,8 @@ void closeOffScreen(const OffScreen& screen)
 // A new section is black, and stays so where the image has no pixels to show.
 void showImage(const ViewPicture& picture)
 {
-    BitmapBlock block;
-    BitsView image;
-    if (!lockPixels(editedImage(), &block, &image)) return;
-    showPixels(picture, sessionExtras.canvas.view, image, {0, 0});
-    unlockBlock(block);
+    const LockedPixels image(editedImage());
+    if (image) showPixels(picture, sessionExtras.canvas.view, image.view, {0, 0});
 }
 
 void drawOverlays(const OffScreen& screen)

@@ -4,7 +4,7 @@
 #include "color/colour_adjustment.h"
 #include "color/kernels/contrast_preview.h"
 #include "controls/kovctrl32.h"
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
 #include "resources/resource_ids.h"
@@ -59,27 +59,22 @@ void freePreview()
 
 bool fillPreview(HGLOBAL preview, const BitsView& image)
 {
-    BitmapBlock block;
-    BitsView pixels;
-    if (!lockPixels(preview, &block, &pixels)) return false;
-    samplePreview(pixels, image);
-    unlockBlock(block);
-    return true;
+    const LockedPixels pixels(preview);
+    if (pixels) samplePreview(pixels.view, image);
+    return (bool)pixels;
 }
 
 // Makes previewSource, and previewImage as a copy of it. 0 when there is no room, no 24-bit image or no
 // memory; the dialog then works without a preview.
 int createContrastPreview(const RECT& client)
 {
-    BitmapBlock block;
-    BitsView image;
-    if (!lockPixels(editedImage(), &block, &image)) return 0;
-    const PreviewSize size = previewSizeFor(image.width, image.height, client.right, client.bottom);
+    const LockedPixels image(editedImage());
+    if (!image) return 0;
+    const PreviewSize size = previewSizeFor(image.view.width, image.view.height, client.right, client.bottom);
     session->previewSource = createBitmap(size.width, size.height, 24);
-    if (session->previewSource && fillPreview(session->previewSource, image)) {
+    if (session->previewSource && fillPreview(session->previewSource, image.view)) {
         session->previewImage = duplicateBitmap(session->previewSource, 1);
     }
-    unlockBlock(block);
     if (!session->previewImage) freePreview();
     return session->previewImage != nullptr;
 }

@@ -43,40 +43,6 @@ MapView mapBehind(const BitmapBlock& block, uint32_t headerBytes)
     return {(uint8_t*)block.header + headerBytes + stride * (block.height - 1), -stride, block.width, block.height};
 }
 
-static bool lockPixelsAt(HGLOBAL image, bool fixedHeader, BitmapBlock* block, BitsView* pixels)
-{
-    if (!lockBlock(image, block)) return false;
-    const uint32_t headerBytes = fixedHeader ? fixedHeaderBytes : block->header->biSize;
-    if (block->bitCount != 24 || !rowsFit(*block, headerBytes, 24)) {
-        unlockBlock(*block);
-        return false;
-    }
-    *pixels = pixelsBehind(*block, headerBytes);
-    return true;
-}
-
-bool lockPixels(HGLOBAL image, BitmapBlock* block, BitsView* pixels)
-{
-    return lockPixelsAt(image, false, block, pixels);
-}
-
-bool lockPixelsBehind40(HGLOBAL image, BitmapBlock* block, BitsView* pixels)
-{
-    return lockPixelsAt(image, true, block, pixels);
-}
-
-bool lockMap(HGLOBAL mask, BitmapBlock* block, MapView* map)
-{
-    if (!lockBlock(mask, block)) return false;
-    const uint32_t headerBytes = block->header->biSize;
-    if (block->bitCount != 8 || !rowsFit(*block, headerBytes, 8)) {
-        unlockBlock(*block);
-        return false;
-    }
-    *map = mapBehind(*block, headerBytes);
-    return true;
-}
-
 uint64_t colourTableBytes(const BitmapBlock& block)
 {
     uint64_t entries = block.header->biClrUsed;

@@ -26,15 +26,5 @@ bool rowsFit(const BitmapBlock& block, uint64_t headerBytes, int bitsPerPixel);
 BitsView pixelsBehind(const BitmapBlock& block, uint32_t headerBytes);
 MapView mapBehind(const BitmapBlock& block, uint32_t headerBytes);
 
-// Locks a 24-bit image whose rows are all there behind a header of biSize bytes.
-bool lockPixels(HGLOBAL image, BitmapBlock* block, BitsView* pixels);
-
-// Locks a 24-bit image whose rows are all there behind 40 bytes, whatever biSize says.
-bool lockPixelsBehind40(HGLOBAL image, BitmapBlock* block, BitsView* pixels);
-
-// Locks an 8-bit map (brush mask, stroke coverage) whose rows follow a header of biSize bytes directly. Maps
-// store no colour table, so lockBitmapBits, which counts one, does not find their rows.
-bool lockMap(HGLOBAL mask, BitmapBlock* block, MapView* map);
-
 // Bytes of the colour table: biClrUsed entries, else as many as the depth has colours, none above 8 bits.
 uint64_t colourTableBytes(const BitmapBlock& block);

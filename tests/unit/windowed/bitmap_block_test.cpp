@@ -2,36 +2,34 @@
 
 #include <cstring>
 
-#include "image/bitmap_block.h"
 #include "image/bitmap_locks.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/locked_block.h"
 #include "tests/session/resources_in_use.h"
 #include "tests/session/import_patch.h"
 
-TEST(BitmapBlock, LockMapFindsTheRowsOfAMapWithoutColourTable)
+TEST(BitmapBlock, ALockedMapFindsItsRowsWithoutColourTable)
 {
     HGLOBAL handle = createBitmap(5, 3, 8);
-    BitmapBlock block;
-    MapView map;
-    ASSERT_TRUE(lockMap(handle, &block, &map));
-    EXPECT_EQ(5, map.width);
-    EXPECT_EQ(3, map.height);
-    EXPECT_EQ((uint8_t*)block.header + 40 + 2 * 8, rowOf(map, 0));
-    EXPECT_EQ((uint8_t*)block.header + 40, rowOf(map, 2));
-    unlockBlock(block);
+    {
+        const LockedMap map(handle);
+        ASSERT_TRUE(map);
+        EXPECT_EQ(5, map.view.width);
+        EXPECT_EQ(3, map.view.height);
+        const uint8_t* const start = (const uint8_t*)map.bitmap.block.header;
+        EXPECT_EQ(start + 40 + 2 * 8, rowOf(map.view, 0));
+        EXPECT_EQ(start + 40, rowOf(map.view, 2));
+    }
     EXPECT_EQ(0u, GlobalFlags(handle) & GMEM_LOCKCOUNT);
     EXPECT_EQ(nullptr, lockBitmapBits(handle));  // 1024 bytes on is behind so small a map
     GlobalFree(handle);
 }
 
-TEST(BitmapBlock, LockMapRefusesOtherDepths)
+TEST(BitmapBlock, ALockedMapRefusesOtherDepths)
 {
     HGLOBAL handle = createBitmap(5, 3, 24);
-    BitmapBlock block;
-    MapView map;
-    EXPECT_FALSE(lockMap(handle, &block, &map));
-    EXPECT_FALSE(lockMap(nullptr, &block, &map));
+    EXPECT_FALSE(LockedMap(handle));
+    EXPECT_FALSE(LockedMap(nullptr));
     EXPECT_EQ(0u, GlobalFlags(handle) & GMEM_LOCKCOUNT);
     GlobalFree(handle);
 }

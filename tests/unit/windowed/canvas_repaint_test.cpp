@@ -1,20 +1,18 @@
 // What the canvas shows after a part of the image has changed and was invalidated: the same as after a repaint
 // of everything, at scales that do not come out even, too.
 #include "canvas/view/canvas_coordinates.h"
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "tests/unit/windowed/client_screen.h"
 #include "tests/unit/windowed/session_fixture.h"
 
 struct CanvasRepaint : SessionFixture {
     void invert(const RECT& rect)
     {
-        BitmapBlock block;
-        BitsView pixels;
-        ASSERT_TRUE(lockPixels(image, &block, &pixels));
+        const LockedPixels pixels(image);
+        ASSERT_TRUE(pixels);
         for (int y = rect.top; y < rect.bottom; ++y)
             for (int i = rect.left * 3; i < rect.right * 3; ++i)
-                rowOf(pixels, y)[i] ^= 0xFF;
-        unlockBlock(block);
+                rowOf(pixels.view, y)[i] ^= 0xFF;
     }
 };
 

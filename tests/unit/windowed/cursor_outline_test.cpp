@@ -4,7 +4,7 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "canvas/view/cursor_outline.h"
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "image/bitmap_display.h"
 #include "tests/unit/windowed/client_screen.h"
 #include "tests/unit/windowed/stroke_model.h"
@@ -186,12 +186,12 @@ TEST_F(CursorOutline, WhatWasPaintedMeanwhileIsThereWhenItHasGone)
     ASSERT_TRUE(start(100, 80, {250, 200}));
     brush(16, 16);
     enter(100, 100);
-    BitmapBlock block;
-    BitsView pixels;
-    ASSERT_TRUE(lockPixels(image, &block, &pixels));
-    for (int y = 35; y < 45; ++y)
-        memset(rowOf(pixels, y), 0x40, 100 * 3);
-    unlockBlock(block);
+    {
+        const LockedPixels pixels(image);
+        ASSERT_TRUE(pixels);
+        for (int y = 35; y < 45; ++y)
+            memset(rowOf(pixels.view, y), 0x40, 100 * 3);
+    }
     const RECT strip = {0, 87, 250, 113};
     repaint(&strip);
     moveTo(103, 98);

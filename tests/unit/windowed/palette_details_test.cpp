@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "resources/resource_ids.h"
 #include "session/ground/language.h"
 #include "session/ground/module_state.h"
@@ -214,11 +214,11 @@ TEST_F(PaletteDetails, ShapeAndBarsAreKeptAtOnceEdgeWhenTheToolIsLeft)
 // The outline at the pointer takes the new colour at the release.
 TEST_F(PaletteDetails, OutlineFollowsAPickedColourAtTheRelease)
 {
-    BitmapBlock block;
-    BitsView pixels;
-    ASSERT_TRUE(lockPixels(image, &block, &pixels));
-    memset(rowOf(pixels, 9), 0xFF, 60 * 3);
-    unlockBlock(block);
+    {
+        const LockedPixels pixels(image);
+        ASSERT_TRUE(pixels);
+        memset(rowOf(pixels.view, 9), 0xFF, 60 * 3);
+    }
     click(BUTTON_BRUSH);
     click(BUTTON_COLORS);
     sessionPress(7, 9);

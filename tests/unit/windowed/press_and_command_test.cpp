@@ -1,6 +1,6 @@
 // A command of the palette or the library that arrives while a press on the canvas runs: the press ends first, as
 // the release at its last point would. The oracle is the same command after a real release there.
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "resources/resource_ids.h"
 #include "session/ground/language.h"
 #include "session/ground/module_state.h"
@@ -62,12 +62,10 @@ struct Outcome {
 
 static std::vector<uint8_t> bytesOf(HGLOBAL image)
 {
-    BitmapBlock block;
-    if (!lockBlock(image, &block)) return {};
-    const uint8_t* bytes = (const uint8_t*)block.header;
-    const std::vector<uint8_t> copy(bytes, bytes + block.size);
-    unlockBlock(block);
-    return copy;
+    const LockedBitmap bitmap(image);
+    if (!bitmap) return {};
+    const uint8_t* bytes = (const uint8_t*)bitmap.block.header;
+    return {bytes, bytes + bitmap.block.size};
 }
 
 static Outcome outcome(HGLOBAL image)

@@ -11,7 +11,7 @@
 #include <cmath>
 
 #include "canvas/pointer_input.h"
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "selection/geometry/frame_layout.h"
 #include "selection/selection_operations.h"
 #include "tests/reference/outline_reference.h"
@@ -43,12 +43,10 @@ struct SelectionStress : SessionFixture {
 
 reference::Picture pixelsOf(HGLOBAL bitmap)
 {
-    BitmapBlock block;
-    BitsView view;
-    if (!lockPixels(bitmap, &block, &view)) return {};
-    const reference::Picture pixels = reference::fromStoredRows(rowOf(view, view.height - 1), view.width, view.height);
-    unlockBlock(block);
-    return pixels;
+    const LockedPixels pixels(bitmap);
+    if (!pixels) return {};
+    const BitsView& view = pixels.view;
+    return reference::fromStoredRows(rowOf(view, view.height - 1), view.width, view.height);
 }
 
 void expectSame(const char* what, const reference::Picture& expected, HGLOBAL bitmap)

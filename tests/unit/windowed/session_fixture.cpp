@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "canvas/canvas.h"
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "image/original_image.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/module_state.h"
@@ -17,24 +17,21 @@ HGLOBAL bitmapOf(const reference::Picture& picture)
 {
     const HGLOBAL bitmap = createBitmap(picture.width, picture.height, 24);
     GuardedImage packed = imageOf(picture);
-    BitmapBlock block;
-    BitsView pixels;
-    if (!lockPixels(bitmap, &block, &pixels)) return nullptr;
-    memcpy(rowOf(pixels, picture.height - 1), rowOf(packed.view(), picture.height - 1), packed.stride * picture.height);
-    unlockBlock(block);
+    const LockedPixels pixels(bitmap);
+    if (!pixels) return nullptr;
+    memcpy(rowOf(pixels.view, picture.height - 1), rowOf(packed.view(), picture.height - 1),
+           packed.stride * picture.height);
     return bitmap;
 }
 
 bool showsPicture(HGLOBAL image, const reference::Picture& picture)
 {
     GuardedImage expected = imageOf(picture);
-    BitmapBlock block;
-    BitsView pixels;
-    if (!lockPixels(image, &block, &pixels)) return false;
-    const bool same = pixels.width == picture.width && pixels.height == picture.height &&
-                      memcmp(rowOf(pixels, picture.height - 1), rowOf(expected.view(), picture.height - 1),
+    const LockedPixels pixels(image);
+    if (!pixels) return false;
+    const bool same = pixels.view.width == picture.width && pixels.view.height == picture.height &&
+                      memcmp(rowOf(pixels.view, picture.height - 1), rowOf(expected.view(), picture.height - 1),
                              expected.stride * picture.height) == 0;
-    unlockBlock(block);
     return same;
 }
 

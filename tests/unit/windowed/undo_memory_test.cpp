@@ -1,5 +1,5 @@
 // What undo and redo cost in memory and handles, and what is left of them when memory runs out.
-#include "image/bitmap_block.h"
+#include "image/bitmap_locks.h"
 #include "image/packed_bitmap.h"
 #include "tests/session/resources_in_use.h"
 #include "tests/session/import_patch.h"
@@ -38,14 +38,8 @@ static void randomStroke(UndoMemory& test)
 
 static bool sameBytes(HGLOBAL one, HGLOBAL other)
 {
-    BitmapBlock oneBlock, otherBlock;
-    if (!lockBlock(one, &oneBlock)) return false;
-    const bool locked = lockBlock(other, &otherBlock);
-    const bool same = locked && oneBlock.size == otherBlock.size &&
-                      memcmp(oneBlock.header, otherBlock.header, (size_t)oneBlock.size) == 0;
-    if (locked) unlockBlock(otherBlock);
-    unlockBlock(oneBlock);
-    return same;
+    const LockedBitmap a(one), b(other);
+    return a && b && a.block.size == b.block.size && memcmp(a.block.header, b.block.header, (size_t)a.block.size) == 0;
 }
 
 TEST_F(UndoMemory, ThousandsOfStrokesLeakNoHandles)
@@ -123,15 +117,13 @@ static void* WINAPI failingLock(HGLOBAL block)
 
 static int differentOutside(HGLOBAL image, const Picture& picture, int centreX, int centreY, int reach)
 {
-    BitmapBlock block;
-    BitsView pixels;
-    if (!lockPixels(image, &block, &pixels)) return -1;
+    const LockedPixels pixels(image);
+    if (!pixels) return -1;
     int different = 0;
     for (int y = 0; y < picture.height; ++y)
         for (int x = 0; x < picture.width; ++x)
             if (abs(x - centreX) > reach || abs(y - centreY) > reach)
-                different += rowOf(pixels, y)[x * 3] != picture.at(x, y).blue;
-    unlockBlock(block);
+                different += rowOf(pixels.view, y)[x * 3] != picture.at(x, y).blue;
     return different;
 }
 
@@ -187,14 +179,14 @@ TEST_F(UndoMemory, PressKeepsOnlyWhereItPaints)
     ASSERT_TRUE(openOn(bitmapOf(plainPicture(1000, 800, {9, 9, 9})), {100, 80}, false));
     sessionBrush({TOOL_BRUSH, 0, true, 16, 16, 100, {1, 2, 3}});
     sessionPress(500, 400);
-    BitmapBlock block;
-    BitsView kept;
-    ASSERT_TRUE(lockPixels(session->undoSnapshot, &block, &kept));
     int copied = 0;
-    for (int y = 0; y < 800; ++y)
-        for (int x = 0; x < 1000; ++x)
-            copied += rowOf(kept, y)[x * 3] == 9;
-    unlockBlock(block);
+    {
+        const LockedPixels kept(session->undoSnapshot);
+        ASSERT_TRUE(kept);
+        for (int y = 0; y < 800; ++y)
+            for (int x = 0; x < 1000; ++x)
+                copied += rowOf(kept.view, y)[x * 3] == 9;
+    }
     EXPECT_GE(copied, 16 * 16);
     EXPECT_LE(copied, 4 * 64 * 64);
     sessionRelease(500, 400);
