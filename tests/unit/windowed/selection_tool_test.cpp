@@ -479,20 +479,25 @@ POINT pixelOfHit(int hit)
     return {0, 0};
 }
 
-// What the canvas chooses with the pointer there; 0 when it leaves the choice to the window class. Another
-// program may move the pointer at the same time: then it is put there again.
+bool pointerIsAt(POINT wanted)
+{
+    POINT now;
+    return GetCursorPos(&now) && now.x == wanted.x && now.y == wanted.y;
+}
+
+// What the canvas chooses with the pointer there; 0 when it leaves the choice to the window class. A late report of
+// the display, or another program, may move the pointer in between: then it is put there again.
 HCURSOR cursorAt(POINT pixel)
 {
-    POINT wanted = pixel, now = {-1, -1};
+    POINT wanted = pixel;
     ClientToScreen(session->canvasWindow, &wanted);
-    HCURSOR chosen = nullptr;
-    while (now.x != wanted.x || now.y != wanted.y) {
+    for (;;) {
         SetCursorPos(wanted.x, wanted.y);
         SetCursor(nullptr);
-        chosen = setSelectionCursor(session->canvasWindow) ? GetCursor() : nullptr;
-        GetCursorPos(&now);
+        const bool there = pointerIsAt(wanted);
+        const HCURSOR chosen = setSelectionCursor(session->canvasWindow) ? GetCursor() : nullptr;
+        if (there && pointerIsAt(wanted)) return chosen;
     }
-    return chosen;
 }
 
 }  // namespace
