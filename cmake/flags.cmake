@@ -33,3 +33,13 @@ endif()
 add_library(retouch_product_flags INTERFACE)
 target_link_libraries(retouch_product_flags INTERFACE retouch_flags)
 target_compile_options(retouch_product_flags INTERFACE -fno-exceptions -fno-rtti)
+
+# Test programs: compiled soon rather than run fast, since most of the time from nothing to the last test is
+# compilation of tests. Link it behind all others, so that these options come last. Of the sanitizers they keep the
+# address checks and those of arithmetic and bounds; the product's own code keeps all.
+add_library(retouch_test_flags INTERFACE)
+target_compile_options(retouch_test_flags INTERFACE -O1)
+if(RETOUCH_SANITIZE)
+  target_compile_options(retouch_test_flags INTERFACE
+    -fno-sanitize=null,alignment,vptr,object-size,return,nonnull-attribute,returns-nonnull-attribute,unreachable)
+endif()

@@ -6,6 +6,8 @@
 #   TIMEOUT   for one suite, 300 seconds unless given
 # The suites are asked of the program when ctest starts, so a new suite needs no new configuration.
 function(retouch_add_gtest target name)
+  target_link_libraries(${target} PRIVATE retouch_test_flags)
+  target_precompile_headers(${target} PRIVATE <gtest/gtest.h>)
   cmake_parse_arguments(arg "SESSION" "TIMEOUT" "" ${ARGN})
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
