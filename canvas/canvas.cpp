@@ -20,11 +20,13 @@
 #include "image/packed_bitmap.h"
 #include "selection/frame_tips.h"
 #include "selection/selection.h"
+#include "selection/selection_aside.h"
 #include "selection/selection_drawing.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"
+#include "tools/brush/picked_patch.h"
 #include "tools/painting/undo_history.h"
 
 namespace {
@@ -46,7 +48,9 @@ LRESULT onCreate(HWND canvas)
 void onDestroy(HWND canvas)
 {
     clearSelection();
+    forgetSelectionAside();
     endText(canvas);
+    forgetPatchAside();
     freeOutline();
     freeOverviewMap();
     forgetTitle();

@@ -1,8 +1,11 @@
 #include "canvas/painting_input.h"
 
+#include "canvas/view/canvas_coordinates.h"
+#include "canvas/view/cursor_outline.h"
 #include "session/ground/session_record.h"
 #include "tools/brush/picked_patch.h"
 #include "tools/painting/dab_engine.h"
+#include "tools/painting/stroke_start.h"
 #include "tools/painting/undo_history.h"
 
 // The dab centres grown by half a brush and a fixed margin. The bottom gets one pixel more: undo steps have always
@@ -35,14 +38,16 @@ void pressStamp(HWND canvas, POINT at)
 {
     if (session->maskCache) {  // without a patch this press only picks one up
         const RECT stamped = grownDirtyBox((int)session->brushWidth / 2, (int)session->brushHeight / 2, 0);
-        pushUndoStep(&stamped);
+        pushUndoStepAtPress(&stamped);
+    } else {
+        setPickedPatchAside();
     }
     strokeTo(canvas, at, at);
 }
 
 void pressSpoonbill(HWND canvas, POINT at)
 {
-    dropPickedPatch();
+    setPickedPatchAside();
     strokeTo(canvas, at, at);
 }
 
@@ -70,4 +75,36 @@ void registerStroke()
 void releaseAerographe(HWND canvas, POINT)
 {
     KillTimer(canvas, SPRAY_TIMER);
+}
+
+void releaseStamp(HWND, POINT)
+{
+    settleUndoStep();
+    forgetPatchAside();
+}
+
+void releaseSpoonbill(HWND, POINT)
+{
+    forgetPatchAside();
+}
+
+bool cancelStroke(HWND canvas)
+{
+    const RECT changed = putBackStroke();
+    invalidateImageRect(canvas, changed);
+    return true;
+}
+
+bool cancelAerographe(HWND canvas)
+{
+    KillTimer(canvas, SPRAY_TIMER);
+    return cancelStroke(canvas);
+}
+
+bool cancelPatchStroke(HWND canvas)
+{
+    takeBackUndoStep();
+    takePatchBack();
+    rebuildOutline(canvas, 0);
+    return cancelStroke(canvas);
 }

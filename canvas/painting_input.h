@@ -21,3 +21,10 @@ void spray(HWND canvas);
 // At the release.
 void registerStroke();
 void releaseAerographe(HWND canvas, POINT at);
+void releaseStamp(HWND canvas, POINT at);
+void releaseSpoonbill(HWND canvas, POINT at);
+
+// The press is taken back: image, undo list and picked up patch are what they were. True.
+bool cancelStroke(HWND canvas);
+bool cancelAerographe(HWND canvas);
+bool cancelPatchStroke(HWND canvas);  // Stamp and Spoonbill

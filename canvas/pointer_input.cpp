@@ -1,9 +1,10 @@
 #include "canvas/pointer_input.h"
 
+#include "canvas/overview_map.h"
 #include "canvas/painting_input.h"
 #include "canvas/tool_input.h"
 #include "canvas/view/cursor_outline.h"
-#include "selection/selection_view.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "tools/painting/stroke_start.h"
 
@@ -14,9 +15,34 @@ static Tool currentTool()
     return tool ? *tool : Tool{};
 }
 
+static void notePressStart()
+{
+    sessionExtras.press.takenBack = false;
+    sessionExtras.press.start = {
+        session->strokePoint,        session->strokePrevPoint, {session->clickPoints[0], session->clickPoints[1]},
+        session->dirtyBox,           session->paintColour,     session->previousColour,
+        session->reshapeFromOutside, session->reshapeRect,     session->reshapeHomeRect};
+}
+
+static void restorePressStart()
+{
+    const PressStart& start = sessionExtras.press.start;
+    session->strokePoint = start.strokePoint;
+    session->strokePrevPoint = start.strokePrevPoint;
+    session->clickPoints[0] = start.clickPoints[0];
+    session->clickPoints[1] = start.clickPoints[1];
+    session->dirtyBox = start.dirtyBox;
+    session->paintColour = start.paintColour;
+    session->previousColour = start.previousColour;
+    session->reshapeFromOutside = start.reshapeFromOutside;
+    session->reshapeRect = start.reshapeRect;
+    session->reshapeHomeRect = start.reshapeHomeRect;
+}
+
 static void beginPress(HWND canvas, const Tool& tool, POINT at)
 {
     SetCapture(canvas);
+    notePressStart();
     session->pressActive = 1;
     session->strokePoint = session->strokePrevPoint = at;
     session->dirtyBox = {at.x, at.x, at.y, at.y};
@@ -37,7 +63,7 @@ void movePointer(HWND canvas, POINT at, bool buttonDown)
 {
     if (!session->mouseInside) return;
     if (session->overlayHideCount > 0) trackOutline(canvas);
-    if (!buttonDown) return;
+    if (!buttonDown || sessionExtras.press.takenBack) return;
     const POINT from = session->strokePoint;
     session->strokePrevPoint = from;
     session->strokePoint = at;
@@ -47,6 +73,10 @@ void movePointer(HWND canvas, POINT at, bool buttonDown)
 
 void releaseButton(HWND canvas, POINT at)
 {
+    if (sessionExtras.press.takenBack) {  // this is its button: nothing is left to end
+        sessionExtras.press.takenBack = false;
+        return;
+    }
     const Tool tool = currentTool();
     const ToolInput& input = inputOf(session->currentTool);
     const bool pressed = session->pressActive != 0;
@@ -62,8 +92,16 @@ void releaseButton(HWND canvas, POINT at)
 
 bool cancelPress(HWND canvas)
 {
-    if (!cancelSelectionDrag(canvas)) return session->pressActive != 0;
-    session->pressActive = 0;  // the capture stays, so that the button's release is heard and ends the rest
+    if (!session->pressActive) return false;
+    const ToolInput& input = inputOf(session->currentTool);
+    if (!input.cancel || !input.cancel(canvas)) return true;
+    restorePressStart();
+    session->pressActive = 0;
+    sessionExtras.press.takenBack = true;
+    repaintOverviewMap(canvas);
+    if (!currentTool().outlineWhilePressed) showOutline(canvas);
+    if (GetCapture() == canvas) ReleaseCapture();
+    UpdateWindow(canvas);
     return true;
 }
 

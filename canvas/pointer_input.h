@@ -11,5 +11,6 @@ void releaseButton(HWND canvas, POINT at);
 // will come. WM_CANCELMODE: a command or a dialog comes first. Ends the press as a release at the last point would.
 void losePress(HWND canvas, HWND newOwner);
 
-// Ends a press as if it had not been. False when there is none, or when it has done its work already.
+// Ends a press as if it had not been, unless it has done its work already: a click of the frame, or of Text. False
+// when there is no press.
 bool cancelPress(HWND canvas);

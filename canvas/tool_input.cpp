@@ -4,8 +4,10 @@
 #include "canvas/painting_input.h"
 #include "canvas/view/cursor_outline.h"
 #include "selection/selection.h"
+#include "selection/selection_view.h"
 #include "session/ground/tool_table.h"
 #include "text/text_tool.h"
+#include "tools/brush/brush_preview.h"
 
 namespace {
 
@@ -40,17 +42,29 @@ void releaseColours(HWND canvas, POINT)
     rebuildOutline(canvas, 0);
 }
 
+bool cancelReshaping(HWND)
+{
+    cancelOutlineBrush();
+    return true;
+}
+
+bool cancelColours(HWND)
+{
+    invalidateBrushPreview();  // the former colour comes back with the record
+    return true;
+}
+
 const ToolInput inputs[] = {
-    {TOOL_BRUSH, pressBrush, continueStroke, nullptr},
-    {TOOL_RUBBER, pressPaintingTool, continueStroke, nullptr},
-    {TOOL_SMOOTH, pressPaintingTool, continueStroke, nullptr},
-    {TOOL_AEROGRAPHE, pressAerographe, continueStroke, releaseAerographe},
-    {TOOL_SPOONBILL, pressSpoonbill, continueStroke, nullptr},
-    {TOOL_STAMP, pressStamp, nullptr, nullptr},
-    {TOOL_SELECTION, pressSelection, moveSelection, releaseSelection},
-    {TOOL_OUTLINE_BRUSH, pressOutlineBrush, nullptr, releaseReshaping},
-    {TOOL_TEXT, clickText, nullptr, nullptr},
-    {TOOL_COLORS, pressColours, moveColours, releaseColours},
+    {TOOL_BRUSH, pressBrush, continueStroke, nullptr, cancelStroke},
+    {TOOL_RUBBER, pressPaintingTool, continueStroke, nullptr, cancelStroke},
+    {TOOL_SMOOTH, pressPaintingTool, continueStroke, nullptr, cancelStroke},
+    {TOOL_AEROGRAPHE, pressAerographe, continueStroke, releaseAerographe, cancelAerographe},
+    {TOOL_SPOONBILL, pressSpoonbill, continueStroke, releaseSpoonbill, cancelPatchStroke},
+    {TOOL_STAMP, pressStamp, nullptr, releaseStamp, cancelPatchStroke},
+    {TOOL_SELECTION, pressSelection, moveSelection, releaseSelection, cancelSelectionDrag},
+    {TOOL_OUTLINE_BRUSH, pressOutlineBrush, nullptr, releaseReshaping, cancelReshaping},
+    {TOOL_TEXT, clickText, nullptr, nullptr, nullptr},
+    {TOOL_COLORS, pressColours, moveColours, releaseColours, cancelColours},
 };
 
 const ToolInput noInput = {};

@@ -11,6 +11,7 @@ struct ToolInput {
     void (*press)(HWND canvas, POINT at);
     void (*move)(HWND canvas, POINT from, POINT to);  // with the button down
     void (*release)(HWND canvas, POINT at);
+    bool (*cancel)(HWND canvas);  // ends a press as if it had not been; false: it has done its work already
 };
 
 // A row of nothing for what does not work on the canvas.

@@ -10,14 +10,7 @@
 #include "image/pixels/bits_view.h"
 #include "selection/geometry/outline.h"
 #include "selection/geometry/selection_transform.h"
-
-struct FloatingSelection {
-    PixelPoint* points;  // the outline, image pixels
-    int pointCount;
-    RowHead* crossings;   // of the rectangle's rows; rows and columns count from its corner
-    HGLOBAL image, mask;  // 24-bit bitmaps of the rectangle's size; colours not adjusted
-    PixelRect rect;       // image pixels
-};
+#include "session/ground/owned_selection.h"
 
 void freeFloating(FloatingSelection& selection);  // all zero again
 bool copyFloating(const FloatingSelection& from, FloatingSelection& copy);

@@ -7,6 +7,7 @@
 #include "selection/geometry/outline_brush.h"
 #include "selection/geometry/row_crossings.h"
 #include "selection/selection.h"
+#include "selection/selection_aside.h"
 #include "selection/outline_drawing.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
@@ -77,6 +78,13 @@ Outline presentOutline()
     return outline;
 }
 
+// A second dab before any release has nothing to keep that the first one found.
+void paintAway()
+{
+    if (session->rowCrossings) return clearSelection();
+    setSelectionAside();
+}
+
 // The outline changes at once; the floating pixels follow at the release, from the working table that
 // this leaves.
 void dabOutline(HWND canvas, POINT at)
@@ -86,7 +94,7 @@ void dabOutline(HWND canvas, POINT at)
     const Outline present = presentOutline();
     const BrushResult result =
         reshapeOutline(present.points, present.pointCount, dabAt(at), pixelRectOf(canvasArea(canvas)), points, count);
-    if (result == BRUSH_CLEARED) return clearSelection();
+    if (result == BRUSH_CLEARED) return paintAway();
     if (result != BRUSH_RESHAPED) return;
     Outline outline = {};
     PixelPoint origin;
@@ -128,9 +136,19 @@ void pressOutlineBrush(HWND canvas, POINT at)
 
 void releaseOutlineBrush()
 {
+    forgetSelectionAside();
     if (IsRectEmpty(&session->selectionRect) || !IsRectEmpty(&session->frameInnerRect)) return;
     if (!session->rowCrossings) return showFrameAgain();  // the dab met no part of the outline
     Outline outline = takeWorkingOutline();
     if (!takeReshapedOutline(outline, sessionExtras.selection.tableOrigin)) return restoreOutline();
     forgetDabbedPoints();
+}
+
+void cancelOutlineBrush()
+{
+    if (takeSelectionBack() || IsRectEmpty(&session->selectionRect) || !IsRectEmpty(&session->frameInnerRect)) return;
+    if (!session->rowCrossings) return showFrameAgain();
+    Outline dabbed = takeWorkingOutline();
+    freeOutline(dabbed);
+    restoreOutline();
 }

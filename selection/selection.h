@@ -14,6 +14,7 @@ void releaseSelection(HWND canvas, POINT at);
 // The press reshapes the outline, the release makes the floating pixels anew.
 void pressOutlineBrush(HWND canvas, POINT at);
 void releaseOutlineBrush();
+void cancelOutlineBrush();  // the press is taken back: the selection is what it was
 
 // Sets the cursor for the part of the frame under the pointer. False when the pointer is on none: the
 // tool's own cursor shows.

@@ -58,10 +58,8 @@ FloatingSelection selectionState(SelectionState state)
             session->*fields.image,  session->*fields.mask,       pixelRectOf(session->*fields.rect)};
 }
 
-void putSelectionState(SelectionState state, const FloatingSelection& value)
+static void writeState(SelectionState state, const FloatingSelection& value)
 {
-    FloatingSelection before = selectionState(state);
-    freeFloating(before);
     const StateFields& fields = stateFields[state];
     session->*fields.points = value.points;
     session->*fields.pointCount = value.pointCount;
@@ -69,6 +67,13 @@ void putSelectionState(SelectionState state, const FloatingSelection& value)
     session->*fields.image = value.image;
     session->*fields.mask = value.mask;
     session->*fields.rect = rectOf(value.rect);
+}
+
+void putSelectionState(SelectionState state, const FloatingSelection& value)
+{
+    FloatingSelection before = selectionState(state);
+    freeFloating(before);
+    writeState(state, value);
 }
 
 ColourValues selectionColours()
@@ -86,6 +91,13 @@ void setSelectionColours(const ColourValues& values)
 }
 
 // ---- changes
+
+static void writeShown(PixelPoint* points, HGLOBAL image, HGLOBAL mask)
+{
+    session->outlinePoints = points;
+    session->selectionImage = image;
+    session->selectionMask = mask;
+}
 
 namespace {
 
@@ -138,9 +150,7 @@ void dropShown()
 void takeChange(const Change& change)
 {
     dropShown();
-    session->outlinePoints = change.shownPoints;
-    session->selectionImage = change.shownImage;
-    session->selectionMask = change.shownMask;
+    writeShown(change.shownPoints, change.shownImage, change.shownMask);
     putSelectionState(STATE_NOW, change.now);
     if (change.a.points) putSelectionState(STATE_A, change.a);
     if (change.b.points) putSelectionState(STATE_B, change.b);
@@ -162,6 +172,35 @@ bool changeSelection(FloatingSelection& now, int renewed, int rotation)
     session->selectionActive = 1;
     setSelectionRect(change.now.rect);
     return true;
+}
+
+OwnedSelection takeOwnedSelection()
+{
+    OwnedSelection owned = {{}, session->outlinePoints, session->selectionImage, session->selectionMask};
+    writeShown(nullptr, nullptr, nullptr);
+    for (const SelectionState state : {STATE_NOW, STATE_A, STATE_B})
+        owned.states[state] = selectionState(state);
+    for (const SelectionState state : {STATE_NOW, STATE_A, STATE_B})
+        writeState(state, FloatingSelection{});
+    return owned;
+}
+
+void putOwnedSelection(const OwnedSelection& owned)
+{
+    dropSelectionStates();
+    writeShown(owned.shownPoints, owned.shownImage, owned.shownMask);
+    for (const SelectionState state : {STATE_NOW, STATE_A, STATE_B})
+        writeState(state, owned.states[state]);
+}
+
+void freeOwnedSelection(OwnedSelection& owned)
+{
+    for (FloatingSelection& state : owned.states)
+        freeFloating(state);
+    freeOutlinePoints(owned.shownPoints);
+    freeBitmap(owned.shownImage);
+    freeBitmap(owned.shownMask);
+    owned = {};
 }
 
 bool adjustShownImages(const ColourValues& values)

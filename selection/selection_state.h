@@ -16,8 +16,6 @@
 // A selection floats and no press of the outline brush is reshaping it: what an operation needs.
 bool selectionFloats();
 
-enum SelectionState { STATE_NOW, STATE_A, STATE_B, SELECTION_STATE_COUNT };
-
 // The value; its parts stay the record's.
 FloatingSelection selectionState(SelectionState state);
 
@@ -37,6 +35,11 @@ bool changeSelection(FloatingSelection& now, int renewed, int rotation);
 
 // The shown images again from `now`, with the given colours. False, and nothing changed, when memory is short.
 bool adjustShownImages(const ColourValues& values);
+
+// All that the record owns of a selection.
+OwnedSelection takeOwnedSelection();  // the record has none any more
+void putOwnedSelection(const OwnedSelection& owned);
+void freeOwnedSelection(OwnedSelection& owned);  // all zero again
 
 // Frees the states and what is shown of them.
 void dropSelectionStates();

@@ -10,6 +10,7 @@
 
 #include "session/ground/block_store.h"
 #include "session/ground/canvas_state.h"
+#include "session/ground/press_state.h"
 #include "session/ground/selection_progress.h"
 #include "session/ground/tool_table.h"
 
@@ -79,6 +80,7 @@ struct SessionExtras {
     CanvasState canvas;
     SelectionProgress selection;
     BlockStore blocks;
+    PressState press;
 };
 
 extern SessionExtras sessionExtras;

@@ -103,6 +103,28 @@ static void copyPart(const BitsView& patch, const BitsView& source, const PixelR
     }
 }
 
+static PixelRect around(const PixelRect& one, const PixelRect& other)
+{
+    if (isEmpty(one)) return other;
+    return {std::min(one.left, other.left), std::min(one.top, other.top), std::max(one.right, other.right),
+            std::max(one.bottom, other.bottom)};
+}
+
+PixelRect putBackTiles(const StrokeStart& start, const BitsView& image)
+{
+    PixelRect changed = {0, 0, 0, 0};
+    const int columns = tilesAcross(image.width), rows = tilesAcross(image.height);
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column) {
+            if (!start.keptTile[(size_t)row * (size_t)columns + (size_t)column]) continue;
+            const PixelRect tile = insideOf(pixelsOfTile(column, row), wholeOf(image));
+            copyPart(image, start.pixels, tile, 0, 0);
+            changed = around(changed, tile);
+        }
+    }
+    return changed;
+}
+
 void copyFromStart(const BitsView& patch, const BitsView& image, const StrokeStart& start, int left, int top)
 {
     const PixelRect cut = {left, top, left + patch.width, top + patch.height};

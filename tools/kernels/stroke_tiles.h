@@ -25,6 +25,10 @@ void keepTiles(const StrokeStart& start, const BitsView& image, const PixelRect&
 void keepTilesAlong(const StrokeStart& start, const BitsView& image, PixelPoint from, PixelPoint to, int brushWidth,
                     int brushHeight);
 
+// Puts the kept tiles back into the image: it is as it was when the stroke began. The rectangle around them, empty
+// when none was kept.
+PixelRect putBackTiles(const StrokeStart& start, const BitsView& image);
+
 // Fills the patch with the image as it was when the stroke began, from (left, top) on; all of the patch lies
 // inside the image.
 void copyFromStart(const BitsView& patch, const BitsView& image, const StrokeStart& start, int left, int top);

@@ -129,6 +129,16 @@ bool keepForUndoAlong(const BitsView& image, PixelPoint from, PixelPoint to)
     return (bool)locked;
 }
 
+RECT putBackStroke()
+{
+    const LockedPixels image(editedImage());
+    if (!image) return {};
+    const LockedStart locked(image.view);
+    if (!locked) return {};
+    const PixelRect changed = putBackTiles(locked.start, image.view);
+    return {changed.left, changed.top, changed.right, changed.bottom};
+}
+
 HGLOBAL cutFromSnapshot(const RECT& rect)
 {
     const LockedPixels image(editedImage());

@@ -17,6 +17,9 @@ void takeUndoSnapshot();
 bool keepForUndo(const BitsView& image, const PixelRect& rect);
 bool keepForUndoAlong(const BitsView& image, PixelPoint from, PixelPoint to);
 
+// The image is what it was at the press. The rectangle that may have changed, empty: none of it was painted.
+RECT putBackStroke();
+
 // A rectangle that lies inside the image, as it was at the press, as a 24-bit packed bitmap in FIXED memory: the
 // steps of a long session would use up the process's movable handles. 0 on failure.
 HGLOBAL cutFromSnapshot(const RECT& rect);

@@ -6,6 +6,7 @@
 #include "image/bitmap_locks.h"
 #include "image/packed_bitmap.h"
 #include "image/pixels/pixel_ops.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "tools/painting/stroke_start.h"
@@ -109,9 +110,22 @@ void redoStep()
     }
 }
 
-}  // namespace
+WaitingStep& waiting = sessionExtras.press.step;
 
-int pushUndoStep(const RECT* rect)
+int placeOf(const WaitingStep& step)
+{
+    return std::max(step.position, 0);
+}
+
+void hideRedo()
+{
+    const int place = placeOf(waiting);
+    if (place >= session->undoCount) return;
+    waiting.replaced = session->undoSteps[place];
+    session->undoCount = place;
+}
+
+int pushStep(const RECT* rect)
 {
     int width, height;
     if (!lockBitmapInfo(editedImage(), &width, &height, nullptr)) return 0;
@@ -126,8 +140,51 @@ int pushUndoStep(const RECT* rect)
     return 1;
 }
 
+}  // namespace
+
+int pushUndoStep(const RECT* rect)
+{
+    settleUndoStep();
+    return pushStep(rect);
+}
+
+int pushUndoStepAtPress(const RECT* rect)
+{
+    settleUndoStep();
+    waiting = {true, session->undoPosition, session->undoCount, {}};
+    hideRedo();
+    const int pushed = pushStep(rect);
+    if (!pushed) {
+        session->undoPosition = waiting.position;
+        session->undoCount = waiting.count;
+        waiting = {};
+    }
+    return pushed;
+}
+
+void settleUndoStep()
+{
+    if (!waiting.waits) return;
+    if (waiting.replaced.patch) GlobalFree(waiting.replaced.patch);
+    for (int i = placeOf(waiting) + 1; i < waiting.count; ++i)
+        GlobalFree(session->undoSteps[i].patch);
+    waiting = {};
+}
+
+void takeBackUndoStep()
+{
+    if (!waiting.waits) return;
+    const int place = placeOf(waiting);
+    GlobalFree(session->undoSteps[place].patch);
+    session->undoSteps[place] = waiting.replaced;
+    session->undoPosition = waiting.position;
+    session->undoCount = waiting.count;
+    waiting = {};
+}
+
 int applyUndo(int direction)
 {
+    settleUndoStep();
     if (session->undoCount <= 0 || !session->undoSteps) return 0;
     if (direction == UNDO) {
         undoStep();
@@ -139,6 +196,7 @@ int applyUndo(int direction)
 
 void freeUndoHistory()
 {
+    settleUndoStep();
     if (session->undoSteps) freePatches(0);
     freeSteps();
     session->undoPosition = session->undoCount = 0;

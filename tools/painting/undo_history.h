@@ -5,18 +5,17 @@
 
 #include <windows.h>
 
-#include <cstdint>
-
-struct UndoStep {
-    uint32_t toolId;  // current tool when the step was pushed
-    RECT rect;        // image pixels, clamped to the image
-    // Packed bitmap: the other content of the rectangle, before the step while applied, after it while undone.
-    HGLOBAL patch;
-};
+#include "session/ground/undo_step.h"
 
 // Registers what the stroke may have changed, cut from undoSnapshot (the image at the press); drops every
 // step that could have been redone. Returns 0 when the image cannot be read or memory is short.
 int pushUndoStep(const RECT* rect);
+
+// The same at a press that may yet be taken back: what could be redone is kept until one of the two below is called.
+// Neither does anything when no such step waits.
+int pushUndoStepAtPress(const RECT* rect);
+void settleUndoStep();    // it stays
+void takeBackUndoStep();  // the list is what it was
 
 constexpr int UNDO = 1;
 constexpr int REDO = 0;
