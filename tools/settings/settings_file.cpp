@@ -25,15 +25,28 @@ constexpr int LEGACY_TOOL_COUNT = TOOL_COUNT - 1;  // it did not know the outlin
 
 static_assert(FACE_NAME_SIZE == LF_FACESIZE, "a face name fits the font record");
 
+constexpr WCHAR NOT_THERE[] = L"\x01";  // held by no file
+
+DWORD readWide(const WCHAR* path, const WCHAR* key, WCHAR (&value)[SETTINGS_VALUE_SIZE])
+{
+    return GetPrivateProfileStringW(SECTION, key, NOT_THERE, value, SETTINGS_VALUE_SIZE, path);
+}
+
+// A value that is there without a character is answered as a failure is; a key that nobody writes tells the two apart.
+bool isEmptyValue(const WCHAR* path, const WCHAR* key)
+{
+    WCHAR value[SETTINGS_VALUE_SIZE];
+    return !readWide(path, key, value) && readWide(path, L"-", value);
+}
+
 // The wide calls take any path; the file itself stays in the system's ANSI code page. A key that is not there
 // answers with a default that no file holds, so that it is not taken for one that could not be read.
 StoredValue readValue(const WCHAR* path, const WCHAR* key, char (&value)[SETTINGS_VALUE_SIZE])
 {
-    static const WCHAR notThere[] = L"\x01";
     WCHAR wide[SETTINGS_VALUE_SIZE];
     memset(value, 0, sizeof value);
-    if (!GetPrivateProfileStringW(SECTION, key, notThere, wide, SETTINGS_VALUE_SIZE, path)) return VALUE_UNREAD;
-    if (wcscmp(wide, notThere) == 0) return VALUE_MISSING;
+    if (!readWide(path, key, wide)) return VALUE_UNREAD;
+    if (wcscmp(wide, NOT_THERE) == 0) return VALUE_MISSING;
     if (!WideCharToMultiByte(CP_ACP, 0, wide, -1, value, sizeof value, nullptr, nullptr)) {
         value[sizeof value - 1] = 0;  // more bytes than characters: cut
     }
@@ -207,6 +220,36 @@ void writeTool(const WCHAR* path, const ToolSettings& settings)
     writeValue(path, key, value);
 }
 
+constexpr uint32_t ToolSettings::*fields[] = {
+    &ToolSettings::shape,         &ToolSettings::edge,   &ToolSettings::showOutline, &ToolSettings::width,
+    &ToolSettings::height,        &ToolSettings::spare,  &ToolSettings::lockLH,      &ToolSettings::widthEnabled,
+    &ToolSettings::heightEnabled, &ToolSettings::colour, &ToolSettings::opacity,
+};
+
+// What could not be read at the start is read once more, and only what was changed since goes over it. False when it
+// still cannot be read: what is stored may be more than what was changed.
+bool mergeWithStored(const WCHAR* path, const ToolSettings& before, ToolSettings& settings)
+{
+    WCHAR key[16];
+    ToolSettings there = before;
+    makeToolKey(key, settings.toolId);
+    if (readTool(path, settings.toolId, there, parseToolValue) == VALUE_UNREAD && !isEmptyValue(path, key))
+        return false;
+    for (uint32_t ToolSettings::*const field : fields) {
+        if (settings.*field == before.*field) settings.*field = there.*field;
+    }
+    return true;
+}
+
+void writeToolOfSlot(const WCHAR* path, int slot)
+{
+    ToolSettings settings = session->toolSettings[slot];
+    const StoredSettings& stored = sessionExtras.stored;
+    const bool unread = stored.toolValues[slot] == VALUE_UNREAD;
+    if (unread && (!toolHasChanged(slot) || !mergeWithStored(path, stored.tools[slot], settings))) return;
+    writeTool(path, settings);
+}
+
 }  // namespace
 
 int readToolSettings()
@@ -225,11 +268,8 @@ int writeToolSettings()
     const StoredSettings& stored = sessionExtras.stored;
     WCHAR path[MODULE_PATH_SIZE];
     if (!stored.mayBeWritten || !pathBesideModule(path, CURRENT_FILE)) return 1;
-    for (int slot = 0; slot < TOOL_COUNT; ++slot) {
-        if (stored.toolValues[slot] != VALUE_UNREAD || toolHasChanged(slot)) {
-            writeTool(path, session->toolSettings[slot]);
-        }
-    }
+    for (int slot = 0; slot < TOOL_COUNT; ++slot)
+        writeToolOfSlot(path, slot);
     if (stored.fontValue != VALUE_UNREAD || fontHasChanged()) {
         char value[SETTINGS_VALUE_SIZE];
         formatFontValue(value, sizeof value, fontSettings(session->textFont));

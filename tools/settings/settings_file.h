@@ -7,8 +7,8 @@
 int readToolSettings();
 
 // Writes all of it that was read, was not in the file, or has been changed since; a value that could not be read is
-// not replaced by a default. Nothing before readToolSettings. A place that cannot be written to is left alone.
-// Returns 1.
+// not replaced by a default: it is read again, and what was changed goes over it. Nothing before readToolSettings. A
+// place that cannot be written to is left alone. Returns 1.
 int writeToolSettings();
 
 // From here on nothing is written: the session has not started.

@@ -107,6 +107,7 @@ TEST_F(SettingsKept, AFileThatAnotherProgramHoldsOpenIsNotOverwrittenLater)
     EXPECT_EQ(usersFile, readFile(current()));
 }
 
+// What was not changed stays as it is stored.
 TEST_F(SettingsKept, WhatTheUserChangedIsWrittenAllTheSame)
 {
     failingKey = nullptr;
@@ -115,10 +116,37 @@ TEST_F(SettingsKept, WhatTheUserChangedIsWrittenAllTheSame)
     session->toolSettings[1].width = 33;
     session->textFont.lfItalic = 1;
     writeToolSettings();
-    EXPECT_TRUE(has("T117=000,000,033,016,001,001,001,001,000,100,12632319\r\n")) << readFile(current());
+    EXPECT_TRUE(has("T117=001,001,033,006,000,001,001,001,000,049,255\r\n")) << readFile(current());
     EXPECT_TRUE(has("Font=020,700,002,034,001,000,000,000,034,Arial\r\n"));
     EXPECT_TRUE(has(textLine));
     EXPECT_FALSE(has("T118="));
+}
+
+TEST_F(SettingsKept, WhatCanNeverBeReadIsNotOverwrittenByAChange)
+{
+    struct {
+        const char* import;
+        void* replacement;
+    } failures[] = {{"GetPrivateProfileStringW", (void*)failingRead}, {"WideCharToMultiByte", (void*)noConversion}};
+    failingKey = nullptr;
+    for (const auto& failure : failures) {
+        SCOPED_TRACE(failure.import);
+        ASSERT_TRUE(patchImport(&patch, GetModuleHandleA(nullptr), failure.import, failure.replacement));
+        readToolSettings();
+        session->toolSettings[1].width = 33;
+        writeToolSettings();
+        undoPatch(&patch);
+        EXPECT_TRUE(has(brushLine)) << readFile(current());
+    }
+}
+
+TEST_F(SettingsKept, AValueWithoutACharacterIsWrittenOnceItIsChanged)
+{
+    writeFile(current(), "[Cursors]\r\nT117=\r\n");
+    readToolSettings();
+    session->toolSettings[1].width = 33;
+    writeToolSettings();
+    EXPECT_TRUE(has("T117=000,000,033,016,001,001,001,001,000,100,12632319\r\n")) << readFile(current());
 }
 
 // A current file would keep the older one from ever being read again.
