@@ -49,10 +49,75 @@ void copyPixel(uint8_t* to, const uint8_t* from)
     to[2] = from[2];
 }
 
-void showRow(uint8_t* to, int count, Walk walk, const uint8_t* from)
+// ---- whole pictures: the same columns in every row
+
+// So many screen pixels of a row show one pixel of the image.
+struct Run {
+    int pixel, count;
+};
+
+// A row, or a part of it as wide as there is room for. The runs up to `quick` end far enough before the part's end
+// that whole words may be written and read; those behind are copied pixel by pixel.
+struct Columns {
+    static constexpr int ROOM = 1024;
+    Run runs[ROOM];
+    int count, quick, width;
+    bool oneToOne;
+};
+
+constexpr int WORD_PIXELS = 3;  // more than what is written beyond a run of a pixel
+
+void markQuick(Columns& columns)
 {
-    for (; count > 0; --count, to += 3, step(walk))
-        copyPixel(to, from + 3 * walk.pixel);
+    int rest = 0;
+    columns.quick = columns.count;
+    while (columns.quick > 0 && rest < WORD_PIXELS)
+        rest += columns.runs[--columns.quick].count;
+}
+
+Columns beginColumns(Walk& walk, int width)
+{
+    Columns columns;
+    columns.oneToOne = walk.wholeStep == 1 && walk.partStep == 0;
+    columns.count = 0;
+    columns.width = std::min(width, Columns::ROOM);
+    for (int i = 0; i < columns.width; ++i, step(walk)) {
+        Run* const last = columns.count ? &columns.runs[columns.count - 1] : nullptr;
+        if (last && last->pixel == walk.pixel) {
+            ++last->count;
+        } else {
+            columns.runs[columns.count++] = {walk.pixel, 1};
+        }
+    }
+    markQuick(columns);
+    return columns;
+}
+
+// Two pixels at a time, each time a word of 8 bytes, of which what is too much is written anew by what follows.
+inline void showQuickRun(uint8_t* to, int count, const uint8_t* pixel)
+{
+    uint32_t bytes;
+    memcpy(&bytes, pixel, sizeof bytes);
+    const uint64_t one = bytes & 0xFFFFFF, two = one | one << 24;
+    for (; count > 0; count -= 2, to += 6)
+        memcpy(to, &two, sizeof two);
+}
+
+void showRow(uint8_t* to, const Columns& columns, const uint8_t* from)
+{
+    if (columns.oneToOne) {
+        memcpy(to, from + 3 * (ptrdiff_t)columns.runs[0].pixel, (size_t)columns.width * 3);
+        return;
+    }
+    for (int i = 0; i < columns.quick; ++i) {
+        const Run& run = columns.runs[i];
+        showQuickRun(to, run.count, from + 3 * (ptrdiff_t)run.pixel);
+        to += 3 * (ptrdiff_t)run.count;
+    }
+    for (int i = columns.quick; i < columns.count; ++i) {
+        for (int k = 0; k < columns.runs[i].count; ++k, to += 3)
+            copyPixel(to, from + 3 * (ptrdiff_t)columns.runs[i].pixel);
+    }
 }
 
 void showMaskedRow(uint8_t* to, int count, Walk walk, const uint8_t* from, const uint8_t* mask)
@@ -70,23 +135,32 @@ void showRowOfOnes(uint8_t* to, int count, Walk walk, const uint8_t* ones, Rgb c
 
 }  // namespace
 
-void showPixels(const ViewPicture& picture, const CanvasView& view, const BitsView& image, PixelPoint at)
+// All rows of some columns; one that shows the same as the one above is copied from there.
+static void showColumns(const ViewPicture& picture, const PixelRect& shown, const BitsView& image, Walk down,
+                        const Columns& columns)
 {
-    const PixelRect shown = shownRect(picture, view, image.width, image.height, at);
-    const int count = shown.right - shown.left;
-    if (count <= 0) return;
-    const ViewAxes axes = viewAxes(view);
-    const Walk across = beginWalk(axes.x, shown.left, at.x);
-    Walk down = beginWalk(axes.y, shown.top, at.y);
     int above = -1;
     for (int y = shown.top; y < shown.bottom; ++y, step(down)) {
         uint8_t* const row = pixelAt(picture, shown.left, y);
         if (down.pixel == above) {
-            memcpy(row, pixelAt(picture, shown.left, y - 1), (size_t)count * 3);
+            memcpy(row, pixelAt(picture, shown.left, y - 1), (size_t)columns.width * 3);
         } else {
-            showRow(row, count, across, rowOf(image, down.pixel));
+            showRow(row, columns, rowOf(image, down.pixel));
         }
         above = down.pixel;
+    }
+}
+
+void showPixels(const ViewPicture& picture, const CanvasView& view, const BitsView& image, PixelPoint at)
+{
+    PixelRect shown = shownRect(picture, view, image.width, image.height, at);
+    const ViewAxes axes = viewAxes(view);
+    Walk across = beginWalk(axes.x, shown.left, at.x);
+    const Walk down = beginWalk(axes.y, shown.top, at.y);
+    while (shown.left < shown.right) {
+        const Columns columns = beginColumns(across, shown.right - shown.left);
+        showColumns(picture, shown, image, down, columns);
+        shown.left += columns.width;
     }
 }
 

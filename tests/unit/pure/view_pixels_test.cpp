@@ -100,6 +100,27 @@ TEST(ViewPixels, EachScreenPixelShowsThePixelThatItHits)
     }
 }
 
+// Wider than what is laid out at a time, at every scale, and to the last byte of picture and image.
+TEST(ViewPixels, AWideCanvasShowsThePixelsThatItHits)
+{
+    Dice dice = {35};
+    for (int step = 1; step <= ZOOM_STEP_COUNT; ++step) {
+        Scene scene = {};
+        scene.view = resizedView({}, {2600, 3}, {11000, 14});
+        for (int i = 0; i < step; ++i)
+            scene.view = steppedAboutCentre(scene.view, 1);
+        scene.view = pannedView(scene.view, dice.between(-9, 1000000), dice.between(-99, 99));
+        scene.picture = noise(dice, 2600 - step, 3, false);
+        const Pixels image = noise(dice, scene.view.image.width, scene.view.image.height, true);
+        showPixels(pictureOf(scene), scene.view, image.view, {0, 0});
+        forEachPixel(scene, {0, 0}, [&](int x, int y, PixelPoint hit) {
+            expectSame(pixelOf(image.view, hit.x, hit.y), pixelOf(scene.picture.view, x, y));
+        });
+        ASSERT_EQ(step, scene.view.zoomStep);
+        if (testing::Test::HasFatalFailure()) return;
+    }
+}
+
 TEST(ViewPixels, ALayerLeavesWhatItDoesNotReach)
 {
     Dice dice = {32};
