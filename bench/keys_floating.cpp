@@ -5,10 +5,12 @@
 #include "bench/keys.h"
 #include "bench/synthetic.h"
 #include "image/bitmap_block.h"
+#include "selection/clear_selection.h"
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_drawing.h"
 #include "selection/outline_drawing.h"
+#include "selection/working_outline.h"
 #include "session/ground/session_record.h"
 
 static const int SIDES[] = {250, 790, 2500, 1114};  // of the area, pixels

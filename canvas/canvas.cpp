@@ -19,6 +19,7 @@
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
 #include "selection/frame_tips.h"
+#include "selection/clear_selection.h"
 #include "selection/selection.h"
 #include "selection/selection_aside.h"
 #include "selection/selection_drawing.h"

@@ -3,6 +3,7 @@
 #include "canvas/colour_pick.h"
 #include "canvas/painting_input.h"
 #include "canvas/view/cursor_outline.h"
+#include "selection/outline_brush_tool.h"
 #include "selection/selection.h"
 #include "selection/selection_view.h"
 #include "session/ground/tool_table.h"

@@ -11,7 +11,7 @@
 #include "library/empty_library.h"
 #include "library/library_store.h"
 #include "library/selection_file.h"
-#include "selection/selection.h"
+#include "selection/clear_selection.h"
 #include "selection/stored_selection.h"
 #include "session/dialogs/tool_choice.h"
 #include "session/ground/session_extras.h"

@@ -1,18 +1,19 @@
-// The outline brush on the canvas: one dab reshapes the outline at the press; the release makes the
-// floating selection anew from it.
+#include "selection/outline_brush_tool.h"
+
 #include <initializer_list>
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
 #include "selection/geometry/outline_brush.h"
 #include "selection/geometry/row_crossings.h"
-#include "selection/selection.h"
+#include "selection/clear_selection.h"
 #include "selection/selection_aside.h"
 #include "selection/outline_drawing.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_state.h"
+#include "selection/working_outline.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"

@@ -2,40 +2,14 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
-#include "selection/selection.h"
+#include "selection/clear_selection.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_state.h"
+#include "selection/working_outline.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
-
-Outline workingOutline()
-{
-    return {session->rowCrossings,
-            session->outlinePoints,
-            session->outlinePointCount,
-            {(int)session->outlineLastPoint.x, (int)session->outlineLastPoint.y},
-            {(int)session->outlineStartPoint.x, (int)session->outlineStartPoint.y},
-            session->outlineIncomplete != 0};
-}
-
-void putOutline(const Outline& outline)
-{
-    session->rowCrossings = outline.crossings;
-    session->outlinePoints = outline.points;
-    session->outlinePointCount = outline.pointCount;
-    session->outlineLastPoint = {outline.last.x, outline.last.y};
-    session->outlineStartPoint = {outline.start.x, outline.start.y};
-    session->outlineIncomplete = outline.incomplete;
-}
-
-Outline takeWorkingOutline()
-{
-    const Outline outline = workingOutline();
-    putOutline(Outline{});
-    return outline;
-}
 
 RECT canvasArea(HWND canvas)
 {

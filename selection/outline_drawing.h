@@ -4,8 +4,6 @@
 
 #include <windows.h>
 
-#include "selection/geometry/outline.h"
-
 // Points are image pixels.
 void startDrawing(HWND canvas, POINT at);
 void continueDrawing(HWND canvas, POINT at);
@@ -15,11 +13,6 @@ bool drawingRuns();
 // The drawn outline becomes the floating selection, unturned, with neutral colours. False, and the record has
 // no outline any more, when it encloses nothing or memory is short.
 bool floatOutline();
-
-// The record's working outline as a value that the record goes on owning; put back with putOutline.
-Outline workingOutline();
-void putOutline(const Outline& outline);
-Outline takeWorkingOutline();  // the record has none any more
 
 // The canvas's client area in image pixels; all of the image while it is zoomed.
 RECT canvasArea(HWND canvas);

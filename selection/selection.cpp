@@ -4,11 +4,10 @@
 #include "canvas/view/canvas_coordinates.h"
 #include "resources/resource_ids.h"
 #include "selection/outline_drawing.h"
-#include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_operations.h"
-#include "selection/selection_state.h"
 #include "selection/selection_tracking.h"
+#include "selection/tracking_picture.h"
 #include "session/ground/module_state.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
@@ -123,26 +122,4 @@ UINT frameNameAt(HWND canvas, POINT client)
     for (const FrameLook& row : frameLooks)
         if (row.hit == hit) return row.nameId;
     return 0;
-}
-
-static void dropWorkingOutline()
-{
-    Outline outline = takeWorkingOutline();
-    freeOutline(outline);
-    freeOutlinePoints(sessionExtras.selection.dabbedFrom);
-    if (session->selectionComposite) DeleteObject(session->selectionComposite);
-    session->selectionComposite = nullptr;
-}
-
-void clearSelection()
-{
-    if (trackingRuns()) cancelTracking(session->canvasWindow);
-    session->selectionActive = 0;
-    session->selectionRotation = 0;
-    session->selectionHitCode = 0;
-    dropWorkingOutline();
-    dropSelectionStates();
-    emptySelectionRects();
-    redrawSelection();
-    sessionExtras.selection = {};
 }

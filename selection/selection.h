@@ -10,19 +10,9 @@ void pressSelection(HWND canvas, POINT at);
 void moveSelectionPointer(HWND canvas, POINT at);
 void releaseSelection(HWND canvas, POINT at);
 
-// The outline brush (tool 115): pressed inside the selection it adds its disk, outside it cuts it away.
-// The press reshapes the outline, the release makes the floating pixels anew.
-void pressOutlineBrush(HWND canvas, POINT at);
-void releaseOutlineBrush();
-void cancelOutlineBrush();  // the press is taken back: the selection is what it was
-
 // Sets the cursor for the part of the frame under the pointer. False when the pointer is on none: the
 // tool's own cursor shows.
 bool setSelectionCursor(HWND canvas);
 
 // String that names the button of the frame at a client point; 0 where there is none.
 UINT frameNameAt(HWND canvas, POINT client);
-
-// Drops the selection, or the outline being drawn, and everything that belongs to it, and takes it off
-// the screen. Pixels that were not applied are gone.
-void clearSelection();

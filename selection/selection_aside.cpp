@@ -1,6 +1,6 @@
 #include "selection/selection_aside.h"
 
-#include "selection/selection.h"
+#include "selection/clear_selection.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_state.h"

@@ -12,7 +12,7 @@
 #include "selection/geometry/outline.h"
 #include "selection/geometry/selection_images.h"
 #include "selection/selection_frame.h"
-#include "selection/selection_tracking.h"
+#include "selection/tracking_picture.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"

@@ -2,8 +2,8 @@
 
 #include "image/bitmap_locks.h"
 #include "selection/geometry/selection_images.h"
+#include "selection/clear_selection.h"
 #include "selection/outline_drawing.h"
-#include "selection/selection.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_state.h"

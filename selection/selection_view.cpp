@@ -4,12 +4,12 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/bitmap_locks.h"
+#include "selection/clear_selection.h"
 #include "selection/outline_drawing.h"
-#include "selection/selection.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_frame.h"
-#include "selection/selection_tracking.h"
+#include "selection/tracking_picture.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 

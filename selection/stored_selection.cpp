@@ -1,7 +1,7 @@
 #include "selection/stored_selection.h"
 
 #include "image/packed_bitmap.h"
-#include "selection/selection.h"
+#include "selection/clear_selection.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_state.h"
 #include "session/ground/session_record.h"

@@ -48,14 +48,6 @@ MODULES = ('controls/', 'host/')
 STAYS = {
     'host/codecs/jpeg_common.h declares ':
         'the one header that includes what the JPEG library wants in a certain order',
-    'a circle: controls/named_control -> ':
-        'a tip asks the control for its name, and the control hands its messages to the tip',
-    'selection/selection.h declares ':
-        'the presses of both selection tools, as the canvas hands them on',
-    'a circle: selection/outline_drawing -> ':
-        'the drawing of what follows the pointer and the press that begins it; to be parted',
-    'a circle: selection/selection_drawing -> ':
-        'drawing asks what is tracked, an operation asks for drawing; to be parted',
 }
 
 

@@ -2,7 +2,7 @@
 
 #include "controls/kovctrl32.h"
 #include "resources/resource_ids.h"
-#include "selection/selection.h"
+#include "selection/clear_selection.h"
 #include "session/dialogs/button_pictures.h"
 #include "session/dialogs/dialog_face.h"
 #include "session/ground/module_state.h"

@@ -8,7 +8,7 @@
 #include "image/original_image.h"
 #include "library/library_dialog.h"
 #include "resources/resource_ids.h"
-#include "selection/selection.h"
+#include "selection/clear_selection.h"
 #include "session/ground/module_state.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"

@@ -9,6 +9,8 @@
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
 #include "selection/geometry/frame_layout.h"
+#include "selection/clear_selection.h"
+#include "selection/outline_brush_tool.h"
 #include "selection/selection.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_operations.h"

@@ -10,6 +10,8 @@
 #include "image/packed_bitmap.h"
 #include "selection/geometry/frame_layout.h"
 #include "selection/geometry/outline.h"
+#include "selection/clear_selection.h"
+#include "selection/outline_brush_tool.h"
 #include "selection/selection.h"
 #include "selection/selection_operations.h"
 #include "selection/selection_frame.h"
