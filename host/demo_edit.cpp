@@ -7,8 +7,8 @@
 //     retouch_demo save|spot|paint|close|wait PHOTO    PHOTO: the file's name without its folder
 //     retouch_demo answer yes|no|cancel                in the dialog that the program asks with
 // save presses Save, spot first lays one dab into the photo's middle, paint lays it and leaves the editor open,
-// close leaves without saving, wait only waits until the editor is open. Exit code: 0 done, 1 no session found, 2 the
-// session did not end, 3 usage.
+// close leaves without saving, wait only waits until the editor is open. Exit code: 0 done, 1 no session found, 2 it
+// could not be done, 3 usage.
 #include <cmath>
 #include <cstdio>
 #include <string>
@@ -63,46 +63,61 @@ bool waitUntil(Condition holds, DWORD milliseconds)
     return true;
 }
 
-// Returns when the editor has worked off its input and has nothing left to paint.
+bool answers(const Editor& editor)
+{
+    DWORD_PTR answer;
+    return SendMessageTimeoutW(editor.canvas, WM_NULL, 0, 0, SMTO_NORMAL, 5000, &answer);
+}
+
+// Returns when the editor has worked off its input, has nothing left to paint, and has given what it painted to
+// the display: that happens when it waits for the next message, so it must have come to wait once after that.
 void settle(const Editor& editor)
 {
     waitUntil(
         [&] {
-            DWORD_PTR answer;
-            return !SendMessageTimeoutW(editor.canvas, WM_NULL, 0, 0, SMTO_NORMAL, 5000, &answer) ||
+            return !answers(editor) ||
                    (!GetUpdateRect(editor.canvas, nullptr, FALSE) && !GetUpdateRect(editor.palette, nullptr, FALSE));
         },
         10000);
-    Sleep(200);  // the display's own way to the screen
+    for (int turn = 0; turn < 2; turn++)
+        answers(editor);
 }
 
 void picture(const Editor& editor, const char* name)
 {
     settle(editor);
+    Sleep(200);  // the display's own way to the screen
     printf("picture %s\n", name);
     fflush(stdout);
     char line[16];
     if (!fgets(line, sizeof line, stdin)) return;
 }
 
-void button(DWORD flag)
+// A button goes down or up at the point, in one event with the way there: a late report of where the pointer was
+// before cannot come between.
+void pointer(POINT point, DWORD buttons)
 {
     INPUT input = {};
     input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flag;
+    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | buttons;
+    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    input.mi.dx = (LONG)(((long long)point.x * 65536 + width - 1) / width);
+    input.mi.dy = (LONG)(((long long)point.y * 65536 + height - 1) / height);
     SendInput(1, &input, sizeof input);
 }
 
+// Returns when the pointer is there, for the display too.
 void moveTo(POINT point)
 {
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-    const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
-    input.mi.dx = (LONG)(((long long)point.x * 65536 + width / 2) / width);
-    input.mi.dy = (LONG)(((long long)point.y * 65536 + height / 2) / height);
-    SetCursorPos(point.x, point.y);
-    SendInput(1, &input, sizeof input);
+    waitUntil(
+        [&] {
+            POINT now;
+            if (GetCursorPos(&now) && now.x == point.x && now.y == point.y) return true;
+            SetCursorPos(point.x, point.y);
+            pointer(point, 0);
+            return false;
+        },
+        10000);
 }
 
 // A point of a window: across and down in parts of its size.
@@ -113,14 +128,25 @@ POINT pointOf(HWND window, double across, double down)
     return {box.left + (LONG)((box.right - box.left) * across), box.top + (LONG)((box.bottom - box.top) * down)};
 }
 
-void click(HWND window, double across, double down)
+// Whether the pointer would meet the window there. Without a window manager a dialog can be left under the window
+// that owns it; then it is brought up again.
+bool liesOnTop(HWND window, POINT point)
 {
-    moveTo(pointOf(window, across, down));
-    Sleep(60);
-    button(MOUSEEVENTF_LEFTDOWN);
-    Sleep(60);
-    button(MOUSEEVENTF_LEFTUP);
-    Sleep(60);
+    if (!IsWindowEnabled(window)) return false;
+    if (WindowFromPoint(point) == window) return true;
+    SetWindowPos(GetAncestor(window, GA_ROOT), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    return false;
+}
+
+// False when something else stays where the window should be.
+bool click(HWND window, double across, double down)
+{
+    if (!waitUntil([&] { return liesOnTop(window, pointOf(window, across, down)); }, 10000)) return false;
+    const POINT point = pointOf(window, across, down);
+    moveTo(point);
+    pointer(point, MOUSEEVENTF_LEFTDOWN);
+    pointer(point, MOUSEEVENTF_LEFTUP);
+    return true;
 }
 
 POINT wavePoint(HWND canvas, double part)
@@ -133,14 +159,14 @@ void paintWave(const Editor& editor)
     const int steps = 120;
     moveTo(wavePoint(editor.canvas, 0));
     settle(editor);
-    button(MOUSEEVENTF_LEFTDOWN);
+    pointer(wavePoint(editor.canvas, 0), MOUSEEVENTF_LEFTDOWN);
     for (int step = 1; step <= steps; step++) {
         moveTo(wavePoint(editor.canvas, (double)step / steps));
         Sleep(10);
         if (step == steps / 2) picture(editor, "painting");
     }
     settle(editor);
-    button(MOUSEEVENTF_LEFTUP);
+    pointer(wavePoint(editor.canvas, 1), MOUSEEVENTF_LEFTUP);
 }
 
 int endOf(const Editor& editor)
@@ -184,19 +210,29 @@ COLORREF seenAt(POINT point)
     return color;
 }
 
-void laySpot(const Editor& editor)
+// To a place where nothing reacts, below the palette: no outline lies at the pointer.
+void restPointer(const Editor& editor)
+{
+    POINT point = pointOf(editor.palette, 0.5, 1);
+    point.y += 12;
+    moveTo(point);
+    settle(editor);
+}
+
+// False when no dab is seen in the photo's middle.
+bool laySpot(const Editor& editor)
 {
     const POINT middle = pointOf(editor.canvas, 0.5, 0.5);
-    settle(editor);
+    restPointer(editor);
     const COLORREF before = seenAt(middle);
     for (int attempt = 0; attempt < 5; attempt++) {
         click(GetDlgItem(editor.palette, brushButton), 0.5, 0.5);
         settle(editor);
         click(editor.canvas, 0.5, 0.5);
-        moveTo(pointOf(editor.palette, 0.5, 0.02));  // the outline at the pointer goes
-        settle(editor);
-        if (seenAt(middle) != before) return;
+        restPointer(editor);
+        if (waitUntil([&] { return seenAt(middle) != before; }, 5000)) return true;
     }
+    return false;
 }
 
 int closeEditor(const Editor& editor)
@@ -226,9 +262,11 @@ int answerDialog(const std::wstring& answer)
     HWND dialog = nullptr;
     if (!waitUntil([&] { return (dialog = openDialog()) != nullptr; }, 60000)) return 1;
     const int button = answer == L"yes" ? IDYES : answer == L"no" ? IDNO : IDCANCEL;
-    Sleep(200);
-    click(GetDlgItem(dialog, button), 0.5, 0.5);
-    return waitUntil([&] { return !IsWindow(dialog); }, 60000) ? 0 : 2;
+    for (int attempt = 0; attempt < 5; attempt++) {
+        click(GetDlgItem(dialog, button), 0.5, 0.5);
+        if (waitUntil([&] { return !IsWindow(dialog); }, 15000)) return 0;
+    }
+    return 2;
 }
 
 int doOneThing(const std::wstring& action, const std::wstring& photo)
@@ -244,8 +282,7 @@ int doOneThing(const std::wstring& action, const std::wstring& photo)
         },
         60000);
     if (!open) return 1;
-    if (action == L"spot" || action == L"paint") laySpot(editor);
-    if (action == L"paint") settle(editor);
+    if ((action == L"spot" || action == L"paint") && !laySpot(editor)) return 2;
     if (action == L"spot" || action == L"save") return pressSave(editor);
     if (action == L"close") return closeEditor(editor);
     return action == L"wait" || action == L"paint" ? 0 : 3;

@@ -29,11 +29,10 @@ expect() {   # expect DESCRIPTION COMMAND...
     "$@" || { echo "Wrong: $description"; failures=$((failures + 1)); }
 }
 until_true() {   # until_true COMMAND...: at most 60 seconds
-    local waited=0
+    local end=$((SECONDS + 60))
     until "$@"; do
-        sleep 0.2
-        waited=$((waited + 1))
-        [ "$waited" -lt 300 ] || return 1
+        [ "$SECONDS" -lt "$end" ] || return 1
+        sleep 0.1
     done
 }
 stop_wine   # what an interrupted check may have left
@@ -64,7 +63,7 @@ kill_host() {   # as a crash would: the Windows process itself
 no_temporaries() { ! ls "$1"/retouch-*.tmp >/dev/null 2>&1; }
 
 photo=$folder/photo.jpg
-cp "$root/samples/seeding.jpg" "$photo"
+djpeg -scale 1/8 "$root/samples/seeding.jpg" | cjpeg -quality 90 >"$photo"   # small: what counts is not the size
 
 # The name is taken while the session runs.
 start_host "$photo"
@@ -110,7 +109,7 @@ expect "nothing is left of it" test -z "$(ls "$rescue" 2>/dev/null)"
 # A full disk: where a small one can be had, as root only.
 small=$folder/small
 mkdir "$small"
-if mount -t tmpfs -o size=1536k tmpfs "$small" 2>/dev/null; then
+if mount -t tmpfs -o size=64k tmpfs "$small" 2>/dev/null; then
     mounted=$small
     start_host "$photo" -o "$(windows_path "$small/out.png")"
     expect "the editor opens for a full disk" drive spot photo.jpg
