@@ -3,6 +3,7 @@
 
 #include "bench/synthetic.h"
 #include "image/kept_blocks.h"
+#include "image/new_bitmap.h"
 #include "image/packed_bitmap.h"
 #include "selection/geometry/outline.h"
 #include "selection/geometry/selection_images.h"
@@ -33,7 +34,7 @@ static void freeMask()
 
 static bool makeMask(const RowHead* table, PixelRect rect)
 {
-    mask = createBitmap(rect.right - rect.left, rect.bottom - rect.top, 24);
+    mask = createUnsetBitmap(rect.right - rect.left, rect.bottom - rect.top);
     const BitsView view = lockedView(mask);
     if (!view.row0) return false;
     fillSelectionMask(view, table, rect);

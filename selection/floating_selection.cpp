@@ -2,6 +2,7 @@
 
 #include "image/bitmap_locks.h"
 #include "image/kept_blocks.h"
+#include "image/new_bitmap.h"
 #include "image/packed_bitmap.h"
 #include "image/pixels/pixel_ops.h"
 #include "selection/geometry/mask_trace.h"
@@ -22,11 +23,12 @@ bool keepIf(bool complete, FloatingSelection& selection)
     return complete;
 }
 
+// The mask is written whole by whoever asks for the images; the image is black.
 bool createImages(FloatingSelection& selection)
 {
     const PixelRect size = atCorner(selection.rect);
     selection.image = createBitmap(size.right, size.bottom, 24);
-    selection.mask = createBitmap(size.right, size.bottom, 24);
+    selection.mask = createUnsetBitmap(size.right, size.bottom);
     return selection.image && selection.mask;
 }
 

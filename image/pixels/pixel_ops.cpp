@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "image/pixels/pixel_rows.h"
+#include "image/pixels/vector_bytes.h"
 
 static const int bytesPerPixel = 3;
 
@@ -82,16 +83,39 @@ void fillWhereMapIsZero(const BitsView& image, const MapView& map, Rgb colour)
     }
 }
 
-// Masks are made of long runs, so whole runs are copied instead of pixels.
-void mergeMaskedRow(uint8_t* destination, const uint8_t* source, const uint8_t* mask, int width)
+static void moveBytes(uint8_t* to, const uint8_t* from, size_t count)
+{
+    memmove(to, from, count);
+}
+
+// From each pointer to the same of the row that comes next, in bytes; all 0 where there is none.
+struct RowSteps {
+    ptrdiff_t destination, source, mask;
+};
+
+// Masks are made of long runs, so whole runs are copied instead of pixels. The next row's runs lie about where this
+// one's do.
+static void mergeRuns(uint8_t* destination, const uint8_t* source, const uint8_t* mask, int width, const RowSteps& next)
 {
     const PixelRows& rows = pixelRows();
+    const size_t rowBytes = (size_t)width * bytesPerPixel;
+    const bool apart = destination + rowBytes <= source || source + rowBytes <= destination;
+    if (next.mask) fetchAhead(mask + next.mask, rowBytes);
     for (ptrdiff_t x = rows.findMask(mask, 0, width, true); x < width;) {
         const ptrdiff_t end = rows.findMask(mask, x, width, false);
-        const size_t offset = (size_t)x * bytesPerPixel;
-        memmove(destination + offset, source + offset, (size_t)(end - x) * bytesPerPixel);
+        const size_t offset = (size_t)x * bytesPerPixel, count = (size_t)(end - x) * bytesPerPixel;
+        (apart ? rows.copy : moveBytes)(destination + offset, source + offset, count);
+        if (next.mask) {
+            fetchAhead(destination + offset + next.destination, count);
+            fetchAhead(source + offset + next.source, count);
+        }
         x = rows.findMask(mask, end, width, true);
     }
+}
+
+void mergeMaskedRow(uint8_t* destination, const uint8_t* source, const uint8_t* mask, int width)
+{
+    mergeRuns(destination, source, mask, width, RowSteps{});
 }
 
 void mergeMasked(const BitsView& destination, const BitsView& source, const BitsView& mask, int left, int top)
@@ -104,9 +128,10 @@ void mergeMasked(const BitsView& destination, const BitsView& source, const Bits
 
     const ptrdiff_t sourceByte = (ptrdiff_t)firstX * bytesPerPixel;
     const ptrdiff_t destinationByte = (ptrdiff_t)(left + firstX) * bytesPerPixel;
+    const RowSteps steps = {destination.stride, source.stride, mask.stride};
     for (int64_t y = firstY; y < endY; y++) {
-        mergeMaskedRow(rowOf(destination, (int)(top + y)) + destinationByte, rowOf(source, (int)y) + sourceByte,
-                       rowOf(mask, (int)y) + sourceByte, (int)(endX - firstX));
+        mergeRuns(rowOf(destination, (int)(top + y)) + destinationByte, rowOf(source, (int)y) + sourceByte,
+                  rowOf(mask, (int)y) + sourceByte, (int)(endX - firstX), y + 1 < endY ? steps : RowSteps{});
     }
 }
 

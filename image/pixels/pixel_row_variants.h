@@ -22,6 +22,10 @@ struct PixelRows {
     // First pixel from x on whose "the mask's red is 0" equals `inside`, or width.
     ptrdiff_t (*findMask)(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside);
 
+    // memset and memcpy for runs of pixels, many of them short.
+    void (*fill)(uint8_t* to, uint8_t value, size_t count);
+    void (*copy)(uint8_t* to, const uint8_t* from, size_t count);
+
     // memcpy for blocks too large for the caches: what is written passes them by. Slower where they would serve.
     void (*copyLarge)(uint8_t* to, const uint8_t* from, size_t count);
 

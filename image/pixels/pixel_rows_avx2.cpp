@@ -5,21 +5,27 @@
 #include <cstring>
 #include <immintrin.h>
 
-#include "image/pixels/red_bytes.h"
-
 namespace {
 
 #include "image/pixels/words_avx2.h"
 
-constexpr RedBytes<3 * VECTOR_SIZE> REDS = makeRedBytes<3 * VECTOR_SIZE>();
-constexpr const uint8_t* RED_BYTES = REDS.at;
-
 #include "image/pixels/large_copy_lanes.h"
 #include "image/pixels/pixel_rows_lanes.h"
+#include "image/pixels/run_ends.h"
 
 VECTOR_FUNCTION ptrdiff_t findMaskAvx2(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
     return findMask(mask, x, width, inside);
+}
+
+VECTOR_FUNCTION void fillAvx2(uint8_t* to, uint8_t value, size_t count)
+{
+    fillRun(to, value, count);
+}
+
+VECTOR_FUNCTION void copyAvx2(uint8_t* to, const uint8_t* from, size_t count)
+{
+    copyRun(to, from, count);
 }
 
 VECTOR_FUNCTION void copyLargeAvx2(uint8_t* to, const uint8_t* from, size_t count)
@@ -44,6 +50,6 @@ VECTOR_FUNCTION void swapRedAndBlueAvx2(uint8_t* to, const uint8_t* from, size_t
 
 }  // namespace
 
-const PixelRows PIXEL_ROWS_AVX2 = {findMaskAvx2, copyLargeAvx2, swapRedAndBlueAvx2, nullptr};
+const PixelRows PIXEL_ROWS_AVX2 = {findMaskAvx2, fillAvx2, copyAvx2, copyLargeAvx2, swapRedAndBlueAvx2, nullptr};
 
 #endif

@@ -4,21 +4,48 @@
 
 #include <cstring>
 #include "image/pixels/avx512_intrinsics.h"
-#include "image/pixels/red_bytes.h"
 
 namespace {
 
 #include "image/pixels/words_avx512.h"
 
-constexpr RedBytes<3 * VECTOR_SIZE> REDS = makeRedBytes<3 * VECTOR_SIZE>();
-constexpr const uint8_t* RED_BYTES = REDS.at;
-
 #include "image/pixels/large_copy_lanes.h"
 #include "image/pixels/pixel_rows_lanes.h"
+
+LANES_INLINE __mmask64 firstBytes(size_t count)
+{
+    return ~(__mmask64)0 >> (64 - count);
+}
+
+LANES_INLINE void fillRun(uint8_t* to, uint8_t value, size_t count)
+{
+    const Vector bytes = allBytes(value);
+    for (; count > VECTOR_SIZE; count -= VECTOR_SIZE, to += VECTOR_SIZE)
+        store(to, bytes);
+    if (count > 0) _mm512_mask_storeu_epi8(to, firstBytes(count), bytes);
+}
+
+LANES_INLINE void copyRun(uint8_t* to, const uint8_t* from, size_t count)
+{
+    for (; count > VECTOR_SIZE; count -= VECTOR_SIZE, to += VECTOR_SIZE, from += VECTOR_SIZE)
+        store(to, load(from));
+    const __mmask64 rest = firstBytes(count);
+    if (count > 0) _mm512_mask_storeu_epi8(to, rest, _mm512_maskz_loadu_epi8(rest, from));
+}
 
 VECTOR_FUNCTION ptrdiff_t findMaskAvx512(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
     return findMask(mask, x, width, inside);
+}
+
+VECTOR_FUNCTION void fillAvx512(uint8_t* to, uint8_t value, size_t count)
+{
+    fillRun(to, value, count);
+}
+
+VECTOR_FUNCTION void copyAvx512(uint8_t* to, const uint8_t* from, size_t count)
+{
+    copyRun(to, from, count);
 }
 
 VECTOR_FUNCTION void copyLargeAvx512(uint8_t* to, const uint8_t* from, size_t count)
@@ -71,6 +98,7 @@ VECTOR_FUNCTION void gatherAvx512(uint8_t* to, const uint8_t* from, const Gather
 
 }  // namespace
 
-const PixelRows PIXEL_ROWS_AVX512 = {findMaskAvx512, copyLargeAvx512, swapRedAndBlueAvx512, gatherAvx512};
+const PixelRows PIXEL_ROWS_AVX512 = {findMaskAvx512,  fillAvx512,           copyAvx512,
+                                     copyLargeAvx512, swapRedAndBlueAvx512, gatherAvx512};
 
 #endif

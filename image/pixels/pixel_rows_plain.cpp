@@ -9,7 +9,12 @@ ptrdiff_t findMaskPlain(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool 
     return x;
 }
 
-static void copyLargePlain(uint8_t* to, const uint8_t* from, size_t count)
+void fillPlain(uint8_t* to, uint8_t value, size_t count)
+{
+    memset(to, value, count);
+}
+
+void copyPlain(uint8_t* to, const uint8_t* from, size_t count)
 {
     memcpy(to, from, count);
 }
@@ -23,4 +28,4 @@ void swapRedAndBluePlain(uint8_t* to, const uint8_t* from, size_t pixels)
     }
 }
 
-const PixelRows PIXEL_ROWS_PLAIN = {findMaskPlain, copyLargePlain, swapRedAndBluePlain, nullptr};
+const PixelRows PIXEL_ROWS_PLAIN = {findMaskPlain, fillPlain, copyPlain, copyPlain, swapRedAndBluePlain, nullptr};

@@ -5,21 +5,27 @@
 #include <cstring>
 #include <emmintrin.h>
 
-#include "image/pixels/red_bytes.h"
-
 namespace {
 
 #include "image/pixels/words_sse2.h"
 
-constexpr RedBytes<3 * VECTOR_SIZE> REDS = makeRedBytes<3 * VECTOR_SIZE>();
-constexpr const uint8_t* RED_BYTES = REDS.at;
-
 #include "image/pixels/large_copy_lanes.h"
 #include "image/pixels/pixel_rows_lanes.h"
+#include "image/pixels/run_ends.h"
 
 ptrdiff_t findMaskSse2(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
     return findMask(mask, x, width, inside);
+}
+
+void fillSse2(uint8_t* to, uint8_t value, size_t count)
+{
+    fillRun(to, value, count);
+}
+
+void copySse2(uint8_t* to, const uint8_t* from, size_t count)
+{
+    copyRun(to, from, count);
 }
 
 void copyLargeSse2(uint8_t* to, const uint8_t* from, size_t count)
@@ -68,6 +74,6 @@ void swapRedAndBlueSse2(uint8_t* to, const uint8_t* from, size_t pixels)
 
 }  // namespace
 
-const PixelRows PIXEL_ROWS_SSE2 = {findMaskSse2, copyLargeSse2, swapRedAndBlueSse2, nullptr};
+const PixelRows PIXEL_ROWS_SSE2 = {findMaskSse2, fillSse2, copySse2, copyLargeSse2, swapRedAndBlueSse2, nullptr};
 
 #endif

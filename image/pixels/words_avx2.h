@@ -20,6 +20,13 @@ LANES_INLINE Vector pickWhereZero(Vector test, Vector zero, Vector other)
     return _mm256_blendv_epi8(other, zero, _mm256_cmpeq_epi8(test, _mm256_setzero_si256()));
 }
 
+typedef uint32_t ByteBits;
+
+LANES_INLINE ByteBits zeroBytes(Vector bytes)
+{
+    return (ByteBits)_mm256_movemask_epi8(_mm256_cmpeq_epi8(bytes, _mm256_setzero_si256()));
+}
+
 LANES_INLINE bool allZero(Vector bytes)
 {
     return _mm256_testz_si256(bytes, bytes);

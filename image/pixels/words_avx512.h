@@ -19,6 +19,13 @@ LANES_INLINE Vector pickWhereZero(Vector test, Vector zero, Vector other)
     return _mm512_mask_blend_epi8(_mm512_test_epi8_mask(test, test), zero, other);
 }
 
+typedef uint64_t ByteBits;
+
+LANES_INLINE ByteBits zeroBytes(Vector bytes)
+{
+    return _mm512_testn_epi8_mask(bytes, bytes);
+}
+
 LANES_INLINE bool allZero(Vector bytes)
 {
     return _mm512_test_epi8_mask(bytes, bytes) == 0;

@@ -19,6 +19,13 @@ LANES_INLINE Vector pickWhereZero(Vector test, Vector zero, Vector other)
     return _mm_or_si128(_mm_and_si128(is, zero), _mm_andnot_si128(is, other));
 }
 
+typedef uint16_t ByteBits;  // a bit a byte
+
+LANES_INLINE ByteBits zeroBytes(Vector bytes)
+{
+    return (ByteBits)_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_setzero_si128()));
+}
+
 LANES_INLINE bool allZero(Vector bytes)
 {
     return _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_setzero_si128())) == 0xFFFF;

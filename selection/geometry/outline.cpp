@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "selection/geometry/closed_outline.h"
 #include "tools/kernels/digital_line.h"
 
 static const int smallestRoom = 64;
@@ -108,17 +109,24 @@ void freeOutline(Outline& outline)
     outline = Outline{};
 }
 
+// The points themselves are left to be written.
+static bool startWithRoom(Outline& outline, const PixelPoint* points, int count)
+{
+    const int steps = stepsOfOutline(points, count);
+    if (steps < 0 || steps == INT_MAX) return false;
+    outline.points = resizePoints(nullptr, roomFor(steps + 1));
+    outline.pointCount = steps + 1;
+    return outline.points != nullptr;
+}
+
 bool replayOutline(Outline& outline, int rowCount, const PixelPoint* points, int count)
 {
-    if (count <= 0) {
-        freeOutline(outline);
-        return false;
-    }
-    if (!startOutline(outline, rowCount, points[0])) return false;
-    for (int n = 1; n < count; n++)
-        extendOutline(outline, points[n]);
-    closeOutline(outline, points[count - 1]);
-    if (!outline.incomplete) return true;
+    freeOutline(outline);
+    if (count <= 0 || !startWithRoom(outline, points, count)) return false;
+    outline.points[0] = outline.start = points[0];
+    outline.last = points[count - 1];
+    outline.crossings = crossingsOfOutline(rowCount, points, count, PixelPoint{0, 0}, outline.points + 1);
+    if (outline.crossings) return true;
     freeOutline(outline);
     return false;
 }
@@ -142,32 +150,9 @@ bool replayOutlineAnywhere(Outline& outline, PixelPoint& origin, const PixelPoin
     return replayed;
 }
 
-static bool addSegment(RowHead* table, PixelPoint from, PixelPoint to)
-{
-    PixelPoint previous = from;
-    for (DigitalLine line = beginLine(from, to); nextPoint(line);) {
-        const PixelPoint point = {line.x, line.y};
-        if (point.y != previous.y && !addCrossing(table, previous, point)) return false;
-        previous = point;
-    }
-    return true;
-}
-
-static PixelPoint countedFrom(PixelPoint origin, PixelPoint point)
-{
-    return PixelPoint{point.x - origin.x, point.y - origin.y};
-}
-
 RowHead* crossingsOfPoints(int rowCount, const PixelPoint* points, int count, PixelPoint origin)
 {
-    RowHead* table = createCrossings(rowCount);
-    for (int n = 0; table && n < count; n++) {
-        const PixelPoint to = points[n + 1 < count ? n + 1 : 0];
-        if (addSegment(table, countedFrom(origin, points[n]), countedFrom(origin, to))) continue;
-        freeCrossings(table);
-        table = nullptr;
-    }
-    return table;
+    return crossingsOfOutline(rowCount, points, count, origin, nullptr);
 }
 
 // Crossings of one segment with the pixel's row, at or left of the pixel.

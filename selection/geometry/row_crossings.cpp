@@ -1,5 +1,6 @@
 #include "selection/geometry/row_crossings.h"
 
+#include <climits>
 #include <cstddef>
 #include <cstdlib>
 
@@ -84,6 +85,20 @@ static bool addBlock(TableHeader* header, int nodes)
     block->size = nodes;
     header->blocks = block;
     return true;
+}
+
+RowHead* takeNodes(RowHead* table, size_t count)
+{
+    if (count == 0 || count > INT_MAX / sizeof(RowHead)) return nullptr;
+    TableHeader* header = headerOf(table);
+    if (!addBlock(header, (int)count)) return nullptr;
+    header->blocks->used = (int)count;
+    return header->blocks->nodes;
+}
+
+void returnNodes(RowHead* table, size_t count)
+{
+    if (count > 0) headerOf(table)->blocks->used -= (int)count;
 }
 
 static int nextBlockSize(const NodeBlock* block)

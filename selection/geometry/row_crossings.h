@@ -10,6 +10,7 @@
 // return null when there is no memory, and what they were given is unchanged.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "image/pixels/bits_view.h"
@@ -25,6 +26,11 @@ struct RowHead {
 // An empty table for an image of `rowCount` rows, 0 or more.
 RowHead* createCrossings(int rowCount);
 void freeCrossings(RowHead* table);  // null is allowed
+
+// For whoever fills an empty table by itself: so many nodes in a row, which belong to the table. Null for none and
+// when there is no memory. The last ones that turn out not to be needed are returned before any others are taken.
+RowHead* takeNodes(RowHead* table, size_t count);
+void returnNodes(RowHead* table, size_t count);
 
 // The image rows that the table was made for (its last head is one row below them).
 int crossingRowCount(const RowHead* table);

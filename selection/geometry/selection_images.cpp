@@ -1,8 +1,7 @@
 #include "selection/geometry/selection_images.h"
 
-#include <cstring>
-
 #include "image/pixels/pixel_ops.h"
+#include "image/pixels/pixel_rows.h"
 
 static int clampColumn(int64_t column, int width)
 {
@@ -11,7 +10,7 @@ static int clampColumn(int64_t column, int width)
 
 static void fillPixels(uint8_t* row, int from, int to, int value)
 {
-    if (to > from) memset(row + (size_t)from * 3, value, (size_t)(to - from) * 3);
+    if (to > from) pixelRows().fill(row + (size_t)from * 3, (uint8_t)value, (size_t)(to - from) * 3);
 }
 
 static void fillMaskRow(uint8_t* row, int width, SpanWalk walk, int left)
@@ -24,7 +23,7 @@ static void fillMaskRow(uint8_t* row, int width, SpanWalk walk, int left)
         fillPixels(row, from, to, 0);
         done = to;
     }
-    memset(row + (size_t)done * 3, 255, (size_t)(rowStride(width, 24) - (int64_t)done * 3));
+    pixelRows().fill(row + (size_t)done * 3, 255, (size_t)(rowStride(width, 24) - (int64_t)done * 3));
 }
 
 static void cutImageRow(uint8_t* row, int width, SpanWalk walk, int left)

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <random>
 #include <vector>
 
 #include "tests/reference/painting_reference.h"
@@ -41,6 +42,44 @@ TEST(DigitalLine, EveryDirectionTakesTheNearestPoint)
     for (int y = -17; y <= 17; ++y)
         for (int x = -17; x <= 17; ++x)
             ASSERT_EQ(reference::linePoints(5, -4, 5 + x, -4 + y), walk({5, -4}, {5 + x, -4 + y})) << x << "," << y;
+}
+
+static void expectNearLine(PixelPoint from, PixelPoint to)
+{
+    ASSERT_TRUE(isNear(from) && isNear(to));
+    NearLine near = beginNearLine(from, to);
+    DigitalLine line = beginLine(from, to);
+    ASSERT_EQ(line.left, near.left);
+    for (int n = 0; n < 1000; ++n) {
+        ASSERT_EQ(line.x, near.x);
+        ASSERT_EQ(line.y, near.y);
+        const bool more = nextPoint(line);
+        ASSERT_EQ(more, nextPoint(near));
+        if (!more) return;
+    }
+}
+
+TEST(DigitalLine, NearLinesTakeTheSameSteps)
+{
+    for (int y = -9; y <= 9; ++y)
+        for (int x = -9; x <= 9; ++x)
+            expectNearLine({3, -2}, {3 + x, -2 + y});
+    std::mt19937 random(5);
+    for (int n = 0; n < 300; ++n) {
+        const int shift = 4 + n % 20;
+        expectNearLine({(int)random() >> shift, (int)random() >> 4}, {(int)random() >> 4, (int)random() >> shift});
+    }
+}
+
+TEST(DigitalLine, PointsAreNearWhereNothingOverflows)
+{
+    const int limit = 1 << 28;
+    EXPECT_TRUE(isNear({-limit, limit - 1}));
+    expectNearLine({-limit, limit - 1}, {limit - 1, -limit});
+    for (const int far : {limit, -limit - 1, INT_MAX, INT_MIN}) {
+        EXPECT_FALSE(isNear({far, 0}));
+        EXPECT_FALSE(isNear({0, far}));
+    }
 }
 
 TEST(DigitalLine, LongestLineDoesNotOverflow)

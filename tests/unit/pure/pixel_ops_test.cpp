@@ -250,6 +250,26 @@ TEST_P(PixelRowsTest, FindTheNextMaskPixelAtEveryWidthAndStart)
     }
 }
 
+TEST_P(PixelRowsTest, FillAndCopyRunsAndNoOtherByte)
+{
+    std::mt19937 random(34);
+    std::vector<uint8_t> source(600);
+    for (uint8_t& byte : source)
+        byte = (uint8_t)random();
+    for (size_t count = 0; count <= 400; count++) {
+        for (size_t offset = 0; offset < 3; offset++) {
+            std::vector<uint8_t> filled(500, 0xCC), copied(500, 0xCC), expectedFill(filled), expectedCopy(copied);
+            const size_t from = random() % 70;
+            pixelRows().fill(filled.data() + offset, 255, count);
+            pixelRows().copy(copied.data() + offset, source.data() + from, count);
+            std::fill_n(expectedFill.begin() + (ptrdiff_t)offset, count, (uint8_t)255);
+            std::copy_n(source.begin() + (ptrdiff_t)from, count, expectedCopy.begin() + (ptrdiff_t)offset);
+            ASSERT_EQ(expectedFill, filled) << count << " bytes at " << offset;
+            ASSERT_EQ(expectedCopy, copied) << count << " bytes at " << offset;
+        }
+    }
+}
+
 // Around the places where the copy goes from one way to another, from and to every alignment.
 TEST_P(PixelRowsTest, CopyLargeBlocksAndNoOtherByte)
 {
