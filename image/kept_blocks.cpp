@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "image/pixels/scarce_memory.h"
 #include "session/ground/locked_block.h"
 #include "session/ground/session_extras.h"
 
@@ -55,6 +56,19 @@ void releaseAll()
         releaseOldest();
 }
 
+bool giveUpKept()
+{
+    const bool any = kept.count > 0;
+    releaseAll();
+    return any;
+}
+
+void keep(const BlockList::Entry& entry)
+{
+    append(kept, entry);
+    giveUpReserve = giveUpKept;
+}
+
 // A block freed behind our back may have left its handle, which the system gives out again.
 void noteUsed(HGLOBAL block, SIZE_T size)
 {
@@ -72,14 +86,6 @@ bool memoryIsShort()
     MEMORYSTATUSEX memory = {};
     memory.dwLength = sizeof memory;
     return !GlobalMemoryStatusEx(&memory) || memory.ullAvailPhys < LEAST_FREE || memory.ullAvailVirtual < LEAST_FREE;
-}
-
-HGLOBAL allocate(UINT flags, SIZE_T size)
-{
-    const HGLOBAL block = GlobalAlloc(flags, size);
-    if (block || kept.count == 0) return block;
-    releaseAll();
-    return GlobalAlloc(flags, size);
 }
 
 bool zero(HGLOBAL block, SIZE_T size)
@@ -102,9 +108,9 @@ HGLOBAL takeKept(UINT flags, SIZE_T size)
 
 HGLOBAL take(UINT flags, SIZE_T size)
 {
-    if (size < LEAST_SIZE) return allocate(flags, size);
+    if (size < LEAST_SIZE) return takeUnkeptBlock(flags, size);
     HGLOBAL block = takeKept(flags, size);
-    if (!block) block = allocate(flags, size);
+    if (!block) block = takeUnkeptBlock(flags, size);
     if (block) noteUsed(block, size);
     return block;
 }
@@ -118,6 +124,12 @@ bool mayKeep(const BlockList::Entry& entry)
 }
 
 }  // namespace
+
+HGLOBAL takeUnkeptBlock(UINT flags, SIZE_T size)
+{
+    const HGLOBAL block = GlobalAlloc(flags, size);
+    return block || !giveUpKept() ? block : GlobalAlloc(flags, size);
+}
 
 HGLOBAL takeBlock(SIZE_T size)
 {
@@ -140,7 +152,7 @@ void releaseBlock(HGLOBAL block)
     const BlockList::Entry entry = used.entries[index];
     removeAt(used, index);
     if (mayKeep(entry)) {
-        append(kept, entry);
+        keep(entry);
     } else {
         GlobalFree(block);
     }

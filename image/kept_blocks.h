@@ -15,6 +15,9 @@
 HGLOBAL takeBlock(SIZE_T size);
 HGLOBAL takeZeroedBlock(SIZE_T size);
 
+// A block of any kind that is freed and never kept: GlobalAlloc, but what is kept goes before it fails.
+HGLOBAL takeUnkeptBlock(UINT flags, SIZE_T size);
+
 // Frees any global memory block, or keeps it when it came from here. A null handle does nothing.
 void releaseBlock(HGLOBAL block);
 

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "image/pixels/pixel_rows.h"
+#include "image/pixels/scarce_memory.h"
 
 static const int bytesPerPixel = 3;
 
@@ -120,7 +121,7 @@ static bool makePlan(NearestPlan* plan, const BitsView& result, const BitsView& 
     const size_t blocks = (rowBytes + GatherBlocks::BYTES - 1) / GatherBlocks::BYTES;
     const size_t entries = (size_t)result.width + (size_t)result.height + 2 * blocks;
     *plan = {};
-    plan->memory = malloc(entries * sizeof(uint32_t) + blocks * GatherBlocks::BYTES);
+    plan->memory = takeMemory(entries * sizeof(uint32_t) + blocks * GatherBlocks::BYTES);
     if (!plan->memory) return false;
     plan->offsets = (uint32_t*)plan->memory;
     plan->rows = plan->offsets + result.width;

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdlib>
 
+#include "image/pixels/scarce_memory.h"
+
 // Nodes are handed out from the newest block; cancelled ones are kept for reuse.
 struct NodeBlock {
     NodeBlock* older;
@@ -47,7 +49,7 @@ RowHead* createCrossings(int rowCount)
     if (rowCount < 0) return nullptr;
     const size_t heads = (size_t)rowCount + 1, perHead = sizeof(RowHead) + sizeof(RowHead*);
     if (heads > ((size_t)PTRDIFF_MAX - headerBytes) / perHead) return nullptr;
-    char* memory = (char*)malloc(headerBytes + heads * perHead);
+    char* memory = (char*)takeMemory(headerBytes + heads * perHead);
     if (!memory) return nullptr;
     RowHead* table = (RowHead*)(memory + headerBytes);
     TableHeader* header = headerOf(table);
@@ -78,7 +80,7 @@ int crossingRowCount(const RowHead* table)
 
 static bool addBlock(TableHeader* header, int nodes)
 {
-    NodeBlock* block = (NodeBlock*)malloc(offsetof(NodeBlock, nodes) + (size_t)nodes * sizeof(RowHead));
+    NodeBlock* block = (NodeBlock*)takeMemory(offsetof(NodeBlock, nodes) + (size_t)nodes * sizeof(RowHead));
     if (!block) return false;
     block->older = header->blocks;
     block->used = 0;

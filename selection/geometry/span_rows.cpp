@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "image/pixels/scarce_memory.h"
+
 static size_t countCrossings(const RowHead* table, int heads)
 {
     size_t count = 0;
@@ -37,7 +39,7 @@ bool makeSpanOutline(const RowHead* table, PixelRect rect, SpanOutline& outline)
     const bool usable = rect.left + smallest >= 1 && rect.right < crossingEnd;
     const int left = usable ? rect.left : 1 - smallest;
     const size_t bytes = (size_t)heads * sizeof(RowSpans) + countCrossings(table, heads) * sizeof(int);
-    RowSpans* rows = (RowSpans*)malloc(bytes);
+    RowSpans* rows = (RowSpans*)takeMemory(bytes);
     if (!rows) return false;
     int* columns = (int*)(rows + heads);
     for (int row = 0; row < heads; row++) {

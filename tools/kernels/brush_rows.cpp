@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "image/pixels/scarce_memory.h"
 #include "tools/kernels/brush_kernels.h"
 #include "tools/kernels/soft_falloff.h"
 
@@ -110,7 +111,7 @@ bool makeBrushRows(BrushRows* rows, const BrushStroke& stroke)
 {
     const size_t width = (size_t)stroke.mask.width, height = (size_t)stroke.mask.height;
     *rows = {stroke.mask.width, stroke.mask.height, nullptr, nullptr, nullptr, nullptr};
-    rows->memory = malloc(height * (sizeof(CellRun) + sizeof(int)) + (stroke.soft ? width * height : 0));
+    rows->memory = takeMemory(height * (sizeof(CellRun) + sizeof(int)) + (stroke.soft ? width * height : 0));
     if (!rows->memory) return false;
     rows->runs = (CellRun*)rows->memory;
     rows->peaks = (int*)(rows->runs + height);

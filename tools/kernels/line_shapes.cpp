@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "image/pixels/scarce_memory.h"
+
 constexpr int MOST_ROWS = 64;  // of a brush whose arrangements fit a word
 constexpr int SLOTS = 256;     // a power of two
 constexpr int MOST_KEPT = 96;  // far below SLOTS, so that a search ends soon
@@ -61,7 +63,7 @@ bool beginLineShapes(LineShapes* shapes, const BrushRows& brush, const StrokeLin
     const size_t kept = keep ? SLOTS * sizeof(Kept) : 0;
     const size_t keptWeights = keep && brush.weights ? MOST_KEPT * shapes->mostColumns : 0;
     const size_t scratch = brush.weights ? (size_t)widestReach(lines, brush.width) : 0;
-    shapes->memory = malloc(kept + keptWeights + scratch + 1);
+    shapes->memory = takeMemory(kept + keptWeights + scratch + 1);
     if (!shapes->memory) return false;
     if (keep) {
         shapes->kept = (Kept*)shapes->memory;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdlib>
 
+#include "image/pixels/scarce_memory.h"
 #include "tools/kernels/paint_rows.h"
 
 // Small dabs are bound by the way to their pixels: each line of a large image lies in a page of its own.
@@ -16,7 +17,7 @@ bool smoothKernel(BitsView image, const DabPlacement& dab, MapView mask, int opa
     const PaintRows& rows = paintRows();
     const int count = dab.width - 2;
     const size_t bytes = (size_t)count * 3, room = roomForSums(bytes);
-    uint16_t* const workspace = (uint16_t*)malloc(3 * room * sizeof(uint16_t));
+    uint16_t* const workspace = (uint16_t*)takeMemory(3 * room * sizeof(uint16_t));
     if (!workspace) return false;
 
     for (int j = 0; j < LINES_AHEAD; ++j)

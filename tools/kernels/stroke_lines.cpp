@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "image/pixels/scarce_memory.h"
+
 // Straight steps that a wide line makes before its next diagonal one.
 static int64_t straightSteps(const DigitalLine& line)
 {
@@ -64,7 +66,7 @@ bool makeStrokeLines(StrokeLines* lines, DigitalLine line, PixelPoint end)
     lines->firstY = std::min(line.y, end.y);
     lines->lastY = std::max(line.y, end.y);
     const size_t count = (size_t)(lines->lastY - lines->firstY) + 1;
-    lines->memory = malloc(count * (sizeof(LineSpan) + 1));
+    lines->memory = takeMemory(count * (sizeof(LineSpan) + 1));
     if (!lines->memory) return false;
     lines->spans = (LineSpan*)lines->memory;
     lines->kinds = (uint8_t*)(lines->spans + count);

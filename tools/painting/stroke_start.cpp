@@ -83,7 +83,7 @@ HGLOBAL fixedBitmap(LONG width, LONG height)
 {
     const uint64_t size = packedSize((int)width, (int)height);
     BITMAPINFOHEADER* const header =
-        size <= SIZE_MAX / 2 ? (BITMAPINFOHEADER*)GlobalAlloc(GPTR, (SIZE_T)size) : nullptr;
+        size <= SIZE_MAX / 2 ? (BITMAPINFOHEADER*)takeUnkeptBlock(GPTR, (SIZE_T)size) : nullptr;
     initBitmapHeader(header, (int)width, (int)height, 24);
     return header;
 }

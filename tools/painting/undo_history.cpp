@@ -4,6 +4,7 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/bitmap_locks.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "image/pixels/pixel_ops.h"
 #include "session/ground/session_extras.h"
@@ -39,7 +40,7 @@ bool growSteps(int count)
 {
     if (count <= stepCapacity()) return true;
     const int capacity = (count / STEPS_AT_A_TIME + 1) * STEPS_AT_A_TIME;
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, (SIZE_T)capacity * sizeof(UndoStep));
+    const HGLOBAL block = takeUnkeptBlock(GMEM_MOVEABLE, (SIZE_T)capacity * sizeof(UndoStep));
     UndoStep* const steps = block ? (UndoStep*)GlobalLock(block) : nullptr;
     if (!steps) {
         if (block) GlobalFree(block);

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 
 #include "image/packed_bitmap.h"
+#include "image/pixels/scarce_memory.h"
 #include "tests/session/import_patch.h"
 
 namespace {
@@ -115,6 +117,41 @@ TEST_F(KeptBlocks, AreGoneAfterTheRelease)
     releaseBlock(other);  // taken before the release: freed, not kept
     EXPECT_EQ(0u, keptBytes());
     EXPECT_EQ((UINT)GMEM_INVALID_HANDLE, GlobalFlags(other));
+}
+
+// Fails as long as anything is kept.
+static ImportPatch globalPatch, mallocPatch;
+
+static HGLOBAL WINAPI globalAllocWhenNothingIsKept(UINT flags, SIZE_T size)
+{
+    return keptBytes() ? nullptr : ((decltype(&GlobalAlloc))globalPatch.before)(flags, size);
+}
+
+static void* mallocWhenNothingIsKept(size_t size)
+{
+    return keptBytes() ? nullptr : ((void* (*)(size_t))mallocPatch.before)(size);
+}
+
+TEST_F(KeptBlocks, AreGivenUpBeforeARequestFails)
+{
+    const HMODULE program = GetModuleHandleA(nullptr);
+    ASSERT_TRUE(patchImport(&globalPatch, program, "GlobalAlloc", (void*)globalAllocWhenNothingIsKept));
+    ASSERT_TRUE(patchImport(&mallocPatch, program, "malloc", (void*)mallocWhenNothingIsKept));
+    releaseBlock(takeBlock(LARGE));
+    const HGLOBAL large = takeBlock(OTHER);
+    releaseBlock(takeBlock(LARGE));
+    const HGLOBAL fixed = takeUnkeptBlock(GPTR, 1000);
+    releaseBlock(takeBlock(LARGE));
+    void* const memory = takeMemory(1000);
+    EXPECT_EQ(0u, keptBytes());
+    undoPatch(&mallocPatch);
+    undoPatch(&globalPatch);
+    EXPECT_TRUE(large);
+    EXPECT_TRUE(fixed);
+    EXPECT_TRUE(memory);
+    free(memory);
+    GlobalFree(fixed);
+    releaseBlock(large);
 }
 
 TEST_F(KeptBlocks, AHostsBlockIsFreedAndNeverKept)
