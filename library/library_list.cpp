@@ -46,7 +46,7 @@ void addItem(void* list, const LibraryPath& path, HGLOBAL thumbnail)
         return;
     }
     *item = {path, thumbnail, nullptr};
-    if (SendMessageA((HWND)list, LB_ADDSTRING, 0, (LPARAM)item) < 0) freeLibraryItem((ULONG_PTR)item);
+    if (!list || SendMessageA((HWND)list, LB_ADDSTRING, 0, (LPARAM)item) < 0) freeLibraryItem((ULONG_PTR)item);
 }
 
 // The largest rectangle of the thumbnail's proportions inside `room`, centred.
@@ -251,7 +251,7 @@ void freeLibraryItem(ULONG_PTR itemData)
 void setLibraryItemHeight(HWND list)
 {
     RECT client;
-    GetClientRect(list, &client);
+    if (!GetClientRect(list, &client)) return;
     SendMessageA(list, LB_SETITEMHEIGHT, 0, (LPARAM)(int)(client.right * 0.75));
 }
 
