@@ -63,12 +63,24 @@ static void drawOverlay(HDC memory, HDC canvas, const RECT& device, OverlayPaint
     RestoreDC(memory, saved);
 }
 
+// The system stretches an image without converting all of it first when the target has the image's own format.
+// Colours are the same on screens of 24 bits and more; on others a bitmap like the screen is taken.
+static HBITMAP createTarget(HDC screen, LONG width, LONG height)
+{
+    if (width <= 0 || height <= 0) return nullptr;
+    if (GetDeviceCaps(screen, BITSPIXEL) < 24) return CreateCompatibleBitmap(screen, width, height);
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof info.bmiHeader, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits;
+    return CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+}
+
 static void paintThroughMemory(HDC target, HDC canvas, HGLOBAL image, const RECT& device, OverlayPainter overlay)
 {
     const LONG width = device.right - device.left;
     const LONG height = device.bottom - device.top;
     HDC memory = CreateCompatibleDC(target);
-    HBITMAP bitmap = width > 0 && height > 0 ? CreateCompatibleBitmap(target, width, height) : nullptr;
+    HBITMAP bitmap = createTarget(target, width, height);
     if (memory && bitmap) {
         HGDIOBJ oldBitmap = SelectObject(memory, bitmap);
         drawImageUnder(memory, canvas, image, {device.left, device.top}, {width, height});

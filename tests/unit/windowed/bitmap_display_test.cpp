@@ -303,6 +303,43 @@ TEST_F(PaintTest, PartialRepaintAtAnyScaleAgreesWithAFullOne)
     }
 }
 
+static void invertHalf(HDC dc)
+{
+    PatBlt(dc, 30, 0, 200, 400, DSTINVERT);
+}
+
+// The way through memory shows what the system's own stretch of the whole image shows in a bitmap like the screen.
+TEST_F(PaintTest, ShowsTheSystemsOwnStretchAtAnyScale)
+{
+    const SIZE scales[][2] = {
+        {{316, 251}, {117, 93}}, {{43, 35}, {99, 81}}, {{113, 91}, {112, 90}}, {{60, 7}, {61, 8}}};
+    std::mt19937 random(34);
+    for (const SIZE(&scale)[2] : scales) {
+        const int width = scale[1].cx, height = scale[1].cy;
+        GlobalFree(image);
+        picture = randomReference(random, scale[0].cx, scale[0].cy);
+        image = packed(picture);
+        showAt(width, height);
+        const RECT all = {0, 0, picture.width, picture.height}, there = {0, 0, width, height};
+        paintImageRect(window, dc, image, &all, invertHalf);
+        const HDC own = CreateCompatibleDC(windowDC);
+        const HBITMAP bitmap = CreateCompatibleBitmap(windowDC, width, height);
+        const HGDIOBJ old = SelectObject(own, bitmap);
+        drawBitmap(own, image, &there, SRCCOPY);
+        SetMapMode(own, MM_ANISOTROPIC);
+        SetWindowExtEx(own, picture.width, picture.height, nullptr);
+        SetViewportExtEx(own, width, height, nullptr);
+        invertHalf(own);
+        SetMapMode(own, MM_TEXT);
+        for (int y = 0; y < height; y++)
+            for (int x = 0; x < width; x++)
+                ASSERT_EQ(GetPixel(own, x, y), shown(x, y)) << width << ": " << x << ' ' << y;
+        SelectObject(own, old);
+        DeleteObject(bitmap);
+        DeleteDC(own);
+    }
+}
+
 // Only 24-bit images can be cut, so the others are black: that is meant.
 TEST_F(PaintTest, ImagesOfOtherDepthsAreBlack)
 {
