@@ -8,7 +8,7 @@
 namespace {
 
 constexpr UINT RUN_CALL = WM_APP + 1, LOOK_AT_QUEUE = WM_APP + 2;
-constexpr DWORD START_LIMIT = 15000, SETTLE_LIMIT = 2000;
+constexpr DWORD START_LIMIT = 15000, SETTLE_LIMIT = 5000;
 
 FaultHost* current;
 HANDLE settled;

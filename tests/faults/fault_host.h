@@ -35,7 +35,7 @@ void leaveSession(FaultHost* host, int button);
 
 void findWindows(FaultHost* host);
 bool waitForWindow(FaultHost* host, HWND FaultHost::*window, bool present);
-void settle(FaultHost* host);  // until the thread has painted and has nothing left to do, or two seconds
+void settle(FaultHost* host);  // until the thread has painted and has nothing left to do, or five seconds
 
 // A pointer of the host's own (see posted_pointer.h), in canvas client coordinates or at the middle of a control.
 void movePointer(FaultHost* host, HWND window, POINT screen);
