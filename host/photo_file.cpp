@@ -81,6 +81,7 @@ HGLOBAL allocatePhoto(uint32_t size)
 struct Loading {
     HGLOBAL image;
     UprightTarget target;
+    Progress* progress;
 };
 
 PhotoStatus beginLoading(void* context, const PhotoShape& shape)
@@ -96,21 +97,29 @@ PhotoStatus beginLoading(void* context, const PhotoShape& shape)
     *header = {sizeof *header, width, height, 1, 24, BI_RGB, 0, shape.across, shape.down, 0, 0};
     if (swapped) std::swap(header->biXPelsPerMeter, header->biYPelsPerMeter);
     loading->target = {(uint8_t*)(header + 1), shape.width, shape.height, shape.orientation};
+    if (loading->progress) loading->progress->allRows = shape.height;
     return PhotoStatus::Ok;
 }
 
 bool takeLoading(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
 {
-    placeRowsOverWhite(((Loading*)context)->target, bgra, stride, firstRow, rowCount);
-    return true;
+    const Loading* loading = (const Loading*)context;
+    placeRowsOverWhite(loading->target, bgra, stride, firstRow, rowCount);
+    if (!loading->progress) return true;
+    loading->progress->rows += rowCount;
+    return !loading->progress->stop;
 }
 
-EditedPhoto lockPhoto(HGLOBAL image)
+EditedPhoto lockPhoto(HGLOBAL image, Progress* progress)
 {
     const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(image);
     if (!header) return {};
-    return {(const uint8_t*)header + header->biSize, (int)header->biWidth, (int)header->biHeight,
-            header->biXPelsPerMeter, header->biYPelsPerMeter};
+    return {(const uint8_t*)header + header->biSize,
+            (int)header->biWidth,
+            (int)header->biHeight,
+            header->biXPelsPerMeter,
+            header->biYPelsPerMeter,
+            progress ? &progress->rows : nullptr};
 }
 
 // A bitmap file is the packed bitmap with a few bytes before it.
@@ -224,14 +233,14 @@ bool takeComparing(void* context, const uint8_t* bgra, ptrdiff_t stride, int fir
 
 }  // namespace
 
-PhotoStatus readPhoto(const std::wstring& path, HGLOBAL* image, SourcePhoto* source)
+PhotoStatus readPhoto(const std::wstring& path, HGLOBAL* image, SourcePhoto* source, Progress* progress)
 {
     *image = nullptr;
     *source = {};
     source->path = path;
     PhotoStatus status = probeFile(path.c_str());
     if (status != PhotoStatus::Ok) return status;
-    Loading loading = {};
+    Loading loading = {nullptr, {}, progress};
     status = readRows(path, {&loading, beginLoading, takeLoading}, &source->kind, &source->facts);
     if (loading.image) GlobalUnlock(loading.image);
     if (status == PhotoStatus::Ok)
@@ -241,10 +250,12 @@ PhotoStatus readPhoto(const std::wstring& path, HGLOBAL* image, SourcePhoto* sou
     return status;
 }
 
-PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source)
+PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source,
+                       Progress* progress)
 {
-    const EditedPhoto photo = lockPhoto(image);
+    const EditedPhoto photo = lockPhoto(image, progress);
     if (!photo.bits) return PhotoStatus::CannotEncode;
+    if (progress) progress->allRows = 2 * photo.height;  // written, and read again
     static const SourcePhoto none;
     const SourcePhoto& from = source ? *source : none;
     const wchar_t* original = from.kind == PhotoKind::Tiff ? from.path.c_str() : nullptr;
@@ -254,10 +265,11 @@ PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL ima
     return status;
 }
 
-bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source)
+bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source,
+                 Progress* progress)
 {
     Comparing comparing;
-    comparing.photo = lockPhoto(image);
+    comparing.photo = lockPhoto(image, progress);
     comparing.upright = editedInFile(comparing.photo, 1);
     comparing.row.resize((size_t)comparing.photo.width * 3);
     bool good = false;

@@ -71,6 +71,7 @@ void placeRowsOverWhite(const UprightTarget& target, const uint8_t* source, ptrd
 
 void gatherRows(const UprightTarget& from, int firstRow, int rowCount, uint8_t* bgr, ptrdiff_t stride)
 {
+    if (from.rowsGathered) *from.rowsGathered += rowCount;
     const UprightSteps steps = stepsFor(from);
     for (int row = 0; row < rowCount; row++) {
         const uint8_t* pixel = steps.origin + (firstRow + row) * steps.down;

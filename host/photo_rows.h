@@ -2,6 +2,7 @@
 // padded to 4 bytes, pixels blue, green, red. File rows are top-down. No windows, no files.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 
@@ -22,6 +23,7 @@ struct UprightTarget {
     int fileWidth;  // sides of the picture as the file has it
     int fileHeight;
     int orientation;
+    std::atomic<int>* rowsGathered = nullptr;  // what gatherRows counts its rows in, when somebody wants to know
 };
 
 // Puts rowCount rows, from row firstRow of the file on, into place. source: blue, green, red, alpha

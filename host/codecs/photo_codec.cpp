@@ -6,5 +6,5 @@ UprightTarget editedInFile(const EditedPhoto& photo, int orientation)
 {
     const bool swapped = orientationSwapsSides(orientation);
     return {const_cast<uint8_t*>(photo.bits), swapped ? photo.height : photo.width,
-            swapped ? photo.width : photo.height, orientation};
+            swapped ? photo.width : photo.height, orientation, photo.rowsGathered};
 }

@@ -55,6 +55,7 @@ struct EditedPhoto {
     const uint8_t* bits;
     int width, height;
     long across, down;  // pixels a metre, 0: not told
+    std::atomic<int>* rowsGathered = nullptr;
 };
 
 // The edited picture as it would lie in a file of that orientation.
