@@ -9,10 +9,8 @@ HostArguments parseArguments(const std::vector<std::wstring>& arguments)
         if (onlyNames || word.empty() || word[0] != L'-' || word == L"-") {
             if (word.empty())
                 result.problem = L"A file name is empty.";
-            else if (!result.photo.empty())
-                result.problem = L"More than one photo is named: " + word;
             else
-                result.photo = word;
+                result.photos.push_back(word);
         } else if (word == L"--") {
             onlyNames = true;
         } else if (word == L"-h" || word == L"--help") {
@@ -32,7 +30,9 @@ HostArguments parseArguments(const std::vector<std::wstring>& arguments)
             result.problem = L"Unknown option: " + word;
         }
     }
-    if (result.problem.empty() && result.photo.empty() && !result.help && (result.overwrite || !result.output.empty()))
+    if (result.problem.empty() && result.photos.empty() && !result.help && (result.overwrite || !result.output.empty()))
         result.problem = L"No photo is named.";
+    if (result.problem.empty() && result.photos.size() > 1 && !result.output.empty())
+        result.problem = L"There are several photos, but one file to write: " + result.output;
     return result;
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-void add(Losses* losses, bool lost, const wchar_t* name, bool severe)
+void add(Losses* losses, bool lost, TextId name, bool severe)
 {
     if (!lost) return;
     losses->names.push_back(name);
@@ -26,29 +26,21 @@ Losses lossesOf(const SourcePhoto& source, PhotoFormat format)
     const bool all = keepsAll(source, format);
     const bool multiPicture = source.kind == PhotoKind::Jpeg && facts.pages > 1;
     Losses losses;
-    add(&losses, facts.animated, L"all pictures but the first", true);
-    add(&losses, multiPicture, L"the further pictures in the file", true);
+    add(&losses, facts.animated, TEXT_LOSS_FRAMES, true);
+    add(&losses, multiPicture, TEXT_LOSS_PICTURES, true);
     if (all) {
         // The blocks of a turned CMYK photo that cannot be turned as they are become plain colours.
         return losses;
     }
-    add(&losses, !multiPicture && !facts.animated && facts.pages > 1, L"the further pages", true);
-    add(&losses, facts.alpha, L"the alpha channel (the photo lies on white)", true);
-    add(&losses, facts.deep, L"more than 8 bits a channel", true);
-    add(&losses, facts.inks, L"the CMYK colours", true);
-    add(&losses, facts.palette, L"the table of colours", false);
+    add(&losses, !multiPicture && !facts.animated && facts.pages > 1, TEXT_LOSS_PAGES, true);
+    add(&losses, facts.alpha, TEXT_LOSS_ALPHA, true);
+    add(&losses, facts.deep, TEXT_LOSS_DEPTH, true);
+    add(&losses, facts.inks, TEXT_LOSS_INKS, true);
+    add(&losses, facts.palette, TEXT_LOSS_PALETTE, false);
     const bool noProfile = format == PhotoFormat::Bmp || facts.grey || facts.inks;
-    add(&losses, !facts.profile.empty() && noProfile, L"the colour profile", false);
+    add(&losses, !facts.profile.empty() && noProfile, TEXT_LOSS_PROFILE, false);
     const bool noCamera = format == PhotoFormat::Bmp || format == PhotoFormat::Tiff;
-    add(&losses, !facts.exif.empty() && noCamera, L"the camera data", false);
-    add(&losses, !facts.xmp.empty() && format == PhotoFormat::Bmp, L"the XMP data", false);
+    add(&losses, !facts.exif.empty() && noCamera, TEXT_LOSS_CAMERA, false);
+    add(&losses, !facts.xmp.empty() && format == PhotoFormat::Bmp, TEXT_LOSS_XMP, false);
     return losses;
-}
-
-std::wstring inOneLine(const Losses& losses)
-{
-    std::wstring line;
-    for (const std::wstring& name : losses.names)
-        line += (line.empty() ? L"" : L", ") + name;
-    return line;
 }

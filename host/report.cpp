@@ -1,11 +1,13 @@
 #include "host/report.h"
 
-#include <windows.h>
+#include "host/host_window.h"
+#include "host/texts.h"
 
 namespace {
 
 // Where sentences go; both null: into message boxes.
 HANDLE output, errors;
+bool inWindow;
 
 bool leadsSomewhere(HANDLE handle)
 {
@@ -39,12 +41,9 @@ void writeLine(HANDLE to, const std::wstring& sentence)
     WriteFile(to, bytes.data(), (DWORD)size, &written, nullptr);
 }
 
-void report(HANDLE to, UINT icon, const std::wstring& sentence)
+void showBox(const std::wstring& sentence, UINT icon)
 {
-    if (to)
-        writeLine(to, sentence);
-    else
-        MessageBoxW(nullptr, sentence.c_str(), L"Retouch", MB_OK | icon);
+    MessageBoxW(hostWindow(), sentence.c_str(), L"Retouch", MB_OK | icon);
 }
 
 }  // namespace
@@ -56,21 +55,45 @@ void reportToTerminal()
     errors = terminalHandle(STD_ERROR_HANDLE, attached);
     if (!output) output = errors;
     if (!errors) errors = output;
+    speakToTerminal(output != nullptr);
+}
+
+void reportInWindow()
+{
+    inWindow = true;
+    speakToTerminal(false);
 }
 
 void tell(const std::wstring& sentence)
 {
-    report(output, MB_ICONINFORMATION, sentence);
+    if (inWindow)
+        showStatus(sentence);
+    else if (output)
+        writeLine(output, sentence);
+    else
+        showBox(sentence, MB_ICONINFORMATION);
 }
 
 void mention(const std::wstring& sentence)
 {
-    if (output) writeLine(output, sentence);
+    if (inWindow)
+        showStatus(sentence);
+    else if (output)
+        writeLine(output, sentence);
 }
 
 void complain(const std::wstring& sentence)
 {
-    report(errors, MB_ICONERROR, sentence);
+    if (errors && !inWindow)
+        writeLine(errors, sentence);
+    else
+        showBox(sentence, MB_ICONERROR);
+}
+
+bool ask(const std::wstring& question, bool yesIsUsual)
+{
+    const UINT usual = yesIsUsual ? MB_DEFBUTTON1 : MB_DEFBUTTON2;
+    return MessageBoxW(hostWindow(), question.c_str(), L"Retouch", MB_YESNO | MB_ICONQUESTION | usual) == IDYES;
 }
 
 std::wstring systemErrorText(unsigned long error)
@@ -80,5 +103,5 @@ std::wstring systemErrorText(unsigned long error)
                                   512, nullptr);
     while (length > 0 && (text[length - 1] == L'\n' || text[length - 1] == L'\r' || text[length - 1] == L' '))
         length--;
-    return length ? std::wstring(text, length) : L"Error " + std::to_wstring(error) + L".";
+    return length ? std::wstring(text, length) : std::to_wstring(error);
 }

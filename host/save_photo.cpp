@@ -1,7 +1,10 @@
 #include "host/save_photo.h"
 
+#include "host/background.h"
+#include "host/host_window.h"
 #include "host/rescue.h"
 #include "host/safe_file.h"
+#include "host/texts.h"
 #include "host/work_record.h"
 
 #include <commdlg.h>
@@ -14,16 +17,15 @@ const int namesToTry = 3;
 std::wstring reasonOf(PhotoStatus status)
 {
     switch (status) {
-    case PhotoStatus::CannotWrite:
-        return GetLastError() ? systemErrorText(GetLastError()) : L"The disk is full, or it cannot be written to.";
-    case PhotoStatus::TooLarge: return L"There is not enough memory.";
-    default: return L"The picture could not be encoded for this file.";
+    case PhotoStatus::CannotWrite: return GetLastError() ? systemErrorText(GetLastError()) : sentence(TEXT_ERROR_DISK);
+    case PhotoStatus::TooLarge: return sentence(TEXT_ERROR_MEMORY);
+    default: return sentence(TEXT_ERROR_ENCODE);
     }
 }
 
 // Into a temporary file, which is checked and only then gets its name. On failure `problem` tells why, and the
 // file that was there is still there.
-bool trySave(const SaveRequest& request, const std::wstring& output, std::wstring* problem)
+bool writeFile(const SaveRequest& request, const std::wstring& output, Progress* progress, std::wstring* problem)
 {
     const PhotoFormat format = formatOfName(output);
     std::wstring temporary;
@@ -33,12 +35,12 @@ bool trySave(const SaveRequest& request, const std::wstring& output, std::wstrin
         return false;
     }
     noteTemporary(temporary, L"");
-    const PhotoStatus status = writePhoto(temporary, format, request.image, &request.source);
+    const PhotoStatus status = writePhoto(temporary, format, request.image, &request.source, progress);
     bool done = status == PhotoStatus::Ok;
     if (!done) {
         *problem = reasonOf(status);
-    } else if (!verifyPhoto(temporary, format, request.image, &request.source)) {
-        *problem = L"What was written is not what was meant.";
+    } else if (!verifyPhoto(temporary, format, request.image, &request.source, progress)) {
+        *problem = sentence(TEXT_ERROR_VERIFY);
         done = false;
     }
     if (done) {
@@ -51,12 +53,27 @@ bool trySave(const SaveRequest& request, const std::wstring& output, std::wstrin
     return done;
 }
 
+bool trySave(const SaveRequest& request, const std::wstring& output, std::wstring* problem)
+{
+    bool done = false;
+    Progress progress;
+    mention(sentence(TEXT_SAVING, output));
+    runInBackground(caption(TEXT_SAVING, nameOfPath(output)), &progress, false,
+                    [&] { done = writeFile(request, output, &progress, problem); });
+    return done;
+}
+
 void tellSaved(const SaveRequest& request, const std::wstring& output)
 {
     const Losses losses = lossesOf(request.source, formatOfName(output));
-    std::wstring sentence = L"Saved: " + output;
-    if (!losses.names.empty()) sentence += L"\r\nNot kept: " + inOneLine(losses) + L".";
-    tell(sentence);
+    std::wstring words = sentence(TEXT_SAVED, output);
+    if (!losses.names.empty()) words += L"\r\n" + sentence(TEXT_NOT_KEPT, inOneLine(losses));
+    tell(words);
+}
+
+void complainNotWritten(const std::wstring& output, const std::wstring& problem)
+{
+    complain(sentence(TEXT_ERROR_NOT_WRITTEN, output, problem));
 }
 
 // Where nothing else has taken the picture.
@@ -70,22 +87,24 @@ ExitCode leaveRescueFile(const SaveRequest& request)
     const std::wstring folders[] = {rescueFolder(), temporary, folderOfPath(request.source.path), L""};
     for (const std::wstring& folder : folders) {
         if (!writeRescueFile(folder + name, packed, false)) continue;
-        complain(L"The photo could not be saved. The retouched picture is here: " + folder + name);
+        complain(sentence(TEXT_ERROR_RESCUED, folder + name));
         GlobalUnlock(request.image);
         return exitCannotWrite;
     }
     GlobalUnlock(request.image);
-    complain(L"The photo could not be saved, and no file could be written anywhere.");
+    complain(sentence(TEXT_ERROR_LOST));
     return exitCannotWrite;
 }
 
-bool confirmGivingUp()
-{
-    return MessageBoxW(nullptr, L"Throw the changes away?", L"Retouch", MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) ==
-           IDYES;
-}
-
 }  // namespace
+
+std::wstring inOneLine(const Losses& losses)
+{
+    std::wstring line;
+    for (TextId name : losses.names)
+        line += (line.empty() ? L"" : L", ") + sentence(name);
+    return line;
+}
 
 std::wstring freeRetouchedName(const std::wstring& photo)
 {
@@ -105,7 +124,9 @@ bool askForOutput(std::wstring* suggestion)
     dialog.nFilterIndex = (DWORD)formatOfName(*suggestion);
     dialog.lpstrFile = path;
     dialog.nMaxFile = 32768;
-    dialog.lpstrTitle = L"Save the retouched photo";
+    const std::wstring title = caption(TEXT_TITLE_SAVE);
+    dialog.hwndOwner = hostWindow();
+    dialog.lpstrTitle = title.c_str();
     dialog.lpstrDefExt = L"jpg";
     dialog.Flags = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST | OFN_EXPLORER;
     if (!GetSaveFileNameW(&dialog)) return false;
@@ -122,39 +143,38 @@ ExitCode savePhoto(const SaveRequest& request)
             tellSaved(current, current.output);
             return exitSaved;
         }
-        complain(L"The file could not be written: " + current.output + L" (" + problem + L")");
+        complainNotWritten(current.output, problem);
         current.output = freeRetouchedName(request.source.path);
         if (current.output == request.output) break;  // not the name is what is wrong
     }
     while (askForOutput(&current.output)) {
         current.replace = true;  // the dialog has asked
         if (formatOfName(current.output) == PhotoFormat::Unknown) {
-            complain(L"Only jpg, png, tif and bmp files can be written.");
+            complain(sentence(TEXT_ERROR_FORMATS));
         } else if (trySave(current, current.output, &problem)) {
             tellSaved(current, current.output);
             return exitSaved;
         } else {
-            complain(L"The file could not be written: " + current.output + L" (" + problem + L")");
+            complainNotWritten(current.output, problem);
         }
     }
     return leaveRescueFile(request);
 }
 
-ExitCode saveAsking(const SaveRequest& request)
+ExitCode saveAsking(SaveRequest* request, bool mayLeave)
 {
-    SaveRequest current = request;
-    current.replace = true;  // the dialog asks
+    request->replace = true;  // the dialog asks
     std::wstring problem;
     for (;;) {
-        if (!askForOutput(&current.output)) {
-            if (confirmGivingUp()) return exitNothingSaved;
-        } else if (formatOfName(current.output) == PhotoFormat::Unknown) {
-            complain(L"Only jpg, png, tif and bmp files can be written.");
-        } else if (trySave(current, current.output, &problem)) {
-            tellSaved(current, current.output);
+        if (!askForOutput(&request->output)) {
+            if (mayLeave || ask(caption(TEXT_QUESTION_DISCARD), false)) return exitNothingSaved;
+        } else if (formatOfName(request->output) == PhotoFormat::Unknown) {
+            complain(sentence(TEXT_ERROR_FORMATS));
+        } else if (trySave(*request, request->output, &problem)) {
+            tellSaved(*request, request->output);
             return exitSaved;
         } else {
-            complain(L"The file could not be written: " + current.output + L" (" + problem + L")");
+            complainNotWritten(request->output, problem);
         }
     }
 }

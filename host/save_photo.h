@@ -16,8 +16,13 @@ struct SaveRequest {
 // happened.
 ExitCode savePhoto(const SaveRequest& request);
 
-// Asks for a file until the photo is saved or the user gives the changes up.
-ExitCode saveAsking(const SaveRequest& request);
+// Asks for a file until the photo is saved or the user gives the changes up. mayLeave: nothing is given up by
+// cancelling, since the photo is in a file already. request->output starts as the suggestion and ends as what was
+// chosen.
+ExitCode saveAsking(SaveRequest* request, bool mayLeave);
+
+// "the alpha channel, further pages"
+std::wstring inOneLine(const Losses& losses);
 
 // "photo-retouched.jpg", or the first of its followers that is not there yet.
 std::wstring freeRetouchedName(const std::wstring& photo);

@@ -1,38 +1,10 @@
 #include "host/session_call.h"
 
+#include "host/host_window.h"
 #include "host/placement.h"
+#include "host/session_watch.h"
 
 namespace {
-
-const wchar_t windowClass[] = L"RetouchHost";
-
-LRESULT CALLBACK hostWindowProc(HWND window, UINT message, WPARAM wide, LPARAM parameter)
-{
-    // The window closes when the session ends, not before.
-    if (message == WM_CLOSE) return 0;
-    return DefWindowProcW(window, message, wide, parameter);
-}
-
-HWND createHostWindow(const std::wstring& name)
-{
-    WNDCLASSW description = {};
-    description.lpfnWndProc = hostWindowProc;
-    description.hInstance = GetModuleHandleW(nullptr);
-    description.hCursor = LoadCursorW(nullptr, (LPCWSTR)IDC_ARROW);
-    description.hbrBackground = (HBRUSH)(COLOR_APPWORKSPACE + 1);
-    description.lpszClassName = windowClass;
-    RegisterClassW(&description);
-    RECT area;
-    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
-    HWND window = CreateWindowExW(0, windowClass, (name + L" - Retouch").c_str(), WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                                  area.left, area.top, area.right - area.left, area.bottom - area.top, nullptr, nullptr,
-                                  description.hInstance, nullptr);
-    if (window) {
-        ShowWindow(window, SW_SHOW);
-        UpdateWindow(window);
-    }
-    return window;
-}
 
 INT_PTR CALLBACK measuredDialogProc(HWND, UINT, WPARAM, LPARAM)
 {
@@ -62,12 +34,10 @@ ScreenSize paletteSize(HWND host)
 
 Placement placeSession(HWND host, ScreenSize image)
 {
-    RECT client;
-    GetClientRect(host, &client);
-    MapWindowPoints(host, nullptr, (POINT*)&client, 2);
+    const RECT room = roomForEditor();
     const ScreenSize frame = {2 * GetSystemMetrics(SM_CXFRAME),
                               GetSystemMetrics(SM_CYCAPTION) + 2 * GetSystemMetrics(SM_CYFRAME)};
-    return placeWindows(image, {(int)client.left, (int)client.top, (int)client.right, (int)client.bottom}, frame,
+    return placeWindows(image, {(int)room.left, (int)room.top, (int)room.right, (int)room.bottom}, frame,
                         paletteSize(host));
 }
 
@@ -81,14 +51,15 @@ ScreenSize sizeOfImage(HGLOBAL image)
 
 }  // namespace
 
-SessionResult runSession(RetouchEntry retouch, HGLOBAL image, const std::wstring& name)
+bool runSession(RetouchEntry retouch, HGLOBAL image)
 {
-    HWND host = createHostWindow(name);
-    if (!host) return SessionResult::NoWindow;
+    HWND host = hostWindow();
+    showHostWindow();
     const Placement place = placeSession(host, sizeOfImage(image));
     RECT dialog = {place.dialog.left, place.dialog.top, place.dialog.right, place.dialog.bottom};
     POINT palette = {place.paletteLeft, place.paletteTop};
+    beginSessionWatch();
     const int saved = retouch(host, image, &dialog, &palette);
-    DestroyWindow(host);
-    return saved == 1 ? SessionResult::Saved : SessionResult::Closed;
+    endSessionWatch();
+    return saved == 1;
 }

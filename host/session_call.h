@@ -1,12 +1,8 @@
-// Opens the host's window and calls the retouching library over a photo.
+// Calls the retouching library over a photo.
 #pragma once
 
 #include "include/kovrtch32.h"
 
-#include <string>
-
-enum class SessionResult { Saved, Closed, NoWindow };
-
-// image stays the caller's; after Saved it holds the edited photo, else what it held before (see
-// include/kovrtch32.h). name is shown in the window's title.
-SessionResult runSession(RetouchEntry retouch, HGLOBAL image, const std::wstring& name);
+// Shows the program's window, which must be there, and puts editor and palette side by side on it. image stays the
+// caller's; true: it holds the edited photo, else what it held before (see include/kovrtch32.h).
+bool runSession(RetouchEntry retouch, HGLOBAL image);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <shlobj.h>
 
 bool waitUntil(const char* what, const std::function<bool()>& holds)
 {
@@ -153,6 +154,14 @@ bool waitForBox(const HostProgram& program, HostWindows* windows)
     return waitForWindows(program, windows, "a message box", [&] { return windows->box != nullptr; });
 }
 
+bool answerBox(const HostProgram& program, int button)
+{
+    HostWindows windows;
+    if (!waitForBox(program, &windows)) return false;
+    PostMessageW(windows.box, WM_COMMAND, (WPARAM)button, 0);
+    return waitUntil("the box to go", [&] { return !IsWindow(windows.box); });
+}
+
 std::wstring textIn(HWND box)
 {
     std::wstring text;
@@ -196,6 +205,40 @@ bool endSession(const HostProgram& program, int button)
         }
         return false;
     });
+}
+
+void dropOn(const HostProgram& program, HWND window, const std::vector<std::wstring>& paths)
+{
+    DROPFILES head = {};
+    head.pFiles = sizeof head;
+    head.fWide = TRUE;
+    std::wstring names;
+    for (const std::wstring& path : paths)
+        names += path + L'\0';
+    names += L'\0';
+    std::vector<uint8_t> bytes(sizeof head + names.size() * sizeof(wchar_t));
+    memcpy(&bytes[0], &head, sizeof head);
+    memcpy(&bytes[sizeof head], names.data(), names.size() * sizeof(wchar_t));
+    // The message is for a handle of the program's own memory; one that does not move is its address.
+    uint8_t* memory = (uint8_t*)VirtualAllocEx(program.process.hProcess, nullptr, bytes.size() + 4096,
+                                               MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    ASSERT_TRUE(WriteProcessMemory(program.process.hProcess, memory + 2048, bytes.data(), bytes.size(), nullptr));
+    PostMessageW(window, WM_DROPFILES, (WPARAM)(memory + 2048), 0);
+}
+
+void pressKey(WORD key, bool control)
+{
+    const auto press = [](WORD code, DWORD flags) {
+        INPUT input = {};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = code;
+        input.ki.dwFlags = flags;
+        SendInput(1, &input, sizeof input);
+    };
+    if (control) press(VK_CONTROL, 0);
+    press(key, 0);
+    press(key, KEYEVENTF_KEYUP);
+    if (control) press(VK_CONTROL, KEYEVENTF_KEYUP);
 }
 
 std::vector<uint8_t> smallPhoto()

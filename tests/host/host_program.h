@@ -40,6 +40,9 @@ HostWindows windowsOf(const HostProgram& program);
 bool waitForEditor(const HostProgram& program, HostWindows* windows);
 bool waitForBox(const HostProgram& program, HostWindows* windows);
 
+// Presses a button of the box that is there, and waits until the box is gone.
+bool answerBox(const HostProgram& program, int button);
+
 // All text in a message box.
 std::wstring textIn(HWND box);
 
@@ -48,6 +51,12 @@ void clickOn(HWND window);
 
 // Presses a button of the palette until the editor is gone.
 bool endSession(const HostProgram& program, int button);
+
+// Files dropped onto one of its windows, as the shell does it.
+void dropOn(const HostProgram& program, HWND window, const std::vector<std::wstring>& paths);
+
+// A key of the real keyboard, with Control held or not.
+void pressKey(WORD key, bool control = false);
 
 // A bitmap file, 50 by 35 pixels in many colours.
 std::vector<uint8_t> smallPhoto();

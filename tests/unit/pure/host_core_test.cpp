@@ -11,7 +11,7 @@ TEST(HostArguments, ReadsPhotoOutputAndFlag)
 {
     const HostArguments parsed = parseArguments({L"a.jpg", L"-o", L"b c.png", L"--overwrite"});
     EXPECT_EQ(parsed.problem, L"");
-    EXPECT_EQ(parsed.photo, L"a.jpg");
+    EXPECT_EQ(parsed.photos, std::vector<std::wstring>{L"a.jpg"});
     EXPECT_EQ(parsed.output, L"b c.png");
     EXPECT_TRUE(parsed.overwrite);
     EXPECT_FALSE(parsed.help);
@@ -21,18 +21,26 @@ TEST(HostArguments, NothingMeansAsking)
 {
     const HostArguments parsed = parseArguments({});
     EXPECT_EQ(parsed.problem, L"");
-    EXPECT_EQ(parsed.photo, L"");
+    EXPECT_TRUE(parsed.photos.empty());
 }
 
 TEST(HostArguments, DoubleDashMakesNamesOfOptions)
 {
-    EXPECT_EQ(parseArguments({L"--", L"-o"}).photo, L"-o");
+    EXPECT_EQ(parseArguments({L"--", L"-o"}).photos, std::vector<std::wstring>{L"-o"});
+}
+
+TEST(HostArguments, KeepsSeveralPhotosInTheirOrder)
+{
+    const HostArguments parsed = parseArguments({L"b.jpg", L"--overwrite", L"a.png", L"b.jpg"});
+    EXPECT_EQ(parsed.problem, L"");
+    EXPECT_EQ(parsed.photos, (std::vector<std::wstring>{L"b.jpg", L"a.png", L"b.jpg"}));
 }
 
 TEST(HostArguments, NamesWhatItCannotUnderstand)
 {
     const std::vector<std::vector<std::wstring>> lines = {
-        {L"a.jpg", L"b.jpg"},
+        {L"a.jpg", L"b.jpg", L"-o", L"c.jpg"},
+        {L"a.jpg", L""},
         {L"a.jpg", L"-o"},
         {L"a.jpg", L"-o", L""},
         {L"--fast", L"a"},

@@ -1,0 +1,53 @@
+#include "host/background.h"
+
+#include "host/host_window.h"
+
+namespace {
+
+const DWORD moveInterval = 50, noticeableTime = 300;  // milliseconds
+
+DWORD WINAPI runWork(void* work)
+{
+    (*(const std::function<void()>*)work)();
+    return 0;
+}
+
+void serveAll(bool* quit)
+{
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) *quit = true;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+void serveUntilDone(HANDLE thread)
+{
+    bool quit = false;
+    const DWORD start = GetTickCount();
+    for (;;) {
+        const DWORD woken = MsgWaitForMultipleObjects(1, &thread, FALSE, moveInterval, QS_ALLINPUT);
+        if (woken == WAIT_OBJECT_0 || woken == WAIT_FAILED) break;
+        serveAll(&quit);
+        moveProgress();
+        if (GetTickCount() - start > noticeableTime) showHostWindow();
+    }
+    WaitForSingleObject(thread, INFINITE);
+    if (quit) PostQuitMessage(0);
+}
+
+}  // namespace
+
+void runInBackground(const std::wstring& what, Progress* progress, bool mayStop, const std::function<void()>& work)
+{
+    HANDLE thread = hostWindow() ? CreateThread(nullptr, 0, runWork, (void*)&work, 0, nullptr) : nullptr;
+    if (!thread) {
+        work();
+        return;
+    }
+    beginProgress(what, progress, mayStop);
+    serveUntilDone(thread);
+    endProgress();
+    CloseHandle(thread);
+}
