@@ -26,7 +26,8 @@ expect 2 "Usage:" ""
 expect 2 "Unknown option: --fast" --fast "a photo ä.jpg"
 expect 2 "-o needs a file name." "a photo ä.jpg" -o
 expect 2 "-o needs a file name." "a photo ä.jpg" -o ""
-expect 2 "More than one photo is named: other.jpg" "a photo ä.jpg" other.jpg
+expect 2 "There are several photos, but one file to write: out.png" "a photo ä.jpg" other.jpg -o out.png
+expect 3 "There is no such file: other.jpg" "a photo ä.jpg" other.jpg
 expect 3 "There is no such file: nö file.jpg" "nö file.jpg"
 expect 3 "There is no such file: -x.jpg" -- -x.jpg
 expect 3 "This is a folder, not a photo: folder" folder
