@@ -28,21 +28,28 @@ void fadePixels(uint8_t* pixels, int count, COLORREF background)
     }
 }
 
-// Draws a picture of the module, its top in the middle at `at`; returns its height.
-int drawFaintPicture(HDC dc, POINT at, int id)
+// Returns the picture's height; 0 when it cannot be looked at.
+int drawFaint(HDC dc, POINT at, HBITMAP picture)
 {
-    const HBITMAP picture =
-        (HBITMAP)LoadImageA(moduleInstance, MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION);
     BITMAP shape = {};
-    if (!picture || !GetObjectA(picture, sizeof shape, &shape)) return 0;
+    if (!GetObjectA(picture, sizeof shape, &shape)) return 0;
     fadePixels((uint8_t*)shape.bmBits, shape.bmWidth * shape.bmHeight, GetSysColor(COLOR_WINDOW));
     const HDC memory = CreateCompatibleDC(dc);
     const HGDIOBJ before = SelectObject(memory, picture);
     BitBlt(dc, at.x - shape.bmWidth / 2, at.y, shape.bmWidth, shape.bmHeight, memory, 0, 0, SRCCOPY);
     SelectObject(memory, before);
     DeleteDC(memory);
-    DeleteObject(picture);
     return shape.bmHeight;
+}
+
+// Draws a picture of the module, its top in the middle at `at`; returns its height.
+int drawFaintPicture(HDC dc, POINT at, int id)
+{
+    const HBITMAP picture =
+        (HBITMAP)LoadImageA(moduleInstance, MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION);
+    const int height = picture ? drawFaint(dc, at, picture) : 0;
+    if (picture) DeleteObject(picture);
+    return height;
 }
 
 void drawHint(HDC dc, RECT room)
@@ -68,8 +75,7 @@ void paintEmptyLibrary(HWND list)
     PAINTSTRUCT paint;
     const HDC dc = BeginPaint(list, &paint);
     RECT room;
-    GetClientRect(list, &room);
-    if (dc) {
+    if (dc && GetClientRect(list, &room)) {
         FillRect(dc, &room, GetSysColorBrush(COLOR_WINDOW));
         InflateRect(&room, -MARGIN, -MARGIN);
         const LONG middle = (room.left + room.right) / 2;
