@@ -22,7 +22,7 @@ static BitsView lockedView(HGLOBAL image)
 
 static void preparePoints()
 {
-    for (int n = 0; n < OUTLINE_POINTS; n++)
+    for (int n = 0; n < OUTLINE_POINTS; ++n)
         points[n] = outlinePoint(n);
 }
 

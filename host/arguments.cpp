@@ -4,7 +4,7 @@ HostArguments parseArguments(const std::vector<std::wstring>& arguments)
 {
     HostArguments result;
     bool onlyNames = false;
-    for (size_t i = 0; i < arguments.size() && result.problem.empty(); i++) {
+    for (size_t i = 0; i < arguments.size() && result.problem.empty(); ++i) {
         const std::wstring& word = arguments[i];
         if (onlyNames || word.empty() || word[0] != L'-' || word == L"-") {
             if (word.empty())

@@ -79,7 +79,7 @@ void settle(const Editor& editor)
                    (!GetUpdateRect(editor.canvas, nullptr, FALSE) && !GetUpdateRect(editor.palette, nullptr, FALSE));
         },
         10000);
-    for (int turn = 0; turn < 2; turn++)
+    for (int turn = 0; turn < 2; ++turn)
         answers(editor);
 }
 
@@ -160,7 +160,7 @@ void paintWave(const Editor& editor)
     moveTo(wavePoint(editor.canvas, 0));
     settle(editor);
     pointer(wavePoint(editor.canvas, 0), MOUSEEVENTF_LEFTDOWN);
-    for (int step = 1; step <= steps; step++) {
+    for (int step = 1; step <= steps; ++step) {
         moveTo(wavePoint(editor.canvas, (double)step / steps));
         Sleep(10);
         if (step == steps / 2) picture(editor, "painting");
@@ -177,7 +177,7 @@ int endOf(const Editor& editor)
 // On a busy machine a click may come before a window is ready for it; then it is made once more.
 int pressSave(const Editor& editor)
 {
-    for (int attempt = 0; attempt < 5; attempt++) {
+    for (int attempt = 0; attempt < 5; ++attempt) {
         settle(editor);
         click(GetDlgItem(editor.palette, saveButton), 0.5, 0.5);
         if (waitUntil([&] { return !IsWindow(editor.dialog); }, 15000)) return 0;
@@ -192,7 +192,7 @@ int playEdit()
     picture(editor, "opened");
 
     click(GetDlgItem(editor.palette, brushButton), 0.5, 0.5);
-    for (int i = 0; i < 6; i++)
+    for (int i = 0; i < 6; ++i)
         click(GetDlgItem(editor.palette, widthBar), 0.75, 0.5);
     picture(editor, "brush-chosen");
 
@@ -225,7 +225,7 @@ bool laySpot(const Editor& editor)
     const POINT middle = pointOf(editor.canvas, 0.5, 0.5);
     restPointer(editor);
     const COLORREF before = seenAt(middle);
-    for (int attempt = 0; attempt < 5; attempt++) {
+    for (int attempt = 0; attempt < 5; ++attempt) {
         click(GetDlgItem(editor.palette, brushButton), 0.5, 0.5);
         settle(editor);
         click(editor.canvas, 0.5, 0.5);
@@ -262,7 +262,7 @@ int answerDialog(const std::wstring& answer)
     HWND dialog = nullptr;
     if (!waitUntil([&] { return (dialog = openDialog()) != nullptr; }, 60000)) return 1;
     const int button = answer == L"yes" ? IDYES : answer == L"no" ? IDNO : IDCANCEL;
-    for (int attempt = 0; attempt < 5; attempt++) {
+    for (int attempt = 0; attempt < 5; ++attempt) {
         click(GetDlgItem(dialog, button), 0.5, 0.5);
         if (waitUntil([&] { return !IsWindow(dialog); }, 15000)) return 0;
     }

@@ -20,7 +20,7 @@ uint32_t get(const Block& block, size_t at, int length)
 {
     if (at > block.size || block.size - at < (size_t)length) return 0;
     uint32_t value = 0;
-    for (int i = 0; i < length; i++)
+    for (int i = 0; i < length; ++i)
         value |= (uint32_t)block.bytes[at + i] << 8 * (block.bigEndian ? length - 1 - i : i);
     return value;
 }
@@ -28,7 +28,7 @@ uint32_t get(const Block& block, size_t at, int length)
 void put(const Block& block, size_t at, int length, uint32_t value)
 {
     if (at > block.size || block.size - at < (size_t)length) return;
-    for (int i = 0; i < length; i++)
+    for (int i = 0; i < length; ++i)
         block.bytes[at + i] = (uint8_t)(value >> 8 * (block.bigEndian ? length - 1 - i : i));
 }
 
@@ -48,7 +48,7 @@ size_t findEntry(const Block& block, size_t directory, int tag)
 {
     if (!directory) return 0;
     const uint32_t count = get(block, directory, 2);
-    for (uint32_t i = 0; i < count; i++) {
+    for (uint32_t i = 0; i < count; ++i) {
         const size_t entry = directory + 2 + 12 * (size_t)i;
         if (entry + 12 > block.size) return 0;
         if (get(block, entry, 2) == (uint32_t)tag) return entry;

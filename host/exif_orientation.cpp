@@ -15,7 +15,7 @@ uint32_t numberAt(const Bytes& bytes, size_t at, int length)
 {
     if (at > bytes.size || bytes.size - at < (size_t)length) return 0;
     uint32_t value = 0;
-    for (int i = 0; i < length; i++) {
+    for (int i = 0; i < length; ++i) {
         const int shift = 8 * (bytes.bigEndian ? length - 1 - i : i);
         value |= (uint32_t)bytes.start[at + i] << shift;
     }
@@ -26,7 +26,7 @@ uint32_t numberAt(const Bytes& bytes, size_t at, int length)
 int orientationInDirectory(const Bytes& directory)
 {
     const uint32_t entries = numberAt(directory, 0, 2);
-    for (uint32_t i = 0; i < entries; i++) {
+    for (uint32_t i = 0; i < entries; ++i) {
         const size_t entry = 2 + 12 * (size_t)i;
         if (numberAt(directory, entry, 2) != 274) continue;
         const uint32_t value = numberAt(directory, entry + 8, 2);

@@ -28,7 +28,7 @@ size_t extensionStart(const std::wstring& path)
 bool sameLetters(const std::wstring& text, const wchar_t* lowerCase)
 {
     size_t i = 0;
-    for (; i < text.size() && lowerCase[i]; i++) {
+    for (; i < text.size() && lowerCase[i]; ++i) {
         const wchar_t letter = text[i] >= L'A' && text[i] <= L'Z' ? (wchar_t)(text[i] + 32) : text[i];
         if (letter != lowerCase[i]) return false;
     }

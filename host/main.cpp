@@ -25,7 +25,7 @@ std::vector<std::wstring> commandLine()
     std::vector<std::wstring> words;
     int count = 0;
     wchar_t** line = CommandLineToArgvW(GetCommandLineW(), &count);
-    for (int i = 1; line && i < count; i++)
+    for (int i = 1; line && i < count; ++i)
         words.push_back(line[i]);
     LocalFree(line);
     return words;

@@ -219,11 +219,11 @@ bool takeComparing(void* context, const uint8_t* bgra, ptrdiff_t stride, int fir
     const int width = comparing->photo.width;
     comparing->lastBand = 0;
     comparing->lastCount = (uint64_t)width * rowCount * 3;
-    for (int row = 0; row < rowCount; row++) {
+    for (int row = 0; row < rowCount; ++row) {
         gatherRows(comparing->upright, firstRow + row, 1, comparing->row.data(), 0);
         const uint8_t *shown = bgra + row * stride, *meant = comparing->row.data();
-        for (int x = 0; x < width; x++, shown += 4, meant += 3)
-            for (int channel = 0; channel < 3; channel++)
+        for (int x = 0; x < width; ++x, shown += 4, meant += 3)
+            for (int channel = 0; channel < 3; ++channel)
                 comparing->lastBand += (uint64_t)abs(overWhite(shown[channel], shown[3]) - meant[channel]);
     }
     comparing->difference += comparing->lastBand;

@@ -57,14 +57,14 @@ void placeRowsOverWhite(const UprightTarget& target, const uint8_t* source, ptrd
                         int rowCount)
 {
     const UprightSteps steps = stepsFor(target);
-    for (int row = 0; row < rowCount; row++) {
+    for (int row = 0; row < rowCount; ++row) {
         const uint8_t* from = source + row * sourceStride;
         uint8_t* to = steps.origin + (firstRow + row) * steps.down;
-        for (int column = 0; column < target.fileWidth; column++, from += 4, to += steps.right)
+        for (int column = 0; column < target.fileWidth; ++column, from += 4, to += steps.right)
             if (from[3] == 255)
                 memcpy(to, from, 3);
             else
-                for (int channel = 0; channel < 3; channel++)
+                for (int channel = 0; channel < 3; ++channel)
                     to[channel] = overWhite(from[channel], from[3]);
     }
 }
@@ -73,10 +73,10 @@ void gatherRows(const UprightTarget& from, int firstRow, int rowCount, uint8_t* 
 {
     if (from.rowsGathered) *from.rowsGathered += rowCount;
     const UprightSteps steps = stepsFor(from);
-    for (int row = 0; row < rowCount; row++) {
+    for (int row = 0; row < rowCount; ++row) {
         const uint8_t* pixel = steps.origin + (firstRow + row) * steps.down;
         uint8_t* to = bgr + row * stride;
-        for (int column = 0; column < from.fileWidth; column++, pixel += steps.right, to += 3)
+        for (int column = 0; column < from.fileWidth; ++column, pixel += steps.right, to += 3)
             memcpy(to, pixel, 3);
     }
 }
@@ -97,7 +97,7 @@ void copyRowsTopDown(const uint8_t* bits, int width, int height, int firstRow, i
                      ptrdiff_t destinationStride)
 {
     const ptrdiff_t stride = packedRowSize(width);
-    for (int row = 0; row < rowCount; row++)
+    for (int row = 0; row < rowCount; ++row)
         memcpy(destination + row * destinationStride, bits + (height - 1 - firstRow - row) * stride, (size_t)width * 3);
 }
 
@@ -109,7 +109,7 @@ void turnNativeRow(const uint8_t* picture, ptrdiff_t stride, int pixel, int file
     const bool fromRight = orientation == 2 || orientation == 3 || orientation == 6 || orientation == 7;
     const bool fromBottom = orientation == 3 || orientation == 4 || orientation == 7 || orientation == 8;
     const int y = fromBottom ? height - 1 - row : row;
-    for (int column = 0; column < width; column++, to += pixel) {
+    for (int column = 0; column < width; ++column, to += pixel) {
         const int x = fromRight ? width - 1 - column : column;
         const uint8_t* from =
             swapped ? picture + x * stride + (ptrdiff_t)y * pixel : picture + y * stride + (ptrdiff_t)x * pixel;

@@ -40,7 +40,7 @@ bool createBeside(const std::wstring& path, std::wstring* temporary, unsigned lo
     std::vector<unsigned char> rights = rightsOf(path);
     HANDLE file = INVALID_HANDLE_VALUE;
     *error = ERROR_FILE_EXISTS;
-    for (int attempt = 0; attempt < 100 && file == INVALID_HANDLE_VALUE && *error == ERROR_FILE_EXISTS; attempt++) {
+    for (int attempt = 0; attempt < 100 && file == INVALID_HANDLE_VALUE && *error == ERROR_FILE_EXISTS; ++attempt) {
         *temporary = stem + std::to_wstring(attempt) + L".tmp";
         file = CreateFileW(temporary->c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
         *error = file == INVALID_HANDLE_VALUE ? GetLastError() : ERROR_SUCCESS;

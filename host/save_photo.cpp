@@ -138,7 +138,7 @@ ExitCode savePhoto(const SaveRequest& request)
 {
     SaveRequest current = request;
     std::wstring problem;
-    for (int attempt = 0; attempt < (request.ownName ? namesToTry : 1); attempt++) {
+    for (int attempt = 0; attempt < (request.ownName ? namesToTry : 1); ++attempt) {
         if (trySave(current, current.output, &problem)) {
             tellSaved(current, current.output);
             return exitSaved;

@@ -11,11 +11,11 @@ const int unnoticed = 2;  // a difference from sRGB that nobody sees
 // Whether a profile's colours are shown right without it.
 bool isLikeSrgb(cmsHTRANSFORM toScreen)
 {
-    for (int color = 0; color < 125; color++) {
+    for (int color = 0; color < 125; ++color) {
         uint8_t pixel[4] = {(uint8_t)(color % 5 * 63), (uint8_t)(color / 5 % 5 * 63), (uint8_t)(color / 25 * 63), 255};
         const uint8_t before[3] = {pixel[0], pixel[1], pixel[2]};
         cmsDoTransform(toScreen, pixel, pixel, 1);
-        for (int channel = 0; channel < 3; channel++)
+        for (int channel = 0; channel < 3; ++channel)
             if (abs(pixel[channel] - before[channel]) > unnoticed) return false;
     }
     return true;
@@ -56,9 +56,9 @@ void closeBridge(ColorBridge* bridge)
 void showInks(const ColorBridge& bridge, const uint8_t* source, bool inverted, uint8_t* bgra, int width)
 {
     if (bridge.toScreen) cmsDoTransform(bridge.toScreen, source, bgra, (cmsUInt32Number)width);
-    for (int x = 0; x < width; x++, source += 4, bgra += 4) {
+    for (int x = 0; x < width; ++x, source += 4, bgra += 4) {
         bgra[3] = 255;
-        for (int ink = 0; ink < 3 && !bridge.toScreen; ink++) {
+        for (int ink = 0; ink < 3 && !bridge.toScreen; ++ink) {
             const int paper = inverted ? source[ink] : 255 - source[ink];
             const int light = inverted ? source[3] : 255 - source[3];
             bgra[2 - ink] = (uint8_t)((paper * light + 127) / 255);
@@ -77,9 +77,9 @@ void storeInks(const ColorBridge& bridge, const uint8_t* bgr, bool inverted, uin
         cmsDoTransform(bridge.fromScreen, bgr, inks, (cmsUInt32Number)width);
         return;
     }
-    for (int x = 0; x < width; x++, bgr += 3, inks += 4) {
+    for (int x = 0; x < width; ++x, bgr += 3, inks += 4) {
         const int light = std::max({bgr[0], bgr[1], bgr[2]});
-        for (int ink = 0; ink < 4; ink++) {
+        for (int ink = 0; ink < 4; ++ink) {
             const int paper = ink == 3 ? light : light ? (bgr[2 - ink] * 255 + light / 2) / light : 255;
             inks[ink] = (uint8_t)(inverted ? paper : 255 - paper);
         }

@@ -26,7 +26,7 @@ struct Strip {
 bool markChanges(Strip* strip)
 {
     bool any = false;
-    for (size_t i = 0; i < (size_t)strip->width * strip->rows; i++) {
+    for (size_t i = 0; i < (size_t)strip->width * strip->rows; ++i) {
         strip->changed[i] = memcmp(&strip->shown[i * 4], &strip->edited[i * 3], 3) != 0;
         any = any || strip->changed[i];
     }
@@ -50,7 +50,7 @@ void fillLine(Strip* strip, int row, int components, const ColorBridge& bridge)
         memcpy(to, from, (size_t)strip->width * 3);
         storeColors(bridge, to, strip->width);
     } else {
-        for (int x = 0; x < strip->width; x++)
+        for (int x = 0; x < strip->width; ++x)
             to[x] = from[x * 3];
     }
 }
@@ -72,7 +72,7 @@ void encodeStrip(Strip* strip, jpeg_decompress_struct* input, const ColorBridge&
                                                          : JCS_GRAYSCALE;
     output.write_Adobe_marker = FALSE;
     jpeg_start_compress(&output, TRUE);
-    for (int row = 0; row < strip->rows; row++) {
+    for (int row = 0; row < strip->rows; ++row) {
         fillLine(strip, row, input->num_components, bridge);
         JSAMPROW line = strip->line.data();
         jpeg_write_scanlines(&output, &line, 1);
@@ -89,8 +89,8 @@ bool blockChanged(const Strip& strip, const jpeg_decompress_struct& input, const
     const int right = std::min(((across + 1) * wide + part.h_samp_factor - 1) / part.h_samp_factor, strip.width);
     const int top = down * high / part.v_samp_factor;
     const int bottom = std::min(((down + 1) * high + part.v_samp_factor - 1) / part.v_samp_factor, strip.rows);
-    for (int y = top; y < bottom; y++)
-        for (int x = left; x < right; x++)
+    for (int y = top; y < bottom; ++y)
+        for (int x = left; x < right; ++x)
             if (strip.changed[(size_t)y * strip.width + x]) return true;
     return false;
 }
@@ -101,14 +101,14 @@ void takeBlocks(Strip* strip, jpeg_decompress_struct* input, jvirt_barray_ptr* b
     jpeg_mem_src(&anew, strip->bytes, strip->size);
     jpeg_read_header(&anew, TRUE);
     jvirt_barray_ptr* fresh = jpeg_read_coefficients(&anew);
-    for (int i = 0; i < input->num_components; i++) {
+    for (int i = 0; i < input->num_components; ++i) {
         const jpeg_component_info& part = input->comp_info[i];
         const JDIMENSION first = (JDIMENSION)(stripNumber * part.v_samp_factor);
         const int rows = std::min(part.v_samp_factor, (int)part.height_in_blocks - (int)first);
-        for (int row = 0; row < rows && row < (int)anew.comp_info[i].height_in_blocks; row++) {
+        for (int row = 0; row < rows && row < (int)anew.comp_info[i].height_in_blocks; ++row) {
             JBLOCKARRAY to = input->mem->access_virt_barray((j_common_ptr)input, blocks[i], first + row, 1, TRUE);
             JBLOCKARRAY from = anew.mem->access_virt_barray((j_common_ptr)&anew, fresh[i], (JDIMENSION)row, 1, FALSE);
-            for (int column = 0; column < (int)part.width_in_blocks; column++)
+            for (int column = 0; column < (int)part.width_in_blocks; ++column)
                 if (blockChanged(*strip, *input, part, column, row))
                     memcpy(to[0][column], from[0][column], sizeof(JBLOCK));
         }

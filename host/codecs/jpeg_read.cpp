@@ -62,7 +62,7 @@ void startJpegRows(JpegRows* rows)
 int readJpegRows(JpegRows* rows, uint8_t* bgra, size_t stride, int count)
 {
     const int width = (int)rows->input.output_width;
-    for (int row = 0; row < count; row++, bgra += stride) {
+    for (int row = 0; row < count; ++row, bgra += stride) {
         JSAMPROW line = rows->inks.empty() ? bgra : rows->inks.data();
         if (jpeg_read_scanlines(&rows->input, &line, 1) != 1) return row;
         if (rows->inks.empty())

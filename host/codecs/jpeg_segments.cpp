@@ -70,7 +70,7 @@ void copySegment(const jpeg_marker_struct* segment, jpeg_compress_struct* output
 // Parts of a profile may come in any order.
 void collectProfile(const jpeg_decompress_struct& input, std::vector<uint8_t>* profile)
 {
-    for (int part = 1; part < 256; part++) {
+    for (int part = 1; part < 256; ++part) {
         const jpeg_marker_struct* segment = input.marker_list;
         while (segment && !(kindOfSegment(segment) == JpegSegment::Icc && segment->data_length > ICC_MARK_SIZE &&
                             segment->data[12] == part))
@@ -94,7 +94,7 @@ JpegSegment kindOfSegment(const jpeg_marker_struct* segment)
 void saveJpegSegments(jpeg_decompress_struct* input)
 {
     jpeg_save_markers(input, JPEG_COM, 0xFFFF);
-    for (int number = 0; number < 16; number++)
+    for (int number = 0; number < 16; ++number)
         jpeg_save_markers(input, JPEG_APP0 + number, 0xFFFF);
 }
 

@@ -39,11 +39,11 @@ void transposeTables(jpeg_compress_struct* output)
 {
     for (JQUANT_TBL* table : output->quant_tbl_ptrs) {
         if (!table) continue;
-        for (int row = 0; row < 8; row++)
-            for (int column = 0; column < row; column++)
+        for (int row = 0; row < 8; ++row)
+            for (int column = 0; column < row; ++column)
                 std::swap(table->quantval[row * 8 + column], table->quantval[column * 8 + row]);
     }
-    for (int i = 0; i < output->num_components; i++)
+    for (int i = 0; i < output->num_components; ++i)
         std::swap(output->comp_info[i].h_samp_factor, output->comp_info[i].v_samp_factor);
 }
 
@@ -55,7 +55,7 @@ void takeSettings(const Writing& writing, jpeg_compress_struct* output)
         jpeg_set_quality(output, newQuality, TRUE);
         // A grey photo that has become a coloured one: as fine as it was.
         if (input.num_components == 1 && input.quant_tbl_ptrs[0])
-            for (int i = 0; i < 2; i++)
+            for (int i = 0; i < 2; ++i)
                 if (output->quant_tbl_ptrs[i])
                     memcpy(output->quant_tbl_ptrs[i]->quantval, input.quant_tbl_ptrs[0]->quantval,
                            sizeof input.quant_tbl_ptrs[0]->quantval);

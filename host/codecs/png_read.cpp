@@ -14,7 +14,7 @@ PhotoStatus handRows(PngRows* rows, const RowSink& sink)
     std::vector<uint8_t> band(stride * most), buffer;
     for (int row = 0; row < rows->height; row += most) {
         const int count = std::min(most, rows->height - row);
-        for (int i = 0; i < count; i++) {
+        for (int i = 0; i < count; ++i) {
             const uint8_t* native = nextPngRow(rows, &buffer);
             if (!native) return PhotoStatus::NotAPhoto;
             showPngRow(*rows, native, band.data() + i * stride);
@@ -41,7 +41,7 @@ bool headSize(FILE* file, uint32_t size[2])
 {
     uint8_t head[24];
     if (fread(head, 1, sizeof head, file) != sizeof head || fseek(file, 0, SEEK_SET) != 0) return false;
-    for (int i = 0; i < 2; i++)
+    for (int i = 0; i < 2; ++i)
         size[i] = (uint32_t)head[16 + 4 * i] << 24 | head[17 + 4 * i] << 16 | head[18 + 4 * i] << 8 | head[19 + 4 * i];
     return true;
 }

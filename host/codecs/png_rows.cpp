@@ -29,7 +29,7 @@ void readFacts(PngRows* rows, PhotoFacts* facts)
     }
     png_textp texts;
     const int count = (int)png_get_text(rows->input, rows->info, &texts, nullptr);
-    for (int i = 0; i < count; i++)
+    for (int i = 0; i < count; ++i)
         if (strcmp(texts[i].key, "XML:com.adobe.xmp") == 0)
             facts->xmp.assign(texts[i].text,
                               texts[i].text + (texts[i].itxt_length ? texts[i].itxt_length : texts[i].text_length));
@@ -82,8 +82,8 @@ bool readWhole(PngRows* rows)
     const int passes = png_set_interlace_handling(rows->input);
     png_read_update_info(rows->input, rows->info);
     const size_t stride = (size_t)rows->width * rows->layout.bytes;
-    for (int pass = 0; pass < passes; pass++)
-        for (int row = 0; row < rows->height; row++)
+    for (int pass = 0; pass < passes; ++pass)
+        for (int row = 0; row < rows->height; ++row)
             png_read_row(rows->input, rows->whole.data() + row * stride, nullptr);
     return true;
 }
@@ -104,7 +104,7 @@ bool readRow(PngRows* rows, uint8_t* native)
 
 bool isKey(const PngRows& rows, const uint8_t* pixel)
 {
-    for (int channel = 0; channel < rows.layout.channels; channel++) {
+    for (int channel = 0; channel < rows.layout.channels; ++channel) {
         const int value = rows.layout.depth == 16 ? pixel[channel * 2] << 8 | pixel[channel * 2 + 1] : pixel[channel];
         if (value != rows.key[channel]) return false;
     }
@@ -169,7 +169,7 @@ void showPngRow(const PngRows& rows, const uint8_t* native, uint8_t* bgra)
     const bool color = layout.type & PNG_COLOR_MASK_COLOR;
     const bool alpha = layout.type & PNG_COLOR_MASK_ALPHA;
     uint8_t* to = bgra;
-    for (int x = 0; x < rows.width; x++, native += layout.bytes, to += 4) {
+    for (int x = 0; x < rows.width; ++x, native += layout.bytes, to += 4) {
         if (layout.type == PNG_COLOR_TYPE_PALETTE) {
             const bool known = native[0] < rows.palette.size();
             const png_color color = known ? rows.palette[native[0]] : png_color{0, 0, 0};
@@ -179,7 +179,7 @@ void showPngRow(const PngRows& rows, const uint8_t* native, uint8_t* bgra)
             to[3] = known ? rows.paletteAlpha[native[0]] : 255;
             continue;
         }
-        for (int channel = 0; channel < 3; channel++)
+        for (int channel = 0; channel < 3; ++channel)
             to[2 - channel] = seen(layout, native, color ? channel : 0);
         to[3] = alpha ? seen(layout, native, layout.channels - 1) : rows.hasKey && isKey(rows, native) ? 0 : 255;
     }

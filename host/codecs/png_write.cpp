@@ -107,7 +107,7 @@ std::vector<Chunk> chunksOfFacts(const PhotoFacts& facts, const EditedPhoto& pho
     }
     if (photo.across > 0 && photo.down > 0) {
         std::vector<uint8_t> bytes(9, 1);
-        for (int i = 0; i < 4; i++) {
+        for (int i = 0; i < 4; ++i) {
             bytes[i] = (uint8_t)(photo.across >> (24 - 8 * i));
             bytes[4 + i] = (uint8_t)(photo.down >> (24 - 8 * i));
         }
@@ -155,7 +155,7 @@ bool storeEdited(const Writing& writing, const uint8_t* bgr, const uint8_t* edit
 {
     const PngLayout& layout = writing.layout;
     if (layout.type == PNG_COLOR_TYPE_PALETTE) {
-        for (size_t i = 0; i < writing.rows.palette.size(); i++) {
+        for (size_t i = 0; i < writing.rows.palette.size(); ++i) {
             const png_color& color = writing.rows.palette[i];
             if (color.blue != bgr[0] || color.green != bgr[1] || color.red != bgr[2]) continue;
             if (writing.rows.paletteAlpha[i] != 255) continue;
@@ -166,7 +166,7 @@ bool storeEdited(const Writing& writing, const uint8_t* bgr, const uint8_t* edit
     }
     const bool color = layout.type & PNG_COLOR_MASK_COLOR;
     if (!color && (editedBgr[0] != editedBgr[1] || editedBgr[0] != editedBgr[2])) return false;
-    for (int channel = 0; channel < (color ? 3 : 1); channel++) {
+    for (int channel = 0; channel < (color ? 3 : 1); ++channel) {
         const int value = fromOverWhite(bgr[2 - channel], alpha) * 257;
         setSample(layout, to, channel, value);
         const int most = (1 << std::min(layout.depth, 8)) - 1;
@@ -188,10 +188,10 @@ void storeOriginal(const Writing& writing, const uint8_t* native, const uint8_t*
         const bool known = native[0] < writing.rows.palette.size();
         const png_color color = known ? writing.rows.palette[native[0]] : png_color{0, 0, 0};
         const int values[3] = {color.red, color.green, color.blue};
-        for (int channel = 0; channel < 3; channel++)
+        for (int channel = 0; channel < 3; ++channel)
             setSample(layout, to, channel, values[channel] * 257);
     } else {
-        for (int channel = 0; channel < std::min(layout.channels, 3); channel++)
+        for (int channel = 0; channel < std::min(layout.channels, 3); ++channel)
             setSample(layout, to, channel, pngSample(from, native, 0));
     }
     if (layout.type & PNG_COLOR_MASK_ALPHA)
@@ -205,13 +205,13 @@ bool buildRow(Writing* writing, const uint8_t* native, int width)
     writing->stored = writing->edited;
     storeColors(writing->rows.bridge, writing->stored.data(), width);
     const PngLayout& from = writing->rows.layout;
-    for (int x = 0; x < width; x++, native += from.bytes) {
+    for (int x = 0; x < width; ++x, native += from.bytes) {
         const uint8_t* shown = &writing->shown[(size_t)x * 4];
         const uint8_t* edited = &writing->edited[(size_t)x * 3];
         uint8_t* to = &writing->line[(size_t)x * writing->layout.bytes];
         storeOriginal(*writing, native, shown, to);
         bool same = true;
-        for (int channel = 0; channel < 3; channel++)
+        for (int channel = 0; channel < 3; ++channel)
             same = same && overWhite(shown[channel], shown[3]) == edited[channel];
         if (!same && !storeEdited(*writing, &writing->stored[(size_t)x * 3], edited, shown[3], to)) return false;
     }
@@ -221,8 +221,8 @@ bool buildRow(Writing* writing, const uint8_t* native, int width)
 void plainRow(Writing* writing, int width)
 {
     storeColors(writing->rows.bridge, writing->edited.data(), width);
-    for (int x = 0; x < width; x++)
-        for (int channel = 0; channel < 3; channel++)
+    for (int x = 0; x < width; ++x)
+        for (int channel = 0; channel < 3; ++channel)
             writing->line[(size_t)x * 3 + channel] = writing->edited[(size_t)x * 3 + 2 - channel];
 }
 
@@ -263,7 +263,7 @@ Outcome writeRows(Writing* writing, FILE* file, const EditedPhoto& photo, int or
     const UprightTarget upright = editedInFile(photo, 1);
     const size_t nativeStride = (size_t)writing->rows.width * writing->rows.layout.bytes;
     const int pixel = writing->rows.layout.bytes;
-    for (int row = 0; row < photo.height; row++) {
+    for (int row = 0; row < photo.height; ++row) {
         gatherRows(upright, row, 1, writing->edited.data(), 0);
         if (!writing->hasOriginal) {
             plainRow(writing, photo.width);

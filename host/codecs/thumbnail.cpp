@@ -24,21 +24,21 @@ Thumbnail shrink(const EditedPhoto& photo)
     small.height = std::max((int)((int64_t)photo.height * longerSide / longest), 1);
     small.bgr.resize((size_t)small.width * small.height * 3);
     const size_t stride = packedRowSize(photo.width);
-    for (int y = 0; y < small.height; y++)
-        for (int x = 0; x < small.width; x++) {
+    for (int y = 0; y < small.height; ++y)
+        for (int x = 0; x < small.width; ++x) {
             const int left = (int)((int64_t)x * photo.width / small.width);
             const int right = std::max((int)((int64_t)(x + 1) * photo.width / small.width), left + 1);
             const int top = (int)((int64_t)y * photo.height / small.height);
             const int bottom = std::max((int)((int64_t)(y + 1) * photo.height / small.height), top + 1);
             uint64_t sums[3] = {};
-            for (int row = top; row < bottom; row++) {
+            for (int row = top; row < bottom; ++row) {
                 const uint8_t* pixel = photo.bits + (photo.height - 1 - row) * stride + (size_t)left * 3;
-                for (int column = left; column < right; column++, pixel += 3)
-                    for (int channel = 0; channel < 3; channel++)
+                for (int column = left; column < right; ++column, pixel += 3)
+                    for (int channel = 0; channel < 3; ++channel)
                         sums[channel] += pixel[channel];
             }
             const uint64_t count = (uint64_t)(right - left) * (bottom - top);
-            for (int channel = 0; channel < 3; channel++)
+            for (int channel = 0; channel < 3; ++channel)
                 small.bgr[((size_t)y * small.width + x) * 3 + channel] = (uint8_t)(sums[channel] / count);
         }
     return small;

@@ -38,7 +38,7 @@ long pelsPerMetre(TIFF* file, ttag_t tag)
 // The library gives red, green, blue and alpha, the first three multiplied by the last.
 void layOverWhite(uint8_t* pixels, size_t count)
 {
-    for (; count > 0; count--, pixels += 4) {
+    for (; count > 0; --count, pixels += 4) {
         const uint8_t white = (uint8_t)(255 - pixels[3]), red = pixels[0];
         pixels[0] = (uint8_t)std::min(pixels[2] + white, 255);
         pixels[1] = (uint8_t)std::min(pixels[1] + white, 255);
@@ -63,7 +63,7 @@ PhotoStatus handBands(TIFF* file, TIFFRGBAImage* image, const TiffLayout& layout
         done = TIFFRGBAImageGet(image, (uint32_t*)band, layout.width, count);
         if (!done) break;
         layOverWhite(band, (size_t)layout.width * count);
-        for (uint32_t i = 0; i < count; i++)
+        for (uint32_t i = 0; i < count; ++i)
             showColors(bridge, band + (ptrdiff_t)i * stride, (int)layout.width);
         done = sink.take(sink.context, band, stride, (int)row, (int)count);
     }

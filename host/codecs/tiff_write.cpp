@@ -24,10 +24,10 @@ PhotoStatus noBegin(void*, const PhotoShape&)
 bool compareRows(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
 {
     Changes* changes = (Changes*)context;
-    for (int row = 0; row < rowCount; row++) {
+    for (int row = 0; row < rowCount; ++row) {
         gatherRows(changes->edited, firstRow + row, 1, changes->row.data(), 0);
         const uint8_t* shown = bgra + row * stride;
-        for (int x = 0; x < changes->width; x++) {
+        for (int x = 0; x < changes->width; ++x) {
             const uint8_t* edited = &changes->row[(size_t)x * 3];
             if (memcmp(shown + (size_t)x * 4, edited, 3) == 0) continue;
             changes->changed[(size_t)(firstRow + row) * changes->width + x] = true;
@@ -96,15 +96,15 @@ void patchPiece(const TiffLayout& layout, const Piece& piece, const Changes& cha
     const int colors = layout.photometric == PHOTOMETRIC_RGB ? 3 : 1;
     const int bytes = layout.bits / 8, inPiece = piece.sample < 0 ? layout.samples : 1;
     std::vector<uint8_t> row((size_t)changes.width * 3);
-    for (int y = 0; y < piece.height; y++) {
+    for (int y = 0; y < piece.height; ++y) {
         gatherRows(changes.edited, piece.top + y, 1, row.data(), 0);
         storeColors(bridge, row.data(), changes.width);
-        for (int x = 0; x < piece.width; x++) {
+        for (int x = 0; x < piece.width; ++x) {
             const size_t column = (size_t)piece.left + x;
             if (!changes.changed[(size_t)(piece.top + y) * changes.width + column]) continue;
             uint8_t* pixel = native + ((size_t)y * piece.pitch + x) * inPiece * bytes;
             const int alpha = layout.alpha && piece.sample < 0 ? sampleAt(layout, pixel + colors * bytes) : 255;
-            for (int sample = 0; sample < colors; sample++) {
+            for (int sample = 0; sample < colors; ++sample) {
                 if (piece.sample >= 0 && piece.sample != sample) continue;
                 const int shown = row[column * 3 + (colors == 3 ? 2 - sample : 0)];
                 setSampleAt(layout, pixel + (piece.sample < 0 ? sample * bytes : 0), storedValue(layout, shown, alpha));
@@ -115,8 +115,8 @@ void patchPiece(const TiffLayout& layout, const Piece& piece, const Changes& cha
 
 bool pieceChanged(const Piece& piece, const Changes& changes)
 {
-    for (int y = piece.top; y < piece.top + piece.height; y++)
-        for (int x = piece.left; x < piece.left + piece.width; x++)
+    for (int y = piece.top; y < piece.top + piece.height; ++y)
+        for (int x = piece.left; x < piece.left + piece.width; ++x)
             if (changes.changed[(size_t)y * changes.width + x]) return true;
     return false;
 }
@@ -150,7 +150,7 @@ bool editPieces(TIFF* file, const TiffLayout& layout, const Changes& changes, co
     const int planes = layout.planar == PLANARCONFIG_SEPARATE ? layout.samples : 1;
     uint32_t number = 0;
     bool done = true;
-    for (int plane = 0; plane < planes; plane++)
+    for (int plane = 0; plane < planes; ++plane)
         for (uint32_t top = 0; top < layout.height; top += high)
             for (uint32_t left = 0; left < layout.width && done; left += wide) {
                 const Piece piece = {number++,
@@ -240,7 +240,7 @@ bool writePage(TIFF* file, const EditedPhoto& photo, const PhotoFacts& facts)
     const UprightTarget upright = editedInFile(photo, 1);
     std::vector<uint8_t> row((size_t)photo.width * 3);
     bool done = true;
-    for (int y = 0; y < photo.height && done; y++) {
+    for (int y = 0; y < photo.height && done; ++y) {
         gatherRows(upright, y, 1, row.data(), 0);
         storeColors(bridge, row.data(), photo.width);
         for (size_t i = 0; i < row.size(); i += 3)

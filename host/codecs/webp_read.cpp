@@ -65,7 +65,7 @@ PhotoStatus decode(const WebPDemuxer* file, const RowSink& sink, PhotoFacts* fac
     if (canvas && !decodeFrame(frame, canvas, width)) status = PhotoStatus::NotAPhoto;
     if (status == PhotoStatus::Ok) {
         ColorBridge bridge = openBridge(facts->profile, 0, false);
-        for (int row = 0; row < height; row++)
+        for (int row = 0; row < height; ++row)
             showColors(bridge, canvas + (size_t)row * width * 4, width);
         closeBridge(&bridge);
         if (!sink.take(sink.context, canvas, (ptrdiff_t)width * 4, 0, height)) status = PhotoStatus::NotAPhoto;

@@ -19,7 +19,7 @@ void nearestTable(uint32_t* table, int from, int to)
     int64_t error = 2 * a - b;
     uint32_t position = 0;
     *table++ = 0;
-    for (int64_t step = 0; step < b; step++) {
+    for (int64_t step = 0; step < b; ++step) {
         const bool diagonal = error >= 0;
         if (diagonal || !enlarging) position++;
         if (diagonal || enlarging) *table++ = position;
@@ -47,9 +47,9 @@ static void copyPixelLoosely(uint8_t* to, const uint8_t* from)
 static void gatherRow(uint8_t* to, const uint8_t* from, const uint32_t* offsets, int width, int loose)
 {
     int x = 0;
-    for (; x < loose; x++)
+    for (; x < loose; ++x)
         copyPixelLoosely(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
-    for (; x < width; x++)
+    for (; x < width; ++x)
         copyPixel(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
 }
 
@@ -57,7 +57,7 @@ static void gatherRow(uint8_t* to, const uint8_t* from, const uint32_t* offsets,
 static int columnsToOffsets(uint32_t* columns, int width, int sourceWidth)
 {
     int loose = 0;
-    for (int x = 0; x < width; x++) {
+    for (int x = 0; x < width; ++x) {
         if (x < width - 1 && columns[x] < (uint32_t)sourceWidth - 1) loose = x + 1;
         columns[x] *= bytesPerPixel;
     }
@@ -153,7 +153,7 @@ bool scaleNearest(const BitsView& result, const BitsView& source)
     NearestPlan plan;
     if (!makePlan(&plan, result, source)) return false;
     const size_t rowBytes = (size_t)result.width * bytesPerPixel;
-    for (int j = 0; j < result.height; j++) {
+    for (int j = 0; j < result.height; ++j) {
         uint8_t* const to = rowOf(result, result.height - 1 - j);
         const uint8_t* const from = rowOf(source, source.height - 1 - (int)plan.rows[j]);
         if (j > 0 && plan.rows[j] == plan.rows[j - 1]) {

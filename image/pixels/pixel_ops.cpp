@@ -35,7 +35,7 @@ void copyFromOffset(const BitsView& destination, const BitsView& source, int lef
     const size_t bytes = (size_t)(right - firstColumn) * bytesPerPixel;
     const ptrdiff_t destinationByte = (ptrdiff_t)((int64_t)firstColumn - left) * bytesPerPixel;
     const ptrdiff_t sourceByte = (ptrdiff_t)firstColumn * bytesPerPixel;
-    for (int y = firstRow; y < bottom; y++) {
+    for (int y = firstRow; y < bottom; ++y) {
         memcpy(rowOf(destination, (int)((int64_t)y - top)) + destinationByte, rowOf(source, y) + sourceByte, bytes);
     }
 }
@@ -49,7 +49,7 @@ bool pasteWithByteSkip(const BitsView& destination, const BitsView& source, int 
     // count + skipped never exceeds the source's width, so skipping fewer bytes stays inside the row.
     const size_t bytes = (size_t)columns.count * bytesPerPixel;
     const ptrdiff_t destinationByte = (ptrdiff_t)columns.start * bytesPerPixel;
-    for (int y = 0; y < rows.count; y++) {
+    for (int y = 0; y < rows.count; ++y) {
         memmove(rowOf(destination, rows.start + y) + destinationByte, rowOf(source, rows.skipped + y) + columns.skipped,
                 bytes);
     }
@@ -71,10 +71,10 @@ void fillWhereMapIsZero(const BitsView& image, const MapView& map, Rgb colour)
 {
     const int width = std::min(image.width, map.width);
     const int height = std::min(image.height, map.height);
-    for (int y = 0; y < height; y++) {
+    for (int y = 0; y < height; ++y) {
         uint8_t* pixel = rowOf(image, y);
         const uint8_t* cell = rowOf(map, y);
-        for (int x = 0; x < width; x++, pixel += bytesPerPixel) {
+        for (int x = 0; x < width; ++x, pixel += bytesPerPixel) {
             if (cell[x] != 0) continue;
             pixel[0] = colour.blue;
             pixel[1] = colour.green;
@@ -129,7 +129,7 @@ void mergeMasked(const BitsView& destination, const BitsView& source, const Bits
     const ptrdiff_t sourceByte = (ptrdiff_t)firstX * bytesPerPixel;
     const ptrdiff_t destinationByte = (ptrdiff_t)(left + firstX) * bytesPerPixel;
     const RowSteps steps = {destination.stride, source.stride, mask.stride};
-    for (int64_t y = firstY; y < endY; y++) {
+    for (int64_t y = firstY; y < endY; ++y) {
         mergeRuns(rowOf(destination, (int)(top + y)) + destinationByte, rowOf(source, (int)y) + sourceByte,
                   rowOf(mask, (int)y) + sourceByte, (int)(endX - firstX), y + 1 < endY ? steps : RowSteps{});
     }
@@ -146,7 +146,7 @@ void reverseAllButLastRow(uint8_t* storedRows, ptrdiff_t rowBytes, int height)
 
 void mirrorRows(const BitsView& image)
 {
-    for (int y = 0; y < image.height; y++) {
+    for (int y = 0; y < image.height; ++y) {
         uint8_t* left = rowOf(image, y);
         uint8_t* right = left + (ptrdiff_t)(image.width - 1) * bytesPerPixel;
         for (; left < right; left += bytesPerPixel, right -= bytesPerPixel) {

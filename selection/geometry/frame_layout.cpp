@@ -98,7 +98,7 @@ static int placed(const Place& place, int nearEdge, int farEdge, int unit)
 FrameButtons layOutFrameButtons(PixelRect outer, BandUnit band)
 {
     FrameButtons buttons;
-    for (int n = 0; n < FRAME_BUTTON_COUNT; n++) {
+    for (int n = 0; n < FRAME_BUTTON_COUNT; ++n) {
         const ButtonRule& rule = buttonRules[n];
         buttons.rects[n].left = placed(rule.left, outer.left, outer.right, band.dx);
         buttons.rects[n].top = placed(rule.top, outer.top, outer.bottom, band.dy);
@@ -125,7 +125,7 @@ static int hitTestInner(PixelRect inner, BandUnit band, PixelPoint point)
 int hitTestFrame(PixelRect inner, PixelRect outer, const FrameButtons& buttons, BandUnit band, PixelPoint point)
 {
     if (isEmptyRect(outer) || isEmptyRect(inner) || !rectContains(outer, point)) return HIT_NONE;
-    for (int n = 0; n < FRAME_BUTTON_COUNT; n++)
+    for (int n = 0; n < FRAME_BUTTON_COUNT; ++n)
         if (rectContains(buttons.rects[n], point)) return buttonRules[n].hit;
     return hitTestInner(inner, band, point);
 }

@@ -20,9 +20,9 @@ struct TraceState {
 
 bool findFirstInsidePixel(const BitsView& mask, PixelPoint& point)
 {
-    for (int y = 0; y < mask.height; y++) {
+    for (int y = 0; y < mask.height; ++y) {
         const uint8_t* pixel = rowOf(mask, y);
-        for (int x = 0; x < mask.width; x++, pixel += 3) {
+        for (int x = 0; x < mask.width; ++x, pixel += 3) {
             if (pixel[0] | pixel[1] | pixel[2]) continue;
             point = PixelPoint{x, y};
             return true;
@@ -42,7 +42,7 @@ static bool step(const BitsView& mask, TraceState& state)
 {
     const int last = state.lastMove, tests = last % 2 ? 6 : 7;
     const int first = (last + (last % 2 ? 7 : 6)) % 8;
-    for (int n = 0; n < tests; n++) {
+    for (int n = 0; n < tests; ++n) {
         const int move = (first + n) % 8;
         const PixelPoint next = {state.at.x + moves[move].dx, state.at.y + moves[move].dy};
         if (!isInside(mask, next)) continue;

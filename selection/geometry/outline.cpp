@@ -133,7 +133,7 @@ bool replayOutline(Outline& outline, int rowCount, const PixelPoint* points, int
 
 static void shiftPoints(PixelPoint* points, int count, int dx, int dy)
 {
-    for (int n = 0; n < count; n++)
+    for (int n = 0; n < count; ++n)
         points[n] = PixelPoint{points[n].x + dx, points[n].y + dy};
 }
 
@@ -173,7 +173,7 @@ static int crossingsLeftOf(PixelPoint pixel, PixelPoint from, PixelPoint to)
 bool outlineContains(const PixelPoint* points, int count, PixelPoint pixel)
 {
     int crossings = 0;
-    for (int n = 0; n < count; n++)
+    for (int n = 0; n < count; ++n)
         crossings += crossingsLeftOf(pixel, points[n], points[n + 1 < count ? n + 1 : 0]);
     return crossings % 2 != 0;
 }
@@ -182,7 +182,7 @@ PointBox boxOfPoints(const PixelPoint* points, int count)
 {
     if (count <= 0) return PointBox{};
     PointBox box = {points[0].x, points[0].y, points[0].x, points[0].y};
-    for (int n = 1; n < count; n++) {
+    for (int n = 1; n < count; ++n) {
         const PixelPoint p = points[n];
         if (p.x < box.minX) box.minX = p.x;
         if (p.x > box.maxX) box.maxX = p.x;

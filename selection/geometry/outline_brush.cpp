@@ -39,7 +39,7 @@ static bool isStrictlyInside(const BrushDab& dab, PixelPoint point)
 static PointList everyPixel(const PixelPoint* points, int count)
 {
     PointList all = {};
-    for (int n = 0; n < count && !all.failed; n++) {
+    for (int n = 0; n < count && !all.failed; ++n) {
         DigitalLine line = beginLine(points[n], points[n + 1 < count ? n + 1 : 0]);
         do
             add(all, PixelPoint{line.x, line.y});
@@ -79,7 +79,7 @@ static Arc otherArc(Arc arc)
 static void addArc(PointList& list, const BrushDab& dab, Arc arc, PixelRect canvas)
 {
     const int steps = 1 + (int)(2 * dab.radius * fabs(arc.turn));
-    for (int n = 0; n <= steps; n++) {
+    for (int n = 0; n <= steps; ++n) {
         const double angle = arc.from + arc.turn * n / steps;
         const PixelPoint point = {dab.centre.x + (int)floor(dab.radius * cos(angle) + 0.5),
                                   dab.centre.y + (int)floor(dab.radius * sin(angle) + 0.5)};
@@ -115,7 +115,7 @@ static int longestArc(const PointList& all, const BrushDab& dab)
 {
     int longest = -1, index = 0;
     double length = -1;
-    for (Run run = {0, 0}; nextRun(all, dab, run); index++) {
+    for (Run run = {0, 0}; nextRun(all, dab, run); ++index) {
         const double turn = fabs(arcOfRun(all, dab, run).turn);
         if (turn <= length) continue;
         length = turn;
@@ -129,14 +129,14 @@ static PointList replaceRuns(const PointList& all, const BrushDab& dab, PixelRec
 {
     PointList list = {};
     int copied = 0, index = 0;
-    for (Run run = {0, 0}; nextRun(all, dab, run) && !list.failed; index++) {
-        for (; copied < run.first; copied++)
+    for (Run run = {0, 0}; nextRun(all, dab, run) && !list.failed; ++index) {
+        for (; copied < run.first; ++copied)
             add(list, all.points[copied]);
         const Arc arc = arcOfRun(all, dab, run);
         addArc(list, dab, index == flipped ? otherArc(arc) : arc, canvas);
         copied = run.end;
     }
-    for (; copied < all.count; copied++)
+    for (; copied < all.count; ++copied)
         add(list, all.points[copied]);
     return list;
 }
@@ -149,7 +149,7 @@ static bool beginOutside(PointList& all, const BrushDab& dab)
         first++;
     if (first == all.count) return false;
     PointList turned = {};
-    for (int n = 0; n < all.count; n++)
+    for (int n = 0; n < all.count; ++n)
         add(turned, all.points[(first + n) % all.count]);
     turned.failed |= all.failed;
     release(all);

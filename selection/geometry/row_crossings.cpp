@@ -54,7 +54,7 @@ RowHead* createCrossings(int rowCount)
     RowHead* table = (RowHead*)(memory + headerBytes);
     TableHeader* header = headerOf(table);
     *header = TableHeader{nullptr, nullptr, (RowHead**)(table + heads), rowCount};
-    for (size_t row = 0; row < heads; row++) {
+    for (size_t row = 0; row < heads; ++row) {
         clearRow(table + row);
         header->hints[row] = table + row;
     }
@@ -148,7 +148,7 @@ static RowHead* findBefore(TableHeader* header, RowHead* table, int row, int32_t
     RowHead* hint = header->hints[row];
     RowHead* before = hint->x < x ? hint : table + row;
     RowHead* behind = before;
-    for (int steps = 0; before->next->x < x; steps++) {
+    for (int steps = 0; before->next->x < x; ++steps) {
         before = before->next;
         if (steps >= hintDistance) behind = behind->next;
     }
@@ -210,7 +210,7 @@ static RowHead* copyMapped(const RowHead* source, const CrossingMap& map, int ro
     TableHeader* header = headerOf(table);
     const int nodes = countNodes(headerOf(source));
     bool copied = nodes == 0 || addBlock(header, nodes);
-    for (int row = 0; copied && row <= crossingRowCount(source); row++) {
+    for (int row = 0; copied && row <= crossingRowCount(source); ++row) {
         const int64_t target = map.rowFactor * row + map.rowOffset;
         if (target < 0 || target > rowCount) continue;
         copied = copyRow(header, table + target, source + row, map);
@@ -271,7 +271,7 @@ bool computeCrossingBounds(const RowHead* table, PixelRect& rect)
 {
     const int rowCount = crossingRowCount(table);
     int left = crossingEnd, top = rowCount, right = 0, bottom = 0;
-    for (int row = 0; row < rowCount; row++) {
+    for (int row = 0; row < rowCount; ++row) {
         const RowHead* head = table + row;
         if (head->next == head) continue;
         if (top == rowCount) top = row;

@@ -38,13 +38,13 @@ static void cutImageRow(uint8_t* row, int width, SpanWalk walk, int left)
 
 void fillSelectionMask(const BitsView& mask, const RowHead* table, PixelRect rect)
 {
-    for (int y = 0; y < mask.height; y++)
+    for (int y = 0; y < mask.height; ++y)
         fillMaskRow(rowOf(mask, y), mask.width, beginSpans(crossingsOfRow(table, rect.top + y)), rect.left);
 }
 
 void cutSelectionImage(const BitsView& pixels, const RowHead* table, PixelRect rect)
 {
-    for (int y = 0; y < pixels.height; y++)
+    for (int y = 0; y < pixels.height; ++y)
         cutImageRow(rowOf(pixels, y), pixels.width, beginSpans(crossingsOfRow(table, rect.top + y)), rect.left);
 }
 
@@ -55,7 +55,7 @@ void applySelection(const BitsView& image, const BitsView& pixels, const BitsVie
 
 static void copyImageAt(const BitsView& target, const BitsView& image, PixelRect rect)
 {
-    for (int y = 0; y < target.height; y++)
+    for (int y = 0; y < target.height; ++y)
         fillPixels(rowOf(target, y), 0, target.width, 0);
     copyFromOffset(target, image, rect.left, rect.top);
 }

@@ -11,7 +11,7 @@ static int atLeastOne(int value)
 
 void movePoints(PixelPoint* points, int count, int dx, int dy)
 {
-    for (int n = 0; n < count; n++)
+    for (int n = 0; n < count; ++n)
         points[n] = PixelPoint{atLeastOne(points[n].x + dx), atLeastOne(points[n].y + dy)};
 }
 
@@ -25,7 +25,7 @@ void scalePoints(const PixelPoint* points, int count, PixelRect reference, Pixel
     const PointBox box = boxOfPoints(points, count);
     const int left = target.left + (box.minX - reference.left), right = target.right - reference.right + box.maxX;
     const int top = target.top + (box.minY - reference.top), bottom = target.bottom - reference.bottom + box.maxY;
-    for (int n = 0; n < count; n++) {
+    for (int n = 0; n < count; ++n) {
         const PixelPoint p = points[n];
         result[n].x = left + scaled(p.x - box.minX, (int64_t)right - left, box.maxX - box.minX);
         result[n].y = top + scaled(p.y - box.minY, (int64_t)bottom - top, box.maxY - box.minY);
@@ -35,14 +35,14 @@ void scalePoints(const PixelPoint* points, int count, PixelRect reference, Pixel
 void flipPointsVertically(PixelPoint* points, int count)
 {
     const PointBox box = boxOfPoints(points, count);
-    for (int n = 0; n < count; n++)
+    for (int n = 0; n < count; ++n)
         points[n].y = box.maxY - (points[n].y - box.minY);
 }
 
 void flipPointsHorizontally(PixelPoint* points, int count)
 {
     const PointBox box = boxOfPoints(points, count);
-    for (int n = 0; n < count; n++)
+    for (int n = 0; n < count; ++n)
         points[n].x = box.maxX - (points[n].x - box.minX);
 }
 
@@ -65,7 +65,7 @@ static PlanePoint turned(const Turn& turn, double x, double y)
 
 void turnPoints(const PixelPoint* points, int count, const Turn& turn, PixelPoint* result)
 {
-    for (int n = 0; n < count; n++) {
+    for (int n = 0; n < count; ++n) {
         const PlanePoint p = turned(turn, points[n].x, points[n].y);
         result[n] = PixelPoint{(int)p.x, (int)p.y};
     }
@@ -94,7 +94,7 @@ static void addPixel(WeightedSum& sum, const PlacedImage& source, int column, in
     if (weight <= 0 || !isInside(source, column, row)) return;
     const uint8_t* pixel = pixelAt(source, column, row);
     sum.weight += weight;
-    for (int c = 0; c < 3; c++)
+    for (int c = 0; c < 3; ++c)
         sum.channels[c] += weight * pixel[c];
 }
 
@@ -104,8 +104,8 @@ static const uint8_t* nearestInside(const PlacedImage& source, double x, double 
     const int column = (int)floor(x + 0.5), row = (int)floor(y + 0.5);
     const uint8_t* nearest = nullptr;
     double best = 0;
-    for (int v = row - turnSearch; v <= row + turnSearch; v++) {
-        for (int u = column - turnSearch; u <= column + turnSearch; u++) {
+    for (int v = row - turnSearch; v <= row + turnSearch; ++v) {
+        for (int u = column - turnSearch; u <= column + turnSearch; ++u) {
             const double distance = (u - x) * (u - x) + (v - y) * (v - y);
             if ((nearest && distance >= best) || !isInside(source, u, v)) continue;
             nearest = pixelAt(source, u, v);
@@ -117,7 +117,7 @@ static const uint8_t* nearestInside(const PlacedImage& source, double x, double 
 
 static void copyPixel(uint8_t* pixel, const uint8_t* from)
 {
-    for (int c = 0; c < 3; c++)
+    for (int c = 0; c < 3; ++c)
         pixel[c] = from ? from[c] : 0;
 }
 
@@ -135,15 +135,15 @@ static void fetchPixel(uint8_t* pixel, const PlacedImage& source, double x, doub
         copyPixel(pixel, nearestInside(source, x, y));
         return;
     }
-    for (int c = 0; c < 3; c++)
+    for (int c = 0; c < 3; ++c)
         pixel[c] = (uint8_t)(sum.channels[c] / sum.weight + 0.5);
 }
 
 void turnPixels(const PlacedImage& target, const PlacedImage& source, const Turn& turn)
 {
     const Turn back = {turn.centreX, turn.centreY, turn.cosine, -turn.sine};
-    for (int row = 0; row < target.pixels.height; row++) {
-        for (int column = 0; column < target.pixels.width; column++) {
+    for (int row = 0; row < target.pixels.height; ++row) {
+        for (int column = 0; column < target.pixels.width; ++column) {
             uint8_t* pixel = rowOf(target.pixels, row) + (ptrdiff_t)column * 3;
             if (!isInside(target, column, row)) {
                 copyPixel(pixel, nullptr);

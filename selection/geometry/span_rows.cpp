@@ -8,7 +8,7 @@
 static size_t countCrossings(const RowHead* table, int heads)
 {
     size_t count = 0;
-    for (int row = 0; row < heads; row++)
+    for (int row = 0; row < heads; ++row)
         for (const RowHead* node = table[row].next; node != table + row; node = node->next)
             count++;
     return count;
@@ -26,7 +26,7 @@ static int copyColumns(int* columns, const RowHead* head, int left)
 static int smallestColumn(const RowHead* table, int heads)
 {
     int smallest = crossingEnd;
-    for (int row = 0; row < heads; row++)
+    for (int row = 0; row < heads; ++row)
         if (table[row].next->x < smallest) smallest = table[row].next->x;
     return smallest;
 }
@@ -42,7 +42,7 @@ bool makeSpanOutline(const RowHead* table, PixelRect rect, SpanOutline& outline)
     RowSpans* rows = (RowSpans*)takeMemory(bytes);
     if (!rows) return false;
     int* columns = (int*)(rows + heads);
-    for (int row = 0; row < heads; row++) {
+    for (int row = 0; row < heads; ++row) {
         const int count = copyColumns(columns, table + row, left);
         rows[row] = RowSpans{columns, count};
         columns += count;

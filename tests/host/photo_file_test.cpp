@@ -35,9 +35,9 @@ HGLOBAL makePhoto(SIZE size, uint8_t (*value)(int, int, int), LONG pelsPerMetre)
     BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(image);
     *header = {sizeof *header, size.cx, size.cy, 1, 24, BI_RGB, 0, pelsPerMetre, pelsPerMetre, 0, 0};
     uint8_t* bits = (uint8_t*)(header + 1);
-    for (int y = 0; y < size.cy; y++)
-        for (int x = 0; x < size.cx; x++)
-            for (int channel = 0; channel < 3; channel++)
+    for (int y = 0; y < size.cy; ++y)
+        for (int x = 0; x < size.cx; ++x)
+            for (int channel = 0; channel < 3; ++channel)
                 bits[(size.cy - 1 - y) * packedRowSize(size.cx) + x * 3 + channel] = value(x, y, channel);
     GlobalUnlock(image);
     return image;
@@ -66,8 +66,8 @@ int difference(HGLOBAL one, HGLOBAL other)
     if (a && b && a->biWidth == b->biWidth && a->biHeight == b->biHeight && a->biBitCount == b->biBitCount) {
         largest = 0;
         const ptrdiff_t stride = packedRowSize(a->biWidth);
-        for (int y = 0; y < a->biHeight; y++)
-            for (int i = 0; i < a->biWidth * 3; i++)
+        for (int y = 0; y < a->biHeight; ++y)
+            for (int i = 0; i < a->biWidth * 3; ++i)
                 largest = std::max(largest, abs(((const uint8_t*)(a + 1))[y * stride + i] -
                                                 ((const uint8_t*)(b + 1))[y * stride + i]));
     }
@@ -238,7 +238,7 @@ TEST_F(HostPhotoFile, CutFilesNeverCrash)
         const std::vector<uint8_t> whole = readBytes(name);
         GlobalFree(image);
         int refused = 0;
-        for (size_t part = 0; part < 16; part++) {
+        for (size_t part = 0; part < 16; ++part) {
             writeBytes(name, {whole.begin(), whole.begin() + (ptrdiff_t)(whole.size() * part / 16)});
             HGLOBAL back;
             const PhotoStatus status = readPhoto(name, &back);

@@ -43,8 +43,8 @@ reference::Picture referenceExtract(const reference::Picture& image, int left, i
     extractAxis(left, w, image.width, &columns, &toX);
     extractAxis(top, h, image.height, &rows, &toY);
     const int fromX = left < 0 ? 0 : left, fromY = top < 0 ? 0 : top;
-    for (int y = 0; y < rows; y++) {
-        for (int x = 0; x < columns; x++)
+    for (int y = 0; y < rows; ++y) {
+        for (int x = 0; x < columns; ++x)
             result.at(toX + x, toY + y) = image.at(fromX + x, fromY + y);
     }
     return result;
@@ -64,8 +64,8 @@ bool referencePaste(reference::Picture& destination, const reference::Picture& s
     extractAxis(left, source.width, destination.width, &columns, &skipBytes);
     extractAxis(top, source.height, destination.height, &rows, &skipRows);
     const int toX = left < 0 ? 0 : left, toY = top < 0 ? 0 : top;
-    for (int y = 0; y < rows && toY + y < destination.height; y++) {
-        for (int x = 0; x < columns && toX + x < destination.width; x++) {
+    for (int y = 0; y < rows && toY + y < destination.height; ++y) {
+        for (int x = 0; x < columns && toX + x < destination.width; ++x) {
             const int byte = skipBytes + x * 3;
             destination.at(toX + x, toY + y) = {byteOfRow(source, skipRows + y, byte),
                                                 byteOfRow(source, skipRows + y, byte + 1),
@@ -78,8 +78,8 @@ bool referencePaste(reference::Picture& destination, const reference::Picture& s
 void referencePasteMasked(reference::Picture& destination, const reference::Picture& source,
                           const reference::Picture& mask, int left, int top)
 {
-    for (int y = 0; y < source.height; y++) {
-        for (int x = 0; x < source.width; x++) {
+    for (int y = 0; y < source.height; ++y) {
+        for (int x = 0; x < source.width; ++x) {
             const int toX = left + x, toY = top + y;
             if (toX < 0 || toY < 0 || toX >= destination.width || toY >= destination.height) continue;
             if (mask.at(x, y).red == 0) destination.at(toX, toY) = source.at(x, y);
@@ -91,8 +91,8 @@ reference::Picture referenceFlipVertical(const reference::Picture& image)
 {
     reference::Picture result = image;
     // Stored row k counts from the bottom: picture row height - 1 - k.
-    for (int k = 0; k <= image.height - 2; k++) {
-        for (int x = 0; x < image.width; x++) {
+    for (int k = 0; k <= image.height - 2; ++k) {
+        for (int x = 0; x < image.width; ++x) {
             result.at(x, image.height - 1 - k) = image.at(x, image.height - 1 - (image.height - 2 - k));
         }
     }
@@ -102,8 +102,8 @@ reference::Picture referenceFlipVertical(const reference::Picture& image)
 reference::Picture referenceFlipHorizontal(const reference::Picture& image)
 {
     reference::Picture result = image;
-    for (int y = 0; y < image.height; y++) {
-        for (int x = 0; x < image.width; x++)
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; ++x)
             result.at(x, y) = image.at(image.width - 1 - x, y);
     }
     return result;
@@ -114,7 +114,7 @@ static std::vector<int16_t> enlargingTable(int16_t from, int16_t to)
     const int16_t a = (int16_t)(from - 1), b = (int16_t)(to - 1);
     int16_t err = (int16_t)(2 * a - b), v = 0;
     std::vector<int16_t> table{0};
-    for (int16_t n = 0; n < b; n++) {
+    for (int16_t n = 0; n < b; ++n) {
         if (err < 0) {
             table.push_back(v);
             err = (int16_t)(err + 2 * a);
@@ -131,7 +131,7 @@ static std::vector<int16_t> reducingTable(int16_t from, int16_t to)
     const int16_t a = (int16_t)(to - 1), b = (int16_t)(from - 1);
     int16_t err = (int16_t)(2 * a - b), v = 0;
     std::vector<int16_t> table{0};
-    for (int16_t n = 0; n < b; n++) {
+    for (int16_t n = 0; n < b; ++n) {
         v++;
         if (err < 0) {
             err = (int16_t)(err + 2 * a);
@@ -153,8 +153,8 @@ reference::Picture referenceScale(const reference::Picture& source, int width, i
     const std::vector<int16_t> columns = referenceNearestTable(source.width, width);
     const std::vector<int16_t> rows = referenceNearestTable(source.height, height);
     reference::Picture result(width, height);
-    for (int j = 0; j < height; j++) {
-        for (int i = 0; i < width; i++) {
+    for (int j = 0; j < height; ++j) {
+        for (int i = 0; i < width; ++i) {
             result.at(i, height - 1 - j) = source.at(columns.at(i), source.height - 1 - rows.at(j));
         }
     }

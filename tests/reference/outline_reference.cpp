@@ -9,7 +9,7 @@ std::vector<ReferencePoint> referenceLine(ReferencePoint from, ReferencePoint to
     const int dx = std::abs(to.x - from.x), dy = std::abs(to.y - from.y), steps = std::max(dx, dy);
     const int signX = to.x < from.x ? -1 : 1, signY = to.y < from.y ? -1 : 1;
     std::vector<ReferencePoint> points = {from};
-    for (int n = 1; n <= steps; n++) {
+    for (int n = 1; n <= steps; ++n) {
         const int x = (int)std::floor((double)n * dx / steps + 0.5), y = (int)std::floor((double)n * dy / steps + 0.5);
         points.push_back({from.x + signX * x, from.y + signY * y});
     }
@@ -35,7 +35,7 @@ void ReferenceCrossings::addStep(ReferencePoint from, ReferencePoint to)
 std::vector<int> ReferenceCrossings::row(int y) const
 {
     std::vector<int> found;
-    for (int x = 0; x < columns; x++)
+    for (int x = 0; x < columns; ++x)
         if (cells.at((size_t)y).at((size_t)x)) found.push_back(x);
     return found;
 }
@@ -52,7 +52,7 @@ bool ReferenceCrossings::inside(int x, int y) const
 ReferenceBounds ReferenceCrossings::bounds() const
 {
     int left = 32766, right = 0, top = rowCount, bottom = 0;
-    for (int y = 0; y < rowCount; y++) {
+    for (int y = 0; y < rowCount; ++y) {
         for (int x : row(y)) {
             left = std::min(left, x);
             right = std::max(right, x);
@@ -67,7 +67,7 @@ ReferenceBounds ReferenceCrossings::bounds() const
 static void drawTo(ReferenceOutline& outline, ReferencePoint from, ReferencePoint to)
 {
     const std::vector<ReferencePoint> line = referenceLine(from, to);
-    for (size_t n = 1; n < line.size(); n++) {
+    for (size_t n = 1; n < line.size(); ++n) {
         outline.points.push_back(line[n]);
         outline.crossings.addStep(line[n - 1], line[n]);
     }
@@ -77,7 +77,7 @@ ReferenceOutline referenceOutline(int rowCount, int columns, const std::vector<R
                                   ReferencePoint release)
 {
     ReferenceOutline outline = {{given.at(0)}, ReferenceCrossings(rowCount, columns)};
-    for (size_t n = 1; n < given.size(); n++)
+    for (size_t n = 1; n < given.size(); ++n)
         drawTo(outline, given[n - 1], given[n]);
     drawTo(outline, release, given[0]);
     return outline;
@@ -86,14 +86,14 @@ ReferenceOutline referenceOutline(int rowCount, int columns, const std::vector<R
 reference::Picture referenceSelectionMask(const ReferenceCrossings& crossings, const ReferenceBounds& bounds)
 {
     reference::Picture mask(bounds.right - bounds.left, bounds.bottom - bounds.top);
-    for (int y = 0; y < mask.height; y++) {
+    for (int y = 0; y < mask.height; ++y) {
         const int row = y + bounds.top;
         const bool exists = row >= 0 && row <= crossings.rowCount;
         const size_t all = exists ? crossings.row(row).size() : 0;
         size_t passed = 0;
-        for (int column = 0; exists && column < bounds.left; column++)
+        for (int column = 0; exists && column < bounds.left; ++column)
             passed += crossings.cells.at((size_t)row).at((size_t)column);
-        for (int x = 0; x < mask.width; x++) {
+        for (int x = 0; x < mask.width; ++x) {
             const int column = x + bounds.left;
             if (exists && column >= 0 && column < crossings.columns)
                 passed += crossings.cells.at((size_t)row).at((size_t)column);
@@ -109,8 +109,8 @@ reference::Picture referenceSelectionImage(const reference::Picture& image, cons
 {
     const reference::Picture mask = referenceSelectionMask(crossings, bounds);
     reference::Picture cut(mask.width, mask.height);
-    for (int y = 0; y < cut.height; y++) {
-        for (int x = 0; x < cut.width; x++) {
+    for (int y = 0; y < cut.height; ++y) {
+        for (int x = 0; x < cut.width; ++x) {
             const int sx = x + bounds.left, sy = y + bounds.top;
             if (mask.at(x, y).red == 0 && sx >= 0 && sy >= 0 && sx < image.width && sy < image.height)
                 cut.at(x, y) = image.at(sx, sy);
@@ -129,7 +129,7 @@ std::vector<ReferencePoint> randomOutline(std::mt19937& random, int shape, int w
     const auto below = [&](int n) { return (int)(random() % (unsigned)n); };
     std::vector<ReferencePoint> outline;
     ReferencePoint pen = {1 + below(width - 2), 1 + below(height - 2)};
-    for (int n = 0; n < points; n++) {
+    for (int n = 0; n < points; ++n) {
         switch (shape % randomOutlineShapes) {
         case 0: pen = {1 + below(width - 2), 1 + below(height - 2)}; break;  // crosses itself
         case 1: pen = {pen.x + below(9) - 4, pen.y + below(9) - 4}; break;   // wanders

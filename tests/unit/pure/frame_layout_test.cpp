@@ -58,7 +58,7 @@ TEST(FrameLayout, EveryButtonIsHitAtItsCorners)
     const PixelRect outer = frameOuterRectOf(inner, FrameMetrics{4, 5});
     const FrameButtons buttons = layOutFrameButtons(outer, band);
     std::set<int> hits;
-    for (int n = 0; n < FRAME_BUTTON_COUNT; n++) {
+    for (int n = 0; n < FRAME_BUTTON_COUNT; ++n) {
         const PixelRect r = buttons.rects[n];
         EXPECT_EQ(hitOfButton(n), hitAt(r.left, r.top)) << n;
         EXPECT_EQ(hitOfButton(n), hitAt(r.right - 1, r.bottom - 1)) << n;
@@ -86,7 +86,7 @@ TEST(FrameLayout, ButtonsMeanTheirOwnOperations)
     EXPECT_EQ(OPERATION_FLIP_VERTICAL, operationOfHit(7));
     for (int hit : {8, 9, 102, 103, 104, 105, 106, 107, 108, 110})
         EXPECT_EQ(OPERATION_COLOUR, operationOfHit(hit));
-    for (int hit = 10; hit <= 17; hit++)
+    for (int hit = 10; hit <= 17; ++hit)
         EXPECT_EQ(OPERATION_RESIZE, operationOfHit(hit));
     EXPECT_EQ(OPERATION_ROTATE, operationOfHit(101));
     EXPECT_EQ(OPERATION_CLOSE, operationOfHit(109));
@@ -130,7 +130,7 @@ TEST(FrameLayout, NoFrameIsHitWithoutRectangles)
 
 static ColourValues stepped(ColourValues adjust, int hit, int times)
 {
-    for (int n = 0; n < times; n++)
+    for (int n = 0; n < times; ++n)
         EXPECT_TRUE(stepColourOfHit(adjust, hit));
     return adjust;
 }

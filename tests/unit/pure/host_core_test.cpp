@@ -98,11 +98,11 @@ TEST(HostPhotoRows, EveryOrientationBecomesUpright)
     const char* upright[] = {"abc/def",  "cba/fed",  "fed/cba",  "def/abc",
                              "ad/be/cf", "da/eb/fc", "fc/eb/da", "cf/be/ad"};
     uint8_t source[2 * 3 * 4];
-    for (int i = 0; i < 6; i++) {
+    for (int i = 0; i < 6; ++i) {
         memset(source + i * 4, 'a' + i, 3);
         source[i * 4 + 3] = 255;
     }
-    for (int orientation = 1; orientation <= 8; orientation++) {
+    for (int orientation = 1; orientation <= 8; ++orientation) {
         const bool swapped = orientationSwapsSides(orientation);
         const int width = swapped ? 2 : 3, height = swapped ? 3 : 2;
         const int stride = (int)packedRowSize(width);
@@ -111,10 +111,10 @@ TEST(HostPhotoRows, EveryOrientationBecomesUpright)
         placeRowsOverWhite(target, source, 12, 0, 1);  // in two bands
         placeRowsOverWhite(target, source + 12, 12, 1, 1);
         std::string shown;
-        for (int y = 0; y < height; y++) {
-            for (int x = 0; x < width; x++)
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x)
                 shown += (char)bits[(height - 1 - y) * stride + x * 3 + 1];
-            for (int x = width * 3; x < stride; x++)
+            for (int x = width * 3; x < stride; ++x)
                 EXPECT_EQ(bits[y * stride + x], 0xCC) << "padding";
             if (y + 1 < height) shown += '/';
         }
@@ -147,7 +147,7 @@ std::vector<uint8_t> exifFile(bool bigEndian, int orientation)
 {
     const auto number = [&](uint32_t value, int length) {
         std::vector<uint8_t> bytes(length);
-        for (int i = 0; i < length; i++)
+        for (int i = 0; i < length; ++i)
             bytes[bigEndian ? length - 1 - i : i] = (uint8_t)(value >> (8 * i));
         return bytes;
     };
@@ -165,7 +165,7 @@ std::vector<uint8_t> exifFile(bool bigEndian, int orientation)
 TEST(HostOrientation, IsReadInBothByteOrders)
 {
     for (bool bigEndian : {false, true})
-        for (int orientation = 1; orientation <= 8; orientation++) {
+        for (int orientation = 1; orientation <= 8; ++orientation) {
             const auto file = exifFile(bigEndian, orientation);
             EXPECT_EQ(jpegOrientation(file.data(), file.size()), orientation);
         }
@@ -191,7 +191,7 @@ TEST(HostOrientation, TiffDirectoriesAreFoundThroughTheHead)
     const uint8_t big[] = {0, 1, 1, 0x12, 0, 3, 0, 0, 0, 1, 0, 3, 0, 0};
     EXPECT_EQ(tiffOrientation(heads[0], little, sizeof little), 8);
     EXPECT_EQ(tiffOrientation(heads[1], big, sizeof big), 3);
-    for (size_t size = 0; size < 24; size++) {
+    for (size_t size = 0; size < 24; ++size) {
         const std::vector<uint8_t> cut(little, little + size);
         EXPECT_EQ(tiffOrientation(heads[0], cut.data(), cut.size()), 1) << size;
     }
@@ -203,11 +203,11 @@ TEST(HostOrientation, TiffDirectoriesAreFoundThroughTheHead)
 TEST(HostOrientation, CutAndDamagedFilesAreNeverReadBeyondTheirEnd)
 {
     const auto whole = exifFile(false, 6);
-    for (size_t size = 0; size < whole.size(); size++) {
+    for (size_t size = 0; size < whole.size(); ++size) {
         const std::vector<uint8_t> cut(whole.begin(), whole.begin() + (ptrdiff_t)size);
         EXPECT_EQ(jpegOrientation(cut.data(), cut.size()), 1) << size;
     }
-    for (size_t at = 0; at < whole.size(); at++)
+    for (size_t at = 0; at < whole.size(); ++at)
         for (int value : {0x00, 0x01, 0x7F, 0xFF}) {
             std::vector<uint8_t> damaged = whole;
             damaged[at] = (uint8_t)value;

@@ -64,8 +64,8 @@ TEST(HostMetadata, DamagedCameraDataIsHarmless)
 {
     const std::vector<uint8_t> whole = cameraData();
     const uint8_t fresh[] = {1, 2, 3};
-    for (size_t size = 0; size <= whole.size(); size++)
-        for (size_t at = 0; at < size; at++)
+    for (size_t size = 0; size <= whole.size(); ++size)
+        for (size_t at = 0; at < size; ++at)
             for (int value : {0, 1, 0x7F, 0xFF}) {
                 std::vector<uint8_t> data(whole.begin(), whole.begin() + (ptrdiff_t)size);
                 data[at] = (uint8_t)value;
@@ -108,7 +108,7 @@ TEST(HostMetadata, AGifPictureLiesOnItsCanvas)
     EXPECT_EQ(canvas.height, 30);
     EXPECT_EQ(canvas.left, 5);
     EXPECT_EQ(canvas.top, 6);
-    for (size_t size = 0; size < sizeof file; size++) {
+    for (size_t size = 0; size < sizeof file; ++size) {
         const std::vector<uint8_t> cut(file, file + size);
         EXPECT_EQ(gifCanvas(cut.data(), cut.size(), 10, 8).width, 10);
     }

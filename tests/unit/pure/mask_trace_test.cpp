@@ -38,8 +38,8 @@ static ReferenceTrace referenceTrace(const reference::Picture& mask, ReferencePo
     const int w = mask.width, h = mask.height;
     const auto blueAt = [&](int column, int stored) { return mask.at(column, h - 1 - stored).blue; };
     int startX = -1, startUp = -1;
-    for (int stored = h - 1; stored >= 0 && startX < 0; stored--) {
-        for (int column = 0; column < w && startX < 0; column++) {
+    for (int stored = h - 1; stored >= 0 && startX < 0; --stored) {
+        for (int column = 0; column < w && startX < 0; ++column) {
             const reference::Pixel p = mask.at(column, h - 1 - stored);
             if (p.blue == 0 && p.green == 0 && p.red == 0) startX = column, startUp = stored;
         }
@@ -74,8 +74,8 @@ static ReferenceTrace referenceTrace(const reference::Picture& mask, ReferencePo
 static reference::Picture maskOf(const std::vector<const char*>& rows)
 {
     reference::Picture mask((int)strlen(rows[0]), (int)rows.size());
-    for (int y = 0; y < mask.height; y++) {
-        for (int x = 0; x < mask.width; x++) {
+    for (int y = 0; y < mask.height; ++y) {
+        for (int x = 0; x < mask.width; ++x) {
             const char cell = rows[(size_t)y][x];
             const uint8_t value = cell == '#' ? 0 : 255;
             mask.at(x, y) = {cell == 'o' ? (uint8_t)0 : value, value, value};
@@ -90,7 +90,7 @@ static ReferenceTrace trace(const reference::Picture& mask, ReferencePoint origi
     PixelPoint* points = nullptr;
     int count = 7;
     ReferenceTrace traced = {traceMask(stored.view(), PixelPoint{origin.x, origin.y}, points, count), {}};
-    for (int n = 0; n < count; n++)
+    for (int n = 0; n < count; ++n)
         traced.points.push_back({points[n].x, points[n].y});
     EXPECT_EQ(traced.result == TRACE_CLOSED, points != nullptr);
     freeOutlinePoints(points);
@@ -101,7 +101,7 @@ TEST(MaskTrace, RandomMasksMatchTheReference)
 {
     std::mt19937 random(90);
     int results[5] = {};
-    for (int n = 0; n < 20000; n++) {
+    for (int n = 0; n < 20000; ++n) {
         reference::Picture mask(1 + (int)(random() % 9), 1 + (int)(random() % 9));
         const unsigned share = 1 + random() % 9;
         for (reference::Pixel& p : mask.pixels) {

@@ -32,12 +32,12 @@ static void expectTableMatchesReference(int from, int to)
 
 TEST(NearestTable, MatchesThe16BitRuleUpTo8192)
 {
-    for (int from = 1; from <= 40; from++) {
-        for (int to = 1; to <= 40; to++)
+    for (int from = 1; from <= 40; ++from) {
+        for (int to = 1; to <= 40; ++to)
             expectTableMatchesReference(from, to);
     }
     std::mt19937 random(18);
-    for (int n = 0; n < 300; n++)
+    for (int n = 0; n < 300; ++n)
         expectTableMatchesReference(1 + random() % 8192, 1 + random() % 8192);
     for (int edge : {1, 2, 4096, 8191, 8192}) {
         expectTableMatchesReference(8192, edge);
@@ -62,7 +62,7 @@ FOR_EACH_VECTOR_LEVEL(ScaleNearest);
 TEST_P(ScaleNearest, MatchesTheReference)
 {
     std::mt19937 random(19);
-    for (int n = 0; n < 1500; n++) {
+    for (int n = 0; n < 1500; ++n) {
         const reference::Picture source = randomReference(random, 1 + random() % 20, 1 + random() % 20);
         const int width = 1 + (int)(random() % 40), height = 1 + (int)(random() % 40);
         StoredImage from(source), to(reference::Picture(width, height));
@@ -74,7 +74,7 @@ TEST_P(ScaleNearest, MatchesTheReference)
 TEST_P(ScaleNearest, IsAnchoredAtTheBottomRow)
 {
     reference::Picture source(1, 4);
-    for (int y = 0; y < 4; y++)
+    for (int y = 0; y < 4; ++y)
         source.at(0, y) = {(uint8_t)(10 + y), 0, 0};
     StoredImage from(source), to(reference::Picture(1, 1));
     ASSERT_TRUE(scaleNearest(to.view(), from.view()));
@@ -94,7 +94,7 @@ static void expectScaled(std::mt19937& random, int fromWidth, int fromHeight, in
 TEST_P(ScaleNearest, MatchesTheReferenceAtEveryWidthAndManySteps)
 {
     std::mt19937 random(20);
-    for (int width = 1; width <= 130; width++) {
+    for (int width = 1; width <= 130; ++width) {
         for (int twelfths : {1, 5, 11, 12, 13, 24, 29, 47, 71, 140})
             ASSERT_NO_FATAL_FAILURE(expectScaled(random, std::max(width * twelfths / 12, 1), 2, width, 3));
         ASSERT_NO_FATAL_FAILURE(expectScaled(random, 1 + (int)(random() % 700), 3, width, 2));

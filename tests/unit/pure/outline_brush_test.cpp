@@ -20,7 +20,7 @@ static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& point
 static std::vector<ReferencePoint> asReference(const PixelPoint* points, int count)
 {
     std::vector<ReferencePoint> result;
-    for (int n = 0; n < count; n++)
+    for (int n = 0; n < count; ++n)
         result.push_back({points[n].x, points[n].y});
     return result;
 }
@@ -30,9 +30,9 @@ static std::vector<std::vector<bool>> regionOf(const std::vector<ReferencePoint>
 {
     const ReferenceCrossings crossings = referenceOutline(size, size, points, points.back()).crossings;
     std::vector<std::vector<bool>> region(size, std::vector<bool>(size));
-    for (int y = 0; y < size; y++) {
+    for (int y = 0; y < size; ++y) {
         bool inside = false;
-        for (int x = 0; x < size; x++) {
+        for (int x = 0; x < size; ++x) {
             inside ^= crossings.cells[(size_t)y][(size_t)x];
             region[(size_t)y][(size_t)x] = inside;
         }
@@ -76,8 +76,8 @@ static void expectDisk(const std::vector<ReferencePoint>& before, const std::vec
                        BrushDab dab)
 {
     const std::vector<std::vector<bool>> old = regionOf(before), now = regionOf(after);
-    for (int y = 0; y < size; y++) {
-        for (int x = 0; x < size; x++) {
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
             const double distance = distanceTo(dab, x, y);
             if (distance > dab.radius - 2 && distance < dab.radius + 2.5) continue;
             const bool expected = distance < dab.radius ? dab.adds : old[(size_t)y][(size_t)x];
@@ -143,7 +143,7 @@ TEST(OutlineBrush, RandomOutlinesGainOrLoseTheWholeDisk)
 {
     std::mt19937 random(60);
     int reshapedCount = 0;
-    for (int n = 0; n < 600; n++) {
+    for (int n = 0; n < 600; ++n) {
         const std::vector<ReferencePoint> region = randomOutline(random, n % 3, size, size, 3 + n % 40);
         const int radius = 2 + (int)(random() % 23);
         const int room = size - 2 * radius - 4;

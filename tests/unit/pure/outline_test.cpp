@@ -19,14 +19,14 @@ static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& point
 static std::vector<ReferencePoint> pointsOf(const Outline& outline)
 {
     std::vector<ReferencePoint> points;
-    for (int n = 0; n < outline.pointCount; n++)
+    for (int n = 0; n < outline.pointCount; ++n)
         points.push_back({outline.points[n].x, outline.points[n].y});
     return points;
 }
 
 static void expectCrossings(const ReferenceCrossings& expected, const RowHead* table)
 {
-    for (int row = 0; row <= expected.rowCount; row++) {
+    for (int row = 0; row <= expected.rowCount; ++row) {
         std::vector<int> columns;
         const RowHead* head = crossingsOfRow(table, row);
         for (const RowHead* node = head->next; node != head; node = node->next)
@@ -63,7 +63,7 @@ static void expectImages(const ReferenceOutline& expected, const RowHead* table,
 TEST(Outline, RandomOutlinesMatchTheReference)
 {
     std::mt19937 random(71);
-    for (int n = 0; n < 600; n++) {
+    for (int n = 0; n < 600; ++n) {
         const int width = 4 + (int)(random() % 60), height = 4 + (int)(random() % 60);
         const std::vector<ReferencePoint> given = randomOutline(random, n, width, height, 1 + (int)(random() % 80));
         // Most are released where they were dragged to; some jump at the last moment.
@@ -72,7 +72,7 @@ TEST(Outline, RandomOutlinesMatchTheReference)
         const ReferenceOutline expected = referenceOutline(height, width, given, release);
         Outline outline = {};
         ASSERT_TRUE(startOutline(outline, height, PixelPoint{given[0].x, given[0].y}));
-        for (size_t k = 1; k < given.size(); k++)
+        for (size_t k = 1; k < given.size(); ++k)
             extendOutline(outline, PixelPoint{given[k].x, given[k].y});
         closeOutline(outline, PixelPoint{release.x, release.y});
         ASSERT_FALSE(outline.incomplete);
@@ -87,7 +87,7 @@ TEST(Outline, AHundredThousandPointsMatchTheReference)
 {
     std::mt19937 random(72);
     const int width = 500, height = 400;
-    for (int shape = 0; shape < randomOutlineShapes; shape++) {
+    for (int shape = 0; shape < randomOutlineShapes; ++shape) {
         // The shapes with segments as long as the image take the reference too long.
         const bool longSegments = shape == 0 || shape == 2 || shape == 5;
         const std::vector<ReferencePoint> given =
@@ -105,7 +105,7 @@ TEST(Outline, AHundredThousandPointsMatchTheReference)
 TEST(Outline, ReplayingAnOutlineGivesItAgain)
 {
     std::mt19937 random(73);
-    for (int n = 0; n < 60; n++) {
+    for (int n = 0; n < 60; ++n) {
         const std::vector<PixelPoint> given = asPixels(randomOutline(random, n, 50, 40, 30));
         Outline first = {}, second = {};
         ASSERT_TRUE(replayOutline(first, 40, given.data(), (int)given.size()));
@@ -119,15 +119,15 @@ TEST(Outline, ReplayingAnOutlineGivesItAgain)
 TEST(Outline, CrossingsOfPointsCloseTheOutlineWithoutAddingPoints)
 {
     std::mt19937 random(74);
-    for (int n = 0; n < 120; n++) {
+    for (int n = 0; n < 120; ++n) {
         const std::vector<ReferencePoint> given = randomOutline(random, n, 50, 40, 1 + n % 30);
         const std::vector<PixelPoint> points = asPixels(given);
         RowHead* table = crossingsOfPoints(40, points.data(), (int)points.size());
         ASSERT_NE(nullptr, table);
         const ReferenceCrossings expected = referenceOutline(40, 50, given, given.back()).crossings;
         ASSERT_NO_FATAL_FAILURE(expectCrossings(expected, table));
-        for (int y = -1; y < 42; y++)
-            for (int x = 0; x < 50; x++)
+        for (int y = -1; y < 42; ++y)
+            for (int x = 0; x < 50; ++x)
                 ASSERT_EQ(expected.inside(x, y), outlineContains(points.data(), (int)points.size(), PixelPoint{x, y}));
         freeCrossings(table);
     }
@@ -187,7 +187,7 @@ TEST(Outline, PointArraysGrowAndCopiesGrowOn)
         int copied = count;
         while (copied < 3000)
             ASSERT_TRUE(appendOutlinePoint(copy, copied, PixelPoint{copied, -copied}));
-        for (int n = 0; n < copied; n++)
+        for (int n = 0; n < copied; ++n)
             ASSERT_TRUE(copy[n].x == n && copy[n].y == -n);
         freeOutlinePoints(points);
         freeOutlinePoints(copy);
@@ -215,15 +215,15 @@ TEST(Outline, PointsAtTheCanvasEdgeArePulledOnePixelInside)
 TEST(SelectionImages, ApplyAndComposeSkipWhatLiesOutside)
 {
     std::mt19937 random(75);
-    for (int n = 0; n < 400; n++) {
+    for (int n = 0; n < 400; ++n) {
         const int width = 1 + (int)(random() % 20), height = 1 + (int)(random() % 20);
         const reference::Picture image = randomReference(random, width, height);
         const reference::Picture pixels = randomReference(random, 1 + (int)(random() % 12), 1 + (int)(random() % 12));
         const reference::Picture mask = randomMask(random, pixels.width, pixels.height);
         const int left = (int)(random() % 50) - 25, top = (int)(random() % 50) - 25;
         reference::Picture applied = image, composed(pixels.width, pixels.height);
-        for (int y = 0; y < pixels.height; y++) {
-            for (int x = 0; x < pixels.width; x++) {
+        for (int y = 0; y < pixels.height; ++y) {
+            for (int x = 0; x < pixels.width; ++x) {
                 const int ix = left + x, iy = top + y;
                 const bool there = ix >= 0 && iy >= 0 && ix < width && iy < height;
                 const bool inside = mask.at(x, y).red == 0;
@@ -244,7 +244,7 @@ TEST(SelectionImages, ApplyAndComposeSkipWhatLiesOutside)
 TEST(SelectionImages, RebuildKeepsTheFloatingPixelsWhereTheOldOutlineWas)
 {
     std::mt19937 random(76);
-    for (int n = 0; n < 200; n++) {
+    for (int n = 0; n < 200; ++n) {
         const int width = 8 + (int)(random() % 30), height = 8 + (int)(random() % 30);
         const reference::Picture image = randomReference(random, width, height);
         const std::vector<ReferencePoint> given = randomOutline(random, n, width, height, 20);
@@ -256,8 +256,8 @@ TEST(SelectionImages, RebuildKeepsTheFloatingPixelsWhereTheOldOutlineWas)
         const int left = (int)(random() % 30) - 8, top = (int)(random() % 30) - 8;
         reference::Picture under(bounds.right - bounds.left, bounds.bottom - bounds.top);
         const reference::Picture mask = referenceSelectionMask(outline.crossings, bounds);
-        for (int y = 0; y < under.height; y++) {
-            for (int x = 0; x < under.width; x++) {
+        for (int y = 0; y < under.height; ++y) {
+            for (int x = 0; x < under.width; ++x) {
                 if (mask.at(x, y).red != 0) continue;
                 const int ix = bounds.left + x, iy = bounds.top + y, ox = ix - left, oy = iy - top;
                 const bool inOld = ox >= 0 && oy >= 0 && ox < old.width && oy < old.height;

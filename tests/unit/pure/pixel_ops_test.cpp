@@ -18,14 +18,14 @@ TEST(PixelOps, ViewCountsRowsFromTheTop)
 TEST(PixelOps, CopyFromOffsetMatchesPerPixelCopy)
 {
     std::mt19937 random(11);
-    for (int n = 0; n < 3000; n++) {
+    for (int n = 0; n < 3000; ++n) {
         const reference::Picture source = randomReference(random, 1 + random() % 9, 1 + random() % 9);
         reference::Picture expected = randomReference(random, 1 + random() % 12, 1 + random() % 12);
         StoredImage from(source), to(expected);
         const int left = (int)(random() % 30) - 15, top = (int)(random() % 30) - 15;
         copyFromOffset(to.view(), from.view(), left, top);
-        for (int y = 0; y < expected.height; y++) {
-            for (int x = 0; x < expected.width; x++) {
+        for (int y = 0; y < expected.height; ++y) {
+            for (int x = 0; x < expected.width; ++x) {
                 const int sx = left + x, sy = top + y;
                 if (sx >= 0 && sy >= 0 && sx < source.width && sy < source.height)
                     expected.at(x, y) = source.at(sx, sy);
@@ -49,7 +49,7 @@ TEST(PixelOps, CopyFromOffsetTakesExtremeOffsets)
 TEST(PixelOps, PasteMatchesTheReferenceEverywhere)
 {
     std::mt19937 random(12);
-    for (int n = 0; n < 5000; n++) {
+    for (int n = 0; n < 5000; ++n) {
         const reference::Picture source = randomReference(random, 1 + random() % 9, 1 + random() % 9);
         reference::Picture expected = randomReference(random, 1 + random() % 9, 1 + random() % 9);
         StoredImage from(source), to(expected);
@@ -87,7 +87,7 @@ FOR_EACH_VECTOR_LEVEL(PixelRowsTest);
 TEST_P(PixelRowsTest, MergeMaskedMatchesTheReferenceEverywhere)
 {
     std::mt19937 random(14);
-    for (int n = 0; n < 5000; n++) {
+    for (int n = 0; n < 5000; ++n) {
         const int width = 1 + (int)(random() % 12), height = 1 + (int)(random() % 6);
         const reference::Picture source = randomReference(random, width, height);
         const reference::Picture mask = randomMask(random, width, height);
@@ -106,8 +106,8 @@ static reference::Picture maskOfRuns(std::mt19937& random, int width, int height
     reference::Picture mask = randomReference(random, width, height);
     int left = 0;
     bool inside = false;
-    for (int y = 0; y < height; y++)
-        for (int x = 0; x < width; x++) {
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
             if (left-- == 0) {
                 left = (int)(random() % (random() % 2 ? 60 : 6));
                 inside = !inside;
@@ -121,7 +121,7 @@ static reference::Picture maskOfRuns(std::mt19937& random, int width, int height
 TEST_P(PixelRowsTest, MergeOfLongRunsMatchesTheReference)
 {
     std::mt19937 random(15);
-    for (int n = 0; n < 2000; n++) {
+    for (int n = 0; n < 2000; ++n) {
         const int width = 1 + (int)(random() % 130), height = 1 + (int)(random() % 4);
         const reference::Picture source = randomReference(random, width, height);
         const reference::Picture mask = maskOfRuns(random, width, height);
@@ -160,7 +160,7 @@ TEST(PixelOps, MergeTakesExtremePoints)
 TEST(PixelOps, FillWhereMapIsZeroLeavesOtherPixels)
 {
     std::mt19937 random(15);
-    for (int n = 0; n < 500; n++) {
+    for (int n = 0; n < 500; ++n) {
         reference::Picture expected = randomReference(random, 1 + random() % 7, 1 + random() % 7);
         StoredImage image(expected);
         const int width = 1 + (int)(random() % 7), height = 1 + (int)(random() % 7);
@@ -168,8 +168,8 @@ TEST(PixelOps, FillWhereMapIsZeroLeavesOtherPixels)
         for (uint8_t& c : cells)
             c = random() % 2 ? 0 : (uint8_t)(1 + random() % 255);
         fillWhereMapIsZero(image.view(), {cells.data(), width, width, height}, {10, 20, 30});
-        for (int y = 0; y < expected.height && y < height; y++) {
-            for (int x = 0; x < expected.width && x < width; x++) {
+        for (int y = 0; y < expected.height && y < height; ++y) {
+            for (int x = 0; x < expected.width && x < width; ++x) {
                 if (cells[(size_t)y * width + x] == 0) expected.at(x, y) = {30, 20, 10};
             }
         }
@@ -180,7 +180,7 @@ TEST(PixelOps, FillWhereMapIsZeroLeavesOtherPixels)
 TEST(PixelOps, MirrorRowsKeepsPadding)
 {
     std::mt19937 random(16);
-    for (int width = 1; width <= 9; width++) {
+    for (int width = 1; width <= 9; ++width) {
         const reference::Picture image = randomReference(random, width, 3);
         StoredImage stored(image);
         mirrorRows(stored.view());
@@ -191,7 +191,7 @@ TEST(PixelOps, MirrorRowsKeepsPadding)
 TEST(PixelOps, ReverseAllButLastRowKeepsThePicturesTopRow)
 {
     std::mt19937 random(17);
-    for (int height = 2; height <= 9; height++) {
+    for (int height = 2; height <= 9; ++height) {
         const reference::Picture image = randomReference(random, 5, height);
         StoredImage stored(image);
         reverseAllButLastRow(stored.rows.data(), 16, height);
@@ -202,7 +202,7 @@ TEST(PixelOps, ReverseAllButLastRowKeepsThePicturesTopRow)
 TEST(PixelOps, ExchangedPixelsChangePlaces)
 {
     std::mt19937 random(23);
-    for (int n = 0; n < 1000; n++) {
+    for (int n = 0; n < 1000; ++n) {
         reference::Picture image = randomReference(random, 1 + random() % 40, 1 + random() % 20);
         reference::Picture patch = randomReference(random, 1 + random() % 40, 1 + random() % 20);
         StoredImage large(image), small(patch);
@@ -210,8 +210,8 @@ TEST(PixelOps, ExchangedPixelsChangePlaces)
         const bool inside =
             left >= 0 && top >= 0 && left + patch.width <= image.width && top + patch.height <= image.height;
         ASSERT_EQ(inside, exchangePixels(large.view(), small.view(), left, top));
-        for (int y = 0; inside && y < patch.height; y++) {
-            for (int x = 0; x < patch.width; x++) {
+        for (int y = 0; inside && y < patch.height; ++y) {
+            for (int x = 0; x < patch.width; ++x) {
                 const auto under = image.at(left + x, top + y);
                 image.at(left + x, top + y) = patch.at(x, y);
                 patch.at(x, y) = under;
@@ -226,20 +226,20 @@ TEST(PixelOps, ExchangedPixelsChangePlaces)
 TEST_P(PixelRowsTest, FindTheNextMaskPixelAtEveryWidthAndStart)
 {
     std::mt19937 random(31);
-    for (int width = 1; width <= 130; width++) {
-        for (int offset = 0; offset < 5; offset++) {
+    for (int width = 1; width <= 130; ++width) {
+        for (int offset = 0; offset < 5; ++offset) {
             std::vector<uint8_t> bytes((size_t)offset + (size_t)width * 3);
             bytes.shrink_to_fit();
             uint8_t* mask = bytes.data() + offset;
             uint8_t red = 0;
-            for (int x = 0; x < width; x++) {
+            for (int x = 0; x < width; ++x) {
                 if (random() % 40 == 0) red = red ? 0 : (uint8_t)(1 + random() % 255);
                 mask[x * 3] = (uint8_t)(random() % 2 * random());
                 mask[x * 3 + 1] = (uint8_t)(random() % 2 * random());
                 mask[x * 3 + 2] = red;
             }
             for (bool inside : {false, true}) {
-                for (int x = 0; x <= width; x++) {
+                for (int x = 0; x <= width; ++x) {
                     int expected = x;
                     while (expected < width && (mask[expected * 3 + 2] == 0) != inside)
                         expected++;
@@ -256,8 +256,8 @@ TEST_P(PixelRowsTest, FillAndCopyRunsAndNoOtherByte)
     std::vector<uint8_t> source(600);
     for (uint8_t& byte : source)
         byte = (uint8_t)random();
-    for (size_t count = 0; count <= 400; count++) {
-        for (size_t offset = 0; offset < 3; offset++) {
+    for (size_t count = 0; count <= 400; ++count) {
+        for (size_t offset = 0; offset < 3; ++offset) {
             std::vector<uint8_t> filled(500, 0xCC), copied(500, 0xCC), expectedFill(filled), expectedCopy(copied);
             const size_t from = random() % 70;
             pixelRows().fill(filled.data() + offset, 255, count);
@@ -277,7 +277,7 @@ TEST_P(PixelRowsTest, CopyLargeBlocksAndNoOtherByte)
     std::vector<uint8_t> source(80000), target(80000), expected(80000, 0xCC);
     for (uint8_t& byte : source)
         byte = (uint8_t)random();
-    for (int n = 0; n < 400; n++) {
+    for (int n = 0; n < 400; ++n) {
         const size_t from = random() % 130, to = random() % 130;
         const size_t around = random() % 5 * 16384, nearBy = random() % 200;
         const size_t count = n < 130 ? (size_t)n : around + nearBy > 100 ? around + nearBy - 100 : nearBy;
@@ -292,14 +292,14 @@ TEST_P(PixelRowsTest, CopyLargeBlocksAndNoOtherByte)
 TEST_P(PixelRowsTest, SwapRedAndBlueOfEveryPixelAndNoOtherByte)
 {
     std::mt19937 random(32);
-    for (size_t width = 0; width <= 130; width++) {
-        for (size_t offset = 0; offset < 4; offset++) {
+    for (size_t width = 0; width <= 130; ++width) {
+        for (size_t offset = 0; offset < 4; ++offset) {
             std::vector<uint8_t> from(offset + width * 3), to(offset + width * 3 + 80, 0xCC);
             from.shrink_to_fit();
             for (uint8_t& byte : from)
                 byte = (uint8_t)random();
             pixelRows().swapRedAndBlue(to.data() + offset, from.data() + offset, width);
-            for (size_t i = 0; i < to.size(); i++) {
+            for (size_t i = 0; i < to.size(); ++i) {
                 const bool inside = i >= offset && i < offset + width * 3;
                 const size_t channel = (i - offset) % 3;
                 const uint8_t expected = !inside ? 0xCC : from[i + 2 - 2 * channel];

@@ -14,7 +14,7 @@ using Rows = std::map<int, std::vector<int>>;
 static Rows rowsOf(const RowHead* table)
 {
     Rows rows;
-    for (int row = 0; row <= crossingRowCount(table); row++) {
+    for (int row = 0; row <= crossingRowCount(table); ++row) {
         const RowHead* head = crossingsOfRow(table, row);
         EXPECT_EQ(crossingEnd, head->x);
         for (const RowHead* node = head->next; node != head; node = node->next)
@@ -57,7 +57,7 @@ TEST(RowCrossings, NewTableHasEmptyRowsAndOneMoreThanTheImage)
     RowHead* table = createCrossings(3);
     ASSERT_NE(nullptr, table);
     EXPECT_EQ(3, crossingRowCount(table));
-    for (int row = 0; row <= 3; row++)
+    for (int row = 0; row <= 3; ++row)
         EXPECT_EQ(table + row, table[row].next);
     EXPECT_EQ(nullptr, crossingsOfRow(table, -1));
     EXPECT_EQ(nullptr, crossingsOfRow(table, 4));
@@ -104,12 +104,12 @@ TEST(RowCrossings, ColumnsFromTheEndMarkOnAreIgnored)
 TEST(RowCrossings, RandomCrossingsMatchASet)
 {
     std::mt19937 random(5);
-    for (int round = 0; round < 60; round++) {
+    for (int round = 0; round < 60; ++round) {
         const int rowCount = 1 + (int)(random() % 5), columns = 2 + (int)(random() % 600);
         RowHead* table = createCrossings(rowCount);
         std::vector<std::set<int>> expected((size_t)rowCount + 1);
         int x = 0;
-        for (int n = 0; n < 4000; n++) {
+        for (int n = 0; n < 4000; ++n) {
             const int row = (int)(random() % (unsigned)(rowCount + 1));
             // Runs to the left and to the right as well as jumps.
             x = n % 500 < 50 ? (int)(random() % (unsigned)columns) : (x + (round % 3 - 1) + columns) % columns;
@@ -117,7 +117,7 @@ TEST(RowCrossings, RandomCrossingsMatchASet)
             if (!expected[(size_t)row].erase(x - 20)) expected[(size_t)row].insert(x - 20);
         }
         Rows rows;
-        for (int row = 0; row <= rowCount; row++)
+        for (int row = 0; row <= rowCount; ++row)
             if (!expected[(size_t)row].empty())
                 rows[row] = std::vector<int>(expected[(size_t)row].begin(), expected[(size_t)row].end());
         EXPECT_EQ(rows, takeRows(table));
@@ -151,7 +151,7 @@ TEST(RowCrossings, CopyIsTheSameAndItsOwn)
     RowHead* copy = copyCrossings(table);
     freeCrossings(table);
     EXPECT_EQ(rows, rowsOf(copy));
-    for (int x = 0; x < 3000; x++)
+    for (int x = 0; x < 3000; ++x)
         EXPECT_TRUE(cross(copy, 2, 2 * x));  // it can still grow
     EXPECT_EQ(3000u, takeRows(copy)[2].size());
 }
@@ -191,7 +191,7 @@ TEST(RowCrossings, MirroringTwiceGivesTheTableBack)
 {
     std::mt19937 random(8);
     RowHead* table = createCrossings(50);
-    for (int n = 0; n < 500; n++)
+    for (int n = 0; n < 500; ++n)
         cross(table, 1 + (int)(random() % 48), 5 + (int)(random() % 90));
     PixelRect rect;
     ASSERT_TRUE(computeCrossingBounds(table, rect));
@@ -230,10 +230,10 @@ TEST(RowCrossings, OneRowOrOneColumnHasNoBounds)
 TEST(RowCrossings, ThreeThousandRowsOfTenAndOneVeryLongRow)
 {
     RowHead* table = createCrossings(3000);
-    for (int n = 0; n < 10; n++)
-        for (int row = 0; row < 3000; row++)
+    for (int n = 0; n < 10; ++n)
+        for (int row = 0; row < 3000; ++row)
             ASSERT_TRUE(cross(table, row, 1000 - 100 * n));
-    for (int x = 32765; x > 1000; x--)
+    for (int x = 32765; x > 1000; --x)
         ASSERT_TRUE(cross(table, 1500, x));  // to the left, against the order of the list
     const Rows rows = takeRows(table);
     EXPECT_EQ(3000u, rows.size());

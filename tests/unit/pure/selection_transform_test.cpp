@@ -19,7 +19,7 @@ static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& point
 static std::vector<PixelPoint> randomPoints(std::mt19937& random, int count, int range)
 {
     std::vector<PixelPoint> points;
-    for (int n = 0; n < count; n++)
+    for (int n = 0; n < count; ++n)
         points.push_back(PixelPoint{(int)(random() % (unsigned)range), (int)(random() % (unsigned)range)});
     return points;
 }
@@ -50,7 +50,7 @@ TEST(SelectionTransform, MovedPointsStayAtOneOrMore)
 TEST(SelectionTransform, ScalingFollowsTheBoxAndTruncates)
 {
     std::mt19937 random(50);
-    for (int n = 0; n < 300; n++) {
+    for (int n = 0; n < 300; ++n) {
         const std::vector<PixelPoint> points = randomPoints(random, 2 + n % 20, 4000);
         const PointBox box = boxOfPoints(points.data(), (int)points.size());
         if (box.minX == box.maxX || box.minY == box.maxY) continue;
@@ -60,14 +60,14 @@ TEST(SelectionTransform, ScalingFollowsTheBoxAndTruncates)
         std::vector<PixelPoint> scaled(points.size());
         scalePoints(points.data(), (int)points.size(), from, to, scaled.data());
         const int width = to.right - 1 - (to.left + 1), height = to.bottom - 1 - to.top;
-        for (size_t k = 0; k < points.size(); k++) {
+        for (size_t k = 0; k < points.size(); ++k) {
             const double x = std::floor((points[k].x - box.minX) * (double)width / (box.maxX - box.minX));
             const double y = std::floor((points[k].y - box.minY) * (double)height / (box.maxY - box.minY));
             expectPoint(to.left + 1 + (int)x, to.top + (int)y, scaled[k]);
         }
         std::vector<PixelPoint> same = points;
         scalePoints(same.data(), (int)same.size(), from, from, same.data());
-        for (size_t k = 0; k < points.size(); k++)
+        for (size_t k = 0; k < points.size(); ++k)
             expectPoint(points[k].x, points[k].y, same[k]);
     }
 }
@@ -102,7 +102,7 @@ TEST(SelectionTransform, TurningIsCounterClockwiseAndRoundsTowardZero)
     PixelPoint turned[4];
     turnPoints(points, 4, turnAbout(boxOfPoints(points, 4), 90), turned);
     const double angle = 90 * 3.1415926 / 180;
-    for (int n = 0; n < 4; n++) {
+    for (int n = 0; n < 4; ++n) {
         const double right = points[n].x - 200, up = 150 - points[n].y;
         expectPoint((int)(200 + std::cos(angle) * right - std::sin(angle) * up),
                     (int)(150 - (std::cos(angle) * up + std::sin(angle) * right)), turned[n]);
@@ -119,12 +119,12 @@ TEST(SelectionTransform, ElevenTurnsOfFifteenAreOneOf165)
     const PointBox box = boxOfPoints(points.data(), 500);
     int rotation = 0;
     std::vector<PixelPoint> once(500), last(500);
-    for (int n = 0; n < 11; n++) {
+    for (int n = 0; n < 11; ++n) {
         rotation = addRotation(rotation, 15);
         turnPoints(points.data(), 500, turnAbout(box, rotation), last.data());
     }
     turnPoints(points.data(), 500, turnAbout(box, 165), once.data());
-    for (int n = 0; n < 500; n++)
+    for (int n = 0; n < 500; ++n)
         expectPoint(once[(size_t)n].x, once[(size_t)n].y, last[(size_t)n]);
 }
 
@@ -133,7 +133,7 @@ TEST(SelectionTransform, AllBuildsTurnAlike)
 {
     std::mt19937 random(52);
     uint32_t sum = 2166136261u;
-    for (int degrees = -360; degrees <= 360; degrees++) {
+    for (int degrees = -360; degrees <= 360; ++degrees) {
         const std::vector<PixelPoint> points = randomPoints(random, 100, 6000);
         std::vector<PixelPoint> turned(100);
         turnPoints(points.data(), 100, turnAbout(boxOfPoints(points.data(), 100), degrees), turned.data());
@@ -175,8 +175,8 @@ static bool bilinear(const Floating& f, double x, double y, double* channels)
 {
     double weights = 0;
     channels[0] = channels[1] = channels[2] = 0;
-    for (int v = (int)std::floor(y); v <= (int)std::floor(y) + 1; v++) {
-        for (int u = (int)std::floor(x); u <= (int)std::floor(x) + 1; u++) {
+    for (int v = (int)std::floor(y); v <= (int)std::floor(y) + 1; ++v) {
+        for (int u = (int)std::floor(x); u <= (int)std::floor(x) + 1; ++u) {
             const double weight = (1 - std::fabs(x - u)) * (1 - std::fabs(y - v));
             if (!insideAt(f, u, v) || weight <= 0) continue;
             const reference::Pixel p = f.pixels.at(u, v);
@@ -186,7 +186,7 @@ static bool bilinear(const Floating& f, double x, double y, double* channels)
             channels[2] += weight * p.red;
         }
     }
-    for (int c = 0; c < 3 && weights > 0; c++)
+    for (int c = 0; c < 3 && weights > 0; ++c)
         channels[c] /= weights;
     return weights > 0;
 }
@@ -195,7 +195,7 @@ TEST(SelectionTransform, TurnedPixelsComeFromInsideTheOutline)
 {
     std::mt19937 random(53);
     int checked = 0;
-    for (int n = 0; n < 200; n++) {
+    for (int n = 0; n < 200; ++n) {
         std::vector<PixelPoint> points;
         Floating a = {{}, reference::Picture(0, 0), reference::Picture(0, 0)};
         if (!makeFloating(random, n % 3, 60, points, a)) continue;
@@ -214,8 +214,8 @@ TEST(SelectionTransform, TurnedPixelsComeFromInsideTheOutline)
                        PlacedImage{source.view(), sourceMask.view(), a.rect}, turn);
             const double angle = degrees * 3.1415926 / 180;
             const reference::Picture result = target.picture(), resultMask = mask.picture();
-            for (int y = 0; y < target.height; y++) {
-                for (int x = 0; x < target.width; x++) {
+            for (int y = 0; y < target.height; ++y) {
+                for (int x = 0; x < target.width; ++x) {
                     const reference::Pixel p = result.at(x, y);
                     if (resultMask.at(x, y).red != 0) {
                         ASSERT_TRUE((p == reference::Pixel{0, 0, 0}));
@@ -255,7 +255,7 @@ TEST(SelectionTransform, FullTurnOfPixelsIsACopy)
 TEST(SelectionTransform, WhereNothingIsInsideTheNearestInsidePixelServes)
 {
     reference::Picture pixels(12, 1), mask(12, 1), all(12, 1);
-    for (int x = 0; x < 12; x++)
+    for (int x = 0; x < 12; ++x)
         mask.at(x, 0) = {255, 255, 255};
     mask.at(3, 0) = {0, 0, 0};
     pixels.at(3, 0) = {10, 20, 30};
@@ -263,7 +263,7 @@ TEST(SelectionTransform, WhereNothingIsInsideTheNearestInsidePixelServes)
     const PixelRect rect = {100, 50, 112, 51};
     turnPixels(PlacedImage{target.view(), inside.view(), rect}, PlacedImage{source.view(), sourceMask.view(), rect},
                turnAbout(PointBox{100, 50, 112, 51}, 0));
-    for (int x = 0; x < 12; x++) {
+    for (int x = 0; x < 12; ++x) {
         const bool reached = std::abs(x - 3) <= turnSearch;
         EXPECT_EQ(reached ? (reference::Pixel{10, 20, 30}) : (reference::Pixel{0, 0, 0}), target.picture().at(x, 0))
             << x;

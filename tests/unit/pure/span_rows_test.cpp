@@ -7,7 +7,7 @@
 TEST(SpanRows, HoldEveryCrossingInOrder)
 {
     std::mt19937 random(95);
-    for (int n = 0; n < 60; n++) {
+    for (int n = 0; n < 60; ++n) {
         const std::vector<ReferencePoint> given = randomOutline(random, n, 50, 40, 1 + n);
         std::vector<PixelPoint> points;
         for (ReferencePoint p : given)
@@ -24,7 +24,7 @@ TEST(SpanRows, HoldEveryCrossingInOrder)
         EXPECT_EQ(40, outline.rect.bottom);
         const SpanTable& spans = outline.spans;
         ASSERT_EQ(41, spans.rowCount);
-        for (int row = 0; row < spans.rowCount; row++) {
+        for (int row = 0; row < spans.rowCount; ++row) {
             const RowSpans& r = spans.rows[row];
             std::vector<int> columns(r.crossings, r.crossings + r.count);
             for (int& column : columns)
@@ -45,9 +45,9 @@ TEST(SpanRows, AreCrossingsToTheResamplerWhereverTheSelectionIs)
         SpanOutline outline = {};
         ASSERT_TRUE(makeSpanOutline(table, PixelRect{left, -20, left + 11, -10}, outline));
         EXPECT_EQ(11, outline.rect.right - outline.rect.left);
-        for (int row = 0; row < outline.spans.rowCount; row++) {
+        for (int row = 0; row < outline.spans.rowCount; ++row) {
             const RowHead* node = table[row].next;
-            for (int n = 0; n < outline.spans.rows[row].count; n++, node = node->next) {
+            for (int n = 0; n < outline.spans.rows[row].count; ++n, node = node->next) {
                 const int column = outline.spans.rows[row].crossings[n];
                 EXPECT_EQ(node->x, column - outline.rect.left) << left;
                 EXPECT_GT(column, 0) << left;

@@ -72,8 +72,8 @@ TEST_F(DisplayTest, DrawsOneToOneAtEqualSize)
 {
     const RECT place = {3, 4, 10, 9};
     drawBitmap(dc, image, &place, SRCCOPY);
-    for (int y = 0; y < surfaceSize; y++) {
-        for (int x = 0; x < surfaceSize; x++) {
+    for (int y = 0; y < surfaceSize; ++y) {
+        for (int x = 0; x < surfaceSize; ++x) {
             const bool inside = x >= 3 && x < 10 && y >= 4 && y < 9;
             EXPECT_EQ(inside ? colourOf(picture.at(x - 3, y - 4)) : untouched, GetPixel(dc, x, y)) << x << ' ' << y;
         }
@@ -84,8 +84,8 @@ TEST_F(DisplayTest, StretchesWithoutAveraging)
 {
     const RECT place = {0, 0, 21, 15};
     drawBitmap(dc, image, &place, SRCCOPY);
-    for (int y = 0; y < 15; y++) {
-        for (int x = 0; x < 21; x++)
+    for (int y = 0; y < 15; ++y) {
+        for (int x = 0; x < 21; ++x)
             EXPECT_EQ(colourOf(picture.at(x / 3, y / 3)), GetPixel(dc, x, y));
     }
 }
@@ -182,8 +182,8 @@ protected:
     // At one to one: the rectangle shows the picture or black, everything else is as it was.
     void expectPaintedOnly(RECT rect)
     {
-        for (int y = 0; y < 20; y++) {
-            for (int x = 0; x < 20; x++) {
+        for (int y = 0; y < 20; ++y) {
+            for (int x = 0; x < 20; ++x) {
                 const bool painted = x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
                 EXPECT_EQ(painted ? expectedAt(x, y) : untouched, shown(x, y)) << x << ' ' << y;
             }
@@ -235,8 +235,8 @@ TEST_F(PaintTest, EnlargesEachPixel)
 {
     showAt(70, 50);
     paint({1, 1, 4, 3});
-    for (int y = 0; y < 60; y++) {
-        for (int x = 0; x < 80; x++) {
+    for (int y = 0; y < 60; ++y) {
+        for (int x = 0; x < 80; ++x) {
             const bool painted = x >= 10 && x < 40 && y >= 10 && y < 30;
             EXPECT_EQ(painted ? expectedAt(x / 10, y / 10) : untouched, shown(x, y)) << x << ' ' << y;
         }
@@ -252,14 +252,14 @@ TEST_F(PaintTest, PartialRepaintOnTheScaledGridAgreesWithAFullOne)
     showAt(100, 80);
     paint({0, 0, 400, 320});
     std::vector<COLORREF> full;
-    for (int y = 0; y < 80; y++) {
-        for (int x = 0; x < 100; x++)
+    for (int y = 0; y < 80; ++y) {
+        for (int x = 0; x < 100; ++x)
             full.push_back(shown(x, y));
     }
     fillWith(windowDC, clientSize, clientSize);
     paint({40, 80, 120, 160});
-    for (int y = 20; y < 40; y++) {
-        for (int x = 10; x < 30; x++)
+    for (int y = 20; y < 40; ++y) {
+        for (int x = 10; x < 30; ++x)
             EXPECT_EQ(full[(size_t)y * 100 + x], shown(x, y));
     }
     EXPECT_EQ(untouched, shown(9, 30));
@@ -279,8 +279,8 @@ TEST_F(PaintTest, PartialRepaintAtAnyScaleAgreesWithAFullOne)
         showAt(shownWidth, shownHeight);
         paint({0, 0, picture.width, picture.height});
         std::vector<COLORREF> full;
-        for (int y = 0; y < shownHeight; y++) {
-            for (int x = 0; x < shownWidth; x++)
+        for (int y = 0; y < shownHeight; ++y) {
+            for (int x = 0; x < shownWidth; ++x)
                 full.push_back(shown(x, y));
         }
         int parts = 0;
@@ -289,8 +289,8 @@ TEST_F(PaintTest, PartialRepaintAtAnyScaleAgreesWithAFullOne)
             fillWith(windowDC, clientSize, clientSize);
             paint({left, top, left + 20, top + 17});
             int painted = 0;
-            for (int y = 0; y < shownHeight; y++) {
-                for (int x = 0; x < shownWidth; x++) {
+            for (int y = 0; y < shownHeight; ++y) {
+                for (int x = 0; x < shownWidth; ++x) {
                     if (shown(x, y) == untouched) continue;
                     ASSERT_EQ(full[(size_t)(y * shownWidth + x)], shown(x, y)) << x << ' ' << y;
                     painted++;
@@ -349,8 +349,8 @@ TEST_F(PaintTest, ImagesOfOtherDepthsAreBlack)
     unlockBitmap(image);
     showAt(7, 5);
     paint({0, 0, 7, 5});
-    for (int y = 0; y < 5; y++) {
-        for (int x = 0; x < 7; x++)
+    for (int y = 0; y < 5; ++y) {
+        for (int x = 0; x < 7; ++x)
             EXPECT_EQ(RGB(0, 0, 0), shown(x, y));
     }
     EXPECT_EQ(untouched, shown(7, 4));
@@ -378,13 +378,13 @@ static HandleLevels handleLevels()
     HPEN pens[handful];
     HGLOBAL blocks[handful];
     HandleLevels levels = {0, 0};
-    for (int n = 0; n < handful; n++) {
+    for (int n = 0; n < handful; ++n) {
         pens[n] = CreatePen(PS_SOLID, 1, 0);
         blocks[n] = GlobalAlloc(GMEM_MOVEABLE, 1);
         levels.gdi = std::max(levels.gdi, (ptrdiff_t)LOWORD((ULONG_PTR)pens[n]));
         levels.memory = std::max(levels.memory, (ptrdiff_t)blocks[n] / (2 * (ptrdiff_t)sizeof(void*)));
     }
-    for (int n = 0; n < handful; n++) {
+    for (int n = 0; n < handful; ++n) {
         DeleteObject(pens[n]);
         GlobalFree(blocks[n]);
     }
@@ -398,7 +398,7 @@ TEST_F(PaintTest, LeavesNothingBehind)
     paint({0, 0, 7, 5});
     const HandleLevels before = handleLevels();
     const int turns = 1000;
-    for (int n = 0; n < turns; n++)
+    for (int n = 0; n < turns; ++n)
         paint({0, 0, 3, 3});
     const HandleLevels after = handleLevels();
     EXPECT_LT(std::abs(after.gdi - before.gdi), turns / 2);

@@ -111,7 +111,7 @@ TEST(PackedBitmap, InitHeaderLeavesTheOtherFields)
 
 TEST(PackedBitmap, CreateIsBlackWithPaddedRows)
 {
-    for (int width = 1; width <= 5; width++) {
+    for (int width = 1; width <= 5; ++width) {
         Block image(createBitmap(width, 3, 24));
         std::vector<uint8_t> expected =
             withHeader(width, 3, 24, std::vector<uint8_t>((size_t)rowStride(width, 24) * 3));
@@ -294,12 +294,12 @@ static void expectExtract(const reference::Picture& image, HGLOBAL handle, RECT 
 TEST(PackedBitmap, ExtractMatchesTheReferenceOnEveryRectangle)
 {
     std::mt19937 random(21);
-    for (int width = 1; width <= 5; width++) {
+    for (int width = 1; width <= 5; ++width) {
         const reference::Picture image = randomReference(random, width, 3);
         Block block(packed(image));
-        for (int left = -3; left <= width + 1; left++) {
-            for (int right = left - 1; right <= width + 3; right++) {
-                for (int top = -2; top <= 4; top++) {
+        for (int left = -3; left <= width + 1; ++left) {
+            for (int right = left - 1; right <= width + 3; ++right) {
+                for (int top = -2; top <= 4; ++top) {
                     for (int bottom : {top - 1, top, top + 1, top + 2, top + 3, top + 7}) {
                         expectExtract(image, block.handle, {left, top, right, bottom});
                     }
@@ -386,7 +386,7 @@ TEST(PackedBitmap, ExtractMaskedCutsAMaskLargerThanTheImageOrSmallerThanTheCut)
 TEST(PackedBitmap, PasteMatchesTheReference)
 {
     std::mt19937 random(24);
-    for (int n = 0; n < 1000; n++) {
+    for (int n = 0; n < 1000; ++n) {
         const reference::Picture source = randomReference(random, 1 + random() % 7, 1 + random() % 7);
         reference::Picture expected = randomReference(random, 1 + random() % 7, 1 + random() % 7);
         Block from(packed(source)), to(packed(expected));
@@ -434,7 +434,7 @@ TEST(PackedBitmap, PastesCountOnAHeaderOf40Bytes)
 TEST(PackedBitmap, PasteMaskedMatchesTheReference)
 {
     std::mt19937 random(25);
-    for (int n = 0; n < 1000; n++) {
+    for (int n = 0; n < 1000; ++n) {
         const int width = 1 + (int)(random() % 7), height = 1 + (int)(random() % 7);
         const reference::Picture source = randomReference(random, width, height);
         const reference::Picture mask = randomMask(random, width, height);
@@ -460,13 +460,13 @@ TEST(PackedBitmap, PasteMaskedNeedsAMaskOfTheSourcesSize)
 TEST(PackedBitmap, FlipVerticalKeepsTheTopRowAndShiftsByOne)
 {
     reference::Picture image(2, 4), expected(2, 4);
-    for (int y = 0; y < 4; y++) {
-        for (int x = 0; x < 2; x++)
+    for (int y = 0; y < 4; ++y) {
+        for (int x = 0; x < 2; ++x)
             image.at(x, y) = {(uint8_t)(10 + y), 0, 0};
     }
     const int rows[] = {10, 13, 12, 11};  // a true mirror would be 13, 12, 11, 10
-    for (int y = 0; y < 4; y++) {
-        for (int x = 0; x < 2; x++)
+    for (int y = 0; y < 4; ++y) {
+        for (int x = 0; x < 2; ++x)
             expected.at(x, y) = {(uint8_t)rows[y], 0, 0};
     }
     Block block(packed(image));
@@ -477,7 +477,7 @@ TEST(PackedBitmap, FlipVerticalKeepsTheTopRowAndShiftsByOne)
 TEST(PackedBitmap, FlipsMatchTheReference)
 {
     std::mt19937 random(26);
-    for (int n = 0; n < 300; n++) {
+    for (int n = 0; n < 300; ++n) {
         const reference::Picture image = randomReference(random, 2 + random() % 8, 2 + random() % 8);
         Block vertical(packed(image, 124)), horizontal(packed(image));
         EXPECT_EQ(1, flipVertical(vertical.handle));
@@ -532,7 +532,7 @@ TEST(PackedBitmap, FlipHorizontalZeroesRowsOfOtherDepths)
 TEST(PackedBitmap, FlipsFreeTheirScratch)
 {
     Block image(createBitmap(2, 2, 24));
-    for (int n = 0; n < 70000; n++) {
+    for (int n = 0; n < 70000; ++n) {
         ASSERT_EQ(1, flipVertical(image.handle));
         ASSERT_EQ(1, flipHorizontal(image.handle));
     }
@@ -541,7 +541,7 @@ TEST(PackedBitmap, FlipsFreeTheirScratch)
 TEST(PackedBitmap, ScaleMatchesTheReference)
 {
     std::mt19937 random(27);
-    for (int n = 0; n < 500; n++) {
+    for (int n = 0; n < 500; ++n) {
         const reference::Picture image = randomReference(random, 1 + random() % 12, 1 + random() % 12);
         const int width = 1 + (int)(random() % 25), height = 1 + (int)(random() % 25);
         Block from(packed(image)), scaled(scaleBitmap(from.handle, width, height));
