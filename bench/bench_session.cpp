@@ -11,7 +11,7 @@
 #include "session/ground/window_props.h"
 #include "tools/painting/undo_history.h"
 
-static const char HOST_CLASS[] = "BenchHost";
+constexpr char HOST_CLASS[] = "BenchHost";
 static HGLOBAL photo;
 static HWND host;
 

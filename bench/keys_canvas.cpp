@@ -13,7 +13,7 @@
 #include "session/ground/window_props.h"
 #include "tools/painting/undo_history.h"
 
-static const int MOVES = 400;
+constexpr int MOVES = 400;
 
 // Variant: an EdgeMode.
 static bool prepareMoves(int edge)

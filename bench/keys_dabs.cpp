@@ -13,7 +13,7 @@
 
 enum Work { PATCH, HARD_RUBBER, SOFT_RUBBER, HARD_SPRAY, SOFT_SPRAY };
 
-static const int SIZE = 48, WIDTH = 3000, HEIGHT = 2000, OPACITY = 50, DABS = 2000;
+constexpr int SIZE = 48, WIDTH = 3000, HEIGHT = 2000, OPACITY = 50, DABS = 2000;
 static const Rgb COLOUR = rgbFromColorref(0x00C0C0FF);
 
 static BenchPicture image, start, original, patch;

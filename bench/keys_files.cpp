@@ -9,8 +9,8 @@
 #include "library/selection_file.h"
 #include "selection/geometry/outline.h"
 
-static const int width = 3000, height = 2000;
-static const WCHAR fileName[] = L"kovbench_selection.tif";
+constexpr int WIDTH = 3000, HEIGHT = 2000;
+constexpr WCHAR FILE_NAME[] = L"kovbench_selection.tif";
 
 static HGLOBAL image, mask, imageRead, maskRead;
 
@@ -54,8 +54,8 @@ static bool drawMask(const BitsView& view)
 
 static bool makeSelection(int)
 {
-    image = createBitmap(width, height, 24);
-    mask = createBitmap(width, height, 24);
+    image = createBitmap(WIDTH, HEIGHT, 24);
+    mask = createBitmap(WIDTH, HEIGHT, 24);
     const BitsView imageView = lockedView(image), maskView = lockedView(mask);
     if (!imageView.row0 || !maskView.row0) return false;
     fillPhoto(imageView, 2);
@@ -67,17 +67,17 @@ static bool makeSelection(int)
 
 static bool writeSelection(int)
 {
-    return writeSelectionTiff(fileName, image, mask);
+    return writeSelectionTiff(FILE_NAME, image, mask);
 }
 
 static void removeFile(int)
 {
-    DeleteFileW(fileName);
+    DeleteFileW(FILE_NAME);
 }
 
 static uint32_t crcOfFile(int)
 {
-    HANDLE file = CreateFileW(fileName, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    HANDLE file = CreateFileW(FILE_NAME, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) return 0;
     static uint8_t bytes[65536];
     uint32_t crc = 0;
@@ -100,7 +100,7 @@ static bool makeFile(int variant)
 
 static bool readSelection(int)
 {
-    return readSelectionBitmaps(fileName, &imageRead, &maskRead);
+    return readSelectionBitmaps(FILE_NAME, &imageRead, &maskRead);
 }
 
 static uint32_t addRows(HGLOBAL bitmap, uint32_t crc)

@@ -8,7 +8,7 @@
 #include "selection/geometry/outline.h"
 #include "selection/geometry/selection_images.h"
 
-static const int imageRows = 2000;
+constexpr int IMAGE_ROWS = 2000;
 
 static PixelPoint points[OUTLINE_POINTS];
 static HGLOBAL mask;  // of the checked run; the pasting key keeps its own here too
@@ -53,7 +53,7 @@ static bool runOutline(int)
 {
     freeMask();
     Outline outline = {};
-    if (!replayOutline(outline, imageRows, points, OUTLINE_POINTS)) return false;
+    if (!replayOutline(outline, IMAGE_ROWS, points, OUTLINE_POINTS)) return false;
     PixelRect rect;
     const bool made = computeCrossingBounds(outline.crossings, rect) && makeMask(outline.crossings, rect);
     freeOutline(outline);
@@ -90,7 +90,7 @@ static bool preparePaste(int)
     preparePoints();
     if (!makePhoto(source, 3000, 2000, 2, PHOTO2_3000X2000)) return false;
     if (!makePhoto(destination, 6000, 4000, 1, PHOTO1_6000X4000)) return false;
-    RowHead* table = crossingsOfPoints(imageRows, points, OUTLINE_POINTS);
+    RowHead* table = crossingsOfPoints(IMAGE_ROWS, points, OUTLINE_POINTS);
     const bool ready = table && makeMask(table, PixelRect{0, 0, 3000, 2000});
     freeCrossings(table);
     return ready;

@@ -9,8 +9,8 @@
 #include "controls/superclass.h"
 #include "controls/tooltip.h"
 
-static const wchar_t className[] = L"Bouton";
-static const wchar_t baseName[] = L"Button";
+constexpr wchar_t CLASS_NAME[] = L"Bouton";
+constexpr wchar_t BASE_NAME[] = L"Button";
 
 static WNDPROC baseProcedure;  // found when the class was registered; null when it was not
 
@@ -169,12 +169,12 @@ static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM 
 
 BOOL registerButtonClass(HINSTANCE instance)
 {
-    baseProcedure = registerSuperclass(instance, className, baseName, buttonProc);
+    baseProcedure = registerSuperclass(instance, CLASS_NAME, BASE_NAME, buttonProc);
     return baseProcedure != nullptr;
 }
 
 void unregisterButtonClass(HINSTANCE instance)
 {
-    if (baseProcedure) UnregisterClassW(className, instance);
+    if (baseProcedure) UnregisterClassW(CLASS_NAME, instance);
     baseProcedure = nullptr;
 }

@@ -6,7 +6,7 @@
 #include "controls/caption_font.h"
 #include "controls/superclass.h"
 
-enum { TEXT_LENGTH = 512 };
+constexpr int TEXT_LENGTH = 512;
 
 // All that decides how a button looks right now.
 struct ButtonLook {

@@ -4,7 +4,8 @@
 
 #include "controls/picture_pixels.h"
 
-enum { TRANSPARENT_COLOUR = 0x00C0C0C0, RIM_COLOUR = 0x00F0F0F0, LARGEST_SIDE = 4096 };
+constexpr COLORREF TRANSPARENT_COLOUR = 0x00C0C0C0, RIM_COLOUR = 0x00F0F0F0;
+constexpr int LARGEST_SIDE = 4096;
 
 static BITMAPINFO pixelFormat(int width, int height)
 {

@@ -1,6 +1,6 @@
 #include "controls/caption_font.h"
 
-enum { LONGEST_TEXT = 512 };
+constexpr int LONGEST_TEXT = 512;
 
 static bool hasLetters(HDC dc, const wchar_t* text)
 {

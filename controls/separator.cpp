@@ -4,8 +4,8 @@
 #include "controls/caption_font.h"
 #include "controls/superclass.h"
 
-static const wchar_t className[] = L"statique";
-static const wchar_t baseName[] = L"Static";
+constexpr wchar_t CLASS_NAME[] = L"statique";
+constexpr wchar_t BASE_NAME[] = L"Static";
 
 static WNDPROC baseProcedure;  // found when the class was registered; null when it was not
 
@@ -100,12 +100,12 @@ static LRESULT CALLBACK separatorProc(HWND window, UINT message, WPARAM wp, LPAR
 
 BOOL registerSeparatorClass(HINSTANCE instance)
 {
-    baseProcedure = registerSuperclass(instance, className, baseName, separatorProc);
+    baseProcedure = registerSuperclass(instance, CLASS_NAME, BASE_NAME, separatorProc);
     return baseProcedure != nullptr;
 }
 
 void unregisterSeparatorClass(HINSTANCE instance)
 {
-    if (baseProcedure) UnregisterClassW(className, instance);
+    if (baseProcedure) UnregisterClassW(CLASS_NAME, instance);
     baseProcedure = nullptr;
 }

@@ -8,13 +8,13 @@
 #include "controls/kovctrl32.h"
 #include "controls/named_control.h"
 
-static const wchar_t propertyName[] = L"KovTooltip";
+constexpr wchar_t PROPERTY_NAME[] = L"KovTooltip";
 
-enum { TIP_LENGTH = 512, TIP_GAP = 3 };
+constexpr int TIP_LENGTH = 512, TIP_GAP = 3;
 
 static HWND tooltipOf(HWND dialog)
 {
-    HWND tooltip = (HWND)GetPropW(dialog, propertyName);
+    HWND tooltip = (HWND)GetPropW(dialog, PROPERTY_NAME);
     return IsWindow(tooltip) ? tooltip : nullptr;
 }
 
@@ -25,7 +25,7 @@ static HWND createTooltip(HWND dialog)
     HWND tooltip = CreateWindowExW(WS_EX_TOPMOST | WS_EX_NOACTIVATE, TOOLTIPS_CLASSW, nullptr,
                                    WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
                                    CW_USEDEFAULT, dialog, nullptr, nullptr, nullptr);
-    if (tooltip && !SetPropW(dialog, propertyName, tooltip)) {
+    if (tooltip && !SetPropW(dialog, PROPERTY_NAME, tooltip)) {
         DestroyWindow(tooltip);
         tooltip = nullptr;
     }
@@ -188,7 +188,7 @@ void removeFromTooltip(HWND button)
 
 void destroyTooltip(HWND dialog)
 {
-    HWND tooltip = (HWND)RemovePropW(dialog, propertyName);
+    HWND tooltip = (HWND)RemovePropW(dialog, PROPERTY_NAME);
     if (IsWindow(tooltip)) DestroyWindow(tooltip);
 }
 

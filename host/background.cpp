@@ -4,7 +4,7 @@
 
 namespace {
 
-const DWORD moveInterval = 50, noticeableTime = 300;  // milliseconds
+constexpr DWORD MOVE_INTERVAL = 50, NOTICEABLE_TIME = 300;  // milliseconds
 
 DWORD WINAPI runWork(void* work)
 {
@@ -27,11 +27,11 @@ void serveUntilDone(HANDLE thread)
     bool quit = false;
     const DWORD start = GetTickCount();
     for (;;) {
-        const DWORD woken = MsgWaitForMultipleObjects(1, &thread, FALSE, moveInterval, QS_ALLINPUT);
+        const DWORD woken = MsgWaitForMultipleObjects(1, &thread, FALSE, MOVE_INTERVAL, QS_ALLINPUT);
         if (woken == WAIT_OBJECT_0 || woken == WAIT_FAILED) break;
         serveAll(&quit);
         moveProgress();
-        if (GetTickCount() - start > noticeableTime) showHostWindow();
+        if (GetTickCount() - start > NOTICEABLE_TIME) showHostWindow();
     }
     WaitForSingleObject(thread, INFINITE);
     if (quit) PostQuitMessage(0);

@@ -16,9 +16,9 @@
 
 namespace {
 
-const int brushButton = 117;
-const int saveButton = 8;
-const int widthBar = 202;
+constexpr int BRUSH_BUTTON = 117;
+constexpr int SAVE_BUTTON = 8;
+constexpr int WIDTH_BAR = 202;
 
 struct Editor {
     HWND dialog, canvas, palette;
@@ -39,7 +39,7 @@ BOOL CALLBACK findParts(HWND window, LPARAM parameter)
     if (HWND canvas = FindWindowExW(window, nullptr, L"KOVRETOUCH", nullptr)) {
         editor->dialog = window;
         editor->canvas = canvas;
-    } else if (GetDlgItem(window, brushButton) && GetDlgItem(window, saveButton)) {
+    } else if (GetDlgItem(window, BRUSH_BUTTON) && GetDlgItem(window, SAVE_BUTTON)) {
         editor->palette = window;
     }
     return TRUE;
@@ -179,7 +179,7 @@ int pressSave(const Editor& editor)
 {
     for (int attempt = 0; attempt < 5; ++attempt) {
         settle(editor);
-        click(GetDlgItem(editor.palette, saveButton), 0.5, 0.5);
+        click(GetDlgItem(editor.palette, SAVE_BUTTON), 0.5, 0.5);
         if (waitUntil([&] { return !IsWindow(editor.dialog); }, 15000)) return 0;
     }
     return endOf(editor);
@@ -191,9 +191,9 @@ int playEdit()
     if (!waitUntil([&] { return editorIsOpen(&editor); }, 60000)) return 1;
     picture(editor, "opened");
 
-    click(GetDlgItem(editor.palette, brushButton), 0.5, 0.5);
+    click(GetDlgItem(editor.palette, BRUSH_BUTTON), 0.5, 0.5);
     for (int i = 0; i < 6; ++i)
-        click(GetDlgItem(editor.palette, widthBar), 0.75, 0.5);
+        click(GetDlgItem(editor.palette, WIDTH_BAR), 0.75, 0.5);
     picture(editor, "brush-chosen");
 
     paintWave(editor);
@@ -226,7 +226,7 @@ bool laySpot(const Editor& editor)
     restPointer(editor);
     const COLORREF before = seenAt(middle);
     for (int attempt = 0; attempt < 5; ++attempt) {
-        click(GetDlgItem(editor.palette, brushButton), 0.5, 0.5);
+        click(GetDlgItem(editor.palette, BRUSH_BUTTON), 0.5, 0.5);
         settle(editor);
         click(editor.canvas, 0.5, 0.5);
         restPointer(editor);
@@ -245,7 +245,7 @@ BOOL CALLBACK findDialog(HWND window, LPARAM parameter)
 {
     wchar_t name[16] = L"";
     GetClassNameW(window, name, 16);
-    if (!IsWindowVisible(window) || std::wstring(name) != L"#32770" || GetDlgItem(window, saveButton)) return TRUE;
+    if (!IsWindowVisible(window) || std::wstring(name) != L"#32770" || GetDlgItem(window, SAVE_BUTTON)) return TRUE;
     *(HWND*)parameter = window;
     return FALSE;
 }

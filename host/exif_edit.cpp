@@ -7,8 +7,8 @@
 
 namespace {
 
-const int tagOrientation = 274, tagExifDirectory = 0x8769, tagWidth = 0xA002, tagHeight = 0xA003;
-const int tagThumbnail = 0x201, tagThumbnailSize = 0x202;
+constexpr int TAG_ORIENTATION = 274, TAG_EXIF_DIRECTORY = 0x8769, TAG_WIDTH = 0xA002, TAG_HEIGHT = 0xA003;
+constexpr int TAG_THUMBNAIL = 0x201, TAG_THUMBNAIL_SIZE = 0x202;
 
 struct Block {
     uint8_t* bytes;
@@ -88,20 +88,20 @@ void noteUprightSize(uint8_t* exif, size_t size, uint32_t width, uint32_t height
 {
     const Block block = blockOf(exif, size);
     const size_t first = firstDirectory(block);
-    setEntryNumber(block, findEntry(block, first, tagOrientation), 1);
+    setEntryNumber(block, findEntry(block, first, TAG_ORIENTATION), 1);
     // The preview is written upright as well.
-    setEntryNumber(block, findEntry(block, secondDirectory(block), tagOrientation), 1);
-    const size_t camera = entryNumber(block, findEntry(block, first, tagExifDirectory));
-    setEntryNumber(block, findEntry(block, camera, tagWidth), width);
-    setEntryNumber(block, findEntry(block, camera, tagHeight), height);
+    setEntryNumber(block, findEntry(block, secondDirectory(block), TAG_ORIENTATION), 1);
+    const size_t camera = entryNumber(block, findEntry(block, first, TAG_EXIF_DIRECTORY));
+    setEntryNumber(block, findEntry(block, camera, TAG_WIDTH), width);
+    setEntryNumber(block, findEntry(block, camera, TAG_HEIGHT), height);
 }
 
 ExifThumbnail findThumbnail(const uint8_t* exif, size_t size)
 {
     const Block block = blockOf(exif, size);
     const size_t second = secondDirectory(block);
-    const size_t at = entryNumber(block, findEntry(block, second, tagThumbnail));
-    const size_t length = entryNumber(block, findEntry(block, second, tagThumbnailSize));
+    const size_t at = entryNumber(block, findEntry(block, second, TAG_THUMBNAIL));
+    const size_t length = entryNumber(block, findEntry(block, second, TAG_THUMBNAIL_SIZE));
     if (!at || at >= size || length > size - at) return {};
     return {at, length};
 }
@@ -114,7 +114,7 @@ void replaceThumbnail(uint8_t* exif, size_t size, const uint8_t* thumbnail, size
     if (old.size) memset(exif + old.at, 0, old.size);
     if (length) {
         memcpy(exif + old.at, thumbnail, length);
-        setEntryNumber(block, findEntry(block, secondDirectory(block), tagThumbnailSize), (uint32_t)length);
+        setEntryNumber(block, findEntry(block, secondDirectory(block), TAG_THUMBNAIL_SIZE), (uint32_t)length);
     } else if (const size_t link = secondLink(block)) {
         put(block, link, 4, 0);
     }
@@ -123,7 +123,7 @@ void replaceThumbnail(uint8_t* exif, size_t size, const uint8_t* thumbnail, size
 int exifOrientation(const uint8_t* exif, size_t size)
 {
     const Block block = blockOf(exif, size);
-    const uint32_t value = entryNumber(block, findEntry(block, firstDirectory(block), tagOrientation));
+    const uint32_t value = entryNumber(block, findEntry(block, firstDirectory(block), TAG_ORIENTATION));
     return value >= 1 && value <= 8 ? (int)value : 1;
 }
 

@@ -7,7 +7,7 @@
 namespace {
 
 // In heights of a line of text.
-const int panelWidth = 26, panelBorder = 2;
+constexpr int PANEL_WIDTH = 26, PANEL_BORDER = 2;
 
 int lineHeight(HFONT font)
 {
@@ -34,10 +34,10 @@ struct Panel {
 Panel panelOf(const HostFace& face, const RECT& client)
 {
     const RECT room = roomAboveStatus(face, client);
-    const int line = lineHeight(face.largeFont), border = panelBorder * line;
+    const int line = lineHeight(face.largeFont), border = PANEL_BORDER * line;
     const int most = std::max((int)(room.right - room.left) - 2 * border, 1);
-    const SIZE text = sizeOfText(face.largeFont, face.panel, std::min(panelWidth * line, most));
-    const int width = face.bar ? std::max((int)text.cx, std::min(panelWidth * line, most)) : (int)text.cx;
+    const SIZE text = sizeOfText(face.largeFont, face.panel, std::min(PANEL_WIDTH * line, most));
+    const int width = face.bar ? std::max((int)text.cx, std::min(PANEL_WIDTH * line, most)) : (int)text.cx;
     const int height = text.cy + (face.bar ? 2 * line : 0);
     const int left = (room.left + room.right - width) / 2, top = (room.top + room.bottom - height) / 2;
     return {{left - border, top - border, left + width + border, top + height + border},

@@ -9,8 +9,8 @@
 
 namespace {
 
-const wchar_t windowClass[] = L"RetouchHost";
-const int barSteps = 1000;
+constexpr wchar_t WINDOW_CLASS[] = L"RetouchHost";
+constexpr int BAR_STEPS = 1000;
 
 HWND window, bar;
 HACCEL keys;
@@ -124,7 +124,7 @@ void registerWindowClass()
     description.hIcon = LoadIconW(description.hInstance, MAKEINTRESOURCEW(1));
     description.hCursor = LoadCursorW(nullptr, (LPCWSTR)IDC_ARROW);
     description.hbrBackground = (HBRUSH)(COLOR_APPWORKSPACE + 1);
-    description.lpszClassName = windowClass;
+    description.lpszClassName = WINDOW_CLASS;
     RegisterClassW(&description);
 }
 
@@ -136,7 +136,7 @@ bool openHostWindow()
     RECT area;
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
     HMENU menu = createHostMenu();
-    HWND made = CreateWindowExW(WS_EX_ACCEPTFILES, windowClass, L"Retouch", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+    HWND made = CreateWindowExW(WS_EX_ACCEPTFILES, WINDOW_CLASS, L"Retouch", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
                                 area.left, area.top, area.right - area.left, area.bottom - area.top, nullptr, menu,
                                 GetModuleHandleW(nullptr), nullptr);
     if (!made) {
@@ -146,7 +146,7 @@ bool openHostWindow()
     const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
     bar = CreateWindowExW(0, PROGRESS_CLASSW, L"", WS_CHILD, 0, 0, 0, 0, made, nullptr, nullptr, nullptr);
-    SendMessageW(bar, PBM_SETRANGE32, 0, barSteps);
+    SendMessageW(bar, PBM_SETRANGE32, 0, BAR_STEPS);
     keys = createHostKeys();
     renewFonts(&face);
     window = made;
@@ -225,7 +225,7 @@ void beginProgress(const std::wstring& what, Progress* progress, bool mayStop)
 void moveProgress()
 {
     const int all = current->allRows, done = current->rows;
-    if (all > 0) SendMessageW(bar, PBM_SETPOS, (WPARAM)MulDiv(barSteps, done < all ? done : all, all), 0);
+    if (all > 0) SendMessageW(bar, PBM_SETPOS, (WPARAM)MulDiv(BAR_STEPS, done < all ? done : all, all), 0);
 }
 
 void endProgress()

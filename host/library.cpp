@@ -4,13 +4,13 @@
 
 namespace {
 
-const wchar_t libraryName[] = L"KOVRTCH32.dll";
-const wchar_t controlLibraryName[] = L"KOVCTRL32.dll";
+constexpr wchar_t LIBRARY_NAME[] = L"KOVRTCH32.dll";
+constexpr wchar_t CONTROL_LIBRARY_NAME[] = L"KOVCTRL32.dll";
 
 #ifdef _WIN64
-const WORD ownMachine = IMAGE_FILE_MACHINE_AMD64;
+constexpr WORD OWN_MACHINE = IMAGE_FILE_MACHINE_AMD64;
 #else
-const WORD ownMachine = IMAGE_FILE_MACHINE_I386;
+constexpr WORD OWN_MACHINE = IMAGE_FILE_MACHINE_I386;
 #endif
 
 HMODULE load(const wchar_t* name)
@@ -37,14 +37,14 @@ LibraryFault faultOf(const std::wstring& path)
 {
     if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) return LibraryFault::Missing;
     const WORD machine = machineOf(path);
-    return machine && machine != ownMachine ? LibraryFault::OtherBits : LibraryFault::Damaged;
+    return machine && machine != OWN_MACHINE ? LibraryFault::OtherBits : LibraryFault::Damaged;
 }
 
 // The system does not say which of the two libraries it could not load: the one that the other needs is tried first.
 void explain(Library* library)
 {
-    HMODULE controls = load(controlLibraryName);
-    library->faulty = controls ? libraryName : controlLibraryName;
+    HMODULE controls = load(CONTROL_LIBRARY_NAME);
+    library->faulty = controls ? LIBRARY_NAME : CONTROL_LIBRARY_NAME;
     library->fault = faultOf(programFolder() + library->faulty);
     if (controls) FreeLibrary(controls);
 }
@@ -63,7 +63,7 @@ std::wstring programFolder()
 Library loadLibraryBeside()
 {
     Library library;
-    library.module = load(libraryName);
+    library.module = load(LIBRARY_NAME);
     if (library.module)
         library.retouch =
             (RetouchEntry)(void*)GetProcAddress(library.module, MAKEINTRESOURCEA(KOVRTCH32_ENTRY_ORDINAL));

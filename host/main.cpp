@@ -9,7 +9,7 @@
 
 namespace {
 
-const wchar_t usage[] =
+constexpr wchar_t USAGE_TEXT[] =
     L"Usage: retouch.exe [PHOTO... [-o OUT] [--overwrite [--flatten]]]\r\n"
     L"Opens each PHOTO for retouching; Save in the tool palette writes the result to OUT (format by its\r\n"
     L"extension: jpg, png, tif, bmp), or to a new file PHOTO-retouched beside the photo.\r\n"
@@ -57,11 +57,11 @@ ExitCode run()
 {
     const HostArguments arguments = parseArguments(commandLine());
     if (!arguments.problem.empty()) {
-        complain(arguments.problem + L"\r\n" + usage);
+        complain(arguments.problem + L"\r\n" + USAGE_TEXT);
         return exitUsage;
     }
     if (arguments.help) {
-        tell(usage);
+        tell(USAGE_TEXT);
         return exitSaved;
     }
     const ExitCode code = arguments.photos.empty() ? retouchChosen() : retouchNamed(arguments);

@@ -9,7 +9,7 @@
 
 namespace {
 
-const wchar_t readableFiles[] = L"*.jpg;*.jpeg;*.jpe;*.png;*.tif;*.tiff;*.bmp;*.dib;*.gif;*.webp";
+constexpr wchar_t READABLE_FILES[] = L"*.jpg;*.jpeg;*.jpe;*.png;*.tif;*.tiff;*.bmp;*.dib;*.gif;*.webp";
 
 struct StatusSentence {
     PhotoStatus status;
@@ -55,7 +55,7 @@ PhotoStatus readGuarded(const std::wstring& path, HGLOBAL* image, SourcePhoto* s
 std::wstring readableFilter()
 {
     const std::wstring end(1, L'\0');
-    return caption(TEXT_FILTER_PHOTOS) + end + readableFiles + end + caption(TEXT_FILTER_ALL) + end + L"*.*" + end;
+    return caption(TEXT_FILTER_PHOTOS) + end + READABLE_FILES + end + caption(TEXT_FILTER_ALL) + end + L"*.*" + end;
 }
 
 // One path, or a folder and names in it, each ended by a 0 and all by another.

@@ -4,7 +4,7 @@
 
 namespace {
 
-const int headerSize = 40;
+constexpr int HEADER_SIZE = 40;
 
 // Byte steps in the packed bitmap for one pixel to the right and one row down in the file, and the
 // place of the file's first pixel.
@@ -39,8 +39,8 @@ uint32_t packedPhotoSize(int64_t width, int64_t height)
     const int64_t limit = INT32_MAX;
     if (width < 1 || height < 1 || width > limit / 4 || height > limit) return 0;
     const int64_t stride = (width * 3 + 3) & ~(int64_t)3;
-    if (stride > (limit - headerSize) / height) return 0;
-    return (uint32_t)(stride * height + headerSize);
+    if (stride > (limit - HEADER_SIZE) / height) return 0;
+    return (uint32_t)(stride * height + HEADER_SIZE);
 }
 
 uint32_t packedRowSize(int width)

@@ -4,9 +4,9 @@
 #include <cstdint>
 
 namespace {
-const int gapBeside = 8;
-const int comfortableSide = 320;
-const int largestFactor = 8;
+constexpr int GAP_BESIDE = 8;
+constexpr int COMFORTABLE_SIDE = 320;
+constexpr int LARGEST_FACTOR = 8;
 }  // namespace
 
 ScreenSize clientSizeFor(ScreenSize image, ScreenSize room)
@@ -19,7 +19,7 @@ ScreenSize clientSizeFor(ScreenSize image, ScreenSize room)
             return {room.width, (int)std::max<int64_t>((int64_t)image.height * room.width / image.width, 1)};
         return {(int)std::max<int64_t>((int64_t)image.width * room.height / image.height, 1), room.height};
     }
-    int factor = std::min(largestFactor, comfortableSide / std::max(image.width, image.height));
+    int factor = std::min(LARGEST_FACTOR, COMFORTABLE_SIDE / std::max(image.width, image.height));
     factor = std::min({factor, room.width / image.width, room.height / image.height});
     factor = std::max(factor, 1);
     return {image.width * factor, image.height * factor};
@@ -29,9 +29,9 @@ Placement placeWindows(ScreenSize image, ScreenBox workArea, ScreenSize frame, S
 {
     const int workWidth = workArea.right - workArea.left;
     const int workHeight = workArea.bottom - workArea.top;
-    const int beside = palette.width + gapBeside;
-    const ScreenSize room = {workWidth - beside - 2 * gapBeside - frame.width,
-                             workHeight - 2 * gapBeside - frame.height};
+    const int beside = palette.width + GAP_BESIDE;
+    const ScreenSize room = {workWidth - beside - 2 * GAP_BESIDE - frame.width,
+                             workHeight - 2 * GAP_BESIDE - frame.height};
     const ScreenSize client = clientSizeFor(image, room);
     const int width = client.width + frame.width, height = client.height + frame.height;
 

@@ -8,8 +8,8 @@
 
 namespace {
 
-const DWORD everyMinute = 60000;
-const size_t pieceSize = 2 << 20;
+constexpr DWORD EVERY_MINUTE = 60000;
+constexpr size_t PIECE_SIZE = 2 << 20;
 
 HANDLE stopSign, worker;
 const BITMAPINFOHEADER* picture;
@@ -37,7 +37,7 @@ uint64_t sumOf(const void* packed)
         uint64_t& sum = sums[at / 8 % 4];
         sum = (sum ^ word) * 0x9E3779B97F4A7C15u;
         sum ^= sum >> 29;
-        if (at % (8 * pieceSize) == 0 && at && stopped(1)) break;
+        if (at % (8 * PIECE_SIZE) == 0 && at && stopped(1)) break;
     }
     return sums[0] ^ sums[1] * 3 ^ sums[2] * 5 ^ sums[3] * 7;
 }
@@ -47,7 +47,7 @@ DWORD waitingTime()
     wchar_t seconds[16];
     const DWORD length = GetEnvironmentVariableW(L"RETOUCH_RESCUE_SECONDS", seconds, 16);
     const DWORD value = length > 0 && length < 16 ? (DWORD)wcstoul(seconds, nullptr, 10) : 0;
-    return value ? value * 1000 : everyMinute;
+    return value ? value * 1000 : EVERY_MINUTE;
 }
 
 DWORD WINAPI keepSafe(void*)
@@ -84,8 +84,8 @@ bool writeRescueFile(const std::wstring& path, const void* packed, bool patient)
     const size_t size = pictureSize(packed);
     BITMAPFILEHEADER head = {0x4D42, (DWORD)(sizeof head + size), 0, 0, sizeof head + sizeof(BITMAPINFOHEADER)};
     bool done = writePart(file, &head, sizeof head);
-    for (size_t at = 0; at < size && done; at += pieceSize) {
-        done = writePart(file, bytes + at, std::min(pieceSize, size - at));
+    for (size_t at = 0; at < size && done; at += PIECE_SIZE) {
+        done = writePart(file, bytes + at, std::min(PIECE_SIZE, size - at));
         if (patient && stopped(2)) done = false;
     }
     CloseHandle(file);

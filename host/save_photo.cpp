@@ -11,8 +11,8 @@
 
 namespace {
 
-const wchar_t writableFilter[] = L"JPEG\0*.jpg;*.jpeg;*.jpe\0PNG\0*.png\0TIFF\0*.tif;*.tiff\0BMP\0*.bmp;*.dib\0";
-const int namesToTry = 3;
+constexpr wchar_t WRITABLE_FILTER[] = L"JPEG\0*.jpg;*.jpeg;*.jpe\0PNG\0*.png\0TIFF\0*.tif;*.tiff\0BMP\0*.bmp;*.dib\0";
+constexpr int NAMES_TO_TRY = 3;
 
 std::wstring reasonOf(PhotoStatus status)
 {
@@ -120,7 +120,7 @@ bool askForOutput(std::wstring* suggestion)
     suggestion->copy(path, 32767);
     OPENFILENAMEW dialog = {};
     dialog.lStructSize = sizeof(dialog);
-    dialog.lpstrFilter = writableFilter;
+    dialog.lpstrFilter = WRITABLE_FILTER;
     dialog.nFilterIndex = (DWORD)formatOfName(*suggestion);
     dialog.lpstrFile = path;
     dialog.nMaxFile = 32768;
@@ -138,7 +138,7 @@ ExitCode savePhoto(const SaveRequest& request)
 {
     SaveRequest current = request;
     std::wstring problem;
-    for (int attempt = 0; attempt < (request.ownName ? namesToTry : 1); ++attempt) {
+    for (int attempt = 0; attempt < (request.ownName ? NAMES_TO_TRY : 1); ++attempt) {
         if (trySave(current, current.output, &problem)) {
             tellSaved(current, current.output);
             return exitSaved;

@@ -9,7 +9,7 @@
 namespace {
 
 HHOOK hook;
-const UINT sessionRuns = WM_APP;  // posted before the session: its loop finds it first
+constexpr UINT SESSION_RUNS = WM_APP;  // posted before the session: its loop finds it first
 
 BOOL CALLBACK acceptDrops(HWND window, LPARAM)
 {
@@ -21,7 +21,7 @@ BOOL CALLBACK acceptDrops(HWND window, LPARAM)
 // out before any window sees it.
 void takeOurs(MSG* message)
 {
-    if (message->message == sessionRuns && message->hwnd == hostWindow()) {
+    if (message->message == SESSION_RUNS && message->hwnd == hostWindow()) {
         EnumThreadWindows(GetCurrentThreadId(), acceptDrops, 0);
     } else if (message->message == WM_DROPFILES) {
         addDropped((HDROP)message->wParam);
@@ -45,7 +45,7 @@ LRESULT CALLBACK watchMessage(int code, WPARAM removed, LPARAM message)
 void beginSessionWatch()
 {
     hook = SetWindowsHookExW(WH_GETMESSAGE, watchMessage, nullptr, GetCurrentThreadId());
-    PostMessageW(hostWindow(), sessionRuns, 0, 0);
+    PostMessageW(hostWindow(), SESSION_RUNS, 0, 0);
 }
 
 void endSessionWatch()

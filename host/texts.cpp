@@ -12,14 +12,14 @@ const Language languages[] = {
 #include "host/text_languages.inc"
 };
 
-const wchar_t english[] = L"EN";
+constexpr wchar_t ENGLISH[] = L"EN";
 bool terminalListens = true;
 
 int offsetOf(const wchar_t* code)
 {
     for (const Language& language : languages)
         if (CompareStringOrdinal(language.code, 2, code, 2, TRUE) == CSTR_EQUAL) return language.offset;
-    return offsetOf(english);
+    return offsetOf(ENGLISH);
 }
 
 // The library goes by the same name of the locale.
@@ -28,7 +28,7 @@ int userOffset()
     wchar_t code[16] = L"";
     const DWORD length = GetEnvironmentVariableW(L"RETOUCH_LANGUAGE", code, 16);  // for tests and pictures
     if (length < 2 || length >= 16) GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SABBREVLANGNAME, code, 16);
-    return offsetOf(code[0] && code[1] ? code : english);
+    return offsetOf(code[0] && code[1] ? code : ENGLISH);
 }
 
 std::wstring load(int id)
@@ -62,7 +62,7 @@ std::wstring caption(TextId id, const std::wstring& first, const std::wstring& s
 
 std::wstring sentence(TextId id, const std::wstring& first, const std::wstring& second)
 {
-    return terminalListens ? filledIn(load(id + offsetOf(english)), first, second) : caption(id, first, second);
+    return terminalListens ? filledIn(load(id + offsetOf(ENGLISH)), first, second) : caption(id, first, second);
 }
 
 void speakToTerminal(bool terminal)

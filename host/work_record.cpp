@@ -9,7 +9,7 @@ namespace {
 HANDLE record = INVALID_HANDLE_VALUE;
 std::wstring recordName, recordedPhoto;
 
-const wchar_t recordExtension[] = L".work", pictureExtension[] = L".bmp";
+constexpr wchar_t RECORD_EXTENSION[] = L".work", PICTURE_EXTENSION[] = L".bmp";
 
 std::wstring stemOf(const std::wstring& name)
 {
@@ -59,7 +59,7 @@ bool readAbandoned(const std::wstring& name, AbandonedWork* work)
     if (file == INVALID_HANDLE_VALUE) return false;
     const std::vector<std::wstring> lines = linesOf(file);
     CloseHandle(file);
-    *work = {name, lines[0], stemOf(name) + pictureExtension};
+    *work = {name, lines[0], stemOf(name) + PICTURE_EXTENSION};
     tidySave(lines[1], lines[2]);
     DeleteFileW((stemOf(name) + L".tmp").c_str());  // a picture that was being written
     return true;
@@ -91,7 +91,7 @@ void openWorkRecord(const std::wstring& photo)
     const DWORD length = GetFullPathNameW(photo.c_str(), 32768, full, nullptr);
     recordedPhoto = length > 0 && length < 32768 ? full : photo;
     recordName = rescueFolder() + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(GetTickCount64()) +
-                 recordExtension;
+                 RECORD_EXTENSION;
     record = CreateFileW(recordName.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
     writeRecord(L"", L"");
 }
@@ -101,7 +101,7 @@ void closeWorkRecord()
     if (record == INVALID_HANDLE_VALUE) return;
     CloseHandle(record);
     record = INVALID_HANDLE_VALUE;
-    DeleteFileW((stemOf(recordName) + pictureExtension).c_str());
+    DeleteFileW((stemOf(recordName) + PICTURE_EXTENSION).c_str());
     DeleteFileW(recordName.c_str());
 }
 
@@ -112,7 +112,7 @@ void noteTemporary(const std::wstring& temporary, const std::wstring& target)
 
 std::wstring rescueFileName()
 {
-    return record == INVALID_HANDLE_VALUE ? L"" : stemOf(recordName) + pictureExtension;
+    return record == INVALID_HANDLE_VALUE ? L"" : stemOf(recordName) + PICTURE_EXTENSION;
 }
 
 std::vector<AbandonedWork> findAbandonedWork()
@@ -120,7 +120,7 @@ std::vector<AbandonedWork> findAbandonedWork()
     std::vector<AbandonedWork> found;
     const std::wstring folder = rescueFolder();
     WIN32_FIND_DATAW entry;
-    HANDLE search = FindFirstFileW((folder + L"*" + recordExtension).c_str(), &entry);
+    HANDLE search = FindFirstFileW((folder + L"*" + RECORD_EXTENSION).c_str(), &entry);
     if (search == INVALID_HANDLE_VALUE) return found;
     do {
         AbandonedWork work;

@@ -2,7 +2,7 @@
 
 #include "image/pixels/pixel_ops.h"
 
-static const uint32_t fixedHeaderBytes = sizeof(BITMAPINFOHEADER);
+constexpr uint32_t FIXED_HEADER_BYTES = sizeof(BITMAPINFOHEADER);
 
 bool lockBlock(HGLOBAL image, BitmapBlock* block)
 {
@@ -10,7 +10,7 @@ bool lockBlock(HGLOBAL image, BitmapBlock* block)
     BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(image);
     if (!header) return false;
     const uint64_t size = GlobalSize(image);
-    if (size < fixedHeaderBytes) {
+    if (size < FIXED_HEADER_BYTES) {
         GlobalUnlock(image);
         return false;
     }
@@ -25,7 +25,8 @@ void unlockBlock(const BitmapBlock& block)
 
 bool rowsFit(const BitmapBlock& block, uint64_t headerBytes, int bitsPerPixel)
 {
-    if (block.width < 1 || block.height < 1 || headerBytes < fixedHeaderBytes || headerBytes > block.size) return false;
+    if (block.width < 1 || block.height < 1 || headerBytes < FIXED_HEADER_BYTES || headerBytes > block.size)
+        return false;
     const uint64_t stride = ((uint64_t)block.width * (unsigned)bitsPerPixel + 31) / 32 * 4;
     if (stride == 0) return false;
     return (uint64_t)block.height <= (block.size - headerBytes) / stride;

@@ -18,7 +18,7 @@ void initBitmapHeader(BITMAPINFOHEADER* header, int width, int height, WORD bitC
 }
 
 // Half the address space: pointer differences inside one block must not overflow.
-static const uint64_t largestBlock = SIZE_MAX / 2;
+constexpr uint64_t LARGEST_BLOCK = SIZE_MAX / 2;
 
 static bool writeHeader(HGLOBAL image, int width, int height, WORD bitCount)
 {
@@ -34,7 +34,7 @@ static SIZE_T sizeOfBitmap(int width, int height, WORD bitCount)
 {
     if (width < 1 || height < 1) return 0;
     const uint64_t stride = (uint64_t)rowStride(width, bitCount);
-    if (stride > (largestBlock - sizeof(BITMAPINFOHEADER)) / (unsigned)height) return 0;
+    if (stride > (LARGEST_BLOCK - sizeof(BITMAPINFOHEADER)) / (unsigned)height) return 0;
     return (SIZE_T)(stride * (unsigned)height + sizeof(BITMAPINFOHEADER));
 }
 

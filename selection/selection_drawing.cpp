@@ -192,7 +192,7 @@ RECT pictureRect()
 // ---- what is new of an outline being drawn
 
 // After so many pixels of the line, a multiple of every system's dot and gap, its dots begin anew.
-const int dotPeriod = 24;
+constexpr int DOT_PERIOD = 24;
 
 // The same while the image lies on the screen as it does.
 RECT placeOfImage(HDC dc)
@@ -214,7 +214,7 @@ void followDots(OutlineDots& dots, const PixelPoint* points, int count)
     const int start = dots.start;
     for (int i = dots.end - start + 1; i < count; ++i) {
         dots.length += pixelsBetween(points[i - 1], points[i]);
-        if (dots.length % dotPeriod == 0) dots.start = start + i;
+        if (dots.length % DOT_PERIOD == 0) dots.start = start + i;
     }
     dots.end = start + count - 1;
 }

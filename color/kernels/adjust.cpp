@@ -20,7 +20,7 @@ static const ColourMethod methods[VECTOR_LEVEL_COUNT] = {
 };
 
 // Pixels that go through both steps at a time: few enough to stay in the nearest cache.
-static const size_t HLS_BLOCK = 4096;
+constexpr size_t HLS_BLOCK = 4096;
 
 void adjustPixels(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t pixelCount)
 {

@@ -11,7 +11,7 @@ namespace {
 
 #include "image/pixels/words_avx2.h"
 
-const size_t LANE_COUNT = 16;
+constexpr size_t LANE_COUNT = 16;
 typedef __m256i Truth;  // all ones for yes
 typedef __m256 FloatPart;
 

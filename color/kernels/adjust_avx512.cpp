@@ -11,7 +11,7 @@ namespace {
 
 #include "image/pixels/words_avx512.h"
 
-const size_t LANE_COUNT = 32;
+constexpr size_t LANE_COUNT = 32;
 typedef __mmask32 Truth;
 typedef __m512 FloatPart;
 

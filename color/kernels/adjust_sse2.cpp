@@ -11,7 +11,7 @@ namespace {
 
 #include "image/pixels/words_sse2.h"
 
-const size_t LANE_COUNT = 8;
+constexpr size_t LANE_COUNT = 8;
 typedef __m128i Truth;  // all ones for yes
 typedef __m128 FloatPart;
 

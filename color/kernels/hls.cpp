@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-static const int HLS_MAX = 252;  // a full turn, and the highest lightness and saturation
-static const int RGB_MAX = 255;
-static const int SIXTH = HLS_MAX / 6;
-static const int THIRD = HLS_MAX / 3;
-static const int GRAY_HUE = HLS_MAX * 2 / 3;
+constexpr int HLS_MAX = 252;  // a full turn, and the highest lightness and saturation
+constexpr int RGB_MAX = 255;
+constexpr int SIXTH = HLS_MAX / 6;
+constexpr int THIRD = HLS_MAX / 3;
+constexpr int GRAY_HUE = HLS_MAX * 2 / 3;
 
 // Distance of a channel from the highest one, in sixths of a turn; d is highest - lowest.
 static int channelDistance(int highest, int channel, int d)

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-static const int NO_CROSSING = 32766;  // the end mark of a row's list, and everything above it
+constexpr int NO_CROSSING = 32766;  // the end mark of a row's list, and everything above it
 
 struct Span {
     int entry, exit;

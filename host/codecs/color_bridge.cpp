@@ -6,7 +6,7 @@
 
 namespace {
 
-const int unnoticed = 2;  // a difference from sRGB that nobody sees
+constexpr int UNNOTICED = 2;  // a difference from sRGB that nobody sees
 
 // Whether a profile's colours are shown right without it.
 bool isLikeSrgb(cmsHTRANSFORM toScreen)
@@ -16,7 +16,7 @@ bool isLikeSrgb(cmsHTRANSFORM toScreen)
         const uint8_t before[3] = {pixel[0], pixel[1], pixel[2]};
         cmsDoTransform(toScreen, pixel, pixel, 1);
         for (int channel = 0; channel < 3; ++channel)
-            if (abs(pixel[channel] - before[channel]) > unnoticed) return false;
+            if (abs(pixel[channel] - before[channel]) > UNNOTICED) return false;
     }
     return true;
 }

@@ -11,4 +11,4 @@ PhotoStatus readJpeg(FILE* file, const RowSink& sink, PhotoFacts* facts);
 PhotoStatus writeJpeg(FILE* output, const EditedPhoto& photo, const PhotoFacts& facts, FILE* original, FILE* again);
 
 // The longest side that the format can say.
-const int JPEG_LONGEST_SIDE = 65500;
+constexpr int JPEG_LONGEST_SIDE = 65500;

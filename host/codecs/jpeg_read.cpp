@@ -6,7 +6,7 @@
 
 namespace {
 
-const int bandRows = 64;
+constexpr int BAND_ROWS = 64;
 
 long pelsPerMetre(const jpeg_decompress_struct& input, int density)
 {
@@ -35,9 +35,9 @@ PhotoStatus readRows(Reading* reading, const RowSink& sink, PhotoFacts* facts)
     reading->rows.bridge = openBridge(facts->profile, facts->inks ? 4 : 0, jpegInksAreInverted(input));
     startJpegRows(&reading->rows);
     const size_t stride = (size_t)width * 4;
-    reading->band.resize(stride * bandRows);
+    reading->band.resize(stride * BAND_ROWS);
     for (int row = 0; row < height;) {
-        const int count = readJpegRows(&reading->rows, reading->band.data(), stride, std::min(bandRows, height - row));
+        const int count = readJpegRows(&reading->rows, reading->band.data(), stride, std::min(BAND_ROWS, height - row));
         if (errors.damaged) return PhotoStatus::NotAPhoto;
         if (!sink.take(sink.context, reading->band.data(), (ptrdiff_t)stride, row, count))
             return PhotoStatus::NotAPhoto;

@@ -7,7 +7,7 @@
 
 namespace {
 
-const size_t longestSegment = 65533;
+constexpr size_t LONGEST_SEGMENT = 65533;
 
 struct SegmentMark {
     int marker;
@@ -33,7 +33,7 @@ std::vector<uint8_t> bytesOf(const jpeg_marker_struct* segment)
 
 void writeSegment(jpeg_compress_struct* output, int marker, const std::vector<uint8_t>& bytes)
 {
-    if (bytes.size() <= longestSegment) jpeg_write_marker(output, marker, bytes.data(), (unsigned)bytes.size());
+    if (bytes.size() <= LONGEST_SEGMENT) jpeg_write_marker(output, marker, bytes.data(), (unsigned)bytes.size());
 }
 
 void writeExif(jpeg_compress_struct* output, const uint8_t* exif, size_t size, const EditedPhoto& photo)

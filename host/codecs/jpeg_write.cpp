@@ -10,7 +10,7 @@ extern "C" {
 
 namespace {
 
-const int newQuality = 95;
+constexpr int NEW_QUALITY = 95;
 
 const JXFORM_CODE turns[] = {JXFORM_NONE,      JXFORM_FLIP_H, JXFORM_ROT_180,    JXFORM_FLIP_V,
                              JXFORM_TRANSPOSE, JXFORM_ROT_90, JXFORM_TRANSVERSE, JXFORM_ROT_270};
@@ -52,7 +52,7 @@ void takeSettings(const Writing& writing, jpeg_compress_struct* output)
 {
     jpeg_decompress_struct& input = const_cast<jpeg_decompress_struct&>(writing.input);
     if (input.num_components != 3 || input.jpeg_color_space != JCS_YCbCr) {
-        jpeg_set_quality(output, newQuality, TRUE);
+        jpeg_set_quality(output, NEW_QUALITY, TRUE);
         // A grey photo that has become a coloured one: as fine as it was.
         if (input.num_components == 1 && input.quant_tbl_ptrs[0])
             for (int i = 0; i < 2; ++i)
@@ -84,7 +84,7 @@ void encodeAll(Writing* writing, const EditedPhoto& photo, const PhotoFacts& fac
         takeSettings(*writing, &output);
     } else {
         if (keepsColors) writing->edit.bridge = openBridge(facts.profile, 0, false);
-        jpeg_set_quality(&output, newQuality, TRUE);
+        jpeg_set_quality(&output, NEW_QUALITY, TRUE);
         output.comp_info[0].h_samp_factor = output.comp_info[0].v_samp_factor = 1;
     }
     output.optimize_coding = TRUE;

@@ -5,12 +5,12 @@
 
 namespace {
 
-const int bandRows = 32;
+constexpr int BAND_ROWS = 32;
 
 PhotoStatus handRows(PngRows* rows, const RowSink& sink)
 {
     const size_t stride = (size_t)rows->width * 4;
-    const int most = (int)std::max<size_t>(1, std::min<size_t>(bandRows, (16u << 20) / stride));
+    const int most = (int)std::max<size_t>(1, std::min<size_t>(BAND_ROWS, (16u << 20) / stride));
     std::vector<uint8_t> band(stride * most), buffer;
     for (int row = 0; row < rows->height; row += most) {
         const int count = std::min(most, rows->height - row);

@@ -9,7 +9,7 @@
 
 namespace {
 
-const size_t comfortableBand = 16 << 20;
+constexpr size_t COMFORTABLE_BAND = 16 << 20;
 
 IWICImagingFactory* imaging;
 bool initialized;
@@ -64,7 +64,7 @@ bool handRows(const OpenPhoto& photo, const RowSink& sink)
 {
     const GifCanvas& canvas = photo.canvas;
     const size_t stride = (size_t)canvas.width * 4;
-    const int most = (int)std::max<size_t>(1, std::min<size_t>(64, comfortableBand / stride));
+    const int most = (int)std::max<size_t>(1, std::min<size_t>(64, COMFORTABLE_BAND / stride));
     std::vector<uint8_t> band(stride * most);
     for (int row = 0; row < canvas.height; row += most) {
         const int count = std::min(most, canvas.height - row);

@@ -8,7 +8,7 @@
 
 namespace {
 
-const int longerSide = 160;
+constexpr int LONGER_SIDE = 160;
 
 struct Thumbnail {
     int width, height;
@@ -18,10 +18,10 @@ struct Thumbnail {
 // Means of the pixels that fall together.
 Thumbnail shrink(const EditedPhoto& photo)
 {
-    const int longest = std::max({photo.width, photo.height, longerSide});
+    const int longest = std::max({photo.width, photo.height, LONGER_SIDE});
     Thumbnail small;
-    small.width = std::max((int)((int64_t)photo.width * longerSide / longest), 1);
-    small.height = std::max((int)((int64_t)photo.height * longerSide / longest), 1);
+    small.width = std::max((int)((int64_t)photo.width * LONGER_SIDE / longest), 1);
+    small.height = std::max((int)((int64_t)photo.height * LONGER_SIDE / longest), 1);
     small.bgr.resize((size_t)small.width * small.height * 3);
     const size_t stride = packedRowSize(photo.width);
     for (int y = 0; y < small.height; ++y)

@@ -7,8 +7,8 @@
 
 namespace {
 
-const uint32_t comfortableBand = 64;
-const uint64_t largestBand = 1u << 30;
+constexpr uint32_t COMFORTABLE_BAND = 64;
+constexpr uint64_t LARGEST_BAND = 1u << 30;
 
 void sayNothing(const char*, const char*, va_list) {}
 
@@ -21,7 +21,7 @@ uint32_t bandHeight(TIFF* file, const TiffLayout& layout)
     else
         TIFFGetFieldDefaulted(file, TIFFTAG_ROWSPERSTRIP, &unit);
     unit = std::max(1u, std::min(unit, layout.height));
-    return std::min((comfortableBand + unit - 1) / unit * unit, layout.height);
+    return std::min((COMFORTABLE_BAND + unit - 1) / unit * unit, layout.height);
 }
 
 long pelsPerMetre(TIFF* file, ttag_t tag)
@@ -52,7 +52,7 @@ PhotoStatus handBands(TIFF* file, TIFFRGBAImage* image, const TiffLayout& layout
 {
     const uint32_t rows = bandHeight(file, layout);
     const uint64_t size = (uint64_t)layout.width * rows * 4;
-    if (size > largestBand) return PhotoStatus::TooLarge;
+    if (size > LARGEST_BAND) return PhotoStatus::TooLarge;
     uint8_t* band = (uint8_t*)malloc((size_t)size);
     if (!band) return PhotoStatus::TooLarge;
     const ptrdiff_t stride = (ptrdiff_t)layout.width * 4;

@@ -10,14 +10,14 @@
 
 namespace {
 
-const long largestFile = 1l << 30;
+constexpr long LARGEST_FILE = 1l << 30;
 
 std::vector<uint8_t> readWhole(FILE* file)
 {
     std::vector<uint8_t> bytes;
     if (fseek(file, 0, SEEK_END) != 0) return bytes;
     const long size = ftell(file);
-    if (size <= 0 || size > largestFile || fseek(file, 0, SEEK_SET) != 0) return bytes;
+    if (size <= 0 || size > LARGEST_FILE || fseek(file, 0, SEEK_SET) != 0) return bytes;
     bytes.resize((size_t)size);
     bytes.resize(fread(bytes.data(), 1, bytes.size(), file));
     return bytes;

@@ -7,7 +7,7 @@
 #include "image/pixels/pixel_rows.h"
 #include "image/pixels/scarce_memory.h"
 
-static const int bytesPerPixel = 3;
+constexpr int BYTES_PER_PIXEL = 3;
 
 // Wide arithmetic: up to 8192 positions 16 bits would give the very same table, and beyond that they
 // would overflow.
@@ -48,9 +48,9 @@ static void gatherRow(uint8_t* to, const uint8_t* from, const uint32_t* offsets,
 {
     int x = 0;
     for (; x < loose; ++x)
-        copyPixelLoosely(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
+        copyPixelLoosely(to + (ptrdiff_t)x * BYTES_PER_PIXEL, from + offsets[x]);
     for (; x < width; ++x)
-        copyPixel(to + (ptrdiff_t)x * bytesPerPixel, from + offsets[x]);
+        copyPixel(to + (ptrdiff_t)x * BYTES_PER_PIXEL, from + offsets[x]);
 }
 
 // Turns columns into byte offsets and returns how many may be copied loosely. Columns never decrease.
@@ -59,7 +59,7 @@ static int columnsToOffsets(uint32_t* columns, int width, int sourceWidth)
     int loose = 0;
     for (int x = 0; x < width; ++x) {
         if (x < width - 1 && columns[x] < (uint32_t)sourceWidth - 1) loose = x + 1;
-        columns[x] *= bytesPerPixel;
+        columns[x] *= BYTES_PER_PIXEL;
     }
     return loose;
 }
@@ -77,7 +77,7 @@ struct NearestPlan {
 
 static uint32_t sourceByte(const uint32_t* offsets, uint32_t resultByte)
 {
-    return offsets[resultByte / bytesPerPixel] + resultByte % bytesPerPixel;
+    return offsets[resultByte / BYTES_PER_PIXEL] + resultByte % BYTES_PER_PIXEL;
 }
 
 // The last block of a row overlaps the one before it.
@@ -93,7 +93,7 @@ static uint32_t widestBlock(const uint32_t* offsets, int count, uint32_t rowByte
         const uint32_t start = blockStart(n, rowBytes);
         const uint32_t last = sourceByte(offsets, start + GatherBlocks::BYTES - 1);
         // Whole pixels: the first byte may be the last one of its pixel.
-        widest = std::max(widest, last - offsets[start / bytesPerPixel] + 1);
+        widest = std::max(widest, last - offsets[start / BYTES_PER_PIXEL] + 1);
     }
     return widest;
 }
@@ -109,7 +109,7 @@ static void fillBlocks(const NearestPlan& plan, uint32_t* to, uint32_t* from, ui
 {
     for (int n = 0; n < plan.blocks.count; ++n, number += GatherBlocks::BYTES) {
         to[n] = blockStart(n, rowBytes);
-        from[n] = std::min(plan.offsets[to[n] / bytesPerPixel], sourceBytes - (uint32_t)plan.blocks.window);
+        from[n] = std::min(plan.offsets[to[n] / BYTES_PER_PIXEL], sourceBytes - (uint32_t)plan.blocks.window);
         for (int i = 0; i < GatherBlocks::BYTES; ++i)
             number[i] = (uint8_t)(sourceByte(plan.offsets, to[n] + (uint32_t)i) - from[n]);
     }
@@ -117,7 +117,8 @@ static void fillBlocks(const NearestPlan& plan, uint32_t* to, uint32_t* from, ui
 
 static bool makePlan(NearestPlan* plan, const BitsView& result, const BitsView& source)
 {
-    const size_t rowBytes = (size_t)result.width * bytesPerPixel, sourceBytes = (size_t)source.width * bytesPerPixel;
+    const size_t rowBytes = (size_t)result.width * BYTES_PER_PIXEL,
+                 sourceBytes = (size_t)source.width * BYTES_PER_PIXEL;
     const size_t blocks = (rowBytes + GatherBlocks::BYTES - 1) / GatherBlocks::BYTES;
     const size_t entries = (size_t)result.width + (size_t)result.height + 2 * blocks;
     *plan = {};
@@ -149,10 +150,10 @@ static void scaleRow(uint8_t* to, const uint8_t* from, const NearestPlan& plan, 
 
 bool scaleNearest(const BitsView& result, const BitsView& source)
 {
-    if ((uint32_t)source.width > UINT32_MAX / bytesPerPixel) return false;
+    if ((uint32_t)source.width > UINT32_MAX / BYTES_PER_PIXEL) return false;
     NearestPlan plan;
     if (!makePlan(&plan, result, source)) return false;
-    const size_t rowBytes = (size_t)result.width * bytesPerPixel;
+    const size_t rowBytes = (size_t)result.width * BYTES_PER_PIXEL;
     for (int j = 0; j < result.height; ++j) {
         uint8_t* const to = rowOf(result, result.height - 1 - j);
         const uint8_t* const from = rowOf(source, source.height - 1 - (int)plan.rows[j]);

@@ -6,7 +6,7 @@
 #include "image/pixels/pixel_rows.h"
 #include "image/pixels/vector_bytes.h"
 
-static const int bytesPerPixel = 3;
+constexpr int BYTES_PER_PIXEL = 3;
 
 ClippedSpan clipSpan(int64_t position, int length, int limit)
 {
@@ -32,9 +32,9 @@ void copyFromOffset(const BitsView& destination, const BitsView& source, int lef
     const int firstRow = std::max(top, 0);
     if (right <= firstColumn || bottom <= firstRow) return;
 
-    const size_t bytes = (size_t)(right - firstColumn) * bytesPerPixel;
-    const ptrdiff_t destinationByte = (ptrdiff_t)((int64_t)firstColumn - left) * bytesPerPixel;
-    const ptrdiff_t sourceByte = (ptrdiff_t)firstColumn * bytesPerPixel;
+    const size_t bytes = (size_t)(right - firstColumn) * BYTES_PER_PIXEL;
+    const ptrdiff_t destinationByte = (ptrdiff_t)((int64_t)firstColumn - left) * BYTES_PER_PIXEL;
+    const ptrdiff_t sourceByte = (ptrdiff_t)firstColumn * BYTES_PER_PIXEL;
     for (int y = firstRow; y < bottom; ++y) {
         memcpy(rowOf(destination, (int)((int64_t)y - top)) + destinationByte, rowOf(source, y) + sourceByte, bytes);
     }
@@ -47,8 +47,8 @@ bool pasteWithByteSkip(const BitsView& destination, const BitsView& source, int 
     if (columns.misses || rows.misses) return false;
 
     // count + skipped never exceeds the source's width, so skipping fewer bytes stays inside the row.
-    const size_t bytes = (size_t)columns.count * bytesPerPixel;
-    const ptrdiff_t destinationByte = (ptrdiff_t)columns.start * bytesPerPixel;
+    const size_t bytes = (size_t)columns.count * BYTES_PER_PIXEL;
+    const ptrdiff_t destinationByte = (ptrdiff_t)columns.start * BYTES_PER_PIXEL;
     for (int y = 0; y < rows.count; ++y) {
         memmove(rowOf(destination, rows.start + y) + destinationByte, rowOf(source, rows.skipped + y) + columns.skipped,
                 bytes);
@@ -74,7 +74,7 @@ void fillWhereMapIsZero(const BitsView& image, const MapView& map, Rgb colour)
     for (int y = 0; y < height; ++y) {
         uint8_t* pixel = rowOf(image, y);
         const uint8_t* cell = rowOf(map, y);
-        for (int x = 0; x < width; ++x, pixel += bytesPerPixel) {
+        for (int x = 0; x < width; ++x, pixel += BYTES_PER_PIXEL) {
             if (cell[x] != 0) continue;
             pixel[0] = colour.blue;
             pixel[1] = colour.green;
@@ -98,12 +98,12 @@ struct RowSteps {
 static void mergeRuns(uint8_t* destination, const uint8_t* source, const uint8_t* mask, int width, const RowSteps& next)
 {
     const PixelRows& rows = pixelRows();
-    const size_t rowBytes = (size_t)width * bytesPerPixel;
+    const size_t rowBytes = (size_t)width * BYTES_PER_PIXEL;
     const bool apart = destination + rowBytes <= source || source + rowBytes <= destination;
     if (next.mask) fetchAhead(mask + next.mask, rowBytes);
     for (ptrdiff_t x = rows.findMask(mask, 0, width, true); x < width;) {
         const ptrdiff_t end = rows.findMask(mask, x, width, false);
-        const size_t offset = (size_t)x * bytesPerPixel, count = (size_t)(end - x) * bytesPerPixel;
+        const size_t offset = (size_t)x * BYTES_PER_PIXEL, count = (size_t)(end - x) * BYTES_PER_PIXEL;
         (apart ? rows.copy : moveBytes)(destination + offset, source + offset, count);
         if (next.mask) {
             fetchAhead(destination + offset + next.destination, count);
@@ -126,8 +126,8 @@ void mergeMasked(const BitsView& destination, const BitsView& source, const Bits
     const int64_t endY = std::min<int64_t>(source.height, (int64_t)destination.height - top);
     if (firstX >= endX) return;
 
-    const ptrdiff_t sourceByte = (ptrdiff_t)firstX * bytesPerPixel;
-    const ptrdiff_t destinationByte = (ptrdiff_t)(left + firstX) * bytesPerPixel;
+    const ptrdiff_t sourceByte = (ptrdiff_t)firstX * BYTES_PER_PIXEL;
+    const ptrdiff_t destinationByte = (ptrdiff_t)(left + firstX) * BYTES_PER_PIXEL;
     const RowSteps steps = {destination.stride, source.stride, mask.stride};
     for (int64_t y = firstY; y < endY; ++y) {
         mergeRuns(rowOf(destination, (int)(top + y)) + destinationByte, rowOf(source, (int)y) + sourceByte,
@@ -148,9 +148,9 @@ void mirrorRows(const BitsView& image)
 {
     for (int y = 0; y < image.height; ++y) {
         uint8_t* left = rowOf(image, y);
-        uint8_t* right = left + (ptrdiff_t)(image.width - 1) * bytesPerPixel;
-        for (; left < right; left += bytesPerPixel, right -= bytesPerPixel) {
-            std::swap_ranges(left, left + bytesPerPixel, right);
+        uint8_t* right = left + (ptrdiff_t)(image.width - 1) * BYTES_PER_PIXEL;
+        for (; left < right; left += BYTES_PER_PIXEL, right -= BYTES_PER_PIXEL) {
+            std::swap_ranges(left, left + BYTES_PER_PIXEL, right);
         }
     }
 }

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-static const uint8_t backgroundGray = 192;
+constexpr uint8_t BACKGROUND_GRAY = 192;
 
 ThumbnailArea fitThumbnail(int width, int height)
 {
@@ -38,7 +38,7 @@ static void drawRow(uint8_t* rgb, const ThumbnailArea& area, const uint8_t* imag
 
 void drawThumbnail(uint8_t (&rgb)[THUMBNAIL_BYTES], const BitsView& image, const BitsView& mask)
 {
-    memset(rgb, backgroundGray, sizeof rgb);
+    memset(rgb, BACKGROUND_GRAY, sizeof rgb);
     const ThumbnailArea area = fitThumbnail(image.width, image.height);
     for (int y = 0; y < area.height; ++y) {
         const int sourceRow = sourcePosition(y, area.height, image.height);

@@ -259,7 +259,7 @@ static const RowFormat rgbRows = {3, 1, swapRedAndBlue};
 static const RowFormat bitRows = {1, 8, unpackMaskRow};
 
 // A multiple of 3, so that a row which is longer can be cut between pixels.
-static const uint32_t bufferBytes = 3 * 64 * 1024;
+constexpr uint32_t BUFFER_BYTES = 3 * 64 * 1024;
 
 static uint64_t storedRowBytes(const RowFormat& format, int width)
 {
@@ -270,7 +270,7 @@ static uint64_t storedRowBytes(const RowFormat& format, int width)
 static bool readLongRow(const ByteSource& source, uint64_t offset, const RowFormat& format, uint8_t* to, int width,
                         uint8_t* buffer)
 {
-    const uint32_t pixelsAtOnce = bufferBytes / format.storedBytes * format.pixels;
+    const uint32_t pixelsAtOnce = BUFFER_BYTES / format.storedBytes * format.pixels;
     for (uint32_t left = (uint32_t)width; left > 0;) {
         const uint32_t some = std::min(left, pixelsAtOnce);
         const uint32_t bytes = (uint32_t)storedRowBytes(format, (int)some);
@@ -287,7 +287,7 @@ static bool readRowsInto(const ByteSource& source, uint64_t offset, const RowFor
                          uint8_t* buffer)
 {
     const uint64_t rowBytes = storedRowBytes(format, view.width);
-    const int rowsAtOnce = (int)std::min<uint64_t>(bufferBytes / rowBytes, (unsigned)view.height);
+    const int rowsAtOnce = (int)std::min<uint64_t>(BUFFER_BYTES / rowBytes, (unsigned)view.height);
     if (rowsAtOnce == 0) {
         for (int y = 0; y < view.height; ++y, offset += rowBytes) {
             if (!readLongRow(source, offset, format, rowOf(view, y), view.width, buffer)) return false;
@@ -308,7 +308,7 @@ static bool readRowsInto(const ByteSource& source, uint64_t offset, const RowFor
 static bool readRows(const ByteSource& source, uint64_t offset, const RowFormat& format, const BitsView& view)
 {
     if (!liesInside(source, offset, storedRowBytes(format, view.width) * (unsigned)view.height)) return false;
-    uint8_t* const buffer = (uint8_t*)malloc(bufferBytes);
+    uint8_t* const buffer = (uint8_t*)malloc(BUFFER_BYTES);
     const bool done = buffer && readRowsInto(source, offset, format, view, buffer);
     free(buffer);
     return done;

@@ -7,7 +7,7 @@
 #include "library/format/thumbnail.h"
 
 // Bytes are gathered into pieces of this size; the longest row (65535 pixels) fits.
-static const uint32_t bufferBytes = 256 * 1024;
+constexpr uint32_t BUFFER_BYTES = 256 * 1024;
 
 struct Output {
     const ByteSink* sink;
@@ -22,10 +22,10 @@ static bool flush(Output& out)
     return taken;
 }
 
-// Room for the next `count` bytes, at most bufferBytes. Null when what was gathered could not be written.
+// Room for the next `count` bytes, at most BUFFER_BYTES. Null when what was gathered could not be written.
 static uint8_t* nextBytes(Output& out, uint32_t count)
 {
-    if (count > bufferBytes - out.used && !flush(out)) return nullptr;
+    if (count > BUFFER_BYTES - out.used && !flush(out)) return nullptr;
     uint8_t* const bytes = out.buffer + out.used;
     out.used += count;
     return bytes;
@@ -171,7 +171,7 @@ bool writeSelectionImages(const ByteSink& sink, const SelectionImages& selection
     PartPlace parts[PART_COUNT];
     if (selection.image.width != selection.mask.width || selection.image.height != selection.mask.height) return false;
     if (!placeSelectionParts(selection.image.width, selection.image.height, parts)) return false;
-    Output out = {&sink, (uint8_t*)malloc(bufferBytes), 0};
+    Output out = {&sink, (uint8_t*)malloc(BUFFER_BYTES), 0};
     if (!out.buffer) return false;
     const bool written = writeParts(out, selection, parts);
     free(out.buffer);

@@ -80,7 +80,7 @@ void sortShortRow(const int32_t* columns, int count, int32_t* sorted)
 RowHead* linkRow(RowHead* head, const int32_t* first, const int32_t* end, RowHead* node)
 {
     RowHead* last = head;
-    while (first < end && *first < crossingEnd) {
+    while (first < end && *first < CROSSING_END) {
         const int32_t* const begin = first;
         while (first < end && *first == *begin)
             ++first;

@@ -10,7 +10,7 @@ struct Move {
 
 // Counter-clockwise from the upper left, as seen on the screen. The even ones are the diagonals.
 static const Move moves[8] = {{-1, -1}, {-1, 0}, {-1, 1}, {0, 1}, {1, 1}, {1, 0}, {1, -1}, {0, -1}};
-static const int moveBeforeTheFirst = 3;
+constexpr int MOVE_BEFORE_THE_FIRST = 3;
 
 // Where a walk is and how it got there; the next step follows from this alone.
 struct TraceState {
@@ -61,7 +61,7 @@ static bool samePoint(PixelPoint a, PixelPoint b)
 // compared with an earlier state, which moves up each time the number of steps has doubled.
 static TraceResult walk(const BitsView& mask, PixelPoint start, PixelPoint origin, PixelPoint*& points, int& count)
 {
-    TraceState state = {start, moveBeforeTheFirst}, earlier = state;
+    TraceState state = {start, MOVE_BEFORE_THE_FIRST}, earlier = state;
     int64_t steps = 0, renewal = 1;
     do {
         if (!appendOutlinePoint(points, count, PixelPoint{origin.x + state.at.x, origin.y + state.at.y}))

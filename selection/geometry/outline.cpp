@@ -7,12 +7,12 @@
 #include "selection/geometry/closed_outline.h"
 #include "tools/kernels/digital_line.h"
 
-static const int smallestRoom = 64;
+constexpr int SMALLEST_ROOM = 64;
 
 // Room for `count` points: the next power of two.
 static int64_t roomFor(int count)
 {
-    int64_t room = smallestRoom;
+    int64_t room = SMALLEST_ROOM;
     while (room < count)
         room *= 2;
     return room;
@@ -31,7 +31,7 @@ static PixelPoint* resizePoints(PixelPoint* points, int64_t room)
 
 static bool isFull(int count)
 {
-    return count == 0 || (count >= smallestRoom && (count & (count - 1)) == 0);
+    return count == 0 || (count >= SMALLEST_ROOM && (count & (count - 1)) == 0);
 }
 
 bool appendOutlinePoint(PixelPoint*& points, int& count, PixelPoint point)

@@ -5,7 +5,7 @@
 
 #include "tools/kernels/digital_line.h"
 
-static const double fullTurn = 6.28318530717958647692;
+constexpr double FULL_TURN = 6.28318530717958647692;
 
 // Points under construction. A failure sticks.
 struct PointList {
@@ -65,14 +65,14 @@ static Arc shorterArc(const BrushDab& dab, PixelPoint enters, PixelPoint leaves)
 {
     const double from = angleAt(dab, enters);
     double turn = angleAt(dab, leaves) - from;
-    if (turn > fullTurn / 2) turn -= fullTurn;
-    if (turn < -fullTurn / 2) turn += fullTurn;
+    if (turn > FULL_TURN / 2) turn -= FULL_TURN;
+    if (turn < -FULL_TURN / 2) turn += FULL_TURN;
     return Arc{from, turn};
 }
 
 static Arc otherArc(Arc arc)
 {
-    return Arc{arc.from, arc.turn > 0 ? arc.turn - fullTurn : arc.turn + fullTurn};
+    return Arc{arc.from, arc.turn > 0 ? arc.turn - FULL_TURN : arc.turn + FULL_TURN};
 }
 
 // Rounded to pixels of the circle; steps are shorter than a pixel.
@@ -172,7 +172,7 @@ static BrushResult reshapeWhole(const BrushDab& dab, PixelRect canvas, PixelPoin
 {
     if (!dab.adds) return BRUSH_CLEARED;
     PointList circle = {};
-    addArc(circle, dab, Arc{0, fullTurn}, canvas);
+    addArc(circle, dab, Arc{0, FULL_TURN}, canvas);
     return finish(circle, reshaped, reshapedCount);
 }
 

@@ -21,26 +21,26 @@ struct TableHeader {
     int rowCount;
 };
 
-static const int firstBlockNodes = 1024;
-static const int largestBlockNodes = 65536;
-static const int hintDistance = 32;
+constexpr int FIRST_BLOCK_NODES = 1024;
+constexpr int LARGEST_BLOCK_NODES = 65536;
+constexpr int HINT_DISTANCE = 32;
 
 // Keeps the heads after the header aligned.
-static const size_t headerBytes = (sizeof(TableHeader) + 15) & ~(size_t)15;
+constexpr size_t HEADER_BYTES = (sizeof(TableHeader) + 15) & ~(size_t)15;
 
 static TableHeader* headerOf(RowHead* table)
 {
-    return (TableHeader*)((char*)table - headerBytes);
+    return (TableHeader*)((char*)table - HEADER_BYTES);
 }
 
 static const TableHeader* headerOf(const RowHead* table)
 {
-    return (const TableHeader*)((const char*)table - headerBytes);
+    return (const TableHeader*)((const char*)table - HEADER_BYTES);
 }
 
 static void clearRow(RowHead* head)
 {
-    head->x = crossingEnd;
+    head->x = CROSSING_END;
     head->next = head;
 }
 
@@ -48,10 +48,10 @@ RowHead* createCrossings(int rowCount)
 {
     if (rowCount < 0) return nullptr;
     const size_t heads = (size_t)rowCount + 1, perHead = sizeof(RowHead) + sizeof(RowHead*);
-    if (heads > ((size_t)PTRDIFF_MAX - headerBytes) / perHead) return nullptr;
-    char* memory = (char*)takeMemory(headerBytes + heads * perHead);
+    if (heads > ((size_t)PTRDIFF_MAX - HEADER_BYTES) / perHead) return nullptr;
+    char* memory = (char*)takeMemory(HEADER_BYTES + heads * perHead);
     if (!memory) return nullptr;
-    RowHead* table = (RowHead*)(memory + headerBytes);
+    RowHead* table = (RowHead*)(memory + HEADER_BYTES);
     TableHeader* header = headerOf(table);
     *header = TableHeader{nullptr, nullptr, (RowHead**)(table + heads), rowCount};
     for (size_t row = 0; row < heads; ++row) {
@@ -105,8 +105,8 @@ void returnNodes(RowHead* table, size_t count)
 
 static int nextBlockSize(const NodeBlock* block)
 {
-    if (!block) return firstBlockNodes;
-    return block->size < largestBlockNodes / 2 ? block->size * 2 : largestBlockNodes;
+    if (!block) return FIRST_BLOCK_NODES;
+    return block->size < LARGEST_BLOCK_NODES / 2 ? block->size * 2 : LARGEST_BLOCK_NODES;
 }
 
 static RowHead* takeNode(TableHeader* header)
@@ -150,7 +150,7 @@ static RowHead* findBefore(TableHeader* header, RowHead* table, int row, int32_t
     RowHead* behind = before;
     for (int steps = 0; before->next->x < x; ++steps) {
         before = before->next;
-        if (steps >= hintDistance) behind = behind->next;
+        if (steps >= HINT_DISTANCE) behind = behind->next;
     }
     header->hints[row] = behind;
     return before;
@@ -161,7 +161,7 @@ bool addCrossing(RowHead* table, PixelPoint from, PixelPoint to)
     const int row = from.y > to.y ? from.y : to.y, x = from.x > to.x ? from.x : to.x;
     TableHeader* header = headerOf(table);
     // The row equal to the count is let through, as is meant: it has a head of its own.
-    if (row < 0 || row > header->rowCount || x >= crossingEnd) return true;
+    if (row < 0 || row > header->rowCount || x >= CROSSING_END) return true;
     RowHead* before = findBefore(header, table, row, x);
     if (before->next->x != x) return insertAfter(header, before, x);
     removeAfter(header, before);
@@ -186,7 +186,7 @@ static bool copyRow(TableHeader* header, RowHead* target, const RowHead* source,
     RowHead* last = target;
     for (const RowHead* node = source->next; node != source; node = node->next) {
         const int64_t x = mapColumn(map, node->x);
-        if (x >= crossingEnd || x < INT32_MIN) continue;
+        if (x >= CROSSING_END || x < INT32_MIN) continue;
         if (!insertAfter(header, last, (int32_t)x)) return false;
         if (map.columnFactor > 0) last = last->next;
     }
@@ -220,22 +220,22 @@ static RowHead* copyMapped(const RowHead* source, const CrossingMap& map, int ro
     return nullptr;
 }
 
-static const int64_t anyColumn = INT64_MAX;
+constexpr int64_t ANY_COLUMN = INT64_MAX;
 
 RowHead* copyCrossings(const RowHead* table)
 {
-    return copyMapped(table, CrossingMap{1, 0, 1, 0, anyColumn}, crossingRowCount(table));
+    return copyMapped(table, CrossingMap{1, 0, 1, 0, ANY_COLUMN}, crossingRowCount(table));
 }
 
 RowHead* cropCrossings(const RowHead* table, PixelRect rect)
 {
-    const CrossingMap toCorner = {1, -(int64_t)rect.top, 1, -(int64_t)rect.left, anyColumn};
+    const CrossingMap toCorner = {1, -(int64_t)rect.top, 1, -(int64_t)rect.left, ANY_COLUMN};
     return copyMapped(table, toCorner, rect.bottom - rect.top);
 }
 
 RowHead* mirrorCrossingsVertically(const RowHead* table, PixelRect rect)
 {
-    const CrossingMap upsideDown = {-1, (int64_t)rect.top + rect.bottom, 1, 0, anyColumn};
+    const CrossingMap upsideDown = {-1, (int64_t)rect.top + rect.bottom, 1, 0, ANY_COLUMN};
     return copyMapped(table, upsideDown, crossingRowCount(table));
 }
 
@@ -270,7 +270,7 @@ static int32_t lastColumn(const RowHead* head)
 bool computeCrossingBounds(const RowHead* table, PixelRect& rect)
 {
     const int rowCount = crossingRowCount(table);
-    int left = crossingEnd, top = rowCount, right = 0, bottom = 0;
+    int left = CROSSING_END, top = rowCount, right = 0, bottom = 0;
     for (int row = 0; row < rowCount; ++row) {
         const RowHead* head = table + row;
         if (head->next == head) continue;

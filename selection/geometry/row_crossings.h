@@ -1,7 +1,7 @@
 // The row-crossing table: for each image row the columns at which the selection's outline crosses it.
 //
 // A table is an array of heads, one for each image row and one more. Each head is the sentinel of a
-// circular list sorted by ascending column: an empty row is a head whose x is crossingEnd and whose
+// circular list sorted by ascending column: an empty row is a head whose x is CROSSING_END and whose
 // next points to the head itself. Selected are the pixels from the 1st crossing up to the 2nd, from
 // the 3rd up to the 4th and so on; a last crossing without a partner selects nothing.
 //
@@ -15,7 +15,7 @@
 
 #include "image/pixels/bits_view.h"
 
-const int32_t crossingEnd = 32766;  // ends every row; nothing is stored at or beyond it
+constexpr int32_t CROSSING_END = 32766;  // ends every row; nothing is stored at or beyond it
 
 // A head or a crossing: the two look alike.
 struct RowHead {
@@ -37,7 +37,7 @@ int crossingRowCount(const RowHead* table);
 
 // Adds the crossing of an outline step between two points that lie on different rows: on the lower
 // row, at the larger column. Two crossings at one place cancel. Rows below 0 and above the row count
-// (not AT it), and columns from crossingEnd on, are ignored. False when there was no memory: the table
+// (not AT it), and columns from CROSSING_END on, are ignored. False when there was no memory: the table
 // then lacks this crossing.
 bool addCrossing(RowHead* table, PixelPoint from, PixelPoint to);
 
@@ -76,7 +76,7 @@ inline SpanWalk beginSpans(const RowHead* head)
 
 inline bool nextSpan(SpanWalk& walk, CrossingSpan& span)
 {
-    if (!walk.at || walk.at->x >= crossingEnd || walk.at->next->x >= crossingEnd) return false;
+    if (!walk.at || walk.at->x >= CROSSING_END || walk.at->next->x >= CROSSING_END) return false;
     span = CrossingSpan{walk.at->x, walk.at->next->x};
     walk.at = walk.at->next->next;
     return true;

@@ -98,14 +98,14 @@ static void addPixel(WeightedSum& sum, const PlacedImage& source, int column, in
         sum.channels[c] += weight * pixel[c];
 }
 
-// The nearest inside pixel to (x, y), by the straight distance; null beyond turnSearch rows or columns.
+// The nearest inside pixel to (x, y), by the straight distance; null beyond TURN_SEARCH rows or columns.
 static const uint8_t* nearestInside(const PlacedImage& source, double x, double y)
 {
     const int column = (int)floor(x + 0.5), row = (int)floor(y + 0.5);
     const uint8_t* nearest = nullptr;
     double best = 0;
-    for (int v = row - turnSearch; v <= row + turnSearch; ++v) {
-        for (int u = column - turnSearch; u <= column + turnSearch; ++u) {
+    for (int v = row - TURN_SEARCH; v <= row + TURN_SEARCH; ++v) {
+        for (int u = column - TURN_SEARCH; u <= column + TURN_SEARCH; ++u) {
             const double distance = (u - x) * (u - x) + (v - y) * (v - y);
             if ((nearest && distance >= best) || !isInside(source, u, v)) continue;
             nearest = pixelAt(source, u, v);

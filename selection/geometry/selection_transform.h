@@ -45,12 +45,12 @@ struct PlacedImage {
 // Fills `target` wherever its mask is inside; other pixels become black. Each pixel is turned back into
 // the source and weighted bilinearly from the up to four pixels around that place that are inside the
 // source's mask, so that nothing from outside the outline bleeds in. Where none of the four is inside
-// (the turned outline is rounded to whole pixels), the nearest inside pixel within turnSearch is taken,
+// (the turned outline is rounded to whole pixels), the nearest inside pixel within TURN_SEARCH is taken,
 // and black beyond that. `turn` is the turn from the source to the target.
 //
 // A pixel (x, y) stands for the point (x + 1/2, y - 1/2) of the plane in which outlines are drawn: a
 // span begins AT its crossing, and a step between two rows belongs to the lower one.
-const int turnSearch = 4;
+constexpr int TURN_SEARCH = 4;
 void turnPixels(const PlacedImage& target, const PlacedImage& source, const Turn& turn);
 
 // ---- angles

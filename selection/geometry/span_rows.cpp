@@ -25,7 +25,7 @@ static int copyColumns(int* columns, const RowHead* head, int left)
 // The rows begin with their smallest column.
 static int smallestColumn(const RowHead* table, int heads)
 {
-    int smallest = crossingEnd;
+    int smallest = CROSSING_END;
     for (int row = 0; row < heads; ++row)
         if (table[row].next->x < smallest) smallest = table[row].next->x;
     return smallest;
@@ -36,7 +36,7 @@ bool makeSpanOutline(const RowHead* table, PixelRect rect, SpanOutline& outline)
 {
     outline = SpanOutline{};
     const int heads = crossingRowCount(table) + 1, smallest = smallestColumn(table, heads);
-    const bool usable = rect.left + smallest >= 1 && rect.right < crossingEnd;
+    const bool usable = rect.left + smallest >= 1 && rect.right < CROSSING_END;
     const int left = usable ? rect.left : 1 - smallest;
     const size_t bytes = (size_t)heads * sizeof(RowSpans) + countCrossings(table, heads) * sizeof(int);
     RowSpans* rows = (RowSpans*)takeMemory(bytes);

@@ -7,9 +7,9 @@
 
 #include "control_dialog.h"
 
-enum { PICTURE_WIDTH = 30, PICTURE_HEIGHT = 20 };
+constexpr int PICTURE_WIDTH = 30, PICTURE_HEIGHT = 20;
 static const RECT place = {10, 10, 50, 40};  // the picture stands in its middle: at (15, 15)
-static const COLORREF background = RGB(192, 192, 192);
+constexpr COLORREF BACKGROUND_COLOUR = RGB(192, 192, 192);
 
 // The left half is the background, the right half dark.
 static HGLOBAL packedPicture()
@@ -75,7 +75,7 @@ struct Drag : testing::Test {
             if (message != WM_LBUTTONDOWN) return 0;
             const POINT grab = {(short)LOWORD(lp) - place.left, (short)HIWORD(lp) - place.top};
             drags = true;
-            result = controlLibrary().dragBitmap(dialog, block, &place, grab, background);
+            result = controlLibrary().dragBitmap(dialog, block, &place, grab, BACKGROUND_COLOUR);
             return TRUE;
         };
     }
@@ -200,7 +200,7 @@ TEST_F(Drag, QuitMessageStaysForTheLoopOutside)
     pressLeft();
     ASSERT_TRUE(poll([] { return GetAsyncKeyState(VK_LBUTTON) < 0; }));
     PostQuitMessage(7);
-    EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, block, &place, POINT{1, 1}, background));
+    EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, block, &place, POINT{1, 1}, BACKGROUND_COLOUR));
     releaseLeft();
     MSG message = {};
     EXPECT_TRUE(poll([&] { return PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != 0; }));
@@ -211,7 +211,7 @@ TEST_F(Drag, QuitMessageStaysForTheLoopOutside)
 
 TEST_F(Drag, DoesNotStartWithoutAPressedButton)
 {
-    EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, block, &place, POINT{1, 1}, background));
+    EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, block, &place, POINT{1, 1}, BACKGROUND_COLOUR));
 }
 
 TEST_F(Drag, DoesNotStartWithoutASoundBitmap)
@@ -219,9 +219,9 @@ TEST_F(Drag, DoesNotStartWithoutASoundBitmap)
     movePointer(start);
     pressLeft();
     ASSERT_TRUE(poll([] { return GetAsyncKeyState(VK_LBUTTON) < 0; }));
-    EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, nullptr, &place, POINT{1, 1}, background));
-    EXPECT_EQ(0, controlLibrary().dragBitmap(nullptr, block, &place, POINT{1, 1}, background));
-    EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, block, nullptr, POINT{1, 1}, background));
+    EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, nullptr, &place, POINT{1, 1}, BACKGROUND_COLOUR));
+    EXPECT_EQ(0, controlLibrary().dragBitmap(nullptr, block, &place, POINT{1, 1}, BACKGROUND_COLOUR));
+    EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, block, nullptr, POINT{1, 1}, BACKGROUND_COLOUR));
     static const struct {
         const char* name;
         void (*spoil)(BITMAPINFOHEADER*);
@@ -237,7 +237,7 @@ TEST_F(Drag, DoesNotStartWithoutASoundBitmap)
         HGLOBAL spoiled = packedPicture();
         one.spoil((BITMAPINFOHEADER*)GlobalLock(spoiled));
         GlobalUnlock(spoiled);
-        EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, spoiled, &place, POINT{1, 1}, background)) << one.name;
+        EXPECT_EQ(0, controlLibrary().dragBitmap(dialog, spoiled, &place, POINT{1, 1}, BACKGROUND_COLOUR)) << one.name;
         GlobalFree(spoiled);
     }
     dialogLog.handler = nullptr;

@@ -12,7 +12,7 @@ static const std::vector<ControlSpec> sample = {
 // How many more bitmaps the process can make. (Not every system counts a process's GDI objects.)
 static int bitmapsLeft()
 {
-    enum { ENOUGH = 1 << 17 };
+    static constexpr int ENOUGH = 1 << 17;
     std::vector<HBITMAP> made;
     while (made.size() < ENOUGH) {
         HBITMAP bitmap = CreateBitmap(1, 1, 1, 1, nullptr);

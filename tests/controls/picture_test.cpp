@@ -2,7 +2,7 @@
 
 #include "control_dialog.h"
 
-enum : uint32_t { RED = 0xE01020, GREEN = 0x10C020, BLUE = 0x2030D0 };
+constexpr uint32_t RED = 0xE01020, GREEN = 0x10C020, BLUE = 0x2030D0;
 
 static const std::vector<ControlSpec> sample = {
     {L"Bouton", L"BB:Brush", 117, BS_AUTORADIOBUTTON | BS_PUSHLIKE, 4, 4, 24, 24},

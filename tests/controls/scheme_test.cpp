@@ -6,7 +6,7 @@
 #include "control_dialog.h"
 #include "tests/session/import_patch.h"
 
-static const COLORREF BLACK = 0x000000, WHITE = 0xFFFFFF, YELLOW = 0x00FFFF;
+constexpr COLORREF BLACK = 0x000000, WHITE = 0xFFFFFF, YELLOW = 0x00FFFF;
 static bool highContrast;
 
 static BOOL WINAPI fakeParameters(UINT action, UINT size, void* data, UINT flags)

@@ -24,7 +24,7 @@ enum Control {
     OPACITY_BAR = 212,
     SOFT = 214,
 };
-enum { LIBRARY_SAVE = 8, LIBRARY_DELETE = 9, LIBRARY_LIST = 10 };
+constexpr int LIBRARY_SAVE = 8, LIBRARY_DELETE = 9, LIBRARY_LIST = 10;
 
 const std::vector<POINT> stroke = {{30, 40}, {80, 60}, {150, 50}, {239, 120}, {200, 170}};
 

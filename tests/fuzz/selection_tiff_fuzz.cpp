@@ -51,7 +51,7 @@ static const uint32_t telling[] = {0,          1,          2,          3,       
                                    0xAAAAAAAB, 0xFFFFFF00, 0xFFFFFFF8, 0xFFFFFFFD, 0xFFFFFFFE, 0xFFFFFFFF};
 
 // Offsets of the first directory's parts.
-static const size_t firstDirectory = 8, firstEntry = 10, nextDirectory = 166;
+constexpr size_t FIRST_DIRECTORY = 8, FIRST_ENTRY = 10, NEXT_DIRECTORY = 166;
 
 TEST(SelectionTiffFuzz, CutAtEveryByte)
 {
@@ -89,12 +89,12 @@ TEST(SelectionTiffFuzz, PairsOfLyingEntries)
         for (int second = 0; second < 13; ++second) {
             for (const uint32_t a : telling) {
                 std::vector<uint8_t> bytes = whole;
-                put(bytes, firstEntry + (size_t)first * 12 + 2, 4, 2, false);
-                put(bytes, firstEntry + (size_t)second * 12 + 2, 4, 2, false);
-                put(bytes, firstEntry + (size_t)first * 12 + 8, a, 4, false);
-                put(bytes, firstEntry + (size_t)second * 12 + 8, telling[(a ^ (uint32_t)first) % 27], 4, false);
+                put(bytes, FIRST_ENTRY + (size_t)first * 12 + 2, 4, 2, false);
+                put(bytes, FIRST_ENTRY + (size_t)second * 12 + 2, 4, 2, false);
+                put(bytes, FIRST_ENTRY + (size_t)first * 12 + 8, a, 4, false);
+                put(bytes, FIRST_ENTRY + (size_t)second * 12 + 8, telling[(a ^ (uint32_t)first) % 27], 4, false);
                 tryFile(bytes);
-                put(bytes, firstEntry + (size_t)first * 12 + 4, a, 4, false);
+                put(bytes, FIRST_ENTRY + (size_t)first * 12 + 4, a, 4, false);
                 tryFile(bytes);
             }
         }
@@ -106,8 +106,8 @@ TEST(SelectionTiffFuzz, AWidthTimesHeightThatOverflows32BitsIsRefused)
     // 0x10001 x 0x10000 x 3 is 0x30000 in 32 bits: a file of that size must not pass for the picture.
     std::vector<uint8_t> bytes = referenceTiff(randomSelection(4, 256, 256));
     const auto setLong = [&](int index, uint32_t value) {
-        put(bytes, firstEntry + (size_t)index * 12 + 2, 4, 2, false);
-        put(bytes, firstEntry + (size_t)index * 12 + 8, value, 4, false);
+        put(bytes, FIRST_ENTRY + (size_t)index * 12 + 2, 4, 2, false);
+        put(bytes, FIRST_ENTRY + (size_t)index * 12 + 8, value, 4, false);
     };
     setLong(1, 0x10001);
     setLong(2, 0x10000);
@@ -122,7 +122,7 @@ TEST(SelectionTiffFuzz, HugeCountsCostNothing)
 {
     for (int index = 0; index < 13; ++index) {
         std::vector<uint8_t> bytes = referenceTiff(randomSelection(5, 17, 9));
-        put(bytes, firstEntry + (size_t)index * 12 + 4, 0xFFFFFFFF, 4, false);
+        put(bytes, FIRST_ENTRY + (size_t)index * 12 + 4, 0xFFFFFFFF, 4, false);
         MemoryFile file;
         file.bytes = bytes;
         SelectionDescription d;
@@ -139,7 +139,7 @@ TEST(SelectionTiffFuzz, ADirectoryOf65535EntriesIsReadOnce)
     bytes.push_back(0xFF);
     bytes.push_back(0xFF);
     for (int i = 0; i < 65535; ++i) {  // the same thirteen entries again and again
-        const size_t from = firstEntry + (size_t)(i % 13) * 12;
+        const size_t from = FIRST_ENTRY + (size_t)(i % 13) * 12;
         for (size_t k = 0; k < 12; ++k)
             bytes.push_back(bytes[from + k]);
     }
@@ -163,7 +163,7 @@ TEST(SelectionTiffFuzz, EveryNeededTagMustBeThere)
                 {7, true},  {8, false}, {9, true}, {10, false}, {11, false}, {12, false}};
     for (const auto& tag : tags) {
         std::vector<uint8_t> bytes = referenceTiff(randomSelection(7, 17, 9));
-        put(bytes, firstEntry + (size_t)tag.index * 12, 40000, 2, false);
+        put(bytes, FIRST_ENTRY + (size_t)tag.index * 12, 40000, 2, false);
         EXPECT_EQ(tryFile(bytes), !tag.needed) << "entry " << tag.index;
     }
 }
@@ -175,22 +175,22 @@ TEST(SelectionTiffFuzz, ZeroSizesWrongImagesAndASingleImageAreRefused)
         uint32_t value;
         int size;
     } changes[] = {
-        {0, 'X', 1},                     // neither byte order
-        {4, 0, 4},                       // no directory
-        {nextDirectory, 0, 4},           // a single image
-        {firstEntry + 8, 1, 4},          // not the main image
-        {firstEntry + 12 + 8, 0, 2},     // no width
-        {firstEntry + 24 + 8, 0, 2},     // no height
-        {firstEntry + 36 + 4, 1, 4},     // one sample
-        {170, 16, 2},                    // 16 bits
-        {firstEntry + 48 + 8, 5, 2},     // compressed
-        {firstEntry + 60 + 8, 1, 2},     // gray
-        {firstEntry + 72 + 4, 2, 4},     // two strips
-        {firstEntry + 84 + 8, 4, 2},     // four samples
-        {firstEntry + 108 + 8, 460, 4},  // a byte too many
-        {firstEntry + 120 + 2, 4, 2},    // a resolution that is no rational
-        {firstEntry + 132 + 4, 2, 4},    // two vertical resolutions
-        {firstDirectory, 0xFFFF, 2},     // more entries than the file holds
+        {0, 'X', 1},                      // neither byte order
+        {4, 0, 4},                        // no directory
+        {NEXT_DIRECTORY, 0, 4},           // a single image
+        {FIRST_ENTRY + 8, 1, 4},          // not the main image
+        {FIRST_ENTRY + 12 + 8, 0, 2},     // no width
+        {FIRST_ENTRY + 24 + 8, 0, 2},     // no height
+        {FIRST_ENTRY + 36 + 4, 1, 4},     // one sample
+        {170, 16, 2},                     // 16 bits
+        {FIRST_ENTRY + 48 + 8, 5, 2},     // compressed
+        {FIRST_ENTRY + 60 + 8, 1, 2},     // gray
+        {FIRST_ENTRY + 72 + 4, 2, 4},     // two strips
+        {FIRST_ENTRY + 84 + 8, 4, 2},     // four samples
+        {FIRST_ENTRY + 108 + 8, 460, 4},  // a byte too many
+        {FIRST_ENTRY + 120 + 2, 4, 2},    // a resolution that is no rational
+        {FIRST_ENTRY + 132 + 4, 2, 4},    // two vertical resolutions
+        {FIRST_DIRECTORY, 0xFFFF, 2},     // more entries than the file holds
     };
     for (const auto& change : changes) {
         std::vector<uint8_t> bytes = referenceTiff(randomSelection(8, 17, 9));

@@ -10,26 +10,26 @@
 
 namespace {
 
-constexpr int width = 50, height = 35;  // shown exactly 20 times as large by every host
-constexpr size_t headerSize = 54, rowBytes = 152;
-constexpr int brushButton = 117, closeButton = 2, saveButton = 8;
-constexpr COLORREF paintColour = 0x00C0C0FF;  // what Brush starts with
+constexpr int WIDTH = 50, HEIGHT = 35;  // shown exactly 20 times as large by every host
+constexpr size_t HEADER_SIZE = 54, ROW_BYTES = 152;
+constexpr int BRUSH_BUTTON = 117, CLOSE_BUTTON = 2, SAVE_BUTTON = 8;
+constexpr COLORREF PAINT_COLOUR = 0x00C0C0FF;  // what Brush starts with
 
 std::vector<uint8_t> photo()
 {
-    std::vector<uint8_t> file(headerSize + rowBytes * height);
-    BITMAPFILEHEADER head = {0x4D42, (DWORD)file.size(), 0, 0, (DWORD)headerSize};
-    BITMAPINFOHEADER info = {sizeof info, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    std::vector<uint8_t> file(HEADER_SIZE + ROW_BYTES * HEIGHT);
+    BITMAPFILEHEADER head = {0x4D42, (DWORD)file.size(), 0, 0, (DWORD)HEADER_SIZE};
+    BITMAPINFOHEADER info = {sizeof info, WIDTH, HEIGHT, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
     memcpy(&file[0], &head, sizeof head);
     memcpy(&file[sizeof head], &info, sizeof info);
-    for (size_t i = headerSize; i < file.size(); ++i)
-        file[i] = (uint8_t)((i - headerSize) % rowBytes < width * 3 ? i * 7 % 200 : 0);
+    for (size_t i = HEADER_SIZE; i < file.size(); ++i)
+        file[i] = (uint8_t)((i - HEADER_SIZE) % ROW_BYTES < WIDTH * 3 ? i * 7 % 200 : 0);
     return file;
 }
 
 COLORREF pixelOf(const std::vector<uint8_t>& file, int x, int y)
 {
-    const uint8_t* at = &file[headerSize + rowBytes * (size_t)(height - 1 - y) + 3 * (size_t)x];
+    const uint8_t* at = &file[HEADER_SIZE + ROW_BYTES * (size_t)(HEIGHT - 1 - y) + 3 * (size_t)x];
     return RGB(at[2], at[1], at[0]);
 }
 
@@ -105,7 +105,7 @@ BOOL CALLBACK findParts(HWND window, LPARAM parameter)
     GetWindowThreadProcessId(window, &process);
     if (process != editor->process || !IsWindowVisible(window)) return TRUE;
     if (HWND canvas = FindWindowExA(window, nullptr, "KOVRETOUCH", nullptr)) editor->canvas = canvas;
-    if (GetDlgItem(window, brushButton)) editor->palette = window;
+    if (GetDlgItem(window, BRUSH_BUTTON)) editor->palette = window;
     return TRUE;
 }
 
@@ -149,7 +149,7 @@ POINT onScreen(const Editor& editor, int x, int y)
 {
     RECT client;
     GetClientRect(editor.canvas, &client);
-    POINT at = {(2 * x + 1) * client.right / (2 * width), (2 * y + 1) * client.bottom / (2 * height)};
+    POINT at = {(2 * x + 1) * client.right / (2 * WIDTH), (2 * y + 1) * client.bottom / (2 * HEIGHT)};
     ClientToScreen(editor.canvas, &at);
     return at;
 }
@@ -165,7 +165,7 @@ bool shows(POINT at, COLORREF colour)
 // A stroke of the brush as it is at the start, 16 pixels wide, along the middle row.
 bool paintStroke(const Editor& editor)
 {
-    const HWND brush = GetDlgItem(editor.palette, brushButton);
+    const HWND brush = GetDlgItem(editor.palette, BRUSH_BUTTON);
     click(brush);
     if (!waitUntil("Brush is chosen", [&] { return SendMessageA(brush, BM_GETCHECK, 0, 0) == BST_CHECKED; }))
         return false;
@@ -175,13 +175,13 @@ bool paintStroke(const Editor& editor)
     LONG tremble = 0;
     const bool inside = waitUntil("the brush at the pointer", [&] {
         sendMouse(0, {from.x + (tremble ^= 1), from.y});
-        return shows(from, paintColour);
+        return shows(from, PAINT_COLOUR);
     });
     if (!inside) return false;
     sendMouse(MOUSEEVENTF_LEFTDOWN, from);
     for (int step = 1; step <= 10; ++step)
         sendMouse(0, {from.x + (to.x - from.x) * step / 10, from.y});
-    const bool painted = waitUntil("the stroke is seen", [&] { return shows(onScreen(editor, 35, 17), paintColour); });
+    const bool painted = waitUntil("the stroke is seen", [&] { return shows(onScreen(editor, 35, 17), PAINT_COLOUR); });
     sendMouse(MOUSEEVENTF_LEFTUP, to);
     return painted;
 }
@@ -220,16 +220,16 @@ TEST_P(WorkedHost, SavesWhatWasPainted)
     start(&program, path(), L"photo.bmp", folder);
     ASSERT_TRUE(openedBy(program, &editor)) << said(folder);
     ASSERT_TRUE(paintStroke(editor));
-    click(GetDlgItem(editor.palette, saveButton));
+    click(GetDlgItem(editor.palette, SAVE_BUTTON));
     EXPECT_EQ(program.exitCode(), 0) << said(folder);
     EXPECT_NE(said(folder).find("Saved: retouched.bmp"), std::string::npos);
 
     const std::vector<uint8_t> before = photo(), after = readBytes(folder.path + L"retouched.bmp");
     ASSERT_EQ(after.size(), before.size());
-    EXPECT_TRUE(std::equal(after.begin(), after.begin() + headerSize, before.begin()));
+    EXPECT_TRUE(std::equal(after.begin(), after.begin() + HEADER_SIZE, before.begin()));
     for (int x = 15; x <= 35; ++x)
-        EXPECT_EQ(pixelOf(after, x, 17), paintColour) << x;
-    for (int x = 0; x < width; ++x) {  // the brush reaches 8 pixels up and down
+        EXPECT_EQ(pixelOf(after, x, 17), PAINT_COLOUR) << x;
+    for (int x = 0; x < WIDTH; ++x) {  // the brush reaches 8 pixels up and down
         EXPECT_EQ(pixelOf(after, x, 5), pixelOf(before, x, 5)) << x;
         EXPECT_EQ(pixelOf(after, x, 29), pixelOf(before, x, 29)) << x;
     }
@@ -242,7 +242,7 @@ TEST_P(WorkedHost, WritesNothingAfterClose)
     start(&program, path(), L"photo.bmp", folder);
     ASSERT_TRUE(openedBy(program, &editor)) << said(folder);
     ASSERT_TRUE(paintStroke(editor));
-    click(GetDlgItem(editor.palette, closeButton));
+    click(GetDlgItem(editor.palette, CLOSE_BUTTON));
     EXPECT_EQ(program.exitCode(), 1) << said(folder);
     EXPECT_NE(said(folder).find("Nothing saved."), std::string::npos);
     EXPECT_TRUE(readBytes(folder.path + L"retouched.bmp").empty());
@@ -317,10 +317,10 @@ void paintAndSave(const std::wstring& program, const wchar_t* result)
     Editor editor = {};
     start(&running, program, L"photo.bmp", folder);
     ASSERT_TRUE(openedBy(running, &editor)) << said(folder);
-    const HWND brush = GetDlgItem(editor.palette, brushButton);
+    const HWND brush = GetDlgItem(editor.palette, BRUSH_BUTTON);
     click(brush);
     waitUntil("Brush is chosen", [&] { return SendMessageA(brush, BM_GETCHECK, 0, 0) == BST_CHECKED; });
-    click(GetDlgItem(editor.palette, saveButton));
+    click(GetDlgItem(editor.palette, SAVE_BUTTON));
     EXPECT_EQ(running.exitCode(), 0) << said(folder);
     EXPECT_EQ(readBytes(folder.path + result).size(), photo().size());
 }

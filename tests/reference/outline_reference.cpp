@@ -130,7 +130,7 @@ std::vector<ReferencePoint> randomOutline(std::mt19937& random, int shape, int w
     std::vector<ReferencePoint> outline;
     ReferencePoint pen = {1 + below(width - 2), 1 + below(height - 2)};
     for (int n = 0; n < points; ++n) {
-        switch (shape % randomOutlineShapes) {
+        switch (shape % RANDOM_OUTLINE_SHAPES) {
         case 0: pen = {1 + below(width - 2), 1 + below(height - 2)}; break;  // crosses itself
         case 1: pen = {pen.x + below(9) - 4, pen.y + below(9) - 4}; break;   // wanders
         case 2: pen = {n % 2 ? width / 2 : 1 + below(width - 2), n % 2 ? height / 2 : 1 + below(height - 2)}; break;

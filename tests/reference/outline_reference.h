@@ -53,4 +53,4 @@ reference::Picture referenceSelectionImage(const reference::Picture& image, cons
 // One shape of outline after the other: random corners, a pen that wanders, needles, saws along a row or
 // a column, the border of the area. Points lie in 1..width-2, 1..height-2.
 std::vector<ReferencePoint> randomOutline(std::mt19937& random, int shape, int width, int height, int points);
-const int randomOutlineShapes = 6;
+constexpr int RANDOM_OUTLINE_SHAPES = 6;

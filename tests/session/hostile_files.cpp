@@ -6,10 +6,10 @@ static const uint32_t telling[] = {0,          1,          2,          3,       
                                    16,         255,        256,        32766,      32767,      32768,      65535,
                                    65536,      0x10001,    0x55555555, 0x55555556, 0x7FFFFFFF, 0x80000000, 0xAAAAAAAB,
                                    0xFFFFFF00, 0xFFFFFFF8, 0xFFFFFFFE, 0xFFFFFFFF};
-static const size_t tellingCount = sizeof telling / sizeof *telling;
+constexpr size_t TELLING_COUNT = sizeof telling / sizeof *telling;
 
-static const size_t headBytes = 192, firstEntry = 10, entryBytes = 12, entryCount = 13;
-enum { WIDTH_ENTRY = 1, LENGTH_ENTRY = 2, STRIP_BYTES_ENTRY = 9 };
+constexpr size_t HEAD_BYTES = 192, FIRST_ENTRY = 10, ENTRY_BYTES = 12, ENTRY_COUNT = 13;
+constexpr int WIDTH_ENTRY = 1, LENGTH_ENTRY = 2, STRIP_BYTES_ENTRY = 9;
 
 static bool isBigEndian(const FileBytes& bytes)
 {
@@ -26,8 +26,8 @@ static void put(FileBytes& bytes, size_t at, uint32_t value, size_t size)
 
 static void putLongEntry(FileBytes& bytes, size_t entry, uint32_t value)
 {
-    put(bytes, firstEntry + entry * entryBytes + 2, 4, 2);
-    put(bytes, firstEntry + entry * entryBytes + 8, value, 4);
+    put(bytes, FIRST_ENTRY + entry * ENTRY_BYTES + 2, 4, 2);
+    put(bytes, FIRST_ENTRY + entry * ENTRY_BYTES + 8, value, 4);
 }
 
 HostileFiles::HostileFiles(unsigned seed) : random(seed)
@@ -45,7 +45,7 @@ void HostileFiles::cut(FileBytes& bytes)
 
 void HostileFiles::turnBits(FileBytes& bytes)
 {
-    const size_t end = below(2) && bytes.size() > headBytes ? headBytes : bytes.size();
+    const size_t end = below(2) && bytes.size() > HEAD_BYTES ? HEAD_BYTES : bytes.size();
     for (unsigned n = 1 + below(40); n > 0 && end > 0; --n)
         bytes[below(end)] ^= (uint8_t)(1 << below(8));
 }
@@ -54,8 +54,8 @@ void HostileFiles::turnBits(FileBytes& bytes)
 void HostileFiles::lieInEntries(FileBytes& bytes)
 {
     for (unsigned n = 1 + below(3); n > 0; --n) {
-        const size_t entry = firstEntry + below(entryCount) * entryBytes;
-        const uint32_t value = below(3) ? telling[below(tellingCount)] : (uint32_t)random();
+        const size_t entry = FIRST_ENTRY + below(ENTRY_COUNT) * ENTRY_BYTES;
+        const uint32_t value = below(3) ? telling[below(TELLING_COUNT)] : (uint32_t)random();
         switch (below(4)) {
         case 0: put(bytes, entry + 2, value, 2); break;
         case 1: put(bytes, entry + 4, value, 4); break;
@@ -78,8 +78,8 @@ void HostileFiles::lieAboutSizes(FileBytes& bytes)
 
 void HostileFiles::moveDirectory(FileBytes& bytes)
 {
-    put(bytes, 4, below(2) ? below(bytes.size() + 8) : telling[below(tellingCount)], 4);
-    if (below(2)) put(bytes, 8, telling[below(tellingCount)], 2);  // how many entries
+    put(bytes, 4, below(2) ? below(bytes.size() + 8) : telling[below(TELLING_COUNT)], 4);
+    if (below(2)) put(bytes, 8, telling[below(TELLING_COUNT)], 2);  // how many entries
 }
 
 FileBytes HostileFiles::next()

@@ -10,8 +10,8 @@ constexpr int SAVES = 25;  // of each program
 constexpr DWORD PROCESS_LIMIT_MS = 60000;
 
 // How the two programs of a test find each other.
-static const char directoryVariable[] = "RETOUCH_NEIGHBOUR_DIRECTORY";
-static const char readyEvent[] = "RetouchNeighbourReady", startEvent[] = "RetouchNeighbourStart";
+constexpr char DIRECTORY_VARIABLE[] = "RETOUCH_NEIGHBOUR_DIRECTORY";
+constexpr char READY_EVENT[] = "RetouchNeighbourReady", START_EVENT[] = "RetouchNeighbourStart";
 
 static void pressSave(const Host& host)
 {
@@ -39,7 +39,7 @@ static void drawByMessages(Host* host, const Corners& corners)
 TEST(DISABLED_LibraryNeighbour, SavesWhenTold)
 {
     char directory[MAX_PATH] = "";
-    ASSERT_NE(0u, GetEnvironmentVariableA(directoryVariable, directory, sizeof directory));
+    ASSERT_NE(0u, GetEnvironmentVariableA(DIRECTORY_VARIABLE, directory, sizeof directory));
     Library library = {};
     Host host = {};
     HostImage photo = makePhoto(300, 200, 7);
@@ -52,8 +52,8 @@ TEST(DISABLED_LibraryNeighbour, SavesWhenTold)
     SendDlgItemMessageA(host.palette, ID_LIBRARY, BM_SETCHECK, BST_CHECKED, 0);
     SendMessageA(host.palette, WM_COMMAND, ID_LIBRARY, 0);
     ASSERT_TRUE(libraryWindow(host));
-    const HANDLE ready = OpenEventA(EVENT_MODIFY_STATE, FALSE, readyEvent),
-                 start = OpenEventA(SYNCHRONIZE, FALSE, startEvent);
+    const HANDLE ready = OpenEventA(EVENT_MODIFY_STATE, FALSE, READY_EVENT),
+                 start = OpenEventA(SYNCHRONIZE, FALSE, START_EVENT);
     SetEvent(ready);
     ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(start, PROCESS_LIMIT_MS));
     for (int i = 0; i < SAVES; ++i)
@@ -65,8 +65,8 @@ TEST(DISABLED_LibraryNeighbour, SavesWhenTold)
 }
 
 struct SharedLibrary : LibrarySession {
-    HANDLE ready = CreateEventA(nullptr, TRUE, FALSE, readyEvent);
-    HANDLE start = CreateEventA(nullptr, TRUE, FALSE, startEvent);
+    HANDLE ready = CreateEventA(nullptr, TRUE, FALSE, READY_EVENT);
+    HANDLE start = CreateEventA(nullptr, TRUE, FALSE, START_EVENT);
     PROCESS_INFORMATION neighbour = {};
 
     void TearDown() override
@@ -89,7 +89,7 @@ struct SharedLibrary : LibrarySession {
         std::string command =
             std::string("\"") + program +
             "\" --gtest_brief=1 --gtest_also_run_disabled_tests --gtest_filter=DISABLED_LibraryNeighbour.*";
-        SetEnvironmentVariableA(directoryVariable, library.directory.c_str());
+        SetEnvironmentVariableA(DIRECTORY_VARIABLE, library.directory.c_str());
         STARTUPINFOA startup = {};
         startup.cb = sizeof startup;
         if (!CreateProcessA(nullptr, &command[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &neighbour))

@@ -63,7 +63,7 @@ void sendKey(WORD key, WORD character, DWORD flags)
     SendInput(2, inputs, sizeof inputs[0]);
 }
 
-const int LEFT = 40, TOP = 54;
+constexpr int LEFT = 40, TOP = 54;
 
 }  // namespace
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-const int ID_SELECTION_TOOL = 116;
+constexpr int ID_SELECTION_TOOL = 116;
 
 struct ZoomSequence : ZoomSession {
     std::mt19937 random;

@@ -3,7 +3,7 @@
 
 namespace {
 
-const int ID_SELECTION_TOOL = 116, ID_TEXT_TOOL = 123;
+constexpr int ID_SELECTION_TOOL = 116, ID_TEXT_TOOL = 123;
 
 struct ZoomTools : ZoomSession {
     StrokeReplay replay;

@@ -220,7 +220,7 @@ void writeTool(const WCHAR* path, const ToolSettings& settings)
     writeValue(path, key, value);
 }
 
-constexpr uint32_t ToolSettings::*fields[] = {
+uint32_t ToolSettings::*const fields[] = {
     &ToolSettings::shape,         &ToolSettings::edge,   &ToolSettings::showOutline, &ToolSettings::width,
     &ToolSettings::height,        &ToolSettings::spare,  &ToolSettings::lockLH,      &ToolSettings::widthEnabled,
     &ToolSettings::heightEnabled, &ToolSettings::colour, &ToolSettings::opacity,

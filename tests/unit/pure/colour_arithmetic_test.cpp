@@ -21,11 +21,11 @@ static ColourValues given(const Values& v)
 }
 
 #ifdef __SANITIZE_ADDRESS__
-static const int redStep = 51;
-static const int sampleShare = 20;
+constexpr int RED_STEP = 51;
+constexpr int SAMPLE_SHARE = 20;
 #else
-static const int redStep = 1;
-static const int sampleShare = 1;
+constexpr int RED_STEP = 1;
+constexpr int SAMPLE_SHARE = 1;
 #endif
 
 static Colour adjusted(const ColourAdjustment& adjustment, Colour in)
@@ -176,7 +176,7 @@ TEST(Lift, NeverChangesRedAndDoesNothingBelowOnePass)
 TEST(Lift, KeepsTheFirstGrayOverAllPasses)
 {
     std::mt19937 random(2);
-    for (int i = 0; i < 300000 / sampleShare; ++i) {
+    for (int i = 0; i < 300000 / SAMPLE_SHARE; ++i) {
         const uint32_t v = random();
         const Colour in = {(int)(v & 255), (int)((v >> 8) & 255), (int)((v >> 16) & 255)};
         const int passes = (int)(v >> 24) % 12;
@@ -189,7 +189,7 @@ TEST(Lift, KeepsTheFirstGrayOverAllPasses)
 
 TEST(Hls, EqualsTheReferenceForEveryColour)
 {
-    for (int red = 0; red < 256; red += redStep) {
+    for (int red = 0; red < 256; red += RED_STEP) {
         for (int green = 0; green < 256; ++green) {
             for (int blue = 0; blue < 256; ++blue) {
                 const reference::Hls expected = reference::hlsFromRgb(Colour{red, green, blue});
@@ -208,7 +208,7 @@ TEST(Hls, EqualsTheReferenceForEveryColour)
 
 TEST(Hls, EveryTripleComesBackAsTheReferenceSays)
 {
-    for (int hue = 0; hue <= 252; hue += redStep > 1 ? 21 : 1) {
+    for (int hue = 0; hue <= 252; hue += RED_STEP > 1 ? 21 : 1) {
         for (int lightness = 0; lightness <= 252; ++lightness) {
             for (int saturation = 0; saturation <= 252; ++saturation) {
                 const Colour expected = reference::rgbFromHls({hue, lightness, saturation});
@@ -254,7 +254,7 @@ static void walkAllColours(const Values& values, bool wholeImage)
     const ColourAdjustment adjustment =
         wholeImage ? imageAdjustment(given(values)) : selectionAdjustment(given(values));
     RedLevel level;
-    for (int red = 0; red < 256; red += redStep) {
+    for (int red = 0; red < 256; red += RED_STEP) {
         fillRedLevel(&level, red);
         uint8_t* p = level.expected.data();
         for (int i = 0; i < 65536; ++i, p += 3) {
@@ -297,7 +297,7 @@ TEST(ColourMethods, AgreeForEverySaturationAndHue)
     std::vector<uint8_t> input(pixelCount * 3), expected(pixelCount * 3), actual(pixelCount * 3);
     int step = 0;
     for (int saturation = 0; saturation <= 100; ++saturation) {
-        for (int hue = -127; hue <= 127; hue += sampleShare) {
+        for (int hue = -127; hue <= 127; hue += SAMPLE_SHARE) {
             const int contrast = step * 7 % 201 - 100, brightness = step * 13 % 201 - 100;
             ++step;
             for (uint8_t& byte : input) {
@@ -329,7 +329,7 @@ TEST(ColourMethods, AgreeOnTheToneLineForEveryContrastAndBrightness)
         input[i] = (uint8_t)i;
     }
     for (int contrast = -100; contrast <= 100; ++contrast) {
-        for (int brightness = -100; brightness <= 100; brightness += redStep > 1 ? 8 : 1) {
+        for (int brightness = -100; brightness <= 100; brightness += RED_STEP > 1 ? 8 : 1) {
             for (const ColourAdjustment& adjustment : {imageAdjustment({contrast, brightness, 50, 0, 0}),
                                                        selectionAdjustment({contrast, brightness, 50, 0, 0})}) {
                 for (int m = 0; m < VECTOR_LEVEL_COUNT; ++m) {

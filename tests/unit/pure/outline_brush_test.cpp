@@ -6,8 +6,8 @@
 #include "selection/geometry/outline_brush.h"
 #include "tests/reference/outline_reference.h"
 
-static const int size = 140;
-static const PixelRect canvas = {0, 0, size, size};
+constexpr int SIDE_LENGTH = 140;
+static const PixelRect canvas = {0, 0, SIDE_LENGTH, SIDE_LENGTH};
 
 static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& points)
 {
@@ -28,11 +28,11 @@ static std::vector<ReferencePoint> asReference(const PixelPoint* points, int cou
 // Which cells are selected, row by row.
 static std::vector<std::vector<bool>> regionOf(const std::vector<ReferencePoint>& points)
 {
-    const ReferenceCrossings crossings = referenceOutline(size, size, points, points.back()).crossings;
-    std::vector<std::vector<bool>> region(size, std::vector<bool>(size));
-    for (int y = 0; y < size; ++y) {
+    const ReferenceCrossings crossings = referenceOutline(SIDE_LENGTH, SIDE_LENGTH, points, points.back()).crossings;
+    std::vector<std::vector<bool>> region(SIDE_LENGTH, std::vector<bool>(SIDE_LENGTH));
+    for (int y = 0; y < SIDE_LENGTH; ++y) {
         bool inside = false;
-        for (int x = 0; x < size; ++x) {
+        for (int x = 0; x < SIDE_LENGTH; ++x) {
             inside ^= crossings.cells[(size_t)y][(size_t)x];
             region[(size_t)y][(size_t)x] = inside;
         }
@@ -76,8 +76,8 @@ static void expectDisk(const std::vector<ReferencePoint>& before, const std::vec
                        BrushDab dab)
 {
     const std::vector<std::vector<bool>> old = regionOf(before), now = regionOf(after);
-    for (int y = 0; y < size; ++y) {
-        for (int x = 0; x < size; ++x) {
+    for (int y = 0; y < SIDE_LENGTH; ++y) {
+        for (int x = 0; x < SIDE_LENGTH; ++x) {
             const double distance = distanceTo(dab, x, y);
             if (distance > dab.radius - 2 && distance < dab.radius + 2.5) continue;
             const bool expected = distance < dab.radius ? dab.adds : old[(size_t)y][(size_t)x];
@@ -144,9 +144,9 @@ TEST(OutlineBrush, RandomOutlinesGainOrLoseTheWholeDisk)
     std::mt19937 random(60);
     int reshapedCount = 0;
     for (int n = 0; n < 600; ++n) {
-        const std::vector<ReferencePoint> region = randomOutline(random, n % 3, size, size, 3 + n % 40);
+        const std::vector<ReferencePoint> region = randomOutline(random, n % 3, SIDE_LENGTH, SIDE_LENGTH, 3 + n % 40);
         const int radius = 2 + (int)(random() % 23);
-        const int room = size - 2 * radius - 4;
+        const int room = SIDE_LENGTH - 2 * radius - 4;
         const BrushDab dab = {
             {radius + 2 + (int)(random() % (unsigned)room), radius + 2 + (int)(random() % (unsigned)room)},
             radius,

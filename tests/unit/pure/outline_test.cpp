@@ -87,7 +87,7 @@ TEST(Outline, AHundredThousandPointsMatchTheReference)
 {
     std::mt19937 random(72);
     const int width = 500, height = 400;
-    for (int shape = 0; shape < randomOutlineShapes; ++shape) {
+    for (int shape = 0; shape < RANDOM_OUTLINE_SHAPES; ++shape) {
         // The shapes with segments as long as the image take the reference too long.
         const bool longSegments = shape == 0 || shape == 2 || shape == 5;
         const std::vector<ReferencePoint> given =

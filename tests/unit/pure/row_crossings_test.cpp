@@ -16,7 +16,7 @@ static Rows rowsOf(const RowHead* table)
     Rows rows;
     for (int row = 0; row <= crossingRowCount(table); ++row) {
         const RowHead* head = crossingsOfRow(table, row);
-        EXPECT_EQ(crossingEnd, head->x);
+        EXPECT_EQ(CROSSING_END, head->x);
         for (const RowHead* node = head->next; node != head; node = node->next)
             rows[row].push_back(node->x);
         EXPECT_TRUE(!rows.count(row) || std::is_sorted(rows[row].begin(), rows[row].end()));

@@ -264,7 +264,7 @@ TEST(SelectionTransform, WhereNothingIsInsideTheNearestInsidePixelServes)
     turnPixels(PlacedImage{target.view(), inside.view(), rect}, PlacedImage{source.view(), sourceMask.view(), rect},
                turnAbout(PointBox{100, 50, 112, 51}, 0));
     for (int x = 0; x < 12; ++x) {
-        const bool reached = std::abs(x - 3) <= turnSearch;
+        const bool reached = std::abs(x - 3) <= TURN_SEARCH;
         EXPECT_EQ(reached ? (reference::Pixel{10, 20, 30}) : (reference::Pixel{0, 0, 0}), target.picture().at(x, 0))
             << x;
     }

@@ -51,7 +51,7 @@ TEST(SpanRows, AreCrossingsToTheResamplerWhereverTheSelectionIs)
                 const int column = outline.spans.rows[row].crossings[n];
                 EXPECT_EQ(node->x, column - outline.rect.left) << left;
                 EXPECT_GT(column, 0) << left;
-                EXPECT_LT(column, crossingEnd) << left;
+                EXPECT_LT(column, CROSSING_END) << left;
             }
         }
         freeCrossings(table);

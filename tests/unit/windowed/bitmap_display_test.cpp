@@ -9,7 +9,7 @@
 #include "image/packed_bitmap.h"
 #include "tests/reference/bitmap_reference.h"
 
-static const COLORREF untouched = RGB(0, 128, 255);
+constexpr COLORREF UNTOUCHED = RGB(0, 128, 255);
 
 static HGLOBAL packed(const reference::Picture& image)
 {
@@ -56,7 +56,7 @@ protected:
     static void fillWith(HDC target, int width, int height)
     {
         const RECT all = {0, 0, width, height};
-        HBRUSH brush = CreateSolidBrush(untouched);
+        HBRUSH brush = CreateSolidBrush(UNTOUCHED);
         FillRect(target, &all, brush);
         DeleteObject(brush);
     }
@@ -75,7 +75,7 @@ TEST_F(DisplayTest, DrawsOneToOneAtEqualSize)
     for (int y = 0; y < surfaceSize; ++y) {
         for (int x = 0; x < surfaceSize; ++x) {
             const bool inside = x >= 3 && x < 10 && y >= 4 && y < 9;
-            EXPECT_EQ(inside ? colourOf(picture.at(x - 3, y - 4)) : untouched, GetPixel(dc, x, y)) << x << ' ' << y;
+            EXPECT_EQ(inside ? colourOf(picture.at(x - 3, y - 4)) : UNTOUCHED, GetPixel(dc, x, y)) << x << ' ' << y;
         }
     }
 }
@@ -94,9 +94,9 @@ TEST_F(DisplayTest, UsesTheRasterOperation)
 {
     const RECT place = {0, 0, 7, 5};
     drawBitmap(dc, image, &place, SRCINVERT);
-    EXPECT_EQ(untouched ^ colourOf(picture.at(2, 3)), GetPixel(dc, 2, 3));
+    EXPECT_EQ(UNTOUCHED ^ colourOf(picture.at(2, 3)), GetPixel(dc, 2, 3));
     drawBitmap(dc, image, &place, SRCINVERT);
-    EXPECT_EQ(untouched, GetPixel(dc, 2, 3));
+    EXPECT_EQ(UNTOUCHED, GetPixel(dc, 2, 3));
 }
 
 TEST_F(DisplayTest, RestoresTheStretchMode)
@@ -122,8 +122,8 @@ TEST_F(DisplayTest, DrawsNothingForBlocksWithoutTheirRows)
     GlobalUnlock(bare);
     EXPECT_EQ(0u, GlobalFlags(bare) & GMEM_LOCKCOUNT);
     GlobalFree(bare);
-    EXPECT_EQ(untouched, GetPixel(dc, 0, 0));
-    EXPECT_EQ(untouched, GetPixel(dc, 31, 31));
+    EXPECT_EQ(UNTOUCHED, GetPixel(dc, 0, 0));
+    EXPECT_EQ(UNTOUCHED, GetPixel(dc, 31, 31));
 }
 
 // Adds a window that stands for the host dialog; the canvas paint DC is the memory DC, mapped the way the canvas is.
@@ -185,7 +185,7 @@ protected:
         for (int y = 0; y < 20; ++y) {
             for (int x = 0; x < 20; ++x) {
                 const bool painted = x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
-                EXPECT_EQ(painted ? expectedAt(x, y) : untouched, shown(x, y)) << x << ' ' << y;
+                EXPECT_EQ(painted ? expectedAt(x, y) : UNTOUCHED, shown(x, y)) << x << ' ' << y;
             }
         }
     }
@@ -238,7 +238,7 @@ TEST_F(PaintTest, EnlargesEachPixel)
     for (int y = 0; y < 60; ++y) {
         for (int x = 0; x < 80; ++x) {
             const bool painted = x >= 10 && x < 40 && y >= 10 && y < 30;
-            EXPECT_EQ(painted ? expectedAt(x / 10, y / 10) : untouched, shown(x, y)) << x << ' ' << y;
+            EXPECT_EQ(painted ? expectedAt(x / 10, y / 10) : UNTOUCHED, shown(x, y)) << x << ' ' << y;
         }
     }
 }
@@ -262,8 +262,8 @@ TEST_F(PaintTest, PartialRepaintOnTheScaledGridAgreesWithAFullOne)
         for (int x = 10; x < 30; ++x)
             EXPECT_EQ(full[(size_t)y * 100 + x], shown(x, y));
     }
-    EXPECT_EQ(untouched, shown(9, 30));
-    EXPECT_EQ(untouched, shown(30, 30));
+    EXPECT_EQ(UNTOUCHED, shown(9, 30));
+    EXPECT_EQ(UNTOUCHED, shown(30, 30));
 }
 
 // Scales that do not come out even: whatever part is painted, it shows what a full repaint shows there.
@@ -291,7 +291,7 @@ TEST_F(PaintTest, PartialRepaintAtAnyScaleAgreesWithAFullOne)
             int painted = 0;
             for (int y = 0; y < shownHeight; ++y) {
                 for (int x = 0; x < shownWidth; ++x) {
-                    if (shown(x, y) == untouched) continue;
+                    if (shown(x, y) == UNTOUCHED) continue;
                     ASSERT_EQ(full[(size_t)(y * shownWidth + x)], shown(x, y)) << x << ' ' << y;
                     painted++;
                 }
@@ -331,8 +331,8 @@ TEST_F(PaintTest, ShowsTheSystemsOwnStretchAtAnyScale)
         SetViewportExtEx(own, width, height, nullptr);
         invertHalf(own);
         SetMapMode(own, MM_TEXT);
-        for (int y = 0; y < height; y++)
-            for (int x = 0; x < width; x++)
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x)
                 ASSERT_EQ(GetPixel(own, x, y), shown(x, y)) << width << ": " << x << ' ' << y;
         SelectObject(own, old);
         DeleteObject(bitmap);
@@ -353,7 +353,7 @@ TEST_F(PaintTest, ImagesOfOtherDepthsAreBlack)
         for (int x = 0; x < 7; ++x)
             EXPECT_EQ(RGB(0, 0, 0), shown(x, y));
     }
-    EXPECT_EQ(untouched, shown(7, 4));
+    EXPECT_EQ(UNTOUCHED, shown(7, 4));
 }
 
 TEST_F(PaintTest, PaintsNothingForANullImageOrAnEmptyRectangle)
@@ -431,10 +431,10 @@ TEST_F(PaintTest, OverlayIsDrawnOffScreenInImagePixels)
     const RECT part = {2, 3, 6, 7};
     paintImageRect(window, dc, image, &part, drawGreenCell);
     EXPECT_EQ((DWORD)OBJ_MEMDC, overlayTarget);
-    EXPECT_EQ(untouched, shownBeforeOverlay);
+    EXPECT_EQ(UNTOUCHED, shownBeforeOverlay);
     EXPECT_EQ(RGB(0, 255, 0), shown(6, 8));
     EXPECT_EQ(RGB(0, 255, 0), shown(7, 9));
     EXPECT_EQ(expectedAt(2, 4), shown(5, 8));
     EXPECT_EQ(expectedAt(4, 4), shown(8, 8));
-    EXPECT_EQ(untouched, shown(3, 8));
+    EXPECT_EQ(UNTOUCHED, shown(3, 8));
 }

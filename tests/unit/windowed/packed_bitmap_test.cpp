@@ -7,9 +7,9 @@
 #include "image/packed_bitmap.h"
 #include "tests/reference/bitmap_reference.h"
 
-static const uint8_t padByte = 0xCC;
-static const uint8_t guardByte = 0xA5;
-static const size_t guardBytes = 64;
+constexpr uint8_t PAD_BYTE = 0xCC;
+constexpr uint8_t GUARD_BYTE = 0xA5;
+constexpr size_t GUARD_BYTES = 64;
 
 // A global block that is freed with its test, holding any bytes behind any header.
 struct Block {
@@ -51,10 +51,10 @@ static std::vector<uint8_t> withHeader(int width, int height, int bitCount, cons
     return bytes;
 }
 
-static HGLOBAL packed(const reference::Picture& image, unsigned headerSize = 40, size_t guard = guardBytes)
+static HGLOBAL packed(const reference::Picture& image, unsigned headerSize = 40, size_t guard = GUARD_BYTES)
 {
-    std::vector<uint8_t> bytes = withHeader(image.width, image.height, 24, storedRows(image, padByte), headerSize);
-    bytes.insert(bytes.end(), guard, guardByte);
+    std::vector<uint8_t> bytes = withHeader(image.width, image.height, 24, storedRows(image, PAD_BYTE), headerSize);
+    bytes.insert(bytes.end(), guard, GUARD_BYTE);
     return blockOf(bytes);
 }
 
@@ -72,8 +72,8 @@ static reference::Picture unpacked(HGLOBAL handle)
 // Everything from the first row to the guard: pixels, padding and the guard itself.
 static void expectStored(const reference::Picture& expected, HGLOBAL handle)
 {
-    std::vector<uint8_t> wanted = storedRows(expected, padByte);
-    wanted.insert(wanted.end(), guardBytes, guardByte);
+    std::vector<uint8_t> wanted = storedRows(expected, PAD_BYTE);
+    wanted.insert(wanted.end(), GUARD_BYTES, GUARD_BYTE);
     const uint8_t* start = (const uint8_t*)GlobalLock(handle);
     const unsigned headerSize = ((const BITMAPINFOHEADER*)start)->biSize;
     EXPECT_EQ(0, memcmp(wanted.data(), start + headerSize, wanted.size()));
@@ -520,11 +520,11 @@ TEST(PackedBitmap, FlipVerticalOtherDepths)
 
 TEST(PackedBitmap, FlipHorizontalZeroesRowsOfOtherDepths)
 {
-    Block map(blockOf(withHeader(2, 2, 8, {1, 2, 0, 0, 3, 4, 0, 0, guardByte})));
+    Block map(blockOf(withHeader(2, 2, 8, {1, 2, 0, 0, 3, 4, 0, 0, GUARD_BYTE})));
     EXPECT_EQ(1, flipHorizontal(map.handle));
     std::vector<uint8_t> bytes = map.bytes();
     EXPECT_EQ(std::vector<uint8_t>(8), std::vector<uint8_t>(bytes.begin() + 40, bytes.begin() + 48));
-    EXPECT_EQ(guardByte, bytes[48]);
+    EXPECT_EQ(GUARD_BYTE, bytes[48]);
     Block other(blockOf(withHeader(2, 2, 32, std::vector<uint8_t>(16, 9))));
     EXPECT_EQ(0, flipHorizontal(other.handle));
 }
