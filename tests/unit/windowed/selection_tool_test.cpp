@@ -487,19 +487,32 @@ bool pointerIsAt(POINT wanted)
     return GetCursorPos(&now) && now.x == wanted.x && now.y == wanted.y;
 }
 
-// What the canvas chooses with the pointer there; 0 when it leaves the choice to the window class. A late report of
-// the display, or another program, may move the pointer in between: then it is put there again.
+// What the canvas chooses with the pointer at the screen point; false when it was not there all the time.
+bool choiceAt(POINT wanted, HCURSOR* chosen)
+{
+    if (!pointerIsAt(wanted)) return false;
+    SetCursor(nullptr);
+    *chosen = setSelectionCursor(session->canvasWindow) ? GetCursor() : nullptr;
+    return pointerIsAt(wanted);
+}
+
+// What the canvas chooses with the pointer there; 0 when it leaves the choice to the window class. Late reports of the
+// display carry the pointer to where it was and back again, even between two looks: only a choice that has come
+// several times without a move in between is one.
 HCURSOR cursorAt(POINT pixel)
 {
+    constexpr int TIMES = 4;
     POINT wanted = pixel;
     ClientToScreen(session->canvasWindow, &wanted);
-    for (;;) {
-        SetCursorPos(wanted.x, wanted.y);
-        SetCursor(nullptr);
-        const bool there = pointerIsAt(wanted);
-        const HCURSOR chosen = setSelectionCursor(session->canvasWindow) ? GetCursor() : nullptr;
-        if (there && pointerIsAt(wanted)) return chosen;
+    HCURSOR last = nullptr;
+    for (int same = 0; same < TIMES;) {
+        HCURSOR chosen = nullptr;
+        const bool there = choiceAt(wanted, &chosen);
+        if (!there) SetCursorPos(wanted.x, wanted.y);
+        same = !there ? 0 : chosen == last ? same + 1 : 1;
+        last = chosen;
     }
+    return last;
 }
 
 }  // namespace
