@@ -9,22 +9,20 @@
 #include "selection/geometry/selection_images.h"
 #include "selection/geometry/span_rows.h"
 
-namespace {
-
-PixelRect atCorner(const PixelRect& rect)
+static PixelRect atCorner(const PixelRect& rect)
 {
     return {0, 0, rect.right - rect.left, rect.bottom - rect.top};
 }
 
 // What was begun is kept only when it is complete.
-bool keepIf(bool complete, FloatingSelection& selection)
+static bool keepIf(bool complete, FloatingSelection& selection)
 {
     if (!complete) freeFloating(selection);
     return complete;
 }
 
 // The mask is written whole by whoever asks for the images; the image is black.
-bool createImages(FloatingSelection& selection)
+static bool createImages(FloatingSelection& selection)
 {
     const PixelRect size = atCorner(selection.rect);
     selection.image = createBitmap(size.right, size.bottom, 24);
@@ -33,7 +31,7 @@ bool createImages(FloatingSelection& selection)
 }
 
 // Points, crossings and rectangle of an outline, whose parts the selection takes.
-bool takeOutline(Outline& outline, PixelPoint origin, FloatingSelection& selection)
+static bool takeOutline(Outline& outline, PixelPoint origin, FloatingSelection& selection)
 {
     PixelRect bounds;
     selection = {};
@@ -49,8 +47,6 @@ bool takeOutline(Outline& outline, PixelPoint origin, FloatingSelection& selecti
     freeOutline(outline);
     return selection.crossings != nullptr;
 }
-
-}  // namespace
 
 void freeFloating(FloatingSelection& selection)
 {

@@ -12,9 +12,7 @@
 
 // ---- apply, flip, colours
 
-namespace {
-
-void apply(int)
+static void apply(int)
 {
     {
         const LockedPixels image(editedImage()), pixels(session->selectionImage), mask(session->selectionMask);
@@ -24,19 +22,19 @@ void apply(int)
     redrawSelection();
 }
 
-void flip(int hit)
+static void flip(int hit)
 {
     FloatingSelection flipped;
     if (!flipFloating(selectionState(STATE_NOW), hit == HIT_FLIP_VERTICAL, flipped)) return;
     if (changeSelection(flipped, RENEW_A | RENEW_B, 0)) redrawSelection();
 }
 
-void close(int)
+static void close(int)
 {
     clearSelection();
 }
 
-void stepColour(int hit)
+static void stepColour(int hit)
 {
     ColourValues values = selectionColours();
     stepColourOfHit(values, hit);
@@ -50,12 +48,10 @@ struct Operation {
     void (*run)(int hit);
 };
 
-const Operation operations[] = {
+static const Operation operations[] = {
     {OPERATION_CLOSE, close},          {OPERATION_APPLY, apply},       {OPERATION_FLIP_VERTICAL, flip},
     {OPERATION_FLIP_HORIZONTAL, flip}, {OPERATION_COLOUR, stepColour},
 };
-
-}  // namespace
 
 void runSelectionOperation(HWND, int hit)
 {

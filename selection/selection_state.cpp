@@ -8,8 +8,6 @@
 #include "selection/selection_frame.h"
 #include "session/ground/session_record.h"
 
-namespace {
-
 // Where the record keeps a state.
 struct StateFields {
     PixelPoint* SessionRecord::*points;
@@ -20,7 +18,7 @@ struct StateFields {
     RECT SessionRecord::*rect;
 };
 
-const StateFields stateFields[] = {
+static const StateFields stateFields[] = {
     {&SessionRecord::outlineSnapshot, &SessionRecord::outlinePointCount, &SessionRecord::homeCrossings,
      &SessionRecord::selectionImageSource, &SessionRecord::selectionMaskSource, &SessionRecord::selectionHomeRect},
     {&SessionRecord::referencePointsA, &SessionRecord::referencePointCountA, &SessionRecord::referenceCrossingsA,
@@ -36,15 +34,13 @@ struct RecordedColour {
     int32_t SessionRecord::*field;
 };
 
-const RecordedColour recordedColours[] = {
+static const RecordedColour recordedColours[] = {
     {&ColourValues::brightness, &SessionRecord::selectionBrightness},
     {&ColourValues::contrast, &SessionRecord::selectionContrast},
     {&ColourValues::saturation, &SessionRecord::selectionSaturation},
     {&ColourValues::hue, &SessionRecord::selectionHue},
     {&ColourValues::lift, &SessionRecord::selectionLift},
 };
-
-}  // namespace
 
 bool selectionFloats()
 {
@@ -99,8 +95,6 @@ static void writeShown(PixelPoint* points, HGLOBAL image, HGLOBAL mask)
     session->selectionMask = mask;
 }
 
-namespace {
-
 // All that a change puts in place, made before anything of it is.
 struct Change {
     FloatingSelection now, a, b;  // a and b are empty when they stay
@@ -108,13 +102,13 @@ struct Change {
     HGLOBAL shownImage, shownMask;
 };
 
-void freeBitmap(HGLOBAL& bitmap)
+static void freeBitmap(HGLOBAL& bitmap)
 {
     releaseBlock(bitmap);
     bitmap = nullptr;
 }
 
-void freeChange(Change& change)
+static void freeChange(Change& change)
 {
     for (FloatingSelection* value : {&change.now, &change.a, &change.b})
         freeFloating(*value);
@@ -123,7 +117,7 @@ void freeChange(Change& change)
     freeBitmap(change.shownMask);
 }
 
-bool makeShown(Change& change)
+static bool makeShown(Change& change)
 {
     const FloatingSelection& now = change.now;
     change.shownPoints = copyOutlinePoints(now.points, now.pointCount);
@@ -133,13 +127,13 @@ bool makeShown(Change& change)
            applyColourAdjustment(now.image, change.shownImage, now.mask, change.shownMask, selectionColours());
 }
 
-bool completeChange(Change& change, int renewed)
+static bool completeChange(Change& change, int renewed)
 {
     return makeShown(change) && (!(renewed & RENEW_A) || copyFloating(change.now, change.a)) &&
            (!(renewed & RENEW_B) || copyFloating(change.now, change.b));
 }
 
-void dropShown()
+static void dropShown()
 {
     freeOutlinePoints(session->outlinePoints);
     session->outlinePoints = nullptr;
@@ -147,7 +141,7 @@ void dropShown()
     freeBitmap(session->selectionMask);
 }
 
-void takeChange(const Change& change)
+static void takeChange(const Change& change)
 {
     dropShown();
     writeShown(change.shownPoints, change.shownImage, change.shownMask);
@@ -155,8 +149,6 @@ void takeChange(const Change& change)
     if (change.a.points) putSelectionState(STATE_A, change.a);
     if (change.b.points) putSelectionState(STATE_B, change.b);
 }
-
-}  // namespace
 
 bool changeSelection(FloatingSelection& now, int renewed, int rotation)
 {

@@ -11,11 +11,9 @@
 #include "session/ground/window_props.h"
 #include "text/kernels/text_stamp.h"
 
-namespace {
-
 constexpr UINT CODE_PAGE_GB18030 = 54936;
 
-SIZE stripSize()
+static SIZE stripSize()
 {
     BITMAP info = {};
     GetObjectA(session->textStrip, sizeof info, &info);
@@ -52,7 +50,7 @@ struct TextContext {
     HGDIOBJ oldFont = nullptr, oldBitmap = nullptr;
 };
 
-bool copyStripBits(const LockedPixels& pixels, SIZE size)
+static bool copyStripBits(const LockedPixels& pixels, SIZE size)
 {
     BITMAPINFO info = {};
     initBitmapHeader(&info.bmiHeader, size.cx, size.cy, 24);
@@ -65,13 +63,11 @@ bool copyStripBits(const LockedPixels& pixels, SIZE size)
 }
 
 // The strip as a 24-bit bitmap; the caller frees it. Null on failure.
-HGLOBAL stripPixels()
+static HGLOBAL stripPixels()
 {
     const SIZE size = stripSize();
     return makePixels(size.cx, size.cy, [&](const LockedPixels& pixels) { return copyStripBits(pixels, size); });
 }
-
-}  // namespace
 
 void createTextFont()
 {

@@ -13,8 +13,6 @@
 #include "text/kernels/text_line.h"
 #include "text/text_strip.h"
 
-namespace {
-
 constexpr int CARET_WIDTH = 2;
 
 // textBuffer stays locked for the time of one operation. False while no line is open, and when the buffer
@@ -30,25 +28,25 @@ struct OpenLine {
     TextLine line;
 };
 
-bool lineIsOpen()
+static bool lineIsOpen()
 {
     return session->textBuffer != nullptr;
 }
 
-void invalidateStrip(HWND canvas)
+static void invalidateStrip(HWND canvas)
 {
     RECT strip = deviceRectOf(canvas, textStripRect());
     InvalidateRect(canvas, &strip, TRUE);
 }
 
-void renderLine(HWND canvas, const TextLine& line)
+static void renderLine(HWND canvas, const TextLine& line)
 {
     renderTextStrip(line.buffer);
     invalidateStrip(canvas);
 }
 
 // Where the caret is shown, client pixels. Fitted, its image coordinates are taken for them as they are.
-RECT caretRect(HWND canvas)
+static RECT caretRect(HWND canvas)
 {
     const int x = session->caretX, y = session->caretY;
     if (!isZoomed(sessionExtras.canvas.view)) return {x, y, x + CARET_WIDTH, y + textLineHeight()};
@@ -56,13 +54,13 @@ RECT caretRect(HWND canvas)
     return {shown.left, shown.top, shown.left + CARET_WIDTH, shown.bottom};
 }
 
-void setCaret(HWND canvas)
+static void setCaret(HWND canvas)
 {
     const RECT caret = caretRect(canvas);
     SetCaretPos(caret.left, caret.top);
 }
 
-void showTextCaret(HWND canvas)
+static void showTextCaret(HWND canvas)
 {
     if (!session->caretCreated) {
         const RECT caret = caretRect(canvas);
@@ -72,7 +70,7 @@ void showTextCaret(HWND canvas)
     ShowCaret(canvas);
 }
 
-void dropTextCaret(HWND canvas)
+static void dropTextCaret(HWND canvas)
 {
     if (!session->caretCreated) return;
     HideCaret(canvas);
@@ -81,14 +79,14 @@ void dropTextCaret(HWND canvas)
 }
 
 // Behind the end the caret is drawn after the last character.
-void computeCaretX(const TextLine& line)
+static void computeCaretX(const TextLine& line)
 {
     const int length = textLength(line);
     const int width = measureText(line.buffer, session->caretIndex < length ? session->caretIndex : length);
     if (width >= 0) session->caretX = session->textOriginX + width;
 }
 
-void moveCaret(HWND canvas, const TextLine& line)
+static void moveCaret(HWND canvas, const TextLine& line)
 {
     computeCaretX(line);
     if (!session->caretCreated) return;
@@ -98,7 +96,7 @@ void moveCaret(HWND canvas, const TextLine& line)
 }
 
 // The terminator counts as a character, so the line ends a little before the image's edge.
-bool lineFits(const TextLine& line)
+static bool lineFits(const TextLine& line)
 {
     int imageWidth;
     if (!lockBitmapInfo(editedImage(), &imageWidth, nullptr, nullptr)) return false;
@@ -107,14 +105,14 @@ bool lineFits(const TextLine& line)
 }
 
 // The strip is drawn anew first: what is stamped is what was typed, even when an earlier drawing failed.
-bool stampLine(HWND canvas, const TextLine& line)
+static bool stampLine(HWND canvas, const TextLine& line)
 {
     const bool stamped = renderTextStrip(line.buffer) && stampTextStrip();
     invalidateStrip(canvas);
     return stamped;
 }
 
-void startLineAt(HWND canvas, const TextLine& line, int x, int y)
+static void startLineAt(HWND canvas, const TextLine& line, int x, int y)
 {
     session->textOriginX = session->caretX = x;
     session->textOriginY = session->caretY = y;
@@ -124,7 +122,7 @@ void startLineAt(HWND canvas, const TextLine& line, int x, int y)
     showTextCaret(canvas);
 }
 
-void freeLine()
+static void freeLine()
 {
     if (session->textBuffer) GlobalFree(session->textBuffer);
     session->textBuffer = nullptr;
@@ -132,12 +130,12 @@ void freeLine()
 }
 
 // Typing goes to the window with the focus.
-void takeFocus(HWND canvas)
+static void takeFocus(HWND canvas)
 {
     if (GetFocus() != canvas) SetFocus(canvas);
 }
 
-int openFirstLine(HWND canvas, int x, int y)
+static int openFirstLine(HWND canvas, int x, int y)
 {
     endText(canvas);
     takeFocus(canvas);
@@ -153,7 +151,7 @@ int openFirstLine(HWND canvas, int x, int y)
     return 1;
 }
 
-bool insideStrip(int x, int y)
+static bool insideStrip(int x, int y)
 {
     const RECT strip = textStripRect();
     return x >= strip.left && x <= strip.right && y >= strip.top && y <= strip.bottom;
@@ -161,7 +159,7 @@ bool insideStrip(int x, int y)
 
 // The caret goes before the character under the point. Right of the text it is left one past the end,
 // where typing does not show: that is how the tool is meant to act.
-void moveCaretToPoint(HWND canvas, const TextLine& line, int x)
+static void moveCaretToPoint(HWND canvas, const TextLine& line, int x)
 {
     const int length = textLength(line);
     int index = 0;
@@ -174,7 +172,7 @@ void moveCaretToPoint(HWND canvas, const TextLine& line, int x)
     moveCaret(canvas, line);
 }
 
-void enterLine(HWND canvas, const TextLine& line)
+static void enterLine(HWND canvas, const TextLine& line)
 {
     if (!stampLine(canvas, line)) return;  // the line stays open
     const int next = session->textOriginY + textLineHeight();
@@ -187,12 +185,12 @@ struct CaretKey {
     void (*move)(const TextLine& line);
 };
 
-const CaretKey caretKeys[] = {
+static const CaretKey caretKeys[] = {
     {VK_END, moveCaretEnd}, {VK_HOME, moveCaretHome},   {VK_LEFT, moveCaretLeft},
     {VK_UP, moveCaretLeft}, {VK_RIGHT, moveCaretRight}, {VK_DOWN, moveCaretRight},
 };
 
-bool moveCaretByKey(HWND canvas, const TextLine& line, UINT key)
+static bool moveCaretByKey(HWND canvas, const TextLine& line, UINT key)
 {
     for (const CaretKey& row : caretKeys) {
         if (row.key != key) continue;
@@ -203,7 +201,7 @@ bool moveCaretByKey(HWND canvas, const TextLine& line, UINT key)
     return false;
 }
 
-void editByKey(HWND canvas, const TextLine& line, UINT key)
+static void editByKey(HWND canvas, const TextLine& line, UINT key)
 {
     const bool changed =
         (key == VK_INSERT && lineFits(line) && insertSpace(line)) || (key == VK_DELETE && deleteAtCaret(line));
@@ -213,7 +211,7 @@ void editByKey(HWND canvas, const TextLine& line, UINT key)
 }
 
 // The bytes of a character go in together, or none. Bytes that turn out to begin none are dropped.
-bool typeByte(const TextLine& line, char byte)
+static bool typeByte(const TextLine& line, char byte)
 {
     WaitingCharacter& waiting = sessionExtras.waiting;
     waiting.bytes[waiting.count++] = byte;
@@ -226,14 +224,12 @@ bool typeByte(const TextLine& line, char byte)
 }
 
 // Codes below the space are no text.
-bool editByCharacter(const TextLine& line, UINT character)
+static bool editByCharacter(const TextLine& line, UINT character)
 {
     if (character >= ' ') return typeByte(line, (char)character);
     sessionExtras.waiting = {};
     return character == VK_BACK && backspace(line);
 }
-
-}  // namespace
 
 int textClick(HWND canvas, int x, int y)
 {

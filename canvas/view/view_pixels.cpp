@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
-
 // Walks along an axis, from screen pixel to screen pixel.
 struct Walk {
     int pixel;  // of the layer
     int part, screen, wholeStep, partStep;
 };
 
-Walk beginWalk(const ViewAxis& axis, int screen, int origin)
+static Walk beginWalk(const ViewAxis& axis, int screen, int origin)
 {
     const int64_t position = (int64_t)screen * axis.image + axis.offset - (int64_t)origin * axis.screen;
     return {(int)(position / axis.screen), (int)(position % axis.screen), axis.screen, axis.image / axis.screen,
@@ -28,7 +26,7 @@ inline void step(Walk& walk)
 }
 
 // The client rectangle in which the picture shows a layer; positions in it are never in front of the layer.
-PixelRect shownRect(const ViewPicture& picture, const CanvasView& view, int width, int height, PixelPoint at)
+static PixelRect shownRect(const ViewPicture& picture, const CanvasView& view, int width, int height, PixelPoint at)
 {
     const PixelRect layer = deviceRectAt(view, {at.x, at.y, at.x + width, at.y + height});
     const PixelPoint corner = picture.corner;
@@ -37,12 +35,12 @@ PixelRect shownRect(const ViewPicture& picture, const CanvasView& view, int widt
             std::min(layer.bottom, corner.y + picture.pixels.height)};
 }
 
-uint8_t* pixelAt(const ViewPicture& picture, int x, int y)
+static uint8_t* pixelAt(const ViewPicture& picture, int x, int y)
 {
     return rowOf(picture.pixels, y - picture.corner.y) + 3 * (x - picture.corner.x);
 }
 
-void copyPixel(uint8_t* to, const uint8_t* from)
+static void copyPixel(uint8_t* to, const uint8_t* from)
 {
     to[0] = from[0];
     to[1] = from[1];
@@ -52,7 +50,7 @@ void copyPixel(uint8_t* to, const uint8_t* from)
 // ---- whole pictures: the same columns in every row
 
 // So many screen pixels of a row show one pixel of the image.
-struct Run {
+struct ColumnRun {
     int pixel, count;
 };
 
@@ -60,14 +58,14 @@ struct Run {
 // that whole words may be written and read; those behind are copied pixel by pixel.
 struct Columns {
     static constexpr int ROOM = 1024;
-    Run runs[ROOM];
+    ColumnRun runs[ROOM];
     int count, quick, width;
     bool oneToOne;
 };
 
 constexpr int WORD_PIXELS = 3;  // more than what is written beyond a run of a pixel
 
-void markQuick(Columns& columns)
+static void markQuick(Columns& columns)
 {
     int rest = 0;
     columns.quick = columns.count;
@@ -75,14 +73,14 @@ void markQuick(Columns& columns)
         rest += columns.runs[--columns.quick].count;
 }
 
-Columns beginColumns(Walk& walk, int width)
+static Columns beginColumns(Walk& walk, int width)
 {
     Columns columns;
     columns.oneToOne = walk.wholeStep == 1 && walk.partStep == 0;
     columns.count = 0;
     columns.width = std::min(width, Columns::ROOM);
     for (int i = 0; i < columns.width; ++i, step(walk)) {
-        Run* const last = columns.count ? &columns.runs[columns.count - 1] : nullptr;
+        ColumnRun* const last = columns.count ? &columns.runs[columns.count - 1] : nullptr;
         if (last && last->pixel == walk.pixel) {
             ++last->count;
         } else {
@@ -103,14 +101,14 @@ inline void showQuickRun(uint8_t* to, int count, const uint8_t* pixel)
         memcpy(to, &two, sizeof two);
 }
 
-void showRow(uint8_t* to, const Columns& columns, const uint8_t* from)
+static void showRow(uint8_t* to, const Columns& columns, const uint8_t* from)
 {
     if (columns.oneToOne) {
         memcpy(to, from + 3 * (ptrdiff_t)columns.runs[0].pixel, (size_t)columns.width * 3);
         return;
     }
     for (int i = 0; i < columns.quick; ++i) {
-        const Run& run = columns.runs[i];
+        const ColumnRun& run = columns.runs[i];
         showQuickRun(to, run.count, from + 3 * (ptrdiff_t)run.pixel);
         to += 3 * (ptrdiff_t)run.count;
     }
@@ -120,20 +118,18 @@ void showRow(uint8_t* to, const Columns& columns, const uint8_t* from)
     }
 }
 
-void showMaskedRow(uint8_t* to, int count, Walk walk, const uint8_t* from, const uint8_t* mask)
+static void showMaskedRow(uint8_t* to, int count, Walk walk, const uint8_t* from, const uint8_t* mask)
 {
     for (; count > 0; --count, to += 3, step(walk))
         if (mask[3 * walk.pixel + 2] == 0) copyPixel(to, from + 3 * walk.pixel);
 }
 
-void showRowOfOnes(uint8_t* to, int count, Walk walk, const uint8_t* ones, Rgb colour)
+static void showRowOfOnes(uint8_t* to, int count, Walk walk, const uint8_t* ones, Rgb colour)
 {
     const uint8_t pixel[] = {colour.blue, colour.green, colour.red};
     for (; count > 0; --count, to += 3, step(walk))
         if (ones[walk.pixel / 8] & (0x80 >> walk.pixel % 8)) copyPixel(to, pixel);
 }
-
-}  // namespace
 
 // All rows of some columns; one that shows the same as the one above is copied from there.
 static void showColumns(const ViewPicture& picture, const PixelRect& shown, const BitsView& image, Walk down,

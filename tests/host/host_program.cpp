@@ -82,21 +82,19 @@ std::wstring HostProgram::said() const
     return text;
 }
 
-namespace {
-
 struct Search {
     DWORD process;
     HostWindows found;
 };
 
-std::wstring classOf(HWND window)
+static std::wstring classOf(HWND window)
 {
     wchar_t name[64] = L"";
     GetClassNameW(window, name, 64);
     return name;
 }
 
-BOOL CALLBACK findWindows(HWND window, LPARAM parameter)
+static BOOL CALLBACK findWindows(HWND window, LPARAM parameter)
 {
     Search* search = (Search*)parameter;
     DWORD process;
@@ -116,7 +114,7 @@ BOOL CALLBACK findWindows(HWND window, LPARAM parameter)
     return TRUE;
 }
 
-BOOL CALLBACK addText(HWND window, LPARAM text)
+static BOOL CALLBACK addText(HWND window, LPARAM text)
 {
     wchar_t part[2048] = L"";
     SendMessageW(window, WM_GETTEXT, 2048, (LPARAM)part);
@@ -124,8 +122,8 @@ BOOL CALLBACK addText(HWND window, LPARAM text)
     return TRUE;
 }
 
-bool waitForWindows(const HostProgram& program, HostWindows* windows, const char* what,
-                    const std::function<bool()>& there)
+static bool waitForWindows(const HostProgram& program, HostWindows* windows, const char* what,
+                           const std::function<bool()>& there)
 {
     return waitUntil(what,
                      [&] {
@@ -134,8 +132,6 @@ bool waitForWindows(const HostProgram& program, HostWindows* windows, const char
                      }) &&
            there();
 }
-
-}  // namespace
 
 HostWindows windowsOf(const HostProgram& program)
 {

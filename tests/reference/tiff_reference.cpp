@@ -38,8 +38,6 @@ std::vector<uint8_t> referenceThumbnail(const ReferenceSelection& selection)
     return rgb;
 }
 
-namespace {
-
 struct File {
     std::vector<uint8_t> bytes;
     bool bigEndian;
@@ -75,8 +73,6 @@ struct File {
     }
     void add(const std::vector<uint8_t>& more) { bytes.insert(bytes.end(), more.begin(), more.end()); }
 };
-
-}  // namespace
 
 static void directory(File& file, uint32_t subfile, uint32_t w, uint32_t h, uint32_t bitsCount, uint32_t bits,
                       uint32_t photometric, uint32_t strip, uint32_t samples, uint32_t rowsPerStrip,

@@ -143,9 +143,7 @@ TEST_F(SelectionFrames, WhatFollowsThePointerLeavesNoTrace)
     closeSession();
 }
 
-namespace {
-
-reference::Pixel inverse(reference::Pixel p)
+static reference::Pixel inverse(reference::Pixel p)
 {
     return {(uint8_t)~p.blue, (uint8_t)~p.green, (uint8_t)~p.red};
 }
@@ -197,20 +195,20 @@ struct FramePicture {
     }
 };
 
-bool isBlack(reference::Pixel p)
+static bool isBlack(reference::Pixel p)
 {
     return p == reference::Pixel{0, 0, 0};
 }
 
-bool isWhite(reference::Pixel p)
+static bool isWhite(reference::Pixel p)
 {
     return p == reference::Pixel{255, 255, 255};
 }
 
 // The dots are taken from the screen: which of them are white is the system's choice. The frame inverts
 // those under it.
-void takeDots(const reference::Picture& screen, const std::vector<ReferencePoint>& outline, const RECT& frame,
-              reference::Picture* picture)
+static void takeDots(const reference::Picture& screen, const std::vector<ReferencePoint>& outline, const RECT& frame,
+                     reference::Picture* picture)
 {
     const RECT hole = {frame.left + 2, frame.top + 2, frame.right - 2, frame.bottom - 2};
     int black = 0, white = 0, run = 1, longest = 1;
@@ -229,8 +227,6 @@ void takeDots(const reference::Picture& screen, const std::vector<ReferencePoint
     EXPECT_GT(white, (int)outline.size() / 4);
     EXPECT_LT(longest, 12) << "dots, not dashes";
 }
-
-}  // namespace
 
 TEST_F(SelectionFrames, TheFrameIsDrawnPixelByPixel)
 {

@@ -305,22 +305,18 @@ static void printNewestMessages()
                (unsigned)seen.wParam, seen.screen.x, seen.screen.y, seen.sent ? ", sent" : "");
 }
 
-namespace {
-
 struct WantedDialog {
     int control;
     HWND found;
 };
 
-BOOL CALLBACK takeDialogWith(HWND window, LPARAM lParam)
+static BOOL CALLBACK takeDialogWith(HWND window, LPARAM lParam)
 {
     WantedDialog& wanted = *(WantedDialog*)lParam;
     if (!IsWindowVisible(window) || !GetDlgItem(window, wanted.control)) return TRUE;
     wanted.found = window;
     return FALSE;
 }
-
-}  // namespace
 
 HWND dialogWith(const Host& host, int control)
 {

@@ -9,7 +9,6 @@
 #include "selection/geometry/outline.h"
 #include "tests/reference/outline_reference.h"
 
-namespace {
 // A mask in a block of exactly its size.
 struct StoredMask {
     int width, height;
@@ -22,14 +21,11 @@ struct StoredMask {
     }
     BitsView view() { return bottomUpView(rows.data(), width, height, (ptrdiff_t)rowStride(width, 24)); }
 };
-}  // namespace
 
-namespace {
 struct ReferenceTrace {
     TraceResult result;
     std::vector<ReferencePoint> points;
 };
-}  // namespace
 
 // The same walk on rows counted from the bottom, remembering every state.
 static ReferenceTrace referenceTrace(const reference::Picture& mask, ReferencePoint origin)

@@ -51,12 +51,10 @@ static std::vector<ReferencePoint> square(int left, int top, int right, int bott
     return {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
 }
 
-namespace {
 struct Reshaped {
     BrushResult result;
     std::vector<ReferencePoint> points;
 };
-}  // namespace
 
 static Reshaped reshape(const std::vector<ReferencePoint>& given, BrushDab dab)
 {

@@ -143,13 +143,11 @@ TEST(SelectionTransform, AllBuildsTurnAlike)
     EXPECT_EQ(0x7c7ebc73u, sum);
 }
 
-namespace {
 // A selection of random outline with its source image and mask.
 struct Floating {
     PixelRect rect;
     reference::Picture pixels, mask;
 };
-}  // namespace
 
 static bool makeFloating(std::mt19937& random, int shape, int size, std::vector<PixelPoint>& points, Floating& floating)
 {

@@ -9,8 +9,6 @@
 #include "image/pixels/scarce_memory.h"
 #include "tests/session/import_patch.h"
 
-namespace {
-
 constexpr SIZE_T LARGE = 1 << 20, OTHER = 3 << 19;
 
 class KeptBlocks : public testing::Test {
@@ -19,13 +17,13 @@ protected:
     void TearDown() override { releaseKeptBlocks(); }
 };
 
-void fill(HGLOBAL block, int value)
+static void fill(HGLOBAL block, int value)
 {
     memset(GlobalLock(block), value, GlobalSize(block));
     GlobalUnlock(block);
 }
 
-bool isAll(HGLOBAL block, BYTE value)
+static bool isAll(HGLOBAL block, BYTE value)
 {
     const BYTE* bytes = (const BYTE*)GlobalLock(block);
     SIZE_T i = 0;
@@ -174,20 +172,20 @@ TEST_F(KeptBlocks, SmallOnesAndChangedOnesAreFreed)
     EXPECT_EQ(0u, keptBytes());
 }
 
-HGLOBAL WINAPI noMemory(UINT, SIZE_T)
+static HGLOBAL WINAPI noMemory(UINT, SIZE_T)
 {
     return nullptr;
 }
 
-SIZE_T keptAtRequest;
-int requests;
-HGLOBAL WINAPI memoryAtSecondTry(UINT flags, SIZE_T size)
+static SIZE_T keptAtRequest;
+static int requests;
+static HGLOBAL WINAPI memoryAtSecondTry(UINT flags, SIZE_T size)
 {
     keptAtRequest = keptBytes();
     return ++requests == 1 ? nullptr : LocalAlloc(flags, size);
 }
 
-BOOL WINAPI littleIsFree(MEMORYSTATUSEX* memory)
+static BOOL WINAPI littleIsFree(MEMORYSTATUSEX* memory)
 {
     memory->ullAvailPhys = memory->ullAvailVirtual = 1 << 20;
     return TRUE;
@@ -222,5 +220,3 @@ TEST_F(KeptBlocks, NothingIsKeptWhileMemoryIsShort)
     undoPatch(&patch);
     EXPECT_EQ(0u, keptBytes());
 }
-
-}  // namespace

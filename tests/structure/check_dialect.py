@@ -1,0 +1,134 @@
+#!/usr/bin/env python3
+"""Holds what docs/style.md says beyond formatting, as far as the text alone tells it.
+
+usage: check_dialect.py ROOT               every C++ file as it is; prints each fault and ends with 1 if there is one
+       check_dialect.py --self-test ROOT   looks whether faults in made-up files are found
+"""
+import os
+import re
+import sys
+
+SCALAR = (r'(?:unsigned |signed )?(?:u?int(?:8|16|32|64)?_t|int|long|char|wchar_t|WCHAR|BYTE|WORD|DWORD|UINT|LONG|COLORREF|'
+          r'size_t|ptrdiff_t|SIZE_T|UINT_PTR|float|double|bool)')
+NUMBER = re.compile(rf'^(?:static |inline )?const {SCALAR} (\w+) ?[={{]', re.M)
+TEXT = re.compile(rf'^(?:static |inline )?const {SCALAR} (\w+)\[\w*\] =\s*(?:L|u8)?"', re.M)
+SMALL = re.compile(rf'^constexpr {SCALAR} ((?:\w+ = [^,;]*, )*\w*[a-z]\w*)(?:\[\w*\] =\s*(?:L|u8)?"| = )', re.M)
+UNNAMED_ENUM = re.compile(r'^ *enum (?:: \w+ )?\{', re.M)
+HIDDEN = re.compile(r'^namespace \{$.*?^\}  // namespace$', re.M | re.S)
+STATIC = re.compile(r'^static (?!_)', re.M)
+TYPE = re.compile(r'^(?:struct|class|union|enum(?: class)?) (\w+)[^;\n(]*\{', re.M)
+BY_HAND = re.compile(r'\b(?:GlobalUnlock|unlockBlock)\(')
+
+# Floors of the library; controls/ and host/ are linked by themselves.
+LIBRARY = ('canvas/', 'color/', 'image/', 'library/', 'selection/', 'session/', 'text/', 'tools/')
+
+# Where a lock outlives a function, or is what the others are made of.
+LOCKS = ('image/bitmap_block.cpp', 'image/bitmap_locks.cpp', 'image/bitmap_block.h', 'image/packed_bitmap.cpp',
+         'image/original_image.cpp', 'session/ground/locked_block.cpp', 'tools/painting/undo_history.cpp')
+
+
+def readTree(root):
+    tree = {}
+    for folder, folders, names in os.walk(root):
+        folders[:] = [name for name in folders if name != 'build' and not name.startswith('.')]
+        for name in names:
+            path = os.path.relpath(os.path.join(folder, name), root).replace(os.sep, '/')
+            if name.endswith(('.cpp', '.h')) and not path.startswith(('include/', 'samples/')):
+                with open(os.path.join(folder, name), encoding='utf-8') as file:
+                    tree[path] = file.read()
+    return tree
+
+
+def lineOf(text, place):
+    return text.count('\n', 0, place) + 1
+
+
+def lastClauses(text):
+    """(place, text) of what each `for` with two semicolons does after a round."""
+    for found in re.finditer(r'\bfor \(', text):
+        depth, semicolons, place = 1, [], found.end()
+        while depth and place < len(text):
+            depth += {'(': 1, ')': -1}.get(text[place], 0)
+            if text[place] == ';' and depth == 1:
+                semicolons.append(place)
+            place += 1
+        if len(semicolons) == 2:
+            yield found.start(), text[semicolons[1] + 1:place - 1]
+
+
+def loopFaults(text):
+    for place, clause in lastClauses(text):
+        if re.search(r'\w(?:\+\+|--)', clause):
+            yield place, 'a loop that does not count with ++ or -- in front'
+    for found in re.finditer(r'\bwhile \((?:true|TRUE|1)\)', text):
+        yield found.start(), 'a loop without an end is for (;;)'
+
+
+def constantFaults(text, told_elsewhere):
+    for pattern in (NUMBER, TEXT):
+        for found in pattern.finditer(text):
+            if found[1] not in told_elsewhere:
+                yield found.start(), f'{found[1]} is not constexpr'
+    for found in SMALL.finditer(text):
+        yield found.start(), f'{found[1]} is a constant and not in capitals'
+    for found in UNNAMED_ENUM.finditer(text):
+        yield found.start(), 'an enum without a name'
+
+
+def faultsOf(tree):
+    told_elsewhere = {name for text in tree.values() for name in re.findall(r'^extern const [\w ]+ (\w+)', text, re.M)}
+    types = {}
+    for path, text in sorted(tree.items()):
+        faults = [*loopFaults(text), *constantFaults(text, told_elsewhere)]
+        open_text = HIDDEN.sub('', text)
+        if open_text != text and STATIC.search(text):
+            faults.append((STATIC.search(text).start(), 'static beside an unnamed namespace'))
+        if path.startswith(LIBRARY) and path not in LOCKS and BY_HAND.search(text):
+            faults.append((BY_HAND.search(text).start(), 'a lock that does not end with its scope'))
+        for place, fault in faults:
+            yield f'{path}:{lineOf(text, place)}: {fault}'
+        for name in set(TYPE.findall(open_text)) if path.startswith(LIBRARY) else ():
+            if name in types:
+                yield f'{path}: {name} is a type of {types[name]}, too: hide both in unnamed namespaces'
+            types[name] = path
+
+
+def selfTest():
+    planted = {
+        'for (int i = 0; i < 3; i++)\n': 'a loop that does not count',
+        'for (int i = 0; i < f(3); a += 2, i--)\n': 'a loop that does not count',
+        'while (true) {\n': 'is for (;;)',
+        'static const int LIMIT = 3;\n': 'LIMIT is not constexpr',
+        'const wchar_t NAME[] = L"a";\n': 'NAME is not constexpr',
+        'constexpr int limit = 3;\n': 'limit is a constant and not in capitals',
+        'enum { LIMIT = 3 };\n': 'an enum without a name',
+        'namespace {\n\nint f();\n\n}  // namespace\n\nstatic int g();\n': 'static beside',
+        '    GlobalUnlock(block);\n': 'does not end with its scope',
+        'struct Once {\n};\n': 'Once is a type of',
+    }
+    found = {text: list(faultsOf({'image/one.cpp': text, 'image/other.h': 'struct Once {\n};\n'})) for text in planted}
+    missed = [text for text, expected in planted.items() if not any(expected in fault for fault in found[text])]
+    clean = 'for (int i = 0; i < 3; ++i)\n    a[n++] = 0;\nconstexpr int LIMIT = 3, OTHER = 4;\nstatic const int steps[] = {1};\n'
+    false = list(faultsOf({'image/one.cpp': clean}))
+    for text in missed:
+        print(f'not found: {text!r}')
+    for fault in false:
+        print(f'wrongly found: {fault}')
+    return not missed and not false
+
+
+def main(arguments):
+    if arguments[:1] == ['--self-test']:
+        return 0 if selfTest() else 1
+    if len(arguments) != 1:
+        sys.exit(__doc__)
+    tree = readTree(arguments[0])
+    faults = list(faultsOf(tree))
+    for fault in faults:
+        print(fault)
+    print(f'{len(tree)} files, {len(faults)} faults')
+    return 1 if faults else 0
+
+
+if __name__ == '__main__':
+    sys.exit(main(sys.argv[1:]))
