@@ -1,9 +1,9 @@
 // The colour arithmetic on lanes of 16 bits, told once for vectors of any width. adjust_arithmetic.h has
 // the reasons why these short forms are exact.
 //
-// No ordinary header: a source file says what its vectors can do, then includes this, and has toneBytes and
-// hlsPixels for them. Everything is LANES_INLINE, so that nothing of one width gets into another. Besides
-// the words of image/pixels/vector_words.h and color/kernels/lane_words.h the file has
+// No ordinary header: a source file says what its vectors can do, then includes this, and has hlsPixels for them.
+// Everything is LANES_INLINE, so that nothing of one width gets into another. Besides the words of
+// image/pixels/vector_words.h and color/kernels/lane_words.h the file has
 //   LANE_COUNT              how many lanes
 //   Truth                   yes or no for each lane
 //   smallerUnsigned, distance (of signed values)
@@ -12,31 +12,6 @@
 //   negateWhere(truth, a)   -a there, else a
 //   Pixels {blue, green, red}, loadPixels, storePixels: LANE_COUNT pixels, no byte more
 #pragma once
-
-// ---- tone
-
-struct ToneLine {
-    Vector partSlope, wholeSlope, offset;  // the whole slope is 0 or 1
-};
-
-LANES_INLINE Vector toneOfLanes(const ToneLine& line, Vector value)
-{
-    const Vector part = shiftRight<TONE_SHIFT>(multiplyHigh(multiply(value, line.partSlope), all(TONE_RECIPROCAL)));
-    return add(add(part, line.offset), multiply(value, line.wholeSlope));
-}
-
-LANES_INLINE void toneBytes(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
-                            size_t byteCount)
-{
-    const ToneLine line = {all(adjustment.slope % TONE_DIVISOR), all(adjustment.slope / TONE_DIVISOR),
-                           all(adjustment.offset)};
-    size_t i = 0;
-    for (; i + VECTOR_SIZE <= byteCount; i += VECTOR_SIZE) {
-        const Vector bytes = load(source + i);
-        store(target + i, packBytes(toneOfLanes(line, lowBytes(bytes)), toneOfLanes(line, highBytes(bytes))));
-    }
-    toneBytesPlain(adjustment, source + i, target + i, byteCount - i);
-}
 
 // ---- divisions
 

@@ -14,7 +14,7 @@ void hlsPixelsSse2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t p
 void toneBytesAvx2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
 void hlsPixelsAvx2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
 
-// Thirty-two pixels at a time, where the processor and the system know AVX-512.
+// Sixty-four pixels at a time, where the processor and the system know AVX-512.
 void toneBytesAvx512(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount);
 void hlsPixelsAvx512(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount);
 #endif

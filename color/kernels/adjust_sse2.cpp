@@ -96,6 +96,7 @@ LANES_INLINE void storePixels(uint8_t* p, const Pixels& lanes)
 }
 
 #include "color/kernels/adjust_lanes.h"
+#include "color/kernels/tone_lanes.h"
 
 }  // namespace
 
