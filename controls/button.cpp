@@ -2,6 +2,7 @@
 
 #include <windowsx.h>
 
+#include "controls/accessible.h"
 #include "controls/button_paint.h"
 #include "controls/button_record.h"
 #include "controls/keyboard_walk.h"
@@ -136,7 +137,13 @@ static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM 
     const bool ours = !drawnBySystem(GetWindowLongW(window, GWL_STYLE));
     switch (message) {
     case WM_CREATE: muteSystemDrawing(window); break;
-    case WM_DESTROY: removeFromTooltip(window); break;
+    case WM_DESTROY:
+        removeFromTooltip(window);
+        endObjectRequests(window);
+        break;
+    case WM_GETOBJECT:
+        if (const LRESULT answer = answerObjectRequest(window, wp, lp)) return answer;
+        break;
     case WM_NCDESTROY: return onNcDestroy(window, button, wp, lp);
     case WM_ERASEBKGND:
         if (ours) return 1;

@@ -1,4 +1,5 @@
 // What controls of the system's own classes do beside what their class does, once they were given a name.
+#include "controls/accessible.h"
 #include "controls/keyboard_walk.h"
 #include "controls/kovctrl32.h"
 #include "controls/named_control.h"
@@ -33,7 +34,13 @@ static LRESULT CALLBACK namedProc(HWND control, UINT message, WPARAM wp, LPARAM 
     case WM_KEYDOWN:
         if (walkByKey(control, wp, false)) return 0;
         break;
-    case WM_DESTROY: removeFromTooltip(control); break;
+    case WM_DESTROY:
+        removeFromTooltip(control);
+        endObjectRequests(control);
+        break;
+    case WM_GETOBJECT:
+        if (const LRESULT answer = answerObjectRequest(control, wp, lp)) return answer;
+        break;
     }
     return CallWindowProcW(named->base, control, message, wp, lp);
 }

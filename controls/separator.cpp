@@ -1,5 +1,6 @@
 #include "controls/separator.h"
 
+#include "controls/accessible.h"
 #include "controls/caption.h"
 #include "controls/caption_font.h"
 #include "controls/superclass.h"
@@ -89,6 +90,10 @@ static LRESULT CALLBACK separatorProc(HWND window, UINT message, WPARAM wp, LPAR
 
     switch (message) {
     case WM_CREATE: muteWindow(window, true); break;
+    case WM_DESTROY: endObjectRequests(window); break;
+    case WM_GETOBJECT:
+        if (const LRESULT answer = answerObjectRequest(window, wp, lp)) return answer;
+        break;
     case WM_ERASEBKGND: return 1;
     case WM_PAINT: paintOwnWindow(window, drawSeparator); return 0;
     case WM_PRINTCLIENT: printOwnWindow(window, (HDC)wp, drawSeparator); return 0;
