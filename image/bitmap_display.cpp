@@ -92,6 +92,15 @@ static void paintThroughMemory(HDC target, HDC canvas, HGLOBAL image, const RECT
     if (memory) DeleteDC(memory);
 }
 
+// On the canvas, and no larger than the dialog that it fills: a mapping that could not be set would ask for any size.
+static RECT deviceRect(HWND hostDialog, HDC canvas, RECT rect)
+{
+    RECT client;
+    LPtoDP(canvas, (POINT*)&rect, 2);
+    if (GetClientRect(hostDialog, &client)) IntersectRect(&rect, &rect, &client);
+    return rect;
+}
+
 void paintImageRect(HWND hostDialog, HDC canvasPaintDC, HGLOBAL image, const RECT* rect, OverlayPainter overlay)
 {
     const LockedBitmap locked(image);
@@ -99,9 +108,7 @@ void paintImageRect(HWND hostDialog, HDC canvasPaintDC, HGLOBAL image, const REC
     const int oldMode = SetStretchBltMode(canvasPaintDC, COLORONCOLOR);
     HDC target = GetDC(hostDialog);
     if (target) {
-        RECT device = *rect;
-        LPtoDP(canvasPaintDC, (POINT*)&device, 2);
-        paintThroughMemory(target, canvasPaintDC, image, device, overlay);
+        paintThroughMemory(target, canvasPaintDC, image, deviceRect(hostDialog, canvasPaintDC, *rect), overlay);
         ReleaseDC(hostDialog, target);
     }
     if (oldMode) SetStretchBltMode(canvasPaintDC, oldMode);
