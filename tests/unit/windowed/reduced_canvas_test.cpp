@@ -2,6 +2,7 @@
 // where it is narrower than a pixel of the screen. The oracle is a repaint of everything.
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
+#include "selection/clear_selection.h"
 #include "selection/selection.h"
 #include "tests/unit/windowed/client_screen.h"
 #include "tests/unit/windowed/stroke_model.h"
