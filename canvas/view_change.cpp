@@ -6,7 +6,7 @@
 #include "canvas/zoom_title.h"
 #include "selection/selection_view.h"
 #include "session/ground/session_extras.h"
-#include "text/text_tool.h"
+#include "text/text_caret.h"
 
 static bool sameView(const CanvasView& a, const CanvasView& b)
 {

@@ -10,7 +10,7 @@
 
 // Adjusts every pixel of a 24-bit image into `target`, a bitmap of the same size, or in place when
 // `target` is null. The padding bytes of the written rows become 0. At neutral values the result is a
-// little brighter than the image: that is how it is meant to be.
+// little brighter than the image: OK on untouched bars is a step that users see and undo.
 void adjustImageColours(HGLOBAL image, HGLOBAL target, const ColourValues& values);
 
 // Derives a floating selection from its untouched source: scales `source` and `sourceMask` to the size

@@ -186,7 +186,7 @@ int flipVertical(HGLOBAL image)
     return 1;
 }
 
-// Only 24-bit rows are mirrored; rows of the other depths become zero, which is meant.
+// Only 24-bit rows are mirrored; rows of the other depths become zero: hosts see a black picture, not a torn one.
 int flipHorizontal(HGLOBAL image)
 {
     const LockedBitmap locked(image);

@@ -59,7 +59,8 @@ INT_PTR pasteRect(HGLOBAL destination, HGLOBAL source, const RECT* rect);
 int pasteMasked(HGLOBAL destination, HGLOBAL source, HGLOBAL mask, POINT at);
 
 // Mirrors in place. Both need a width and height of at least 2. flipVertical leaves the picture's top
-// row and shifts the rest by one row against a true mirror: that is how a flip is meant to come out.
+// row and shifts the rest by one row against a true mirror: pixels and mask of a selection stay in step, and two flips
+// give the picture back.
 int flipVertical(HGLOBAL image);
 int flipHorizontal(HGLOBAL image);
 

@@ -20,7 +20,7 @@ void fillBorder(HDC dc, HBRUSH brush, const FrameMetrics& m)
         {0, 0, m.width, m.fy - 1},
         {0, 0, m.fx - 1, m.height},
         {0, m.height - m.fy + 1, m.width, m.height},
-        {m.width - m.fy + 1, 0, m.width, m.height},  // the right strip is fy wide, too: meant to be so
+        {m.width - m.fy + 1, 0, m.width, m.height},  // the right strip is fy wide, too: the frame is seen so
     };
     for (const RECT& strip : strips)
         FillRect(dc, &strip, brush);

@@ -1,9 +1,5 @@
 #include "text/text_tool.h"
 
-#include <commdlg.h>
-
-#include <cstdlib>
-
 #include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/locked_block.h"
@@ -11,9 +7,8 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "text/kernels/text_line.h"
+#include "text/text_caret.h"
 #include "text/text_strip.h"
-
-constexpr int CARET_WIDTH = 2;
 
 // textBuffer stays locked for the time of one operation. False while no line is open, and when the buffer
 // cannot be locked: then the operation does not happen.
@@ -45,39 +40,6 @@ static void renderLine(HWND canvas, const TextLine& line)
     invalidateStrip(canvas);
 }
 
-// Where the caret is shown, client pixels. Fitted, its image coordinates are taken for them as they are.
-static RECT caretRect(HWND canvas)
-{
-    const int x = session->caretX, y = session->caretY;
-    if (!isZoomed(sessionExtras.canvas.view)) return {x, y, x + CARET_WIDTH, y + textLineHeight()};
-    const RECT shown = deviceRectOf(canvas, {x, y, x, y + textLineHeight()});
-    return {shown.left, shown.top, shown.left + CARET_WIDTH, shown.bottom};
-}
-
-static void setCaret(HWND canvas)
-{
-    const RECT caret = caretRect(canvas);
-    SetCaretPos(caret.left, caret.top);
-}
-
-static void showTextCaret(HWND canvas)
-{
-    if (!session->caretCreated) {
-        const RECT caret = caretRect(canvas);
-        session->caretCreated = CreateCaret(canvas, nullptr, CARET_WIDTH, caret.bottom - caret.top) != 0;
-    }
-    setCaret(canvas);
-    ShowCaret(canvas);
-}
-
-static void dropTextCaret(HWND canvas)
-{
-    if (!session->caretCreated) return;
-    HideCaret(canvas);
-    DestroyCaret();
-    session->caretCreated = 0;
-}
-
 // Behind the end the caret is drawn after the last character.
 static void computeCaretX(const TextLine& line)
 {
@@ -91,7 +53,7 @@ static void moveCaret(HWND canvas, const TextLine& line)
     computeCaretX(line);
     if (!session->caretCreated) return;
     HideCaret(canvas);
-    setCaret(canvas);
+    setTextCaret(canvas);
     ShowCaret(canvas);
 }
 
@@ -158,7 +120,7 @@ static bool insideStrip(int x, int y)
 }
 
 // The caret goes before the character under the point. Right of the text it is left one past the end,
-// where typing does not show: that is how the tool is meant to act.
+// where typing does not show: only so does a click there keep the next key from changing the line.
 static void moveCaretToPoint(HWND canvas, const TextLine& line, int x)
 {
     const int length = textLength(line);
@@ -281,13 +243,6 @@ void showTextLine(HWND canvas, const ViewPicture& picture)
     if (session->caretCreated) ShowCaret(canvas);
 }
 
-void placeCaretForView(HWND canvas)
-{
-    if (!session->caretCreated) return;
-    dropTextCaret(canvas);
-    showTextCaret(canvas);
-}
-
 void endText(HWND canvas)
 {
     if (lineIsOpen()) invalidateStrip(canvas);
@@ -305,31 +260,4 @@ void takeTextFocus(HWND canvas)
 void loseTextFocus(HWND canvas)
 {
     dropTextCaret(canvas);
-}
-
-static void takeChosenFont(const LOGFONTA& font, COLORREF colour)
-{
-    session->textFont = font;
-    session->brushHeight = (uint32_t)abs((int)font.lfHeight);
-    createTextFont();  // the dialog's heights are negative, the description's (and the settings file's) are not
-    session->paintColour = colour;
-}
-
-void chooseTextFont(HWND palette)
-{
-    endText(session->canvasWindow);
-    session->textFont.lfHeight = (LONG)session->brushHeight;
-    LOGFONTA font = session->textFont;  // the dialog may write into it long before OK
-    CHOOSEFONTA dialog = {};
-    dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = palette;
-    dialog.lpLogFont = &font;
-    dialog.rgbColors = session->paintColour;
-    dialog.Flags = CF_SCREENFONTS | CF_INITTOLOGFONTSTRUCT | CF_EFFECTS;
-    dialog.nFontType = SCREEN_FONTTYPE;
-    EnableWindow(session->hostDialog, FALSE);
-    const bool chosen = ChooseFontA(&dialog) != 0;
-    if (!sessionGoesOn()) return;
-    if (chosen) takeChosenFont(font, dialog.rgbColors);
-    EnableWindow(session->hostDialog, TRUE);
 }

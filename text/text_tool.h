@@ -1,8 +1,5 @@
 // The text tool: one line at a time is typed over the image, in the paint colour and the text font, and
 // stamped into it. Coordinates are image pixels.
-//
-// Fitted, the caret is placed at image coordinates taken as client coordinates, so it sits on the text only when
-// the canvas shows the image at its own size. That is meant so. Zoomed, it sits on the text.
 #pragma once
 
 #include <windows.h>
@@ -19,9 +16,6 @@ void textChar(HWND canvas, UINT character);
 // Lays the open line over a picture of the zoomed canvas.
 void showTextLine(HWND canvas, const ViewPicture& picture);
 
-// The canvas has another view: the caret goes where it shows the line.
-void placeCaretForView(HWND canvas);
-
 // Draws the open line over the canvas's picture.
 void paintTextOverlay(HWND canvas, HDC dc);
 
@@ -32,6 +26,3 @@ void loseTextFocus(HWND canvas);
 
 // Discards the open line, if there is one: nothing is stamped.
 void endText(HWND canvas);
-
-// The font dialog: font, height and colour of the text.
-void chooseTextFont(HWND palette);

@@ -12,5 +12,6 @@ struct PreviewSize {
 PreviewSize previewSizeFor(int imageWidth, int imageHeight, int clientWidth, int clientHeight);
 
 // Fills the preview by nearest neighbour. In stored (bottom-up) order the rows lag by one: row 0 takes
-// the image's row 0, and row r takes row (r - 1) x image height / preview height. That is meant so.
+// the image's row 0, and row r takes row (r - 1) x image height / preview height: so the dialog
+// shows it.
 void samplePreview(BitsView preview, BitsView image);

@@ -24,7 +24,8 @@ BitsView bottomUpView(uint8_t* bottomRow, int width, int height, ptrdiff_t strid
 void copyFromOffset(const BitsView& destination, const BitsView& source, int left, int top);
 
 // Copies the source's rectangle onto the destination at (left, top), clipped. The source's horizontal
-// skip is counted in BYTES, not in pixels: a paste over the left edge comes out shifted, as is meant.
+// skip is counted in BYTES, not in pixels: a paste over the left edge comes out shifted, and stamps
+// and applied selections with it.
 // False when nothing of the source lies inside. The two may share memory.
 bool pasteWithByteSkip(const BitsView& destination, const BitsView& source, int left, int top);
 
@@ -43,7 +44,7 @@ void mergeMaskedRow(uint8_t* destination, const uint8_t* source, const uint8_t* 
 void mergeMasked(const BitsView& destination, const BitsView& source, const BitsView& mask, int left, int top);
 
 // Turns the first height - 1 stored rows around; the last stored row (the picture's top) stays. Against
-// a true mirror the result is one row off: that is how a flip is meant to come out.
+// a true mirror the result is one row off: whoever flips pixels and their mask flips both with it.
 void reverseAllButLastRow(uint8_t* storedRows, ptrdiff_t rowBytes, int height);
 
 // Mirrors every row left to right; padding is left alone.

@@ -12,7 +12,7 @@ constexpr size_t LIST_TEXT_SIZE = 32;  // characters, enough for every line form
 int parseCounter(const char* text, size_t length);
 
 // What is written over the counter: the FIRST three characters of the number. After 999 comes file 1000,
-// but "100" is stored and the next save writes file 101 again: that is meant.
+// but "100" is stored and the next save writes file 101 again: users' lists are numbered so.
 void formatCounter(char (&text)[LIST_TEXT_SIZE], int number);
 
 // "seld_001.tif"

@@ -79,6 +79,6 @@ bool placeSelectionParts(int width, int height, PartPlace (&parts)[PART_COUNT]);
 uint32_t dotsPerInch(int32_t pixelsPerMetre);
 
 // What a file's resolution means in pixels per metre. Takes 127 off where dotsPerInch adds it, so 3780 is
-// written as 96 and comes back as 3779: that is meant. 0 for other units and for a denominator of 0; what
-// 31 bits cannot hold becomes the largest number.
+// written as 96 and comes back as 3779, as in every file that was ever read. 0 for other units and for a denominator of
+// 0; what 31 bits cannot hold becomes the largest number.
 int32_t pixelsPerMetre(uint32_t numerator, uint32_t denominator, uint32_t unit);

@@ -71,7 +71,7 @@ static uint32_t variableValue(uint16_t tag, const PartPlace& place, int width, i
     switch (tag) {
     case TAG_IMAGE_WIDTH: return (uint32_t)width;
     case TAG_IMAGE_LENGTH:
-    case TAG_ROWS_PER_STRIP:  // the thumbnail too names the selection's height, not its own: that is meant
+    case TAG_ROWS_PER_STRIP:  // the thumbnail names the selection's height, too: readers find it so in every file
         return (uint32_t)height;
     case TAG_BITS_PER_SAMPLE: return place.sampleBits;
     case TAG_STRIP_OFFSETS: return place.strip;

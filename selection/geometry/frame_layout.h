@@ -89,10 +89,10 @@ bool isEmptyRect(PixelRect rect);
 bool rectContains(PixelRect rect, PixelPoint point);  // left and top inclusive, right and bottom not
 
 // The selection's rectangle with its frame. The sizes are device pixels and go into image pixels
-// unconverted: that is how the frame is meant to be.
+// unconverted: where a button is drawn and hit depends on it.
 PixelRect frameOuterRectOf(PixelRect rect, FrameMetrics metrics);
 
-// The uneven gaps of one to four pixels between the buttons are meant.
+// The gaps between the buttons are uneven, one to four pixels: a press hits where the button is seen.
 FrameButtons layOutFrameButtons(PixelRect outer, BandUnit band);
 
 int hitOfButton(int button);  // a FrameHit; HIT_NONE for no button

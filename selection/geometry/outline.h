@@ -32,7 +32,7 @@ bool startOutline(Outline& outline, int rowCount, PixelPoint point);
 void extendOutline(Outline& outline, PixelPoint point);
 
 // Draws from the release point to the start. Nothing joins the last point to the release point: a
-// release away from the last point leaves the outline open there, and that is meant.
+// release away from the last point leaves the outline open there, which decides what is selected.
 void closeOutline(Outline& outline, PixelPoint release);
 
 void freeOutline(Outline& outline);  // all zero again

@@ -160,7 +160,7 @@ bool addCrossing(RowHead* table, PixelPoint from, PixelPoint to)
 {
     const int row = from.y > to.y ? from.y : to.y, x = from.x > to.x ? from.x : to.x;
     TableHeader* header = headerOf(table);
-    // The row equal to the count is let through, as is meant: it has a head of its own.
+    // The row equal to the count is let through: it has a head of its own, which counts where rows are walked.
     if (row < 0 || row > header->rowCount || x >= CROSSING_END) return true;
     RowHead* before = findBefore(header, table, row, x);
     if (before->next->x != x) return insertAfter(header, before, x);

@@ -75,7 +75,8 @@ int addRotation(int rotation, int degrees);
 PixelPoint bandGrabOffset(PixelRect band, int hit, PixelPoint pointer);
 
 // The band with its size, following the pointer within the client rectangle. On systems whose two frame
-// sizes differ, the left side is tested with one of them and set with the other: that is meant.
+// sizes differ, the left side is tested with one of them and set with the other:
+// it decides where a dragged band stops.
 PixelRect moveBand(PixelRect band, PixelPoint grab, PixelPoint pointer, PixelRect client, FrameMetrics metrics);
 
 // The band with the sides that the hit code drags following the pointer. At least 6 more than

@@ -29,7 +29,7 @@ static Block adjustedBlock(const Block& block, const HostImage& photo, const ref
     return result;
 }
 
-// The preview before it is adjusted. Stored row r takes the source row of r - 1: that is meant.
+// The preview before it is adjusted. Stored row r takes the source row of r - 1.
 static reference::StoredPicture sampled(const reference::StoredPicture& source, SIZE client)
 {
     long long width = (long long)source.width * client.cy / source.height, height = client.cy;

@@ -95,7 +95,7 @@ TEST_F(Palette, ToolsKeepTheirOwnSettings)
     EXPECT_TRUE(isChecked(host, ID_SOFT));
 }
 
-// The bar stores position * position / 100 and later shows the stored value: that is meant.
+// The bar stores position * position / 100 and later shows the stored value.
 TEST_F(Palette, OpacityComesBackSquared)
 {
     ASSERT_TRUE(open());

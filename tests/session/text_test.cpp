@@ -178,7 +178,7 @@ TEST_F(Text, OtherToolsLeaveNothing)
 }
 
 // The line is typed, shown and stamped in image pixels. The caret stands at the image's coordinates taken for
-// the window's: it sits on the text at the image's own size only, and that is meant so.
+// the window's: it sits on the text at the image's own size only.
 TEST_F(Text, CaretKeepsToImageCoordinatesAtOtherScales)
 {
     usePhoto(300, 200, 450, 300);

@@ -10,7 +10,7 @@ PixelRect dabRect(PixelPoint centre, int brushWidth, int brushHeight, int scale)
 // Pixel (imageX + i, imageY + j) lies under mask cell (maskX + i, maskY + j), for i < width, j < height;
 // all of these pixels lie inside the image and all of these cells inside the mask.
 //
-// A brush that hangs over both sides of an image narrower than itself is meant to be placed oddly: its
+// A brush that hangs over both sides of an image narrower than itself is placed oddly, the same for every tool: its
 // visible width is what the left overhang leaves, however far that reaches beyond the right side, and
 // it starts at mask column 0. The same holds for rows. ruleWidth and ruleHeight keep that visible size,
 // from which soft edges compute their falloff; width and height are what of it lies inside the image,

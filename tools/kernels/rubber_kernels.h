@@ -6,7 +6,7 @@
 //
 // That is the image's own pixel, but for a brush that hangs over both sides of the image: as its cells are
 // placed oddly there (see DabPlacement), what it brings back is shifted, and black where it comes from
-// outside. That is meant.
+// outside: the same cells decide as for every other tool.
 #pragma once
 
 #include "tools/kernels/dab_placement.h"

@@ -5,7 +5,7 @@
 //     weight:       Brush opacity x (1 - t^3), Rubber opacity x (1 - t), spray opacity x (1 - sqrt t)
 //
 // The ellipse is that of the dab's VISIBLE size: a dab cut by the image's border has the falloff of
-// the smaller dab that is left, and it is meant to.
+// the smaller dab that is left: soft strokes along a border are as strong as they look at it.
 #pragma once
 
 #include "tools/kernels/dab_placement.h"

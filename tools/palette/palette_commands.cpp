@@ -13,6 +13,7 @@
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
+#include "text/font_dialog.h"
 #include "text/text_tool.h"
 #include "tools/brush/brush_mask.h"
 #include "tools/brush/brush_preview.h"

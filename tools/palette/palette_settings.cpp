@@ -79,7 +79,7 @@ void showSettings(HWND palette, const ToolSettings& settings)
 }
 
 // The stored opacity is the bar's position squared, in percent: 40 on the bar stores 16. The bar shows
-// the stored value when it is loaded again. Both are meant so.
+// the stored value when it is loaded again. Strokes and settings files depend on the stored one.
 void scrollOpacity(HWND palette, HWND bar, WPARAM message)
 {
     scrollStep(bar, message, OPACITY_RANGE);

@@ -20,7 +20,7 @@ TEST(FrameLayout, OuterRectangleTakesDevicePixelsUnconverted)
     expectRect(PixelRect{31, 49, 309, 231}, frameOuterRectOf(inner, FrameMetrics{4, 5}));
 }
 
-// Written out side by side, with the uneven gaps that are meant.
+// Written out side by side, with their uneven gaps.
 TEST(FrameLayout, NineteenButtonsLieWhereTheyShould)
 {
     const int L = 31, T = 49, R = 309, B = 231, dx = 10, dy = 7;

@@ -340,7 +340,7 @@ TEST_F(PaintTest, ShowsTheSystemsOwnStretchAtAnyScale)
     }
 }
 
-// Only 24-bit images can be cut, so the others are black: that is meant.
+// Only 24-bit images can be cut, so the others are black.
 TEST_F(PaintTest, ImagesOfOtherDepthsAreBlack)
 {
     GlobalFree(image);

@@ -50,7 +50,7 @@ struct UserLanguage : testing::Test {
     void setCode(const char* code) { strncpy(languageCode, code, sizeof languageCode); }
 };
 
-// Two letters are left as they stand in the profile: that is meant.
+// Two letters are left as they stand in the profile: which dialogs open depends on it.
 TEST_F(UserLanguage, ProfileIsUpperCasedWhenItHasMoreThanTwoLetters)
 {
     const char* const cases[][2] = {{"fra", "FRA"}, {"fr", "fr"}, {"f", "f"}, {"", ""}, {"french", "FRE"}};

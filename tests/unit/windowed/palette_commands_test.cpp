@@ -113,7 +113,7 @@ TEST_F(PaletteCommands, SettingsSurviveTheNextSession)
     EXPECT_EQ(0x123456u, session->paintColour);
 }
 
-// The bar's position is stored squared and shown as it is stored. Both are meant.
+// The bar's position is stored squared and shown as it is stored.
 TEST_F(PaletteCommands, OpacityIsStoredSquaredAndOnlyAtTheEnd)
 {
     click(BUTTON_BRUSH);

@@ -10,6 +10,7 @@
 #include "session/ground/session_extras.h"
 #include "tests/session/import_patch.h"
 #include "tests/unit/windowed/session_fixture.h"
+#include "text/font_dialog.h"
 #include "text/text_tool.h"
 
 // How many of the calls still succeed, before one fails or all do.
