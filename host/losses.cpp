@@ -1,7 +1,5 @@
 #include "host/losses.h"
 
-#include "host/codecs/tiff_file.h"
-
 namespace {
 
 void add(Losses* losses, bool lost, TextId name, bool severe)
@@ -13,8 +11,11 @@ void add(Losses* losses, bool lost, TextId name, bool severe)
 
 bool keepsAll(const SourcePhoto& source, PhotoFormat format)
 {
-    if (format == PhotoFormat::Tiff) return source.kind == PhotoKind::Tiff && tiffKeepsItsKind(source.path.c_str());
-    return (format == PhotoFormat::Jpeg && source.kind == PhotoKind::Jpeg) ||
+    if (format == PhotoFormat::Tiff) return source.kind == PhotoKind::Tiff && source.facts.inPlace;
+    // Inks that cannot be turned as blocks become plain colours.
+    const PhotoFacts& facts = source.facts;
+    const bool turnsInks = facts.inks && facts.uneven && facts.orientation != 1;
+    return (format == PhotoFormat::Jpeg && source.kind == PhotoKind::Jpeg && !turnsInks) ||
            (format == PhotoFormat::Png && source.kind == PhotoKind::Png);
 }
 
@@ -28,10 +29,7 @@ Losses lossesOf(const SourcePhoto& source, PhotoFormat format)
     Losses losses;
     add(&losses, facts.animated, TEXT_LOSS_FRAMES, true);
     add(&losses, multiPicture, TEXT_LOSS_PICTURES, true);
-    if (all) {
-        // The blocks of a turned CMYK photo that cannot be turned as they are become plain colours.
-        return losses;
-    }
+    if (all) return losses;
     add(&losses, !multiPicture && !facts.animated && facts.pages > 1, TEXT_LOSS_PAGES, true);
     add(&losses, facts.alpha, TEXT_LOSS_ALPHA, true);
     add(&losses, facts.deep, TEXT_LOSS_DEPTH, true);
@@ -40,7 +38,10 @@ Losses lossesOf(const SourcePhoto& source, PhotoFormat format)
     const bool noProfile = format == PhotoFormat::Bmp || facts.grey || facts.inks;
     add(&losses, !facts.profile.empty() && noProfile, TEXT_LOSS_PROFILE, false);
     const bool noCamera = format == PhotoFormat::Bmp || format == PhotoFormat::Tiff;
-    add(&losses, !facts.exif.empty() && noCamera, TEXT_LOSS_CAMERA, false);
+    add(&losses, facts.camera || (!facts.exif.empty() && noCamera), TEXT_LOSS_CAMERA, false);
+    const bool sameKind = (format == PhotoFormat::Jpeg && source.kind == PhotoKind::Jpeg) ||
+                          (format == PhotoFormat::Tiff && source.kind == PhotoKind::Tiff);
+    add(&losses, facts.notes && !sameKind, TEXT_LOSS_NOTES, false);
     add(&losses, !facts.xmp.empty() && format == PhotoFormat::Bmp, TEXT_LOSS_XMP, false);
     return losses;
 }

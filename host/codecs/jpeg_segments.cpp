@@ -80,6 +80,16 @@ void collectProfile(const jpeg_decompress_struct& input, std::vector<uint8_t>* p
     }
 }
 
+bool endsInsideBlock(const jpeg_decompress_struct& input)
+{
+    int across = 1, down = 1;
+    for (int i = 0; i < input.num_components; ++i) {
+        across = std::max(across, input.comp_info[i].h_samp_factor);
+        down = std::max(down, input.comp_info[i].v_samp_factor);
+    }
+    return input.image_width % (8u * across) != 0 || input.image_height % (8u * down) != 0;
+}
+
 }  // namespace
 
 JpegSegment kindOfSegment(const jpeg_marker_struct* segment)
@@ -102,6 +112,7 @@ void collectJpegFacts(const jpeg_decompress_struct& input, PhotoFacts* facts)
 {
     facts->grey = input.num_components == 1;
     facts->inks = input.num_components == 4;
+    facts->uneven = endsInsideBlock(input);
     for (const jpeg_marker_struct* segment = input.marker_list; segment; segment = segment->next) {
         const std::vector<uint8_t> bytes = bytesOf(segment);
         switch (kindOfSegment(segment)) {
@@ -110,7 +121,8 @@ void collectJpegFacts(const jpeg_decompress_struct& input, PhotoFacts* facts)
             break;
         case JpegSegment::Xmp: facts->xmp.assign(bytes.begin() + XMP_MARK_SIZE, bytes.end()); break;
         case JpegSegment::MultiPicture: facts->pages = 2; break;
-        default: break;
+        case JpegSegment::Resources: facts->notes = true; break;
+        default: facts->notes = facts->notes || segment->marker == JPEG_COM;
         }
     }
     facts->orientation = exifOrientation(facts->exif.data(), facts->exif.size());

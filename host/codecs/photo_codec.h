@@ -29,6 +29,10 @@ struct PhotoFacts {
     bool palette = false;   // stored as indices into a table of colours
     bool inks = false;      // CMYK or YCCK
     bool animated = false;  // further frames
+    bool notes = false;     // comments and captions that only its own kind of file can take
+    bool camera = false;    // camera data in parts of a TIFF file
+    bool uneven = false;    // a JPEG file that ends inside a block: it cannot be turned as it is
+    bool inPlace = false;   // a TIFF file whose pixels can be changed with everything else left as it is
     int pages = 1;
     int orientation = 1;
     std::vector<uint8_t> profile;  // ICC

@@ -33,6 +33,8 @@ void readFacts(PngRows* rows, PhotoFacts* facts)
         if (strcmp(texts[i].key, "XML:com.adobe.xmp") == 0)
             facts->xmp.assign(texts[i].text,
                               texts[i].text + (texts[i].itxt_length ? texts[i].itxt_length : texts[i].text_length));
+        else
+            facts->notes = true;
     facts->grey = !(rows->layout.type & PNG_COLOR_MASK_COLOR);
     facts->palette = rows->layout.type == PNG_COLOR_TYPE_PALETTE;
     facts->deep = rows->layout.depth == 16;

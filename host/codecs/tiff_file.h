@@ -6,9 +6,6 @@
 
 PhotoStatus readTiff(const wchar_t* path, const RowSink& sink, PhotoFacts* facts);
 
-// Whether the file's kind of pixels can be edited inside a copy.
-bool tiffKeepsItsKind(const wchar_t* path);
-
 // output exists and is empty. original: the TIFF file the photo was read from, or null; then `facts` tells what
 // goes along.
 PhotoStatus writeTiff(const wchar_t* output, const EditedPhoto& photo, const PhotoFacts& facts,

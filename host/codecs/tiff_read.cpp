@@ -117,12 +117,20 @@ void collectTiffFacts(TIFF* file, PhotoFacts* facts)
     facts->inks = layout.photometric == PHOTOMETRIC_SEPARATED;
     facts->deep = layout.bits > 8;
     facts->alpha = layout.alpha;
+    facts->inPlace = canEditSamples(layout) && !(layout.planar == PLANARCONFIG_SEPARATE && layout.alpha);
     uint32_t size = 0;
     void* bytes = nullptr;
     if (TIFFGetField(file, TIFFTAG_ICCPROFILE, &size, &bytes) && bytes)
         facts->profile.assign((uint8_t*)bytes, (uint8_t*)bytes + size);
     if (TIFFGetField(file, TIFFTAG_XMLPACKET, &size, &bytes) && bytes)
         facts->xmp.assign((uint8_t*)bytes, (uint8_t*)bytes + size);
+    uint64_t place = 0;
+    facts->camera = TIFFGetField(file, TIFFTAG_EXIFIFD, &place) || TIFFGetField(file, TIFFTAG_GPSIFD, &place);
+    char* text = nullptr;
+    facts->notes = TIFFGetField(file, TIFFTAG_IMAGEDESCRIPTION, &text) || TIFFGetField(file, TIFFTAG_ARTIST, &text) ||
+                   TIFFGetField(file, TIFFTAG_COPYRIGHT, &text) ||
+                   TIFFGetField(file, TIFFTAG_RICHTIFFIPTC, &size, &bytes) ||
+                   TIFFGetField(file, TIFFTAG_PHOTOSHOP, &size, &bytes);
     facts->pages = (int)TIFFNumberOfDirectories(file);
     TIFFSetDirectory(file, 0);
 }
@@ -157,12 +165,4 @@ PhotoStatus readTiff(const wchar_t* path, const RowSink& sink, PhotoFacts* facts
     if (status == PhotoStatus::Ok) status = eachTiffBand(file, *facts, sink);
     TIFFClose(file);
     return status;
-}
-
-bool tiffKeepsItsKind(const wchar_t* path)
-{
-    TIFF* file = openTiff(path, "r");
-    const bool keeps = file && canEditSamples(tiffLayout(file));
-    if (file) TIFFClose(file);
-    return keeps;
 }
