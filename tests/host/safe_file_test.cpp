@@ -53,6 +53,23 @@ TEST(HostSafeFile, LeavesNothingBehindWhenItCannotRename)
     EXPECT_EQ(namesIn(folder).size(), 1u);
 }
 
+TEST(HostSafeFile, AFileHeldOpenStaysAsItIs)
+{
+    TestFolder folder;
+    const std::wstring name = folder.path + L"a.png";
+    writeBytes(name, oldBytes);
+    HANDLE holder = CreateFileW(name.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(holder, INVALID_HANDLE_VALUE);
+    unsigned long error = 0;
+    EXPECT_FALSE(write(name, true, &error));
+    EXPECT_NE(error, 0u);
+    CloseHandle(holder);
+    EXPECT_EQ(readBytes(name), oldBytes);
+    EXPECT_EQ(namesIn(folder).size(), 1u);
+    EXPECT_TRUE(write(name, true, &error));
+    EXPECT_EQ(readBytes(name), newBytes);
+}
+
 TEST(HostSafeFile, FailsInAFolderThatIsNotThere)
 {
     TestFolder folder;

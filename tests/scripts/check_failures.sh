@@ -106,6 +106,52 @@ expect_end "its end is told" 1
 expect "the rescued work is saved" grep -q "^Saved: .*photo-retouched-3.jpg" "$folder/said"
 expect "nothing is left of it" test -z "$(ls "$rescue" 2>/dev/null)"
 
+# The folder of the result goes while the session runs, as a share does.
+gone() {   # gone: the dialog for another place is cancelled, and the picture must be in a rescue file
+    expect "the question for another place appears" drive answer cancel
+    expect_end "that nothing could be saved is told" 7
+    expect "the picture is in a rescue file" test -s "$(ls "$rescue"/rescued-*.bmp 2>/dev/null | head -n 1)"
+    expect "and its place is said" grep -q "rescued-" "$folder/said"
+    rm -f "$rescue"/rescued-*.bmp
+}
+mkdir "$folder/share"
+start_host "$photo" -o "$(windows_path "$folder/share/out.png")"
+expect "the editor opens for a share" drive wait photo.jpg
+rmdir "$folder/share"
+expect "the session over a lost share ends" drive spot photo.jpg
+gone
+
+# The program is killed in a save: the next start takes away what was half written.
+cp "$root/samples/seeding.jpg" "$folder/large.jpg"   # long enough in the making as a PNG
+before=$(md5sum <"$folder/large.jpg")
+mkdir "$folder/half"
+start_host "$folder/large.jpg" -o "$(windows_path "$folder/half/out.png")"
+drive save large.jpg &
+saving=$!
+expect "a save begins" until_true sh -c "ls '$folder'/half/retouch-*.tmp >/dev/null 2>&1"
+kill_host
+wait "$saving"
+expect "it was cut off" sh -c "ls '$folder'/half/retouch-*.tmp >/dev/null 2>&1"
+expect "the large photo is as it was" test "$(md5sum <"$folder/large.jpg")" = "$before"
+start_host "$photo"
+expect "the next start opens" drive close photo.jpg
+expect_end "its end without a save is told" 1
+expect "nothing half written is left" test -z "$(ls "$folder/half")"
+expect "and nothing of its record" test -z "$(ls "$rescue")"
+
+# What would go with --overwrite is told at once, and goes only when that is asked for.
+convert "$photo" \( "$photo" -negate \) -compress JPEG "$folder/pages.tif"
+before=$(md5sum <"$folder/pages.tif")
+start_host "$folder/pages.tif" --overwrite
+expect_end "further pages are not thrown away" 7
+expect "they are named" grep -q "further pages" "$folder/said"
+expect "the file with pages is as it was" test "$(md5sum <"$folder/pages.tif")" = "$before"
+start_host "$folder/pages.tif" --overwrite --flatten
+expect "with --flatten the editor opens" drive spot pages.tif
+expect_end "with --flatten it is saved" 0
+expect "what was not kept is said after it, too" test "$(grep -c "further pages" "$folder/said")" = 2
+expect "one page is left" test "$(identify "$folder/pages.tif" | wc -l)" = 1
+
 # A full disk: where a small one can be had, as root only.
 small=$folder/small
 mkdir "$small"
@@ -113,11 +159,8 @@ if mount -t tmpfs -o size=64k tmpfs "$small" 2>/dev/null; then
     mounted=$small
     start_host "$photo" -o "$(windows_path "$small/out.png")"
     expect "the editor opens for a full disk" drive spot photo.jpg
-    expect "the question for another place appears" drive answer cancel
-    expect_end "a full disk is told" 7
+    gone
     expect "nothing half is left there" test -z "$(ls "$small")"
-    expect "the picture is in a rescue file" test -s "$(ls "$rescue"/rescued-*.bmp 2>/dev/null | head -n 1)"
-    expect "and its place is said" grep -q "rescued-" "$folder/said"
 fi
 [ "$failures" -eq 0 ] || cat "$folder/said"
 [ "$failures" -eq 0 ]
