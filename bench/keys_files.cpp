@@ -6,6 +6,7 @@
 #include "bench/synthetic.h"
 #include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
+#include "library/format/tiff_writer.h"
 #include "library/selection_file.h"
 #include "selection/geometry/outline.h"
 
@@ -70,6 +71,26 @@ static bool writeSelection(int)
     return writeSelectionTiff(FILE_NAME, image, mask);
 }
 
+// The writer into a file that nobody waits for: writeSelection also waits until the bytes are on the disk.
+static bool writeToHandle(void* file, const void* bytes, uint32_t count)
+{
+    DWORD written;
+    return WriteFile(file, bytes, count, &written, nullptr) && written == count;
+}
+
+static bool writeUnflushed(int)
+{
+    const BitsView imageView = lockedView(image), maskView = lockedView(mask);
+    const HANDLE file =
+        CreateFileW(FILE_NAME, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const SelectionImages selection = {imageView, maskView, {0, 0}, {0, 0}};
+    const bool written = writeSelectionImages(ByteSink{writeToHandle, file}, selection);
+    CloseHandle(file);
+    unlockBitmap(image);
+    unlockBitmap(mask);
+    return written;
+}
+
 static void removeFile(int)
 {
     DeleteFileW(FILE_NAME);
@@ -128,6 +149,7 @@ static void release(int variant)
 
 static const BenchKey keys[] = {
     {"tiff_write_3000x2000", "MP/s", 6, 0, makeSelection, removeFile, writeSelection, crcOfFile, release},
+    {"tiff_write_unflushed_3000x2000", "MP/s", 6, 0, makeSelection, removeFile, writeUnflushed, crcOfFile, release},
     {"tiff_read_3000x2000", "MP/s", 6, 0, makeFile, freeRead, readSelection, crcOfRead, release},
 };
 const BenchGroup fileKeys = {keys, sizeof keys / sizeof keys[0]};

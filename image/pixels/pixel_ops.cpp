@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "image/pixels/pixel_rows.h"
-#include "image/pixels/vector_bytes.h"
+#include "image/pixels/fetch_ahead.h"
 
 constexpr int BYTES_PER_PIXEL = 3;
 

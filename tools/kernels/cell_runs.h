@@ -2,21 +2,26 @@
 #pragma once
 
 #include <cstdint>
-
-#include "image/pixels/vector_bytes.h"
+#include <cstring>
 
 struct CellRun {
     int first, end;  // end is one past the last cell; both 0 before the first run
 };
 
-// First cell from i on whose "is zero" equals `zero`, or count. Sixteen equal ones are passed at once.
+// Whether eight cells are all zero, or all not zero.
+inline bool eightCellsAre(const uint8_t* cells, bool zero)
+{
+    constexpr uint64_t ONES = 0x0101010101010101u, HIGHEST = 0x8080808080808080u;
+    uint64_t eight;
+    memcpy(&eight, cells, sizeof eight);
+    return zero ? eight == 0 : ((eight - ONES) & ~eight & HIGHEST) == 0;
+}
+
+// First cell from i on whose "is zero" equals `zero`, or count.
 inline int firstCell(const uint8_t* cells, int i, int count, bool zero)
 {
-    const int passed = zero ? 0 : 0xFFFF;
-    for (; i + 16 <= count; i += 16) {
-        const __m128i block = loadBytes(cells + i);
-        if (_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_setzero_si128())) != passed) break;
-    }
+    while (i + 8 <= count && eightCellsAre(cells + i, !zero))
+        i += 8;
     while (i < count && (cells[i] == 0) != zero)
         ++i;
     return i;

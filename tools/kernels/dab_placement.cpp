@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "image/pixels/vector_bytes.h"
+#include "image/pixels/fetch_ahead.h"
 
 PixelRect dabRect(PixelPoint centre, int brushWidth, int brushHeight, int scale)
 {

@@ -1,6 +1,6 @@
 #include "tools/kernels/stroke_kernels.h"
 
-#include "image/pixels/vector_bytes.h"
+#include "image/pixels/fetch_ahead.h"
 #include "tools/kernels/brush_kernels.h"
 #include "tools/kernels/digital_line.h"
 #include "tools/kernels/line_shapes.h"
