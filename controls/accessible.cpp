@@ -8,9 +8,11 @@
 #include "controls/caption.h"
 #include "controls/named_control.h"
 
-static const wchar_t comProperty[] = L"KovAccessible";  // set while the control keeps COM going on its thread
+constexpr wchar_t COM_PROPERTY[] = L"KovAccessible";  // set while the control keeps COM going on its thread
 
-enum { PLAIN_LENGTH = 512 };
+constexpr int PLAIN_LENGTH = 512;
+
+namespace {
 
 // Only a program that asks costs the loading of these.
 struct SystemCalls {
@@ -23,7 +25,7 @@ struct SystemCalls {
 };
 
 template <typename Function>
-static bool take(Function& function, const wchar_t* library, const char* name)
+bool take(Function& function, const wchar_t* library, const char* name)
 {
     const HMODULE module = LoadLibraryW(library);
     const FARPROC address = module ? GetProcAddress(module, name) : nullptr;
@@ -32,7 +34,7 @@ static bool take(Function& function, const wchar_t* library, const char* name)
     return address != nullptr;
 }
 
-static bool loadCalls(SystemCalls& calls)
+bool loadCalls(SystemCalls& calls)
 {
     return take(calls.stdObject, L"oleacc.dll", "CreateStdAccessibleObject") &&
            take(calls.resultOf, L"oleacc.dll", "LresultFromObject") &&
@@ -41,7 +43,7 @@ static bool loadCalls(SystemCalls& calls)
            take(calls.newText, L"oleaut32.dll", "SysAllocString");
 }
 
-static const SystemCalls* systemCalls()
+const SystemCalls* systemCalls()
 {
     static SystemCalls calls;
     static bool tried, found;
@@ -49,6 +51,8 @@ static const SystemCalls* systemCalls()
     tried = true;
     return found ? &calls : nullptr;
 }
+
+}  // namespace
 
 void readPlainName(HWND control, wchar_t* text, int length)
 {
@@ -62,18 +66,18 @@ void readPlainName(HWND control, wchar_t* text, int length)
     removeAccessKeys(text);
 }
 
-static HRESULT giveText(const wchar_t* text, BSTR* given)
+namespace {
+
+HRESULT giveText(const wchar_t* text, BSTR* given)
 {
     *given = *text ? systemCalls()->newText(text) : nullptr;
     return *text ? (*given ? S_OK : E_OUTOFMEMORY) : S_FALSE;
 }
 
-static bool isSelf(const VARIANT& child)
+bool isSelf(const VARIANT& child)
 {
     return child.vt == VT_I4 && child.lVal == CHILDID_SELF;
 }
-
-namespace {
 
 // A named control that is no button is a bar.
 bool isBar(HWND control)
@@ -84,8 +88,8 @@ bool isBar(HWND control)
 }
 
 struct ControlObject;
-static SRWLOCK objectsLock = SRWLOCK_INIT;
-static ControlObject* objects;  // all that there are
+SRWLOCK objectsLock = SRWLOCK_INIT;
+ControlObject* objects;  // all that there are
 
 void listObject(ControlObject* object);
 void unlistObject(ControlObject* object);
@@ -233,9 +237,9 @@ IAccessible* systemAnswer(const SystemCalls& calls, HWND control)
 // Handing an object over needs COM on the thread, which is the host's: what is begun here ends with the control.
 void keepComGoing(const SystemCalls& calls, HWND control)
 {
-    if (GetPropW(control, comProperty)) return;
+    if (GetPropW(control, COM_PROPERTY)) return;
     if (FAILED(calls.beginCom(nullptr, COINIT_APARTMENTTHREADED))) return;  // another kind runs already
-    if (!SetPropW(control, comProperty, (HANDLE)1)) calls.endCom();
+    if (!SetPropW(control, COM_PROPERTY, (HANDLE)1)) calls.endCom();
 }
 
 // Somebody in this process still holds an object, whose code is here.
@@ -283,5 +287,5 @@ void endObjectRequests(HWND control)
         object->control = nullptr;
         if (object->Release()) stayLoaded();
     }
-    if (RemovePropW(control, comProperty)) systemCalls()->endCom();
+    if (RemovePropW(control, COM_PROPERTY)) systemCalls()->endCom();
 }

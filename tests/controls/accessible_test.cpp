@@ -134,13 +134,17 @@ TEST_F(Accessible, AnObjectOutlivesItsControl)
     object->Release();
 }
 
-static DWORD WINAPI askFromOutside(void* test)
+namespace {
+
+DWORD WINAPI askFromOutside(void* test)
 {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     ((const Accessible*)test)->expectPlain();
     CoUninitialize();
     return 0;
 }
+
+}  // namespace
 
 TEST_F(Accessible, AnotherThreadHearsTheSame)
 {
