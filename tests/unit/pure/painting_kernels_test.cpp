@@ -2,7 +2,6 @@
 
 #include "tests/unit/pure/painting_bench.h"
 #include "tools/kernels/brush_raster.h"
-#include "tools/kernels/cell_runs.h"
 
 using reference::Dab;
 using reference::Grid;
@@ -370,24 +369,4 @@ TEST(HardRubber, OverBothSidesBringsBackShiftedPixels)
     expectPixel({0, 0, 0}, pixelAt(bench, 1, 0));
     expectPixel(original.at(0, 0), pixelAt(bench, 2, 0));
     expectPixel(original.at(1, 0), pixelAt(bench, 3, 0));
-}
-
-TEST(CellRuns, AreTheStretchesThatAreNotZeroAtEveryWidth)
-{
-    std::mt19937 random(41);
-    for (int width = 0; width <= 130; ++width) {
-        std::vector<uint8_t> cells((size_t)width);
-        for (uint8_t& cell : cells)
-            cell = random() % 9 == 0 ? 0 : random() % 3 ? 1 : 128;
-        if (width % 2) std::fill_n(cells.begin(), width / 2, (uint8_t)0);
-        std::vector<uint8_t> inside((size_t)width, 0);
-        int before = -1;
-        for (CellRun run = {}; nextRun(cells.data(), width, run); before = run.end) {
-            ASSERT_GT(run.first, before);
-            ASSERT_GT(run.end, run.first);
-            std::fill(inside.begin() + run.first, inside.begin() + run.end, (uint8_t)1);
-        }
-        for (int i = 0; i < width; ++i)
-            ASSERT_EQ(cells[(size_t)i] != 0, inside[(size_t)i] != 0) << i << " of " << width;
-    }
 }
