@@ -28,6 +28,27 @@ void fadePixels(uint8_t* pixels, int count, COLORREF background)
     }
 }
 
+// The pictures are drawn at 1.5 times the size of a button's, and grow with the dots per inch. Of the drawings there
+// are, the nearest one serves as it is; the largest is enlarged, from 1.5 times on, where the screen is finer still.
+constexpr int USUAL_DPI = 96;
+
+int dpiOf(HDC dc)
+{
+    return GetDeviceCaps(dc, LOGPIXELSY);
+}
+
+int drawingFor(HDC dc)
+{
+    return 4 * dpiOf(dc) > 5 * USUAL_DPI ? PICTURE_DOUBLE : PICTURE_LARGE;
+}
+
+SIZE sizeOnScreen(HDC dc, const BITMAP& shape)
+{
+    const int wanted = 3 * dpiOf(dc), drawn = 4 * USUAL_DPI;  // of the double drawing
+    if (drawingFor(dc) != PICTURE_DOUBLE || 2 * wanted < 3 * drawn) return {shape.bmWidth, shape.bmHeight};
+    return {MulDiv(shape.bmWidth, wanted, drawn), MulDiv(shape.bmHeight, wanted, drawn)};
+}
+
 // Returns the picture's height; 0 when it cannot be looked at.
 int drawFaint(HDC dc, POINT at, HBITMAP picture)
 {
@@ -36,10 +57,12 @@ int drawFaint(HDC dc, POINT at, HBITMAP picture)
     fadePixels((uint8_t*)shape.bmBits, shape.bmWidth * shape.bmHeight, GetSysColor(COLOR_WINDOW));
     const HDC memory = CreateCompatibleDC(dc);
     const HGDIOBJ before = SelectObject(memory, picture);
-    BitBlt(dc, at.x - shape.bmWidth / 2, at.y, shape.bmWidth, shape.bmHeight, memory, 0, 0, SRCCOPY);
+    const SIZE size = sizeOnScreen(dc, shape);
+    SetStretchBltMode(dc, HALFTONE);
+    StretchBlt(dc, at.x - size.cx / 2, at.y, size.cx, size.cy, memory, 0, 0, shape.bmWidth, shape.bmHeight, SRCCOPY);
     SelectObject(memory, before);
     DeleteDC(memory);
-    return shape.bmHeight;
+    return size.cy;
 }
 
 // Draws a picture of the module, its top in the middle at `at`; returns its height.
@@ -79,8 +102,8 @@ void paintEmptyLibrary(HWND list)
         FillRect(dc, &room, GetSysColorBrush(COLOR_WINDOW));
         InflateRect(&room, -MARGIN, -MARGIN);
         const LONG middle = (room.left + room.right) / 2;
-        room.top += drawFaintPicture(dc, {middle, room.top}, PICTURE_SELECTION + PICTURE_LARGE) + MARGIN;
-        room.top += drawFaintPicture(dc, {middle, room.top}, PICTURE_SAVE + PICTURE_LARGE) + MARGIN;
+        room.top += drawFaintPicture(dc, {middle, room.top}, PICTURE_SELECTION + drawingFor(dc)) + MARGIN;
+        room.top += drawFaintPicture(dc, {middle, room.top}, PICTURE_SAVE + drawingFor(dc)) + MARGIN;
         drawHint(dc, room);
     }
     EndPaint(list, &paint);

@@ -262,7 +262,7 @@ TEST_F(DISABLED_Pictures, Zoomed)
     openPhotograph();
     ASSERT_TRUE(clickControl(&host, ID_SELECTION));
     ASSERT_TRUE(movePointerOnCanvas(&host, 300, 200));
-    for (int notch = 0; notch < 5; ++notch)
+    for (int notch = 0; notch < 4; ++notch)
         ASSERT_TRUE(turnWheelAtPointer(120));
     ASSERT_TRUE(drawStroke(&host, {{160, 120}, {330, 110}, {350, 250}, {240, 290}, {150, 240}}));
     restPointer();
