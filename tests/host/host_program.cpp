@@ -140,6 +140,11 @@ HostWindows windowsOf(const HostProgram& program)
     return search.found;
 }
 
+bool waitForHost(const HostProgram& program, HostWindows* windows)
+{
+    return waitForWindows(program, windows, "the window", [&] { return windows->host != nullptr; });
+}
+
 bool waitForEditor(const HostProgram& program, HostWindows* windows)
 {
     return waitForWindows(program, windows, "the editor", [&] { return windows->canvas && windows->palette; });
@@ -235,6 +240,20 @@ void pressKey(WORD key, bool control)
     press(key, 0);
     press(key, KEYEVENTF_KEYUP);
     if (control) press(VK_CONTROL, KEYEVENTF_KEYUP);
+}
+
+bool pressKeyUntil(HWND window, WORD key, bool control, const std::function<bool()>& holds)
+{
+    DWORD pressed = GetTickCount() - 5000;
+    return waitUntil("what the key does", [&] {
+        if (holds()) return true;
+        if (GetTickCount() - pressed >= 5000) {
+            SetForegroundWindow(window);
+            pressKey(key, control);
+            pressed = GetTickCount();
+        }
+        return false;
+    });
 }
 
 std::vector<uint8_t> smallPhoto()

@@ -37,6 +37,7 @@ struct HostWindows {
 };
 
 HostWindows windowsOf(const HostProgram& program);
+bool waitForHost(const HostProgram& program, HostWindows* windows);
 bool waitForEditor(const HostProgram& program, HostWindows* windows);
 bool waitForBox(const HostProgram& program, HostWindows* windows);
 
@@ -57,6 +58,8 @@ void dropOn(const HostProgram& program, HWND window, const std::vector<std::wstr
 
 // A key of the real keyboard, with Control held or not.
 void pressKey(WORD key, bool control = false);
+// One that is pressed before a window has the keyboard is lost; then it is pressed once more.
+bool pressKeyUntil(HWND window, WORD key, bool control, const std::function<bool()>& holds);
 
 // A bitmap file, 50 by 35 pixels in many colours.
 std::vector<uint8_t> smallPhoto();

@@ -42,16 +42,6 @@ bool tells(const std::wstring& text, const std::wstring& words)
     return text.find(words) != std::wstring::npos;
 }
 
-bool waitForHost(const HostProgram& program, HostWindows* windows)
-{
-    return waitUntil("the window",
-                     [&] {
-                         *windows = windowsOf(program);
-                         return windows->host || !program.runs();
-                     }) &&
-           windows->host;
-}
-
 HWND fileField(HWND dialog)
 {
     HWND field = GetDlgItem(dialog, edt1);
@@ -67,21 +57,6 @@ bool findsFileDialog(const HostProgram& program, HostWindows* windows)
 bool waitForFileDialog(const HostProgram& program, HostWindows* windows)
 {
     return waitUntil("a dialog for a file", [&] { return findsFileDialog(program, windows); });
-}
-
-// A key pressed before a window has the keyboard is lost; then it is pressed once more.
-bool pressKeyUntil(HWND window, WORD key, bool control, const std::function<bool()>& holds)
-{
-    DWORD pressed = GetTickCount() - 5000;
-    return waitUntil("what the key does", [&] {
-        if (holds()) return true;
-        if (GetTickCount() - pressed >= 5000) {
-            SetForegroundWindow(window);
-            pressKey(key, control);
-            pressed = GetTickCount();
-        }
-        return false;
-    });
 }
 
 bool waitForQuestion(const HostProgram& program, HostWindows* windows)

@@ -39,6 +39,18 @@ data = (folder / "retouch.exe").read_bytes()
 for text in (b"PerMonitorV2", b"Microsoft.Windows.Common-Controls", b"longPathAware"):
     assert text in data, f"retouch.exe's manifest lacks {text}"
 END
+# The licence of every library that is linked in, by the names under which their sources are fetched; zlib and the threads
+# come with the compiler.
+for library in $(sed -n '/^sources="/,/^"/s/^\([a-z][a-z0-9.-]*\) .*/\1/p' "$root/scripts/build-codecs") zlib winpthreads; do
+    grep -qi 'copyright' "$unpacked/licences/$library.txt" || fail "the licence of $library is missing"
+done
+# The guide, with every picture that it shows.
+grep -q '<h1>' "$unpacked/guide/guide.html" || fail "the guide is missing"
+pictures=$(grep -o 'src="[^"]*"' "$unpacked/guide/guide.html" | cut -d '"' -f 2)
+[ "$(wc -w <<<"$pictures")" -ge 11 ] || fail "the guide has too few pictures"
+for picture in $pictures; do
+    [ "$(head -c 4 "$unpacked/guide/$picture" | tail -c 3)" = PNG ] || fail "the guide's picture $picture is missing"
+done
 # The symbols fit the programs: the debugger's link names the file, and its checksum is right.
 python3 -m zipfile -e "$root/build/packages/$name-symbols.zip" "$work/symbols"
 python3 - "$unpacked" "$work/symbols/$name" <<'END'
