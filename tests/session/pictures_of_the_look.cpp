@@ -11,7 +11,7 @@
 
 #include "tests/session/import_patch.h"
 #include "tests/session/library_fixture.h"
-#include "tests/session/screen_picture.h"
+#include "tests/session/pictures.h"
 #include "tests/session/selection_fixture.h"
 
 namespace {
@@ -29,16 +29,7 @@ int WINAPI fakeLocale(LCID locale, LCTYPE type, LPSTR buffer, int size)
 
 void take(const std::string& name, RECT part)
 {
-    const char* directory = getenv("RETOUCH_PICTURES");
-    ASSERT_TRUE(directory);
-    ASSERT_TRUE(writeScreenPart(directory + name + ".bmp", part)) << name;
-}
-
-RECT windowRect(HWND window)
-{
-    RECT rect;
-    GetWindowRect(window, &rect);
-    return rect;
+    takePicture(name, part);
 }
 
 BOOL CALLBACK takeVisibleTip(HWND window, LPARAM found)
@@ -57,21 +48,9 @@ HWND visibleTip(const Host& host)
 }  // namespace
 
 struct DISABLED_Pictures : SelectionSession {
-    // RETOUCH_PHOTO names a 24-bit bitmap file.
     void openPhotograph()
     {
-        const FileBytes file = fileBytes(getenv("RETOUCH_PHOTO") ? getenv("RETOUCH_PHOTO") : "");
-        ASSERT_GT(file.size(), sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER));
-        BITMAPFILEHEADER head;
-        BITMAPINFOHEADER info;
-        memcpy(&head, file.data(), sizeof head);
-        memcpy(&info, file.data() + sizeof head, sizeof info);
-        usePhoto(info.biWidth, info.biHeight);
-        uint8_t* block = (uint8_t*)GlobalLock(photo.block);
-        memcpy(block + sizeof info, file.data() + head.bfOffBits, photo.bitmapBytes - sizeof info);
-        GlobalUnlock(photo.block);
-
-        SetWindowTextW(host.parent, L"Seeding.jpg - Retouch");
+        usePhotoOfPictures(this);
         palettePos = {dialogRect.right + 12, dialogRect.top};
         ASSERT_TRUE(open());
     }
