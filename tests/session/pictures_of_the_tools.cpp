@@ -9,8 +9,8 @@ namespace {
 
 // Client points of the photo at 900 x 506.
 const RECT meadow = {60, 220, 460, 460};
-const RECT seedHead = {100, 30, 430, 278};
-const RECT smallHeads = {440, 260, 840, 500};
+const RECT dandelion = {100, 30, 430, 278};
+const RECT smallOnes = {440, 260, 840, 500};
 
 std::vector<POINT> wave(int left, int right, int middle, int height)
 {
@@ -90,7 +90,7 @@ TEST_F(DISABLED_Guide, Painting)
     for (int pass = 0; pass < 3; ++pass)
         for (int y = 70; y <= 240; y += 20)
             stroke({{270, y}, {300, y}, {340, y}, {395, y}});
-    take("smooth", seedHead);
+    take("smooth", dandelion);
     end();
 
     begin();
@@ -108,7 +108,7 @@ TEST_F(DISABLED_Guide, Painting)
     choose(ID_SPOONBILL);
     for (int y = 70; y <= 240; y += 42)
         stroke({{350, y}, {365, y}, {380, y}, {395, y}, {410, y}, {425, y}});
-    take("spoonbill", seedHead);
+    take("spoonbill", dandelion);
     end();
 
     begin();
@@ -117,7 +117,7 @@ TEST_F(DISABLED_Guide, Painting)
     stroke({{620, 450}});
     stroke({{690, 320}});
     stroke({{800, 440}});
-    take("stamp", smallHeads);
+    take("stamp", smallOnes);
     end();
 }
 
@@ -128,7 +128,7 @@ TEST_F(DISABLED_Guide, ColoursAndText)
     stroke({{820, 220}, {735, 362}});
     choose(ID_BRUSH);
     stroke(wave(470, 810, 330, 30));
-    take("colors", smallHeads);
+    take("colors", smallOnes);
     end();
 
     begin();
@@ -136,7 +136,7 @@ TEST_F(DISABLED_Guide, ColoursAndText)
     stroke({{470, 440}});
     for (const char* letter = "The first day of summer  "; *letter; ++letter)
         PostMessageA(host.canvas, WM_CHAR, (WPARAM)*letter, 1);
-    take("text", smallHeads);
+    take("text", smallOnes);
     end();
 }
 
