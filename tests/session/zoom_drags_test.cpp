@@ -3,7 +3,7 @@
 
 namespace {
 
-const int ID_SELECTION_TOOL = 116, ID_COLOURS_TOOL = 124, ID_TEXT_TOOL = 123;
+constexpr int ID_SELECTION_TOOL = 116, ID_COLOURS_TOOL = 124, ID_TEXT_TOOL = 123;
 const int STROKE_TOOLS[] = {ID_BRUSH, 118, ID_AEROGRAPHE, 121, 122};
 
 struct ZoomDrags : ZoomSession {
