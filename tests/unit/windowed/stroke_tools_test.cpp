@@ -76,6 +76,16 @@ TEST_F(StrokeTools, EveryToolEdgeShapeSizeAndOpacityAroundTheBorders)
         }
 }
 
+TEST_F(StrokeTools, ImagesOneToThreePixelsHigh)
+{
+    for (uint32_t tool : paintingTools)
+        for (int height = 1; height <= 3; ++height) {
+            ASSERT_TRUE(start(40, height, {40, 60}));
+            ASSERT_TRUE(drawWithEveryBrush(*this, tool)) << height;
+            close();
+        }
+}
+
 TEST_F(StrokeTools, ImagesOneToFivePixelsWide)
 {
     for (uint32_t tool : paintingTools)
