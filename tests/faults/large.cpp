@@ -150,7 +150,8 @@ int main(int count, char** words)
         if (!host.running) found("the session has ended");
     }
     const bool edited = sumOfImage() != before;
-    if (!edited && taken.empty() && width * (LONGLONG)height > 1) found("nothing was painted");
+    // A brush over both sides of an image starts at its first row, which is empty: on a single row it paints nothing.
+    if (!edited && taken.empty() && height > 1) found("nothing was painted");
     leaveSession(&host, 2);
     for (void* piece : taken)
         VirtualFree(piece, 0, MEM_RELEASE);
