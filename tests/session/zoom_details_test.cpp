@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int ID_SELECTION_TOOL = 116, HAND = 15001;
+constexpr int ID_SELECTION_TOOL = 116, ID_TEXT_TOOL = 123, HAND = 15001;
 constexpr POINT OUTSIDE = {1590, 600};
 
 struct ZoomDetails : ZoomSession {
@@ -144,5 +144,27 @@ TEST_F(ZoomDetails, ArrowsLeaveNoStepAndNothingCompounds)
     ASSERT_TRUE(tapKey(VK_ESCAPE));
     ASSERT_TRUE(tapKey('Z', {VK_CONTROL}));
     EXPECT_TRUE(before == snapshot(photo)) << "the stroke is the last step";
+    closeSession();
+}
+
+TEST_F(ZoomDetails, AnOpenLineOfTextKeepsWhatIsUndoneAndTheBrushsSize)
+{
+    openLarge();
+    const std::vector<uint8_t> before = snapshot(photo);
+    ASSERT_TRUE(clickControl(&host, ID_BRUSH));
+    ASSERT_TRUE(drawStroke(&host, {{40, 40}, {90, 60}}));
+    const std::vector<uint8_t> painted = snapshot(photo);
+    ASSERT_TRUE(clickControl(&host, ID_TEXT_TOOL));
+    ASSERT_TRUE(drawStroke(&host, {{60, 100}}));
+    const int height = scrollPosition(host, ID_HEIGHT);
+    ASSERT_TRUE(tapKey('Z', {VK_CONTROL}));
+    ASSERT_TRUE(tapKey(VK_OEM_4));
+    ASSERT_TRUE(tapKey(VK_OEM_6));
+    ASSERT_TRUE(tapKey(VK_OEM_6));
+    EXPECT_TRUE(painted == snapshot(photo)) << "the line has the keys";
+    EXPECT_EQ(height, scrollPosition(host, ID_HEIGHT));
+    ASSERT_TRUE(tapKey(VK_ESCAPE));
+    ASSERT_TRUE(tapKey('Z', {VK_CONTROL}));
+    EXPECT_TRUE(before == snapshot(photo)) << "now the canvas has them";
     closeSession();
 }
