@@ -12,6 +12,7 @@ namespace {
 #include "image/pixels/large_copy_lanes.h"
 #include "image/pixels/pixel_rows_lanes.h"
 
+// count is 1 to 64.
 LANES_INLINE __mmask64 firstBytes(size_t count)
 {
     return ~(__mmask64)0 >> (64 - count);
@@ -29,8 +30,9 @@ LANES_INLINE void copyRun(uint8_t* to, const uint8_t* from, size_t count)
 {
     for (; count > VECTOR_SIZE; count -= VECTOR_SIZE, to += VECTOR_SIZE, from += VECTOR_SIZE)
         store(to, load(from));
+    if (count == 0) return;
     const __mmask64 rest = firstBytes(count);
-    if (count > 0) _mm512_mask_storeu_epi8(to, rest, _mm512_maskz_loadu_epi8(rest, from));
+    _mm512_mask_storeu_epi8(to, rest, _mm512_maskz_loadu_epi8(rest, from));
 }
 
 VECTOR_FUNCTION ptrdiff_t findMaskAvx512(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
