@@ -17,7 +17,9 @@ std::vector<uint32_t> clientScreen(HWND window)
     BitBlt(memory, 0, 0, client.right, client.bottom, dc, corner.x, corner.y, SRCCOPY);
     GdiFlush();
     const uint32_t* pixels = (const uint32_t*)bits;
-    const std::vector<uint32_t> shown(pixels, pixels + (size_t)client.right * (size_t)client.bottom);
+    std::vector<uint32_t> shown(pixels, pixels + (size_t)client.right * (size_t)client.bottom);
+    for (uint32_t& pixel : shown)
+        pixel &= 0xFFFFFF;  // the fourth byte shows nothing; what inverts on the screen inverts it too
     SelectObject(memory, old);
     DeleteObject(copy);
     DeleteDC(memory);
