@@ -20,7 +20,7 @@ LANES_INLINE void copyPages(uint8_t* to, const uint8_t* from)
             streamLine(to + page * PAGE_BYTES + line, from + page * PAGE_BYTES + line);
 }
 
-LANES_INLINE void copyLarge(uint8_t* to, const uint8_t* from, size_t count)
+VECTOR_FUNCTION void copyLarge(uint8_t* to, const uint8_t* from, size_t count)
 {
     const size_t upToLine = (size_t)(-(uintptr_t)to % LINE_BYTES), head = upToLine < count ? upToLine : count;
     memcpy(to, from, head);

@@ -13,28 +13,8 @@ namespace {
 #include "image/pixels/pixel_rows_lanes.h"
 #include "image/pixels/run_ends.h"
 
-VECTOR_FUNCTION ptrdiff_t findMaskAvx2(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
-{
-    return findMask(mask, x, width, inside);
-}
-
-VECTOR_FUNCTION void fillAvx2(uint8_t* to, uint8_t value, size_t count)
-{
-    fillRun(to, value, count);
-}
-
-VECTOR_FUNCTION void copyAvx2(uint8_t* to, const uint8_t* from, size_t count)
-{
-    copyRun(to, from, count);
-}
-
-VECTOR_FUNCTION void copyLargeAvx2(uint8_t* to, const uint8_t* from, size_t count)
-{
-    copyLarge(to, from, count);
-}
-
 // Five pixels in each half. The sixteenth byte of a half is written as it was and then again by what follows.
-VECTOR_FUNCTION void swapRedAndBlueAvx2(uint8_t* to, const uint8_t* from, size_t pixels)
+VECTOR_FUNCTION void swapRedAndBlue(uint8_t* to, const uint8_t* from, size_t pixels)
 {
     const Vector order = _mm256_setr_epi8(2, 1, 0, 5, 4, 3, 8, 7, 6, 11, 10, 9, 14, 13, 12, 15, 2, 1, 0, 5, 4, 3, 8, 7,
                                           6, 11, 10, 9, 14, 13, 12, 15);
@@ -50,6 +30,6 @@ VECTOR_FUNCTION void swapRedAndBlueAvx2(uint8_t* to, const uint8_t* from, size_t
 
 }  // namespace
 
-const PixelRows PIXEL_ROWS_AVX2 = {findMaskAvx2, fillAvx2, copyAvx2, copyLargeAvx2, swapRedAndBlueAvx2, nullptr};
+const PixelRows PIXEL_ROWS_AVX2 = {findMask, fill, copy, copyLarge, swapRedAndBlue, nullptr};
 
 #endif

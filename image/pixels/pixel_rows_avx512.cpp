@@ -18,7 +18,7 @@ LANES_INLINE __mmask64 firstBytes(size_t count)
     return ~(__mmask64)0 >> (64 - count);
 }
 
-LANES_INLINE void fillRun(uint8_t* to, uint8_t value, size_t count)
+VECTOR_FUNCTION void fill(uint8_t* to, uint8_t value, size_t count)
 {
     const Vector bytes = allBytes(value);
     for (; count > VECTOR_SIZE; count -= VECTOR_SIZE, to += VECTOR_SIZE)
@@ -26,33 +26,13 @@ LANES_INLINE void fillRun(uint8_t* to, uint8_t value, size_t count)
     if (count > 0) _mm512_mask_storeu_epi8(to, firstBytes(count), bytes);
 }
 
-LANES_INLINE void copyRun(uint8_t* to, const uint8_t* from, size_t count)
+VECTOR_FUNCTION void copy(uint8_t* to, const uint8_t* from, size_t count)
 {
     for (; count > VECTOR_SIZE; count -= VECTOR_SIZE, to += VECTOR_SIZE, from += VECTOR_SIZE)
         store(to, load(from));
     if (count == 0) return;
     const __mmask64 rest = firstBytes(count);
     _mm512_mask_storeu_epi8(to, rest, _mm512_maskz_loadu_epi8(rest, from));
-}
-
-VECTOR_FUNCTION ptrdiff_t findMaskAvx512(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
-{
-    return findMask(mask, x, width, inside);
-}
-
-VECTOR_FUNCTION void fillAvx512(uint8_t* to, uint8_t value, size_t count)
-{
-    fillRun(to, value, count);
-}
-
-VECTOR_FUNCTION void copyAvx512(uint8_t* to, const uint8_t* from, size_t count)
-{
-    copyRun(to, from, count);
-}
-
-VECTOR_FUNCTION void copyLargeAvx512(uint8_t* to, const uint8_t* from, size_t count)
-{
-    copyLarge(to, from, count);
 }
 
 struct SwapOrder {
@@ -71,7 +51,7 @@ constexpr SwapOrder makeSwapOrder()
 constexpr SwapOrder SWAP_ORDER = makeSwapOrder();
 
 // Twenty-one pixels at a time; the last byte of the vector is written as it was and then again by what follows.
-VECTOR_FUNCTION void swapRedAndBlueAvx512(uint8_t* to, const uint8_t* from, size_t pixels)
+VECTOR_FUNCTION void swapRedAndBlue(uint8_t* to, const uint8_t* from, size_t pixels)
 {
     const Vector order = load(SWAP_ORDER.at);
     for (; pixels > 21; pixels -= 21, to += 63, from += 63)
@@ -85,7 +65,7 @@ LANES_INLINE Vector pickFrom128(Vector number, const uint8_t* window)
     return _mm512_permutex2var_epi8(load(window), number, load(window + 64));
 }
 
-VECTOR_FUNCTION void gatherAvx512(uint8_t* to, const uint8_t* from, const GatherBlocks& blocks)
+VECTOR_FUNCTION void gather(uint8_t* to, const uint8_t* from, const GatherBlocks& blocks)
 {
     const uint8_t* number = blocks.number;
     for (int n = 0; n < blocks.count; ++n, number += GatherBlocks::BYTES) {
@@ -100,7 +80,6 @@ VECTOR_FUNCTION void gatherAvx512(uint8_t* to, const uint8_t* from, const Gather
 
 }  // namespace
 
-const PixelRows PIXEL_ROWS_AVX512 = {findMaskAvx512,  fillAvx512,           copyAvx512,
-                                     copyLargeAvx512, swapRedAndBlueAvx512, gatherAvx512};
+const PixelRows PIXEL_ROWS_AVX512 = {findMask, fill, copy, copyLarge, swapRedAndBlue, gather};
 
 #endif

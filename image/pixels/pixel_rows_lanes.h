@@ -24,7 +24,7 @@ LANES_INLINE int findInBlock(const uint8_t* mask, bool inside)
     return -1;
 }
 
-LANES_INLINE ptrdiff_t findMask(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
+VECTOR_FUNCTION ptrdiff_t findMask(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
 {
     const ptrdiff_t many = (ptrdiff_t)VECTOR_SIZE;
     for (; x + many <= width; x += many) {

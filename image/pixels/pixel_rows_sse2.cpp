@@ -13,26 +13,6 @@ namespace {
 #include "image/pixels/pixel_rows_lanes.h"
 #include "image/pixels/run_ends.h"
 
-ptrdiff_t findMaskSse2(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside)
-{
-    return findMask(mask, x, width, inside);
-}
-
-void fillSse2(uint8_t* to, uint8_t value, size_t count)
-{
-    fillRun(to, value, count);
-}
-
-void copySse2(uint8_t* to, const uint8_t* from, size_t count)
-{
-    copyRun(to, from, count);
-}
-
-void copyLargeSse2(uint8_t* to, const uint8_t* from, size_t count)
-{
-    copyLarge(to, from, count);
-}
-
 // 0xFF at the bytes of a vector that hold the given byte of their pixel, where the vector's first byte is byte
 // `phase` of a pixel.
 Vector bytesOfPixel(int byteOfPixel, int phase)
@@ -62,7 +42,7 @@ size_t swapBy16(uint8_t* to, const uint8_t* from, size_t pixels)
     return done;
 }
 
-void swapRedAndBlueSse2(uint8_t* to, const uint8_t* from, size_t pixels)
+void swapRedAndBlue(uint8_t* to, const uint8_t* from, size_t pixels)
 {
     size_t done = 0;
     if (pixels > 17) {
@@ -74,6 +54,6 @@ void swapRedAndBlueSse2(uint8_t* to, const uint8_t* from, size_t pixels)
 
 }  // namespace
 
-const PixelRows PIXEL_ROWS_SSE2 = {findMaskSse2, fillSse2, copySse2, copyLargeSse2, swapRedAndBlueSse2, nullptr};
+const PixelRows PIXEL_ROWS_SSE2 = {findMask, fill, copy, copyLarge, swapRedAndBlue, nullptr};
 
 #endif

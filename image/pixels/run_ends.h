@@ -4,7 +4,7 @@
 // No ordinary header: included before image/pixels/pixel_rows_lanes.h.
 #pragma once
 
-LANES_INLINE void fillRun(uint8_t* to, uint8_t value, size_t count)
+VECTOR_FUNCTION void fill(uint8_t* to, uint8_t value, size_t count)
 {
     if (count < VECTOR_SIZE) return fillPlain(to, value, count);
     const Vector bytes = allBytes(value);
@@ -13,7 +13,7 @@ LANES_INLINE void fillRun(uint8_t* to, uint8_t value, size_t count)
     store(to + count - VECTOR_SIZE, bytes);
 }
 
-LANES_INLINE void copyRun(uint8_t* to, const uint8_t* from, size_t count)
+VECTOR_FUNCTION void copy(uint8_t* to, const uint8_t* from, size_t count)
 {
     if (count < VECTOR_SIZE) return copyPlain(to, from, count);
     for (size_t i = 0; i + VECTOR_SIZE < count; i += VECTOR_SIZE)

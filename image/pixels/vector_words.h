@@ -38,11 +38,6 @@ LANES_INLINE Vector highBytes(Vector bytes)
     return LANES(unpackhi_epi8)(bytes, LANES_WHOLE(setzero)());
 }
 
-LANES_INLINE Vector packBytes(Vector low, Vector high)
-{
-    return LANES(packus_epi16)(low, high);
-}
-
 LANES_INLINE Vector allBytes(int value)
 {
     return LANES(set1_epi8)((char)value);
@@ -53,73 +48,33 @@ LANES_INLINE Vector all(int value)
     return LANES(set1_epi16)((short)value);
 }
 
-LANES_INLINE Vector add(Vector a, Vector b)
-{
-    return LANES(add_epi16)(a, b);
-}
-
-LANES_INLINE Vector subtract(Vector a, Vector b)
-{
-    return LANES(sub_epi16)(a, b);
-}
-
-LANES_INLINE Vector multiply(Vector a, Vector b)
-{
-    return LANES(mullo_epi16)(a, b);
-}
-
-LANES_INLINE Vector multiplyHigh(Vector a, Vector b)
-{
-    return LANES(mulhi_epu16)(a, b);
-}
-
-LANES_INLINE Vector smaller(Vector a, Vector b)
-{
-    return LANES(min_epi16)(a, b);
-}
-
-LANES_INLINE Vector larger(Vector a, Vector b)
-{
-    return LANES(max_epi16)(a, b);
-}
-
-LANES_INLINE Vector subtractDownToZero(Vector a, Vector b)
-{
-    return LANES(subs_epu16)(a, b);
-}
-
 template <int bits>
 LANES_INLINE Vector shiftRight(Vector a)
 {
     return LANES(srli_epi16)(a, bits);
 }
 
-LANES_INLINE Vector both(Vector a, Vector b)
-{
-    return LANES_WHOLE(and)(a, b);
-}
+#define WORD_OF_TWO(word, intrinsic)                                                                                   \
+    LANES_INLINE Vector word(Vector a, Vector b)                                                                       \
+    {                                                                                                                  \
+        return intrinsic(a, b);                                                                                        \
+    }
 
-LANES_INLINE Vector either(Vector a, Vector b)
-{
-    return LANES_WHOLE(or)(a, b);
-}
+WORD_OF_TWO(add, LANES(add_epi16))
+WORD_OF_TWO(subtract, LANES(sub_epi16))
+WORD_OF_TWO(multiply, LANES(mullo_epi16))
+WORD_OF_TWO(multiplyHigh, LANES(mulhi_epu16))
+WORD_OF_TWO(smaller, LANES(min_epi16))
+WORD_OF_TWO(larger, LANES(max_epi16))
+WORD_OF_TWO(subtractDownToZero, LANES(subs_epu16))
 
-LANES_INLINE Vector largerBytes(Vector a, Vector b)
-{
-    return LANES(max_epu8)(a, b);
-}
+WORD_OF_TWO(packBytes, LANES(packus_epi16))
+WORD_OF_TWO(largerBytes, LANES(max_epu8))
+WORD_OF_TWO(smallerBytes, LANES(min_epu8))
+WORD_OF_TWO(subtractBytes, LANES(sub_epi8))
+WORD_OF_TWO(subtractBytesDownToZero, LANES(subs_epu8))
 
-LANES_INLINE Vector smallerBytes(Vector a, Vector b)
-{
-    return LANES(min_epu8)(a, b);
-}
+WORD_OF_TWO(both, LANES_WHOLE(and))
+WORD_OF_TWO(either, LANES_WHOLE(or))
 
-LANES_INLINE Vector subtractBytes(Vector a, Vector b)
-{
-    return LANES(sub_epi8)(a, b);
-}
-
-LANES_INLINE Vector subtractBytesDownToZero(Vector a, Vector b)
-{
-    return LANES(subs_epu8)(a, b);
-}
+#undef WORD_OF_TWO

@@ -68,7 +68,7 @@ LANES_INLINE Vector loadFirst(const uint8_t* at, int count)
 
 #include "tools/kernels/paint_rows_lanes.h"
 
-VECTOR_FUNCTION void mixBytesAvx512(uint8_t* pixels, const uint8_t* over, size_t count, int opacity)
+VECTOR_FUNCTION void mixBytes(uint8_t* pixels, const uint8_t* over, size_t count, int opacity)
 {
     const size_t done = mixWholeVectors(pixels, over, count, opacity);
     if (done == count) return;
@@ -79,7 +79,7 @@ VECTOR_FUNCTION void mixBytesAvx512(uint8_t* pixels, const uint8_t* over, size_t
 }
 
 // In the rest of a row the cells that do not count are read as 0: they are not written.
-VECTOR_FUNCTION void mixFreshAvx512(uint8_t* pixels, uint8_t* cells, int count, const ColourRow& colour, int opacity)
+VECTOR_FUNCTION void mixFresh(uint8_t* pixels, uint8_t* cells, int count, const ColourRow& colour, int opacity)
 {
     const Vector weight = allBytes(opacity);
     for (; count >= 64; count -= 64, cells += 64, pixels += 192)
@@ -87,20 +87,20 @@ VECTOR_FUNCTION void mixFreshAvx512(uint8_t* pixels, uint8_t* cells, int count, 
     if (count > 0) mixFreshBlock(pixels, cells, colour, weight, somePixels(count));
 }
 
-VECTOR_FUNCTION void raiseAvx512(uint8_t* pixels, const uint8_t* under, uint8_t* cells, const uint8_t* weights,
-                                 int count, const ColourRow& colour)
+VECTOR_FUNCTION void raise(uint8_t* pixels, const uint8_t* under, uint8_t* cells, const uint8_t* weights, int count,
+                           const ColourRow& colour)
 {
     for (; count >= 64; count -= 64, cells += 64, weights += 64, pixels += 192, under += 192)
         raiseBlock(pixels, under, cells, weights, colour, WholeBlock());
     if (count > 0) raiseBlock(pixels, under, cells, weights, colour, somePixels(count));
 }
 
-VECTOR_FUNCTION void sumLineAvx512(uint16_t* sums, const uint8_t* line, size_t count)
+VECTOR_FUNCTION void sumLine(uint16_t* sums, const uint8_t* line, size_t count)
 {
     sumBlocks(sums, line, count);
 }
 
-VECTOR_FUNCTION void blurLineAvx512(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
+VECTOR_FUNCTION void blurLine(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
 {
     const int done = blurBlocks(line, sums, cells, count, opacity), rest = count - done;
     if (rest == 0) return;
@@ -111,6 +111,6 @@ VECTOR_FUNCTION void blurLineAvx512(uint8_t* line, const SmoothSums& sums, const
 
 }  // namespace
 
-const PaintRows PAINT_ROWS_AVX512 = {mixBytesAvx512, mixFreshAvx512, raiseAvx512, sumLineAvx512, blurLineAvx512};
+const PaintRows PAINT_ROWS_AVX512 = {mixBytes, mixFresh, raise, sumLine, blurLine};
 
 #endif
