@@ -1,6 +1,6 @@
 #include "host/rescue.h"
 
-#include "host/photo_rows.h"
+#include "host/photo/photo_rows.h"
 #include "host/work_record.h"
 
 #include <algorithm>

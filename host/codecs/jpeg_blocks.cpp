@@ -1,5 +1,7 @@
 #include "host/codecs/jpeg_blocks.h"
 
+#include "host/codecs/jpeg_rows.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>

@@ -2,7 +2,8 @@
 // what the file shows stay as they are.
 #pragma once
 
-#include "host/codecs/jpeg_common.h"
+#include "host/codecs/color_bridge.h"
+#include "host/codecs/jpeg_errors.h"
 
 struct BlockEdit {
     int orientation = 1;

@@ -1,6 +1,7 @@
-#include "host/codecs/jpeg_common.h"
+#include "host/codecs/jpeg_segments.h"
+
 #include "host/codecs/thumbnail.h"
-#include "host/exif_edit.h"
+#include "host/photo/exif_edit.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,6 +9,12 @@
 namespace {
 
 constexpr size_t LONGEST_SEGMENT = 65533;
+constexpr int EXIF_MARK_SIZE = 6;  // "Exif" and two zeros
+constexpr int XMP_MARK_SIZE = 29;  // the name of its vocabulary and a zero
+constexpr int ICC_MARK_SIZE = 14;  // "ICC_PROFILE", a zero, number and count of parts
+
+// The kind of a saved segment, beyond its number.
+enum class JpegSegment { Other, Jfif, Extension, Exif, Xmp, Icc, MultiPicture, Resources, Adobe };
 
 struct SegmentMark {
     int marker;
@@ -25,6 +32,15 @@ const SegmentMark segmentMarks[] = {
     {JPEG_APP0 + 13, "Photoshop 3.0\0", 14, JpegSegment::Resources},
     {JPEG_APP0 + 14, "Adobe", 5, JpegSegment::Adobe},
 };
+
+JpegSegment kindOfSegment(const jpeg_marker_struct* segment)
+{
+    for (const SegmentMark& mark : segmentMarks)
+        if (segment->marker == mark.marker && segment->data_length >= mark.length &&
+            memcmp(segment->data, mark.start, mark.length) == 0)
+            return mark.kind;
+    return JpegSegment::Other;
+}
 
 std::vector<uint8_t> bytesOf(const jpeg_marker_struct* segment)
 {
@@ -91,15 +107,6 @@ bool endsInsideBlock(const jpeg_decompress_struct& input)
 }
 
 }  // namespace
-
-JpegSegment kindOfSegment(const jpeg_marker_struct* segment)
-{
-    for (const SegmentMark& mark : segmentMarks)
-        if (segment->marker == mark.marker && segment->data_length >= mark.length &&
-            memcmp(segment->data, mark.start, mark.length) == 0)
-            return mark.kind;
-    return JpegSegment::Other;
-}
 
 void saveJpegSegments(jpeg_decompress_struct* input)
 {

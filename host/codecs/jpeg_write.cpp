@@ -1,6 +1,7 @@
 #include "host/codecs/jpeg_blocks.h"
-#include "host/codecs/jpeg_common.h"
 #include "host/codecs/jpeg_file.h"
+#include "host/codecs/jpeg_rows.h"
+#include "host/codecs/jpeg_segments.h"
 
 #include <cstring>
 

@@ -1,7 +1,5 @@
 #include "host/codecs/photo_codec.h"
 
-#include "host/exif_orientation.h"
-
 UprightTarget editedInFile(const EditedPhoto& photo, int orientation)
 {
     const bool swapped = orientationSwapsSides(orientation);

@@ -3,7 +3,7 @@
 // which everything is kept that was not edited.
 #pragma once
 
-#include "host/photo_rows.h"
+#include "host/photo/photo_rows.h"
 
 #include <cstdio>
 #include <string>

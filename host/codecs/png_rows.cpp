@@ -1,6 +1,6 @@
 #include "host/codecs/png_rows.h"
 
-#include "host/exif_edit.h"
+#include "host/photo/exif_edit.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "host/codecs/png_file.h"
 #include "host/codecs/png_rows.h"
 #include "host/codecs/thumbnail.h"
-#include "host/exif_edit.h"
+#include "host/photo/exif_edit.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "host/codecs/system_file.h"
 
-#include "host/gif_canvas.h"
+#include "host/photo/gif_canvas.h"
 
 #include <algorithm>
 #include <cmath>

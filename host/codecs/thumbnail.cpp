@@ -1,7 +1,7 @@
 #include "host/codecs/thumbnail.h"
 
-#include "host/codecs/jpeg_common.h"
-#include "host/exif_edit.h"
+#include "host/codecs/jpeg_errors.h"
+#include "host/photo/exif_edit.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,6 +1,7 @@
-// Writing a TIFF file of plain colours, upright, where the original's own pixels cannot be changed in place.
+#include "host/codecs/tiff_new.h"
+
 #include "host/codecs/color_bridge.h"
-#include "host/codecs/tiff_common.h"
+#include "host/codecs/tiff_page.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "host/codecs/webp_file.h"
 
 #include "host/codecs/color_bridge.h"
-#include "host/exif_edit.h"
+#include "host/photo/exif_edit.h"
 
 #include <algorithm>
 #include <cstdlib>

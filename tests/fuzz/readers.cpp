@@ -7,10 +7,10 @@
 #include <string>
 
 #include "host/arguments.h"
-#include "host/exif_edit.h"
-#include "host/exif_orientation.h"
-#include "host/gif_canvas.h"
-#include "host/photo_rows.h"
+#include "host/photo/exif_edit.h"
+#include "host/photo/exif_orientation.h"
+#include "host/photo/gif_canvas.h"
+#include "host/photo/photo_rows.h"
 #include "library/format/list_file.h"
 #include "tests/reference/memory_file.h"
 #include "tests/reference/tiff_reference.h"

@@ -1,5 +1,5 @@
 #include "host/photo_file.h"
-#include "host/photo_rows.h"
+#include "host/photo/photo_rows.h"
 #include "tests/host/test_folder.h"
 
 #include <cstring>

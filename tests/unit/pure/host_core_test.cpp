@@ -1,7 +1,7 @@
 #include "host/arguments.h"
-#include "host/exif_orientation.h"
+#include "host/photo/exif_orientation.h"
 #include "host/file_names.h"
-#include "host/photo_rows.h"
+#include "host/photo/photo_rows.h"
 #include "host/placement.h"
 
 #include <cstring>

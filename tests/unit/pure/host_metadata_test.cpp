@@ -1,6 +1,6 @@
 // Camera data changed in place, and where a GIF file's picture lies.
-#include "host/exif_edit.h"
-#include "host/gif_canvas.h"
+#include "host/photo/exif_edit.h"
+#include "host/photo/gif_canvas.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,5 @@
-#include "host/codecs/jpeg_common.h"
+#include "host/codecs/jpeg_errors.h"
 
-#include <algorithm>
 #include <jerror.h>
 
 namespace {
@@ -38,9 +37,4 @@ jpeg_error_mgr* watchJpeg(JpegErrors* errors)
     errors->status = PhotoStatus::NotAPhoto;
     errors->damaged = false;
     return &errors->base;
-}
-
-bool jpegInksAreInverted(const jpeg_decompress_struct& input)
-{
-    return input.saw_Adobe_marker;
 }

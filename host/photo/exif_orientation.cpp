@@ -1,4 +1,4 @@
-#include "host/exif_orientation.h"
+#include "host/photo/exif_orientation.h"
 
 #include <cstring>
 

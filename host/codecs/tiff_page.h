@@ -1,4 +1,4 @@
-// What reading and writing TIFF files share.
+// The first page of a TIFF file: how its pixels lie, what it tells, and its rows as they are seen.
 #pragma once
 
 #include "host/codecs/photo_codec.h"
@@ -24,6 +24,3 @@ void collectTiffFacts(TIFF* file, PhotoFacts* facts);
 
 // A kind of pixels whose samples can be changed one by one without touching others.
 bool canEditSamples(const TiffLayout& layout);
-
-// A new file of one page, with the words and the compression of the original where there is one.
-bool writeNewTiff(const wchar_t* output, const EditedPhoto& photo, const PhotoFacts& facts, const wchar_t* original);

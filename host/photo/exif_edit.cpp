@@ -1,6 +1,6 @@
-#include "host/exif_edit.h"
+#include "host/photo/exif_edit.h"
 
-#include "host/exif_orientation.h"
+#include "host/photo/exif_orientation.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "host/gif_canvas.h"
+#include "host/photo/gif_canvas.h"
 
 #include <cstring>
 

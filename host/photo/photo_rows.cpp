@@ -1,4 +1,4 @@
-#include "host/photo_rows.h"
+#include "host/photo/photo_rows.h"
 
 #include <cstring>
 
