@@ -19,14 +19,16 @@ int strideOf(int width)
 
 std::vector<uint8_t> storedRows(const Picture& picture, uint8_t padding)
 {
-    std::vector<uint8_t> rows;
+    const int stride = strideOf(picture.width);
+    std::vector<uint8_t> rows((size_t)stride * (size_t)picture.height, padding);
+    const Pixel* p = picture.pixels.data();  // top row first: the last of those stored
     for (int y = picture.height - 1; y >= 0; --y) {
-        for (int x = 0; x < picture.width; ++x) {
-            const Pixel& p = picture.at(x, y);
-            rows.insert(rows.end(), {(uint8_t)p.blue, (uint8_t)p.green, (uint8_t)p.red});
+        uint8_t* bytes = rows.data() + (size_t)y * (size_t)stride;
+        for (int x = 0; x < picture.width; ++x, ++p, bytes += 3) {
+            bytes[0] = (uint8_t)p->blue;
+            bytes[1] = (uint8_t)p->green;
+            bytes[2] = (uint8_t)p->red;
         }
-        while (rows.size() % 4 != 0)
-            rows.push_back(padding);
     }
     return rows;
 }
@@ -34,9 +36,12 @@ std::vector<uint8_t> storedRows(const Picture& picture, uint8_t padding)
 Picture fromStoredRows(const uint8_t* rows, int width, int height)
 {
     Picture picture(width, height);
-    for (int y = height - 1; y >= 0; --y, rows += strideOf(width))
-        for (int x = 0; x < width; ++x)
-            picture.at(x, y) = {rows[x * 3], rows[x * 3 + 1], rows[x * 3 + 2]};
+    Pixel* p = picture.pixels.data();
+    for (int y = height - 1; y >= 0; --y) {
+        const uint8_t* bytes = rows + (size_t)y * (size_t)strideOf(width);
+        for (int x = 0; x < width; ++x, ++p, bytes += 3)
+            *p = {bytes[0], bytes[1], bytes[2]};
+    }
     return picture;
 }
 
