@@ -109,13 +109,13 @@ static Grid maskForLongLines(Dice& dice)
     }
 }
 
-// Lines long enough for shapes to come again, in every direction.
-TEST_P(BrushSegment, LongLinesInEveryDirectionMatchThePlainWay)
+// Lines long enough for shapes to come again, in every direction: what the plain way makes serves all levels.
+TEST(BrushSegments, LongLinesInEveryDirectionMatchThePlainWay)
 {
     for (uint64_t seed = 1; seed <= 1200; ++seed) {
         Dice dice = {seed};
-        PaintingBench fast = strokeBench(dice, dice.between(60, 300), dice.between(60, 250), maskForLongLines(dice));
-        PaintingBench plain = fast;
+        PaintingBench plain = strokeBench(dice, dice.between(60, 300), dice.between(60, 250), maskForLongLines(dice));
+        std::vector<PaintingBench> fast(VECTOR_LEVEL_COUNT, plain);
         const reference::Pixel colour = {dice.upTo(255), dice.upTo(255), dice.upTo(255)};
         const int opacity = dice.upTo(100);
         const bool soft = dice.upTo(1) != 0;
@@ -124,10 +124,19 @@ TEST_P(BrushSegment, LongLinesInEveryDirectionMatchThePlainWay)
             PixelPoint to = {dice.between(-40, 320), dice.between(-40, 270)};
             if (dice.upTo(5) == 0) to = {from.x + dice.between(-200, 200), from.y + dice.between(-2, 2)};
             if (dice.upTo(5) == 0) to = {from.x + dice.between(-2, 2), from.y + dice.between(-200, 200)};
-            paintBrushSegment(strokeOn(fast, colour, opacity, soft), from, to);
-            paintBrushDabs(strokeOn(plain, colour, opacity, soft), from, to);
-            ASSERT_EQ(plain.coverage.bytes, fast.coverage.bytes) << "seed " << seed << " segment " << k;
-            ASSERT_EQ(plain.image.bytes, fast.image.bytes) << "seed " << seed << " segment " << k;
+            {
+                const LevelInUse definition(VECTOR_PLAIN);
+                paintBrushDabs(strokeOn(plain, colour, opacity, soft), from, to);
+            }
+            for (int level = 0; level < VECTOR_LEVEL_COUNT; ++level) {
+                const LevelInUse inUse(level);
+                if (!inUse.present) continue;
+                paintBrushSegment(strokeOn(fast[level], colour, opacity, soft), from, to);
+                ASSERT_EQ(plain.coverage.bytes, fast[level].coverage.bytes)
+                    << "seed " << seed << " segment " << k << " " << vectorLevelName((VectorLevel)level);
+                ASSERT_EQ(plain.image.bytes, fast[level].image.bytes)
+                    << "seed " << seed << " segment " << k << " " << vectorLevelName((VectorLevel)level);
+            }
             from = to;
         }
     }
