@@ -1,5 +1,6 @@
 #include "host/codecs/png_chunks.h"
 #include "host/codecs/png_file.h"
+#include "host/codecs/png_packing.h"
 #include "host/codecs/png_samples.h"
 
 #include <io.h>
@@ -113,6 +114,7 @@ Outcome writeRows(Writing* writing, FILE* file, const EditedPhoto& photo, int or
     if (setjmp(png_jmpbuf(writing->output))) return Outcome::Failed;
     png_init_io(writing->output, file);
     png_set_user_limits(writing->output, 0x7FFFFFFF, 0x7FFFFFFF);
+    if (writing->layout.type != PNG_COLOR_TYPE_PALETTE) choosePngPacking(writing->output, photo, writing->layout.depth);
     writeHead(writing, photo);
     const UprightTarget upright = editedInFile(photo, 1);
     for (int row = 0; row < photo.height; ++row) {

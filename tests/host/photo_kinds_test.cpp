@@ -1,0 +1,69 @@
+// What is particular to one kind of photo file.
+#include "host/photo_file.h"
+#include "host/photo/photo_rows.h"
+#include "tests/host/test_folder.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct HostPhotoKinds : testing::Test {
+    TestFolder folder;
+};
+
+using Picture = std::function<int(int x, int y, int channel)>;
+
+HGLOBAL makePhoto(int width, int height, const Picture& value)
+{
+    HGLOBAL image = GlobalAlloc(GHND, packedPhotoSize(width, height));
+    BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(image);
+    *header = {sizeof *header, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    uint8_t* bits = (uint8_t*)(header + 1);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            for (int channel = 0; channel < 3; ++channel)
+                bits[(size_t)(height - 1 - y) * packedRowSize(width) + x * 3 + channel] = (uint8_t)value(x, y, channel);
+    GlobalUnlock(image);
+    return image;
+}
+
+std::vector<uint8_t> written(const std::wstring& name, HGLOBAL image)
+{
+    writeBytes(name, {});
+    EXPECT_EQ(writePhoto(name, formatOfName(name), image, nullptr), PhotoStatus::Ok);
+    EXPECT_TRUE(verifyPhoto(name, formatOfName(name), image, nullptr));
+    GlobalFree(image);
+    return readBytes(name);
+}
+
+int grain(int x, int y, int channel)
+{
+    uint32_t value = (uint32_t)(x + 1000 * y + 1000000 * channel) * 2654435761u;
+    value = (value ^ value >> 15) * 2246822519u;
+    return (int)((value ^ value >> 13) >> 28);
+}
+
+// How thoroughly the packer says that it has searched, 0 to 3.
+int thoroughness(const std::vector<uint8_t>& png)
+{
+    static const uint8_t mark[] = {'I', 'D', 'A', 'T'};
+    const auto at = std::search(png.begin(), png.end(), std::begin(mark), std::end(mark));
+    return png.end() - at > 6 ? at[5] >> 6 : -1;
+}
+
+}  // namespace
+
+// A drawing of small repeated tiles is nothing but repetitions, the grain of a photo has none.
+TEST_F(HostPhotoKinds, APngFileIsSearchedForRepetitionsWhereThereAreAny)
+{
+    const Picture tiles = [](int x, int y, int channel) { return 16 * grain(x % 10, y % 10, channel); };
+    const Picture sky = [](int x, int y, int channel) { return 60 + (x + y) / 4 + grain(x, y, channel); };
+    const std::vector<uint8_t> drawing = written(folder.path + L"drawing.png", makePhoto(300, 200, tiles));
+    EXPECT_GE(thoroughness(drawing), 1);
+    EXPECT_LT(drawing.size(), 300u * 200 * 3 / 40);
+    const std::vector<uint8_t> photo = written(folder.path + L"photo.png", makePhoto(300, 200, sky));
+    EXPECT_EQ(thoroughness(photo), 0);
+}
