@@ -6,6 +6,7 @@
 #include <cwchar>
 
 #include "canvas/view/canvas_coordinates.h"
+#include "image/pixels/scarce_memory.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
@@ -18,7 +19,7 @@ wchar_t*& nameOfWindow = sessionExtras.canvas.nameOfWindow;
 void keepName()
 {
     const int length = GetWindowTextLengthW(session->hostDialog);
-    nameOfWindow = (wchar_t*)calloc((size_t)length + 1, sizeof *nameOfWindow);
+    nameOfWindow = (wchar_t*)takeZeroedMemory((size_t)length + 1, sizeof *nameOfWindow);
     if (nameOfWindow) GetWindowTextW(session->hostDialog, nameOfWindow, length + 1);
 }
 
@@ -27,7 +28,7 @@ void showPercent(int percent)
     if (!nameOfWindow) keepName();
     if (!nameOfWindow) return;
     const size_t room = wcslen(nameOfWindow) + SUFFIX_LENGTH;
-    wchar_t* const title = (wchar_t*)calloc(room, sizeof *title);
+    wchar_t* const title = (wchar_t*)takeZeroedMemory(room, sizeof *title);
     if (!title) return;
     wchar_t suffix[SUFFIX_LENGTH];
     wsprintfW(suffix, *nameOfWindow ? L" - %d %%" : L"%d %%", percent);

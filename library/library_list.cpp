@@ -8,6 +8,7 @@
 #include "controls/kovctrl32.h"
 #include "image/bitmap_display.h"
 #include "image/packed_bitmap.h"
+#include "image/pixels/scarce_memory.h"
 #include "library/empty_library.h"
 #include "library/library_store.h"
 #include "library/selection_file.h"
@@ -40,7 +41,7 @@ LibraryItem* itemAt(HWND list, int index)
 
 void addItem(void* list, const LibraryPath& path, HGLOBAL thumbnail)
 {
-    LibraryItem* item = (LibraryItem*)malloc(sizeof(LibraryItem));
+    LibraryItem* item = (LibraryItem*)takeMemory(sizeof(LibraryItem));
     if (!item) {
         GlobalFree(thumbnail);
         return;

@@ -6,6 +6,7 @@
 
 #include "canvas/view/canvas_coordinates.h"
 #include "image/made_bitmap.h"
+#include "image/pixels/scarce_memory.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
@@ -185,7 +186,7 @@ void showTextStrip(const ViewPicture& picture)
         BITMAPINFOHEADER header;
         RGBQUAD colours[2];
     } info = {{sizeof info.header, size.cx, -count, 1, 1, BI_RGB, 0, 0, 0, 0, 0}, {}};
-    void* const bits = calloc((size_t)count, (size_t)(size.cx + 31) / 32 * 4);
+    void* const bits = takeZeroedMemory((size_t)count, (size_t)(size.cx + 31) / 32 * 4);
     const HDC dc = bits ? CreateCompatibleDC(nullptr) : nullptr;
     // The rows of a strip are counted from the bottom.
     if (dc && GetDIBits(dc, session->textStrip, (UINT)(size.cy - first - count), (UINT)count, bits, (BITMAPINFO*)&info,

@@ -5,6 +5,7 @@
 
 #include "color/kernels/adjust.h"
 #include "color/kernels/lift.h"
+#include "image/pixels/scarce_memory.h"
 
 static uint8_t* storedRow(const BitsView& view, int64_t row)
 {
@@ -55,7 +56,7 @@ static void copyInside(const uint8_t* pixels, const uint8_t* mask, uint8_t* targ
 bool adjustSelection(const ColourAdjustment& adjustment, MaskedPixels source, MaskedPixels target)
 {
     const int width = target.pixels.width, height = target.pixels.height;
-    uint8_t* line = (uint8_t*)malloc((size_t)width * 3);
+    uint8_t* line = (uint8_t*)takeMemory((size_t)width * 3);
     if (!line) return false;
 
     for (int row = 0; row < height; ++row) {

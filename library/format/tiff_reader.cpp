@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "image/pixels/scarce_memory.h"
 #include "library/format/row_codec.h"
 
 static bool liesInside(const ByteSource& source, uint64_t offset, uint64_t count)
@@ -308,7 +309,7 @@ static bool readRowsInto(const ByteSource& source, uint64_t offset, const RowFor
 static bool readRows(const ByteSource& source, uint64_t offset, const RowFormat& format, const BitsView& view)
 {
     if (!liesInside(source, offset, storedRowBytes(format, view.width) * (unsigned)view.height)) return false;
-    uint8_t* const buffer = (uint8_t*)malloc(BUFFER_BYTES);
+    uint8_t* const buffer = (uint8_t*)takeMemory(BUFFER_BYTES);
     const bool done = buffer && readRowsInto(source, offset, format, view, buffer);
     free(buffer);
     return done;

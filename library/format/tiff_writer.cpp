@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "image/pixels/scarce_memory.h"
 #include "library/format/row_codec.h"
 #include "library/format/thumbnail.h"
 
@@ -171,7 +172,7 @@ bool writeSelectionImages(const ByteSink& sink, const SelectionImages& selection
     PartPlace parts[PART_COUNT];
     if (selection.image.width != selection.mask.width || selection.image.height != selection.mask.height) return false;
     if (!placeSelectionParts(selection.image.width, selection.image.height, parts)) return false;
-    Output out = {&sink, (uint8_t*)malloc(BUFFER_BYTES), 0};
+    Output out = {&sink, (uint8_t*)takeMemory(BUFFER_BYTES), 0};
     if (!out.buffer) return false;
     const bool written = writeParts(out, selection, parts);
     free(out.buffer);

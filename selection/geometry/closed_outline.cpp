@@ -4,6 +4,7 @@
 #include <climits>
 #include <cstdlib>
 
+#include "image/pixels/scarce_memory.h"
 #include "tools/kernels/digital_line.h"
 
 namespace {
@@ -121,7 +122,7 @@ void countLines(size_t* changes, int rowCount, const Outlined& outline, PixelPoi
 size_t* placeRows(int rowCount, const Outlined& outline, PixelPoint origin)
 {
     const size_t rows = (size_t)rowCount + 1;
-    size_t* const places = (size_t*)calloc(rows + 1, sizeof(size_t));
+    size_t* const places = (size_t*)takeZeroedMemory(rows + 1, sizeof(size_t));
     if (!places) return nullptr;
     countLines(places, rowCount, outline, origin);
     size_t lines = 0, room = 0;
@@ -151,7 +152,7 @@ bool fillTable(RowHead* table, Filling& filling, const Outlined& outline)
 {
     const size_t room = filling.places[filling.rowCount + 1];
     if (room > PTRDIFF_MAX / sizeof(int32_t)) return false;
-    filling.columns = (int32_t*)malloc(room * sizeof(int32_t));
+    filling.columns = (int32_t*)takeMemory(room * sizeof(int32_t));
     if (!filling.columns) return false;
     walkOutline(filling, outline);
     const bool linked = linkRows(table, filling);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "image/pixels/scarce_memory.h"
 #include "selection/geometry/closed_outline.h"
 #include "tools/kernels/digital_line.h"
 
@@ -26,7 +27,7 @@ static bool samePoint(PixelPoint a, PixelPoint b)
 static PixelPoint* resizePoints(PixelPoint* points, int64_t room)
 {
     if ((uint64_t)room > PTRDIFF_MAX / sizeof(PixelPoint)) return nullptr;
-    return (PixelPoint*)realloc(points, (size_t)room * sizeof(PixelPoint));
+    return (PixelPoint*)resizeMemory(points, (size_t)room * sizeof(PixelPoint));
 }
 
 static bool isFull(int count)

@@ -26,6 +26,9 @@ LIBRARY = ('canvas/', 'color/', 'image/', 'library/', 'selection/', 'session/', 
 LOCKS = ('image/bitmap_block.cpp', 'image/bitmap_locks.cpp', 'image/bitmap_block.h', 'image/packed_bitmap.cpp',
          'image/original_image.cpp', 'session/ground/locked_block.cpp', 'tools/painting/undo_history.cpp')
 
+GREEDY = re.compile(r'\b(?:malloc|calloc|realloc)\(')
+TAKER = 'image/pixels/scarce_memory.cpp'
+
 
 def readTree(root):
     tree = {}
@@ -85,6 +88,8 @@ def faultsOf(tree):
             faults.append((STATIC.search(text).start(), 'static beside an unnamed namespace'))
         if path.startswith(LIBRARY) and path not in LOCKS and BY_HAND.search(text):
             faults.append((BY_HAND.search(text).start(), 'a lock that does not end with its scope'))
+        if path.startswith(LIBRARY) and path != TAKER and GREEDY.search(text):
+            faults.append((GREEDY.search(text).start(), 'memory that is not taken with takeMemory and its like'))
         for place, fault in faults:
             yield f'{path}:{lineOf(text, place)}: {fault}'
         for name in set(TYPE.findall(open_text)) if path.startswith(LIBRARY) else ():
@@ -105,6 +110,7 @@ def selfTest():
         'namespace {\n\nint f();\n\n}  // namespace\n\nstatic int g();\n': 'static beside',
         '    GlobalUnlock(block);\n': 'does not end with its scope',
         'struct Once {\n};\n': 'Once is a type of',
+        '    a = (char*)malloc(3);\n': 'memory that is not taken',
     }
     found = {text: list(faultsOf({'image/one.cpp': text, 'image/other.h': 'struct Once {\n};\n'})) for text in planted}
     missed = [text for text, expected in planted.items() if not any(expected in fault for fault in found[text])]

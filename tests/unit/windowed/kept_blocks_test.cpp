@@ -211,6 +211,54 @@ TEST_F(KeptBlocks, AreGivenUpWhenARequestFails)
     EXPECT_EQ(0u, keptBytes());
 }
 
+// What the C runtime's own functions do while nothing is kept; until then a large request fails.
+static bool isRefused(size_t bytes)
+{
+    return bytes >= LARGE && keptBytes() > 0;
+}
+
+static void* refusingMalloc(size_t bytes)
+{
+    return isRefused(bytes) ? nullptr : HeapAlloc(GetProcessHeap(), 0, bytes);
+}
+
+static void* refusingCalloc(size_t count, size_t bytes)
+{
+    return isRefused(count * bytes) ? nullptr : HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, count * bytes);
+}
+
+static void* refusingRealloc(void* memory, size_t bytes)
+{
+    if (isRefused(bytes)) return nullptr;
+    return memory ? HeapReAlloc(GetProcessHeap(), 0, memory, bytes) : HeapAlloc(GetProcessHeap(), 0, bytes);
+}
+
+struct RefusedRequest {
+    const char* function;
+    void* standIn;
+    void* (*request)();
+};
+static const RefusedRequest refusedRequests[] = {
+    {"malloc", (void*)refusingMalloc, [] { return takeMemory(LARGE); }},
+    {"calloc", (void*)refusingCalloc, [] { return takeZeroedMemory(2, LARGE); }},
+    {"realloc", (void*)refusingRealloc, [] { return resizeMemory(nullptr, LARGE); }},
+};
+
+TEST_F(KeptBlocks, AreGivenUpWhenMemoryWithoutAHandleIsRefused)
+{
+    for (const RefusedRequest& refused : refusedRequests) {
+        releaseBlock(takeBlock(LARGE));
+        ASSERT_EQ(LARGE, keptBytes());
+        ImportPatch patch;
+        ASSERT_TRUE(patchImport(&patch, GetModuleHandleA(nullptr), refused.function, refused.standIn));
+        void* const memory = refused.request();
+        undoPatch(&patch);
+        EXPECT_TRUE(memory) << refused.function;
+        EXPECT_EQ(0u, keptBytes()) << refused.function;
+        if (memory) HeapFree(GetProcessHeap(), 0, memory);
+    }
+}
+
 TEST_F(KeptBlocks, NothingIsKeptWhileMemoryIsShort)
 {
     const HGLOBAL block = takeBlock(LARGE);
