@@ -54,8 +54,9 @@ PhotoStatus readPng(FILE* file, const RowSink& sink, PhotoFacts* facts)
     if (!headSize(file, size) || size[0] == 0 || size[1] == 0) return PhotoStatus::NotAPhoto;
     if (!packedPhotoSize(size[0], size[1])) return PhotoStatus::TooLarge;
     PngRows rows;
-    PhotoStatus status = openPngRows(&rows, file, facts, false) ? PhotoStatus::Ok : PhotoStatus::NotAPhoto;
+    PhotoStatus status = openPng(&rows, file, facts) ? PhotoStatus::Ok : PhotoStatus::NotAPhoto;
     if (status == PhotoStatus::Ok) status = sink.begin(sink.context, shapeOf(rows, *facts));
+    if (status == PhotoStatus::Ok && !startPngRows(&rows, false)) status = PhotoStatus::NotAPhoto;
     if (status == PhotoStatus::Ok) status = handRows(&rows, sink);
     closePngRows(&rows);
     return status;

@@ -3,6 +3,7 @@
 #include "host/photo/exif_edit.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -63,12 +64,35 @@ void readColors(PngRows* rows)
     }
 }
 
+// A chunk longer than the file is not there, and none unpacks to more than this.
+constexpr size_t UNPACKED_CHUNK = 16u << 20, LARGEST_CHUNK = 256u << 20;
+
+size_t chunkLimit(FILE* file)
+{
+    const long at = ftell(file);
+    const long size = fseek(file, 0, SEEK_END) == 0 ? ftell(file) : -1;
+    fseek(file, at, SEEK_SET);
+    return size < 0 ? LARGEST_CHUNK : std::min(std::max((size_t)size, UNPACKED_CHUNK), LARGEST_CHUNK);
+}
+
+// The library takes memory for what a chunk says of its length before it reads it, whatever its own limits are.
+png_voidp takeWithin(png_structp codec, png_alloc_size_t size)
+{
+    const PngRows* const rows = (const PngRows*)png_get_mem_ptr(codec);
+    return size <= rows->mostAtOnce ? malloc(size) : nullptr;
+}
+
+void giveBack(png_structp, png_voidp memory)
+{
+    free(memory);
+}
+
 bool readHeader(PngRows* rows, FILE* file)
 {
     if (setjmp(png_jmpbuf(rows->input))) return false;
     png_init_io(rows->input, file);
     png_set_user_limits(rows->input, 0x7FFFFFFF, 0x7FFFFFFF);
-    png_set_chunk_malloc_max(rows->input, 256u << 20);
+    png_set_chunk_malloc_max(rows->input, rows->mostAtOnce);
     png_read_info(rows->input, rows->info);
     rows->width = (int)png_get_image_width(rows->input, rows->info);
     rows->height = (int)png_get_image_height(rows->input, rows->info);
@@ -132,13 +156,21 @@ PngLayout pngLayout(int type, int depth)
     return layout;
 }
 
-bool openPngRows(PngRows* rows, FILE* file, PhotoFacts* facts, bool atOnce)
+bool openPng(PngRows* rows, FILE* file, PhotoFacts* facts)
 {
-    rows->input = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, giveUp, noteWarning);
+    rows->mostAtOnce = chunkLimit(file);
+    rows->input =
+        png_create_read_struct_2(PNG_LIBPNG_VER_STRING, nullptr, giveUp, noteWarning, rows, takeWithin, giveBack);
     rows->info = rows->input ? png_create_info_struct(rows->input) : nullptr;
     if (!rows->info || !readHeader(rows, file)) return false;
     readFacts(rows, facts);
     rows->bridge = openBridge(facts->profile, 0, false);
+    return true;
+}
+
+bool startPngRows(PngRows* rows, bool atOnce)
+{
+    rows->mostAtOnce = SIZE_MAX;
     if (!atOnce && png_get_interlace_type(rows->input, rows->info) == PNG_INTERLACE_NONE) return startRows(rows);
     rows->whole.resize((size_t)rows->width * rows->layout.bytes * rows->height);
     return readWhole(rows);

@@ -19,6 +19,7 @@ PngLayout pngLayout(int type, int depth);
 struct PngRows {
     png_structp input = nullptr;
     png_infop info = nullptr;
+    size_t mostAtOnce = 0;  // bytes of memory that the library gets in one piece
     int width = 0, height = 0;
     PngLayout layout;
     std::vector<png_color> palette;
@@ -31,9 +32,10 @@ struct PngRows {
     bool damaged = false;
 };
 
-// Reads what stands before the pixels. False when it is no sound PNG file. atOnce: the rows are wanted in any
-// order.
-bool openPngRows(PngRows* rows, FILE* file, PhotoFacts* facts, bool atOnce);
+// Reads what stands before the pixels, and takes no memory for them. False when it is no sound PNG file.
+bool openPng(PngRows* rows, FILE* file, PhotoFacts* facts);
+// Gets ready for the rows. atOnce: they are wanted in any order.
+bool startPngRows(PngRows* rows, bool atOnce);
 void closePngRows(PngRows* rows);
 
 // The next row's samples; null when the file is damaged.

@@ -140,7 +140,7 @@ Outcome writeOnce(FILE* output, const EditedPhoto& photo, const PhotoFacts& fact
     PhotoFacts again;
     if (original) {
         writing.chunks = readPngChunks(original);
-        if (!openPngRows(&writing.rows, original, &again, facts.orientation != 1)) {
+        if (!openPng(&writing.rows, original, &again) || !startPngRows(&writing.rows, facts.orientation != 1)) {
             closePngRows(&writing.rows);
             return Outcome::Failed;
         }
