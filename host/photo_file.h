@@ -6,6 +6,8 @@
 #include "host/codecs/system_file.h"
 #include "host/file_names.h"
 
+#include <windows.h>
+
 enum class PhotoKind { Jpeg, Png, Tiff, Webp, Other };
 
 // The photo in the editor, as far as its file matters.

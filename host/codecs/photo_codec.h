@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <string>
 #include <vector>
-#include <windows.h>
 
 enum class PhotoStatus {
     Ok,

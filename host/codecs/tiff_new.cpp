@@ -1,6 +1,7 @@
 #include "host/codecs/tiff_new.h"
 
 #include "host/codecs/color_bridge.h"
+#include "host/codecs/tiff_open.h"
 #include "host/codecs/tiff_page.h"
 
 #include <algorithm>

@@ -3,13 +3,23 @@
 #include "host/codecs/color_bridge.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
 constexpr uint32_t COMFORTABLE_BAND = 64;
 constexpr uint64_t LARGEST_BAND = 1u << 30;
 
-void sayNothing(const char*, const char*, va_list) {}
+long pelsPerMetre(TIFF* file, ttag_t tag)
+{
+    float value = 0;
+    uint16_t unit = RESUNIT_INCH;
+    if (!TIFFGetField(file, tag, &value) || !(value > 0 && value < 1e6)) return 0;
+    TIFFGetFieldDefaulted(file, TIFFTAG_RESOLUTIONUNIT, &unit);
+    return unit == RESUNIT_INCH         ? std::lround(value / 0.0254)
+           : unit == RESUNIT_CENTIMETER ? std::lround(value * 100)
+                                        : 0;
+}
 
 // Rows that are decoded together: whole strips or rows of tiles.
 uint32_t bandHeight(TIFF* file, const TiffLayout& layout)
@@ -60,13 +70,6 @@ PhotoStatus handBands(TIFF* file, TIFFRGBAImage* image, const TiffLayout& layout
 }
 
 }  // namespace
-
-TIFF* openTiff(const wchar_t* path, const char* mode)
-{
-    TIFFSetErrorHandler(sayNothing);
-    TIFFSetWarningHandler(nullptr);
-    return TIFFOpenW(path, mode);
-}
 
 TiffLayout tiffLayout(TIFF* file)
 {
@@ -135,4 +138,18 @@ PhotoStatus eachTiffBand(TIFF* file, const PhotoFacts& facts, const RowSink& sin
     closeBridge(&bridge);
     TIFFRGBAImageEnd(&image);
     return status;
+}
+
+PhotoStatus readTiffPage(TIFF* file, const RowSink& sink, PhotoFacts* facts)
+{
+    const TiffLayout layout = tiffLayout(file);
+    PhotoStatus status = layout.width && layout.height ? PhotoStatus::Ok : PhotoStatus::NotAPhoto;
+    if (status == PhotoStatus::Ok && !packedPhotoSize(layout.width, layout.height)) status = PhotoStatus::TooLarge;
+    if (status == PhotoStatus::Ok) {
+        collectTiffFacts(file, facts);
+        const PhotoShape shape = {(int)layout.width, (int)layout.height, facts->orientation,
+                                  pelsPerMetre(file, TIFFTAG_XRESOLUTION), pelsPerMetre(file, TIFFTAG_YRESOLUTION)};
+        status = sink.begin(sink.context, shape);
+    }
+    return status == PhotoStatus::Ok ? eachTiffBand(file, *facts, sink) : status;
 }

@@ -14,8 +14,8 @@ struct TiffLayout {
 };
 TiffLayout tiffLayout(TIFF* file);
 
-// mode as for TIFFOpen. Null when it is no sound TIFF file; nothing is said on the console.
-TIFF* openTiff(const wchar_t* path, const char* mode);
+// Facts, shape and rows of the first page.
+PhotoStatus readTiffPage(TIFF* file, const RowSink& sink, PhotoFacts* facts);
 
 // Hands over the first page in bands. Rows are already laid over white.
 PhotoStatus eachTiffBand(TIFF* file, const PhotoFacts& facts, const RowSink& sink);

@@ -1,0 +1,16 @@
+#include "host/codecs/tiff_open.h"
+
+#include <cstdarg>
+
+namespace {
+
+void sayNothing(const char*, const char*, va_list) {}
+
+}  // namespace
+
+TIFF* openTiff(const wchar_t* path, const char* mode)
+{
+    TIFFSetErrorHandler(sayNothing);
+    TIFFSetWarningHandler(nullptr);
+    return TIFFOpenW(path, mode);
+}

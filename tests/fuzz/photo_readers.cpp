@@ -1,0 +1,159 @@
+// The host's decoders of photos under the fuzzer. A photo that is accepted has handed over all its rows once, inside
+// the sides it told before; and no memory is taken for more pixels than the one who wants them agreed to.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "host/codecs/jpeg_file.h"
+#include "host/codecs/png_file.h"
+#include "host/codecs/tiff_page.h"
+#include "host/codecs/webp_file.h"
+#include "tests/fuzz/photo_memory.h"
+#include "tests/fuzz/readers.h"
+
+namespace {
+
+constexpr int64_t MOST_PIXELS = 1 << 18;
+
+struct Taken {
+    Bytes bits;
+    UprightTarget target;
+    bool begun;
+    int rows;
+};
+
+void expect(bool holds, const char* promise)
+{
+    if (holds) return;
+    fprintf(stderr, "broken promise: %s\n", promise);
+    abort();
+}
+
+// As the host begins a picture, with less memory.
+PhotoStatus begin(void* context, const PhotoShape& shape)
+{
+    Taken* const taken = (Taken*)context;
+    expect(!taken->begun, "a picture begins once");
+    expect(shape.width >= 1 && shape.height >= 1, "sides of 1 and more");
+    expect(shape.orientation >= 1 && shape.orientation <= 8, "an orientation from 1 to 8");
+    if ((int64_t)shape.width * shape.height > MOST_PIXELS) return PhotoStatus::TooLarge;
+    const bool swapped = orientationSwapsSides(shape.orientation);
+    const uint32_t size = packedPhotoSize(swapped ? shape.height : shape.width, swapped ? shape.width : shape.height);
+    if (!size) return PhotoStatus::TooLarge;
+    taken->begun = true;
+    taken->bits.resize(size - 40);
+    taken->target = {taken->bits.data(), shape.width, shape.height, shape.orientation};
+    return PhotoStatus::Ok;
+}
+
+bool take(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
+{
+    Taken* const taken = (Taken*)context;
+    expect(taken->begun, "rows come after the picture began");
+    expect(firstRow == taken->rows && rowCount >= 1, "rows come in their order");
+    expect(rowCount <= taken->target.fileHeight - firstRow, "no more rows than told");
+    placeRowsOverWhite(taken->target, bgra, stride, firstRow, rowCount);
+    taken->rows += rowCount;
+    return true;
+}
+
+void check(PhotoStatus status, const Taken& taken, const PhotoFacts& facts)
+{
+    if (status == PhotoStatus::Ok)
+        expect(taken.begun && taken.rows == taken.target.fileHeight, "an accepted photo has all its rows");
+    expect(facts.orientation >= 1 && facts.orientation <= 8, "an orientation from 1 to 8");
+}
+
+void readStream(const uint8_t* bytes, size_t size, PhotoStatus (*read)(FILE*, const RowSink&, PhotoFacts*))
+{
+    Bytes copy(bytes, bytes + size);
+    FILE* const file = size ? fmemopen(copy.data(), size, "rb") : nullptr;
+    if (!file) return;
+    Taken taken = {};
+    PhotoFacts facts;
+    check(read(file, {&taken, begin, take}, &facts), taken, facts);
+    fclose(file);
+}
+
+void readJpegPhoto(const uint8_t* bytes, size_t size)
+{
+    readStream(bytes, size, readJpeg);
+}
+
+void readPngPhoto(const uint8_t* bytes, size_t size)
+{
+    readStream(bytes, size, readPng);
+}
+
+void readWebpPhoto(const uint8_t* bytes, size_t size)
+{
+    readStream(bytes, size, readWebp);
+}
+
+void readTiffPhoto(const uint8_t* bytes, size_t size)
+{
+    PhotoMemory memory = {Bytes(bytes, bytes + size), 0};
+    TIFF* const file = openTiffInMemory(&memory, "r");
+    if (!file) return;
+    Taken taken = {};
+    PhotoFacts facts;
+    check(readTiffPage(file, {&taken, begin, take}, &facts), taken, facts);
+    TIFFClose(file);
+}
+
+// ---- TIFF in memory
+
+tmsize_t readMemory(thandle_t handle, void* to, tmsize_t size)
+{
+    PhotoMemory* const memory = (PhotoMemory*)handle;
+    const uint64_t there = memory->at < memory->bytes.size() ? memory->bytes.size() - memory->at : 0;
+    const uint64_t count = (uint64_t)size < there ? (uint64_t)size : there;
+    if (count) memcpy(to, memory->bytes.data() + memory->at, count);
+    memory->at += count;
+    return (tmsize_t)count;
+}
+
+tmsize_t writeMemory(thandle_t handle, void* from, tmsize_t size)
+{
+    PhotoMemory* const memory = (PhotoMemory*)handle;
+    const uint64_t end = memory->at + (uint64_t)size;
+    if (end > memory->bytes.size()) memory->bytes.resize(end);
+    memcpy(memory->bytes.data() + memory->at, from, (size_t)size);
+    memory->at = end;
+    return size;
+}
+
+toff_t seekMemory(thandle_t handle, toff_t offset, int whence)
+{
+    PhotoMemory* const memory = (PhotoMemory*)handle;
+    const uint64_t from = whence == SEEK_CUR ? memory->at : whence == SEEK_END ? memory->bytes.size() : 0;
+    return memory->at = from + offset;
+}
+
+int closeMemory(thandle_t)
+{
+    return 0;
+}
+
+toff_t sizeOfMemory(thandle_t handle)
+{
+    return ((PhotoMemory*)handle)->bytes.size();
+}
+
+}  // namespace
+
+TIFF* openTiffInMemory(PhotoMemory* memory, const char* mode)
+{
+    TIFFSetErrorHandler(nullptr);
+    TIFFSetWarningHandler(nullptr);
+    return TIFFClientOpen("memory", mode, memory, readMemory, writeMemory, seekMemory, closeMemory, sizeOfMemory,
+                          nullptr, nullptr);
+}
+
+const FuzzReader fuzzReaders[] = {
+    {"jpeg photo", readJpegPhoto, jpegPhotos},
+    {"png photo", readPngPhoto, pngPhotos},
+    {"tiff photo", readTiffPhoto, tiffPhotos},
+    {"webp photo", readWebpPhoto, webpPhotos},
+};
+const int fuzzReaderCount = (int)(sizeof fuzzReaders / sizeof fuzzReaders[0]);
