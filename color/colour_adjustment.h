@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-#include "color/kernels/colour_values.h"
+#include "color/values/colour_values.h"
 
 // Adjusts every pixel of a 24-bit image into `target`, a bitmap of the same size, or in place when
 // `target` is null. The padding bytes of the written rows become 0. At neutral values the result is a

@@ -144,14 +144,13 @@ void drawHandles(HDC dc)
     }
 }
 
+// All but the close button and the handles.
 void drawFaces(HDC dc)
 {
-    const SessionRecord& s = *session;
-    for (const RECT* r :
-         {&s.applyButton, &s.flipVerticalButton, &s.flipHorizontalButton, &s.brighterButton, &s.darkerButton,
-          &s.rotateButton, &s.hueDownButton, &s.hueUpButton, &s.saturationMoreButton, &s.saturationLessButton,
-          &s.contrastMoreButton, &s.contrastLessButton, &s.liftUpButton, &s.liftDownButton}) {
-        drawFace(dc, *r);
+    const FrameButtons buttons = frameButtons();
+    for (int button = 0; button < FRAME_BUTTON_COUNT; ++button) {
+        const FrameOperation operation = operationOfHit(hitOfButton(button));
+        if (operation != OPERATION_CLOSE && operation != OPERATION_RESIZE) drawFace(dc, rectOf(buttons.rects[button]));
     }
 }
 

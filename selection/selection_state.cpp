@@ -6,6 +6,7 @@
 #include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "selection/selection_frame.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 // Where the record keeps a state.
@@ -28,7 +29,7 @@ static const StateFields stateFields[] = {
 };
 static_assert(sizeof stateFields / sizeof stateFields[0] == SELECTION_STATE_COUNT, "one row a state");
 
-// Where the record keeps each colour value.
+// The colour values that the record keeps; others are in the extras alone.
 struct RecordedColour {
     int ColourValues::*value;
     int32_t SessionRecord::*field;
@@ -74,7 +75,7 @@ void putSelectionState(SelectionState state, const FloatingSelection& value)
 
 ColourValues selectionColours()
 {
-    ColourValues values = neutralColourValues();
+    ColourValues values = sessionExtras.selectionColours;
     for (const RecordedColour& colour : recordedColours)
         values.*colour.value = session->*colour.field;
     return values;
@@ -82,6 +83,7 @@ ColourValues selectionColours()
 
 void setSelectionColours(const ColourValues& values)
 {
+    sessionExtras.selectionColours = values;
     for (const RecordedColour& colour : recordedColours)
         session->*colour.field = values.*colour.value;
 }

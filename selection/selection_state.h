@@ -10,7 +10,7 @@
 
 #include <windows.h>
 
-#include "color/kernels/colour_values.h"
+#include "color/values/colour_values.h"
 #include "selection/floating_selection.h"
 
 // A selection floats and no press of the outline brush is reshaping it: what an operation needs.
@@ -22,7 +22,7 @@ FloatingSelection selectionState(SelectionState state);
 // The record takes the value and frees the one it had.
 void putSelectionState(SelectionState state, const FloatingSelection& value);
 
-// The selection's colour values, as the record keeps them.
+// The selection's colour values. The record has fields for five of them.
 ColourValues selectionColours();
 void setSelectionColours(const ColourValues& values);
 

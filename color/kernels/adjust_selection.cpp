@@ -7,6 +7,15 @@
 #include "color/kernels/lift.h"
 #include "image/pixels/scarce_memory.h"
 
+// What only floating selections have, done after all else, in this order.
+struct SelectionStep {
+    int ColourValues::*value;
+    void (*apply)(uint8_t* pixels, size_t pixelCount, int value);
+};
+static const SelectionStep selectionSteps[] = {
+    {&ColourValues::lift, liftPixels},
+};
+
 static uint8_t* storedRow(const BitsView& view, int64_t row)
 {
     return rowOf(view, (int)(view.height - 1 - row));
@@ -65,7 +74,8 @@ bool adjustSelection(const ColourAdjustment& adjustment, MaskedPixels source, Ma
         scaleRow(storedRow(source.mask, sourceRow), source.mask.width, maskRow, width);
         scaleRow(storedRow(source.pixels, sourceRow), source.pixels.width, line, width);
         adjustPixels(adjustment, line, line, (size_t)width);
-        liftPixels(line, (size_t)width, adjustment.lift);
+        for (const SelectionStep& step : selectionSteps)
+            step.apply(line, (size_t)width, adjustment.values.*step.value);
         copyInside(line, maskRow, storedRow(target.pixels, row), width);
     }
     free(line);

@@ -12,17 +12,15 @@ static ColourAdjustment makeAdjustment(const ColourValues& values, int full)
     adjustment.offset = b - a;
     adjustment.saturationFactor = (100 - values.saturation) * full / 100;
     adjustment.hueShift = values.hue;
-    adjustment.lift = values.lift;
     adjustment.toneOnly = values.saturation == parameterOf(&ColourValues::saturation).neutral && values.hue == 0;
     adjustment.inRange = withinLimits(values);
+    adjustment.values = values;
     return adjustment;
 }
 
 ColourAdjustment imageAdjustment(const ColourValues& values)
 {
-    ColourAdjustment adjustment = makeAdjustment(values, 256);
-    adjustment.lift = 0;
-    return adjustment;
+    return makeAdjustment(values, 256);
 }
 
 ColourAdjustment selectionAdjustment(const ColourValues& values)

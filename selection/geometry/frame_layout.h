@@ -2,7 +2,7 @@
 // what a hit does. All in image pixels (the canvas's logical units); y downward.
 #pragma once
 
-#include "color/kernels/colour_values.h"
+#include "color/values/colour_values.h"
 #include "image/pixels/bits_view.h"
 
 // What a point of the canvas hits. The numbers are fixed.

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 
+#include "color/values/colour_values.h"
 #include "session/ground/block_store.h"
 #include "session/ground/canvas_state.h"
 #include "session/ground/press_state.h"
@@ -79,6 +80,7 @@ struct SessionExtras {
     BrushMaskKey brushMaskKey;
     CanvasState canvas;
     SelectionProgress selection;
+    ColourValues selectionColours;  // all of them; those that have a field in the record are its: selection_state.h
     BlockStore blocks;
     PressState press;
 };

@@ -1,4 +1,4 @@
-#include "color/kernels/colour_values.h"
+#include "color/values/colour_values.h"
 
 #include <climits>
 

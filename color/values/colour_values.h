@@ -22,7 +22,8 @@ struct ColourParameter {
     int step;  // of a button on the frame
 };
 
-// A new parameter is a member above, a row in the table, and a kernel that acts on it.
+// A new parameter is a member above, a row in the table, and a kernel that acts on it: on floating selections a row
+// of color/kernels/adjust_selection.cpp names that.
 extern const ColourParameter COLOUR_PARAMETERS[];
 extern const int COLOUR_PARAMETER_COUNT;
 
