@@ -41,13 +41,6 @@ static Button* createButton(HWND window)
     return attachButton(window, baseProcedure);
 }
 
-static LRESULT onNcDestroy(HWND window, Button* button, WPARAM wp, LPARAM lp)
-{
-    const LRESULT result = CallWindowProcW(button->base, window, WM_NCDESTROY, wp, lp);
-    releaseButton(window, button);
-    return result;
-}
-
 static void setHot(HWND window, Button* button, bool hot)
 {
     if (button->hot == hot) return;
@@ -56,17 +49,6 @@ static void setHot(HWND window, Button* button, bool hot)
     if (!hot) return;
     TRACKMOUSEEVENT leave = {sizeof leave, TME_LEAVE, window, 0};
     TrackMouseEvent(&leave);
-}
-
-static void onMouseMessage(HWND window, Button* button, UINT message, WPARAM wp, LPARAM lp)
-{
-    if (message == WM_MOUSEMOVE) {
-        RECT client;
-        GetClientRect(window, &client);
-        const POINT at = {GET_X_LPARAM(lp), GET_Y_LPARAM(lp)};
-        setHot(window, button, PtInRect(&client, at) != FALSE);  // a captured pointer may be outside
-    }
-    relayToTooltip(window, message, wp, lp);
 }
 
 static void muteSystemDrawing(HWND window)
@@ -99,78 +81,169 @@ static void showChange(HWND window, UINT message)
     InvalidateRect(window, nullptr, FALSE);
 }
 
-// Redraws after a check or press message only when it changed anything.
-static LRESULT onStateMessage(HWND window, Button* button, UINT message, WPARAM wp, LPARAM lp)
-{
-    WNDPROC base = button->base;
-    const LRESULT before = CallWindowProcW(base, window, BM_GETSTATE, 0, 0);
-    const LRESULT result = CallWindowProcW(base, window, message, wp, lp);
-    if (IsWindow(window) && CallWindowProcW(base, window, BM_GETSTATE, 0, 0) != before) showChange(window, message);
-    return result;
-}
-
 static bool arrowKeyIsDown()
 {
     return GetKeyState(VK_LEFT) < 0 || GetKeyState(VK_RIGHT) < 0 || GetKeyState(VK_UP) < 0 || GetKeyState(VK_DOWN) < 0;
 }
 
-// An automatic radio button clicks itself when it gets the focus unchecked: that is how the arrow keys choose in a
-// group. But the focus also comes back with the window's activation, and then nobody has chosen anything.
-static LRESULT takeFocus(HWND window, Button* button, WPARAM wp, LPARAM lp)
+// ---- what is done with a message before, or instead of, the system's procedure
+
+struct ButtonMessage {
+    HWND window;
+    Button* button;
+    UINT code;
+    WPARAM wp;
+    LPARAM lp;
+    LRESULT result;  // of a handler that answers
+};
+
+static LRESULT callBase(const ButtonMessage& message)
 {
-    WNDPROC base = button->base;
-    CallWindowProcW(base, window, BM_SETDONTCLICK, !arrowKeyIsDown(), 0);
-    const LRESULT result = CallWindowProcW(base, window, WM_SETFOCUS, wp, lp);
-    if (!IsWindow(window)) return result;
-    CallWindowProcW(base, window, BM_SETDONTCLICK, FALSE, 0);
-    showChange(window, WM_SETFOCUS);
-    return result;
+    return CallWindowProcW(message.button->base, message.window, message.code, message.wp, message.lp);
 }
 
-static LRESULT CALLBACK buttonProc(HWND window, UINT message, WPARAM wp, LPARAM lp)
+// Each handler tells whether that was all, with `result` as the answer.
+
+static bool onCreate(ButtonMessage& message)
+{
+    muteSystemDrawing(message.window);
+    return false;
+}
+
+static bool onDestroy(ButtonMessage& message)
+{
+    removeFromTooltip(message.window);
+    endObjectRequests(message.window);
+    return false;
+}
+
+static bool onGetObject(ButtonMessage& message)
+{
+    message.result = answerObjectRequest(message.window, message.wp, message.lp);
+    return message.result != 0;
+}
+
+static bool onNcDestroy(ButtonMessage& message)
+{
+    message.result = callBase(message);
+    releaseButton(message.window, message.button);
+    return true;
+}
+
+static bool drawsItself(HWND window)
+{
+    return !drawnBySystem(GetWindowLongW(window, GWL_STYLE));
+}
+
+static bool onEraseBackground(ButtonMessage& message)
+{
+    message.result = 1;
+    return drawsItself(message.window);
+}
+
+static bool onPaint(ButtonMessage& message)
+{
+    if (!drawsItself(message.window)) return false;
+    paintOwnWindow(message.window, drawButton);
+    return true;
+}
+
+static bool onPrintClient(ButtonMessage& message)
+{
+    if (!drawsItself(message.window)) return false;
+    printOwnWindow(message.window, (HDC)message.wp, drawButton);
+    return true;
+}
+
+static bool onMouse(ButtonMessage& message)
+{
+    relayToTooltip(message.window, message.code, message.wp, message.lp);
+    return false;
+}
+
+static bool onMouseMove(ButtonMessage& message)
+{
+    RECT client;
+    GetClientRect(message.window, &client);
+    const POINT at = {GET_X_LPARAM(message.lp), GET_Y_LPARAM(message.lp)};
+    setHot(message.window, message.button, PtInRect(&client, at) != FALSE);  // a captured pointer may be outside
+    return onMouse(message);
+}
+
+static bool onMouseLeave(ButtonMessage& message)
+{
+    setHot(message.window, message.button, false);
+    return false;
+}
+
+static bool onKeyDown(ButtonMessage& message)
+{
+    return walkByKey(message.window, message.wp, true);
+}
+
+// An automatic radio button clicks itself when it gets the focus unchecked: that is how the arrow keys choose in a
+// group. But the focus also comes back with the window's activation, and then nobody has chosen anything.
+static bool onSetFocus(ButtonMessage& message)
+{
+    const WNDPROC base = message.button->base;
+    CallWindowProcW(base, message.window, BM_SETDONTCLICK, !arrowKeyIsDown(), 0);
+    message.result = callBase(message);
+    if (!IsWindow(message.window)) return true;
+    CallWindowProcW(base, message.window, BM_SETDONTCLICK, FALSE, 0);
+    showChange(message.window, WM_SETFOCUS);
+    return true;
+}
+
+// Redraws after a check or press message only when it changed anything.
+static bool onState(ButtonMessage& message)
+{
+    const WNDPROC base = message.button->base;
+    const LRESULT before = CallWindowProcW(base, message.window, BM_GETSTATE, 0, 0);
+    message.result = callBase(message);
+    if (IsWindow(message.window) && CallWindowProcW(base, message.window, BM_GETSTATE, 0, 0) != before)
+        showChange(message.window, message.code);
+    return true;
+}
+
+struct ButtonRoute {
+    UINT code;
+    bool (*handle)(ButtonMessage& message);
+};
+
+static const ButtonRoute buttonRoutes[] = {
+    {WM_CREATE, onCreate},
+    {WM_DESTROY, onDestroy},
+    {WM_GETOBJECT, onGetObject},
+    {WM_NCDESTROY, onNcDestroy},
+    {WM_ERASEBKGND, onEraseBackground},
+    {WM_PAINT, onPaint},
+    {WM_PRINTCLIENT, onPrintClient},
+    {WM_MOUSEMOVE, onMouseMove},
+    {WM_LBUTTONDOWN, onMouse},
+    {WM_LBUTTONUP, onMouse},
+    {WM_RBUTTONDOWN, onMouse},
+    {WM_RBUTTONUP, onMouse},
+    {WM_MBUTTONDOWN, onMouse},
+    {WM_MBUTTONUP, onMouse},
+    {WM_SETFOCUS, onSetFocus},
+    {WM_MOUSELEAVE, onMouseLeave},
+    {WM_KEYDOWN, onKeyDown},
+    {BM_SETSTATE, onState},
+    {BM_SETCHECK, onState},
+};
+
+static LRESULT CALLBACK buttonProc(HWND window, UINT code, WPARAM wp, LPARAM lp)
 {
     Button* button = buttonOf(window);
-    if (!button && message == WM_NCCREATE) button = createButton(window);
-    if (!button) return message == WM_NCCREATE ? FALSE : DefWindowProcW(window, message, wp, lp);
+    if (!button && code == WM_NCCREATE) button = createButton(window);
+    if (!button) return code == WM_NCCREATE ? FALSE : DefWindowProcW(window, code, wp, lp);
 
-    WNDPROC base = button->base;
-    const bool ours = !drawnBySystem(GetWindowLongW(window, GWL_STYLE));
-    switch (message) {
-    case WM_CREATE: muteSystemDrawing(window); break;
-    case WM_DESTROY:
-        removeFromTooltip(window);
-        endObjectRequests(window);
-        break;
-    case WM_GETOBJECT:
-        if (const LRESULT answer = answerObjectRequest(window, wp, lp)) return answer;
-        break;
-    case WM_NCDESTROY: return onNcDestroy(window, button, wp, lp);
-    case WM_ERASEBKGND:
-        if (ours) return 1;
-        break;
-    case WM_PAINT:
-        if (ours) return paintOwnWindow(window, drawButton), 0;
-        break;
-    case WM_PRINTCLIENT:
-        if (ours) return printOwnWindow(window, (HDC)wp, drawButton), 0;
-        break;
-    case WM_MOUSEMOVE:
-    case WM_LBUTTONDOWN:
-    case WM_LBUTTONUP:
-    case WM_RBUTTONDOWN:
-    case WM_RBUTTONUP:
-    case WM_MBUTTONDOWN:
-    case WM_MBUTTONUP: onMouseMessage(window, button, message, wp, lp); break;
-    case WM_SETFOCUS: return takeFocus(window, button, wp, lp);
-    case WM_MOUSELEAVE: setHot(window, button, false); break;
-    case WM_KEYDOWN:
-        if (walkByKey(window, wp, true)) return 0;
-        break;
-    case BM_SETSTATE:
-    case BM_SETCHECK: return onStateMessage(window, button, message, wp, lp);
-    }
-    const LRESULT result = CallWindowProcW(base, window, message, wp, lp);
-    showChange(window, message);
+    const WNDPROC base = button->base;  // the button may be gone after a handler
+    ButtonMessage message = {window, button, code, wp, lp, 0};
+    for (const ButtonRoute& route : buttonRoutes)
+        if (route.code == code && route.handle(message)) return message.result;
+    const LRESULT result = CallWindowProcW(base, window, code, wp, lp);
+    showChange(window, code);
     return result;
 }
 

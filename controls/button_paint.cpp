@@ -124,36 +124,53 @@ static bool highContrast()
     return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof scheme, &scheme, 0) && scheme.dwFlags & HCF_HIGHCONTRASTON;
 }
 
+static void drawDisabledFace(HDC dc, const RECT& client)
+{
+    fillColour(dc, client, GetSysColor(COLOR_BTNFACE));
+    const COLORREF faint = mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 40);
+    drawFrame(dc, client, faint, faint);
+}
+
+static void drawPressedFace(HDC dc, const RECT& client)
+{
+    const COLORREF shadow = GetSysColor(COLOR_BTNSHADOW);
+    fillColour(dc, client, mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 25));
+    drawFrame(dc, client, mixColours(COLOR_BTNSHADOW, COLOR_3DDKSHADOW, 60), shadow);
+    drawFrame(dc, shrunk(client, 1), shadow, mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 25));
+}
+
+// Sunken, and lit with a touch of the selection colour: the tool in use is seen at a glance.
+static void drawCheckedFace(HDC dc, const RECT& client, const ButtonLook& look)
+{
+    const int light = look.disabled ? COLOR_BTNFACE : COLOR_HIGHLIGHT;
+    const int percent = look.disabled ? 50 : look.mixed ? 8 : look.hot ? 24 : 16;
+    const int edge = look.disabled ? COLOR_BTNSHADOW : COLOR_HIGHLIGHT;
+    fillColour(dc, client, mixColours(COLOR_BTNHIGHLIGHT, light, percent));
+    drawFrame(dc, client, mixColours(edge, COLOR_3DDKSHADOW, 30), GetSysColor(edge));
+    drawFrame(dc, shrunk(client, 1), GetSysColor(COLOR_BTNSHADOW), mixColours(COLOR_BTNFACE, COLOR_BTNHIGHLIGHT, 90));
+}
+
+static void drawRaisedFace(HDC dc, const RECT& client, bool hot)
+{
+    const COLORREF shadow = GetSysColor(COLOR_BTNSHADOW);
+    fillColour(dc, client, mixColours(COLOR_BTNFACE, COLOR_BTNHIGHLIGHT, hot ? 70 : 25));
+    drawFrame(dc, client, hot ? shadow : mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 70),
+              hot ? mixColours(COLOR_BTNSHADOW, COLOR_3DDKSHADOW, 50) : shadow);
+    drawFrame(dc, shrunk(client, 1), mixColours(COLOR_BTNFACE, COLOR_BTNHIGHLIGHT, 90),
+              mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 25));
+}
+
 static void drawFace(HDC dc, const RECT& client, const ButtonLook& look)
 {
     if (highContrast()) return drawPlainFace(dc, client, look);
-    const COLORREF light = mixColours(COLOR_BTNFACE, COLOR_BTNHIGHLIGHT, 90);
-    const COLORREF shadow = GetSysColor(COLOR_BTNSHADOW);
-    if (look.disabled && !look.checked) {
-        fillColour(dc, client, GetSysColor(COLOR_BTNFACE));
-        const COLORREF faint = mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 40);
-        drawFrame(dc, client, faint, faint);
-    } else if (look.pressed) {
-        fillColour(dc, client, mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 25));
-        drawFrame(dc, client, mixColours(COLOR_BTNSHADOW, COLOR_3DDKSHADOW, 60), shadow);
-        drawFrame(dc, shrunk(client, 1), shadow, mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 25));
-    } else if (look.checked) {
-        // Sunken, and lit with a touch of the selection colour: the tool in use is seen at a glance.
-        const int edge = look.disabled ? COLOR_BTNSHADOW : COLOR_HIGHLIGHT;
-        fillColour(dc, client,
-                   mixColours(COLOR_BTNHIGHLIGHT, look.disabled ? COLOR_BTNFACE : COLOR_HIGHLIGHT,
-                              look.disabled ? 50
-                              : look.mixed  ? 8
-                              : look.hot    ? 24
-                                            : 16));
-        drawFrame(dc, client, mixColours(edge, COLOR_3DDKSHADOW, 30), GetSysColor(edge));
-        drawFrame(dc, shrunk(client, 1), shadow, light);
-    } else {
-        fillColour(dc, client, mixColours(COLOR_BTNFACE, COLOR_BTNHIGHLIGHT, look.hot ? 70 : 25));
-        const COLORREF right = look.hot ? mixColours(COLOR_BTNSHADOW, COLOR_3DDKSHADOW, 50) : shadow;
-        drawFrame(dc, client, look.hot ? shadow : mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 70), right);
-        drawFrame(dc, shrunk(client, 1), light, mixColours(COLOR_BTNFACE, COLOR_BTNSHADOW, 25));
-    }
+    if (look.disabled && !look.checked)
+        drawDisabledFace(dc, client);
+    else if (look.pressed)
+        drawPressedFace(dc, client);
+    else if (look.checked)
+        drawCheckedFace(dc, client, look);
+    else
+        drawRaisedFace(dc, client, look.hot);
     if (look.isDefault && !look.disabled) {
         const COLORREF frame = GetSysColor(COLOR_3DDKSHADOW);
         drawFrame(dc, client, frame, frame);
