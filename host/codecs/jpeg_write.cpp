@@ -72,7 +72,8 @@ void takeSettings(const Writing& writing, jpeg_compress_struct* output)
 }
 
 // Every pixel anew, upright.
-void encodeAll(Writing* writing, const EditedPhoto& photo, const PhotoFacts& facts)
+// All but the rows. Has the colours' way into the file opened where they need one.
+void startEncoding(Writing* writing, const EditedPhoto& photo, const PhotoFacts& facts, bool keepsColors)
 {
     jpeg_compress_struct& output = writing->output;
     output.image_width = (JDIMENSION)photo.width;
@@ -80,7 +81,6 @@ void encodeAll(Writing* writing, const EditedPhoto& photo, const PhotoFacts& fac
     output.input_components = 3;
     output.in_color_space = JCS_EXT_BGR;
     jpeg_set_defaults(&output);
-    const bool keepsColors = !facts.grey && !facts.inks;
     if (writing->hasInput) {
         takeSettings(*writing, &output);
     } else {
@@ -96,6 +96,13 @@ void encodeAll(Writing* writing, const EditedPhoto& photo, const PhotoFacts& fac
         copyJpegSegments(writing->input, &output, photo);
     else
         writeJpegFacts(&output, facts, photo);
+}
+
+void encodeAll(Writing* writing, const EditedPhoto& photo, const PhotoFacts& facts)
+{
+    const bool keepsColors = !facts.grey && !facts.inks;
+    startEncoding(writing, photo, facts, keepsColors);
+    jpeg_compress_struct& output = writing->output;
     const UprightTarget upright = editedInFile(photo, 1);
     writing->row.resize((size_t)photo.width * 3);
     while (output.next_scanline < output.image_height) {
