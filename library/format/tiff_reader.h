@@ -6,27 +6,7 @@
 #pragma once
 
 #include "image/pixels/bits_view.h"
-#include "library/format/tiff_layout.h"
-
-// A file of which any piece can be read.
-struct ByteSource {
-    uint64_t size;  // bytes in the file
-    // Reads exactly `count` bytes at `offset`; both lie inside `size`. False when that fails.
-    bool (*read)(void* context, uint64_t offset, void* bytes, uint32_t count);
-    void* context;
-};
-
-// What the first directory says.
-struct SelectionDescription {
-    int width, height;  // at least 1; width x height x 3 is no more than the file's length
-    int32_t xPelsPerMetre, yPelsPerMetre;
-    uint64_t pixelOffset;  // 64 bits: they may lie beyond the file's end
-    uint64_t maskOffset;
-    uint64_t thumbnailOffset;
-};
-
-// False for anything that is no selection file, and when the pixels do not lie inside the file.
-bool readSelectionDescription(const ByteSource& source, SelectionDescription* description);
+#include "library/format/tiff_description.h"
 
 // Fill an image that the caller has made: 40 by 30 for the thumbnail, width by height for the others.
 // False when the bytes are not all inside the file or cannot be read; the image then holds a part.
