@@ -14,9 +14,10 @@ struct ColourRow {
     uint8_t bytes[COLOUR_ROW_PIXELS * 3];
 };
 
-// Sums of three lines, each as sumLine of the same variant made them.
+// Sums of the line above and of the line itself, as sumLine of the same variant makes them.
 struct SmoothSums {
-    const uint16_t *above, *line, *below;
+    uint16_t* above;
+    const uint16_t* line;
 };
 constexpr size_t roomForSums(size_t count)
 {
@@ -40,8 +41,10 @@ struct PaintRows {
     void (*sumLine)(uint16_t* sums, const uint8_t* line, size_t count);
 
     // The pixels of the line whose cell is not 0 become 1 2 1 of the sums above, in and below it, rounded to
-    // sixteenths and mixed over the line with `opacity` percent.
-    void (*blurLine)(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity);
+    // sixteenths and mixed over the line with `opacity` percent. `below` is the next line, not yet changed; its sums
+    // take the place of those above.
+    void (*blurLine)(uint8_t* line, const uint8_t* below, const SmoothSums& sums, const uint8_t* cells, int count,
+                     int opacity);
 };
 
 // Rows too short for a variant go to the one below it.

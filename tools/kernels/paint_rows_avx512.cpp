@@ -100,13 +100,13 @@ VECTOR_FUNCTION void sumLine(uint16_t* sums, const uint8_t* line, size_t count)
     sumBlocks(sums, line, count);
 }
 
-VECTOR_FUNCTION void blurLine(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
+VECTOR_FUNCTION void blurLine(uint8_t* line, const uint8_t* below, const SmoothSums& sums, const uint8_t* cells,
+                              int count, int opacity)
 {
-    const int done = blurBlocks(line, sums, cells, count, opacity), rest = count - done;
+    const int done = blurBlocks(line, below, sums, cells, count, opacity), rest = count - done;
     if (rest == 0) return;
     const SomePixels some = somePixels(rest);
-    const Vector wanted = loadCells(cells + done, some);
-    if (!allZero(wanted)) blurCells(line + done * 3, sums, (size_t)done * 3, wanted, opacity, some);
+    blurRest(line + done * 3, below, sums, (size_t)done * 3, rest, loadCells(cells + done, some), opacity, some);
 }
 
 }  // namespace

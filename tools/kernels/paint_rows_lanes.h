@@ -86,73 +86,115 @@ LANES_INLINE size_t mixWholeVectors(uint8_t* pixels, const uint8_t* over, size_t
     return i;
 }
 
-// ---- blur. The words of a block lie as lowBytes and highBytes give them; only blurLine reads them.
+// ---- blur. The words of a block lie as lowBytes and highBytes give them; only the rows of one width read them.
 
-LANES_INLINE void sumBlock(uint16_t* sums, Vector left, Vector here, Vector right)
+struct Sums {
+    Vector low, high;
+};
+
+LANES_INLINE Sums sumsOf(Vector left, Vector here, Vector right)
 {
     const Vector low = lowBytes(here), high = highBytes(here);
-    store((uint8_t*)sums, add(add(lowBytes(left), lowBytes(right)), add(low, low)));
-    store((uint8_t*)sums + VECTOR_SIZE, add(add(highBytes(left), highBytes(right)), add(high, high)));
+    return {add(add(lowBytes(left), lowBytes(right)), add(low, low)),
+            add(add(highBytes(left), highBytes(right)), add(high, high))};
+}
+
+LANES_INLINE Sums sumsAt(const uint8_t* at)
+{
+    return sumsOf(load(at - 3), load(at), load(at + 3));
+}
+
+LANES_INLINE Sums firstSumsAt(const uint8_t* at, int count)
+{
+    return sumsOf(loadFirst(at - 3, count), loadFirst(at, count), loadFirst(at + 3, count));
+}
+
+LANES_INLINE Sums loadSums(const uint16_t* at)
+{
+    return {load((const uint8_t*)at), load((const uint8_t*)at + VECTOR_SIZE)};
+}
+
+LANES_INLINE void storeSums(uint16_t* at, const Sums& sums)
+{
+    store((uint8_t*)at, sums.low);
+    store((uint8_t*)at + VECTOR_SIZE, sums.high);
 }
 
 LANES_INLINE void sumBlocks(uint16_t* sums, const uint8_t* line, size_t count)
 {
     size_t i = 0;
     for (; i + VECTOR_SIZE <= count; i += VECTOR_SIZE)
-        sumBlock(sums + i, load(line + i - 3), load(line + i), load(line + i + 3));
-    const int rest = (int)(count - i);
-    if (rest == 0) return;
-    const uint8_t* const last = line + i;
-    sumBlock(sums + i, loadFirst(last - 3, rest), loadFirst(last, rest), loadFirst(last + 3, rest));
+        storeSums(sums + i, sumsAt(line + i));
+    if (i < count) storeSums(sums + i, firstSumsAt(line + i, (int)(count - i)));
 }
 
-LANES_INLINE Vector blurredWords(const SmoothSums& sums, size_t word)
+LANES_INLINE Vector blurredWords(Vector above, Vector line, Vector below)
 {
-    const Vector above = load((const uint8_t*)(sums.above + word)), line = load((const uint8_t*)(sums.line + word));
-    const Vector below = load((const uint8_t*)(sums.below + word));
     return shiftRight<4>(add(add(add(above, below), add(line, line)), all(8)));
 }
 
-LANES_INLINE Vector blurredBlock(const SmoothSums& sums, size_t at)
+// A vector of blurred bytes; the sums below it take the place of those above.
+LANES_INLINE Vector blurredBytes(const SmoothSums& sums, size_t at, const Sums& below)
 {
-    return packBytes(blurredWords(sums, at), blurredWords(sums, at + VECTOR_SIZE / 2));
+    const Sums above = loadSums(sums.above + at), line = loadSums(sums.line + at);
+    storeSums(sums.above + at, below);
+    return packBytes(blurredWords(above.low, line.low, below.low), blurredWords(above.high, line.high, below.high));
 }
 
-// Three vectors of bytes under VECTOR_SIZE cells; `at` is the first one's number in the sums.
-template <typename Place>
-LANES_INLINE void blurCells(uint8_t* pixels, const SmoothSums& sums, size_t at, Vector cells, int opacity, Place place)
+// The vectors of a block, from byte `at` of the line on. What is wanted is three times each cell.
+LANES_INLINE void blurBlock(uint8_t* line, const uint8_t* below, const SmoothSums& sums, size_t at, Vector cells,
+                            int opacity)
 {
     Vector wanted[3];
     threeTimesEach(cells, wanted);
-    for (int part = 0; part < 3; ++part) {
-        const Vector before = loadPart(pixels, part, place);
-        Vector blurred = blurredBlock(sums, at + (size_t)part * VECTOR_SIZE);
+    for (int part = 0; part < 3; ++part, at += VECTOR_SIZE) {
+        const Vector before = load(line + at);
+        Vector blurred = blurredBytes(sums, at, sumsAt(below + at));
         if (opacity != 100) blurred = mixedBytes(before, blurred, allBytes(opacity));
-        storePart(pixels, pickWhereZero(wanted[part], before, blurred), part, place);
+        store(line + at, pickWhereZero(wanted[part], before, blurred));
     }
 }
 
 // The same where all cells are wanted.
-LANES_INLINE void blurAll(uint8_t* pixels, const SmoothSums& sums, size_t at, int opacity)
+LANES_INLINE void blurAll(uint8_t* line, const uint8_t* below, const SmoothSums& sums, size_t at, int opacity)
 {
-    for (size_t part = 0; part < 3 * VECTOR_SIZE; part += VECTOR_SIZE) {
-        const Vector blurred = blurredBlock(sums, at + part);
-        store(pixels + part, opacity == 100 ? blurred : mixedBytes(load(pixels + part), blurred, allBytes(opacity)));
+    for (int part = 0; part < 3; ++part, at += VECTOR_SIZE) {
+        const Vector blurred = blurredBytes(sums, at, sumsAt(below + at));
+        store(line + at, opacity == 100 ? blurred : mixedBytes(load(line + at), blurred, allBytes(opacity)));
     }
 }
 
 // Whole blocks; returns how many pixels they are.
-LANES_INLINE int blurBlocks(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
+LANES_INLINE int blurBlocks(uint8_t* line, const uint8_t* below, const SmoothSums& sums, const uint8_t* cells,
+                            int count, int opacity)
 {
     const int block = (int)VECTOR_SIZE;
     int i = 0;
     for (; i + block <= count; i += block) {
         const Vector wanted = load(cells + i);
-        const size_t at = (size_t)i * 3;
         if (noneZero(wanted))
-            blurAll(line + at, sums, at, opacity);
-        else if (!allZero(wanted))
-            blurCells(line + at, sums, at, wanted, opacity, WholeBlock());
+            blurAll(line, below, sums, (size_t)i * 3, opacity);
+        else
+            blurBlock(line, below, sums, (size_t)i * 3, wanted, opacity);
     }
     return i;
+}
+
+// Less than a block, by way of a copy for the vectors without masks.
+template <typename Place>
+LANES_INLINE void blurRest(uint8_t* line, const uint8_t* below, const SmoothSums& sums, size_t at, int rest,
+                           Vector cells, int opacity, Place place)
+{
+    Vector wanted[3];
+    threeTimesEach(cells, wanted);
+    for (int part = 0; part < 3; ++part) {
+        const int done = part * (int)VECTOR_SIZE, left = rest * 3 - done;
+        if (left <= 0) return;
+        const Vector before = loadPart(line, part, place);
+        const Sums beneath =
+            left >= (int)VECTOR_SIZE ? sumsAt(below + at + done) : firstSumsAt(below + at + done, left);
+        Vector blurred = blurredBytes(sums, at + (size_t)done, beneath);
+        if (opacity != 100) blurred = mixedBytes(before, blurred, allBytes(opacity));
+        storePart(line, pickWhereZero(wanted[part], before, blurred), part, place);
+    }
 }

@@ -48,13 +48,14 @@ VECTOR_FUNCTION void sumLine(uint16_t* sums, const uint8_t* line, size_t count)
     sumBlocks(sums, line, count);
 }
 
-VECTOR_FUNCTION void blurLine(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
+VECTOR_FUNCTION void blurLine(uint8_t* line, const uint8_t* below, const SmoothSums& sums, const uint8_t* cells,
+                              int count, int opacity)
 {
-    const int done = blurBlocks(line, sums, cells, count, opacity), rest = count - done;
+    const int done = blurBlocks(line, below, sums, cells, count, opacity), rest = count - done;
     if (rest == 0) return;
     uint8_t* const last = line + done * 3;
     uint8_t pixels[3 * VECTOR_SIZE];
     memcpy(pixels, last, (size_t)rest * 3);
-    blurCells(pixels, sums, (size_t)done * 3, loadFirst(cells + done, rest), opacity, WholeBlock());
+    blurRest(pixels, below, sums, (size_t)done * 3, rest, loadFirst(cells + done, rest), opacity, WholeBlock());
     memcpy(last, pixels, (size_t)rest * 3);
 }

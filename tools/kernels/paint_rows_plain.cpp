@@ -32,11 +32,14 @@ static void sumLine(uint16_t* sums, const uint8_t* line, size_t count)
         sums[i] = (uint16_t)(line[-3] + 2 * line[0] + line[3]);
 }
 
-static void blurLine(uint8_t* line, const SmoothSums& sums, const uint8_t* cells, int count, int opacity)
+static void blurLine(uint8_t* line, const uint8_t* below, const SmoothSums& sums, const uint8_t* cells, int count,
+                     int opacity)
 {
     for (int i = 0; i < count * 3; ++i) {
+        const int above = sums.above[i], beneath = below[i - 3] + 2 * below[i] + below[i + 3];
+        sums.above[i] = (uint16_t)beneath;
         if (!cells[i / 3]) continue;
-        const int blurred = (sums.above[i] + 2 * sums.line[i] + sums.below[i] + 8) >> 4;
+        const int blurred = (above + 2 * sums.line[i] + beneath + 8) >> 4;
         line[i] = mixByte(line[i], blurred, opacity);
     }
 }

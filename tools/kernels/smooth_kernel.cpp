@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <utility>
 
 #include "image/pixels/scarce_memory.h"
 #include "tools/kernels/paint_rows.h"
@@ -17,26 +18,23 @@ bool smoothKernel(BitsView image, const DabPlacement& dab, MapView mask, int opa
     const PaintRows& rows = paintRows();
     const int count = dab.width - 2;
     const size_t bytes = (size_t)count * 3, room = roomForSums(bytes);
-    uint16_t* const workspace = (uint16_t*)takeMemory(3 * room * sizeof(uint16_t));
+    uint16_t* const workspace = (uint16_t*)takeMemory(2 * room * sizeof(uint16_t));
     if (!workspace) return false;
 
     for (int j = 0; j < LINES_AHEAD; ++j)
         fetchLineAhead(image, dab, j);
     // A line's sums are made before it changes, so that all are of unfiltered values.
     uint8_t* line = rowOf(image, dab.imageY) + (ptrdiff_t)(dab.imageX + 1) * 3;
-    uint16_t *above = workspace, *here = workspace + room, *below = workspace + 2 * room;
+    uint16_t *above = workspace, *here = workspace + room;
     rows.sumLine(above, line, bytes);
     line += image.stride;
     rows.sumLine(here, line, bytes);
     for (int j = 1; j <= lastLine; ++j, line += image.stride) {
         fetchLineAhead(image, dab, j + LINES_AHEAD);
-        rows.sumLine(below, line + image.stride, bytes);
         // The mask line that decides is the one above, its first cell for the pixel in column 1, where `line` begins.
-        rows.blurLine(line, {above, here, below}, rowOf(mask, dab.maskY + j - 1) + dab.maskX, count, opacity);
-        uint16_t* const oldest = above;
-        above = here;
-        here = below;
-        below = oldest;
+        const uint8_t* const cells = rowOf(mask, dab.maskY + j - 1) + dab.maskX;
+        rows.blurLine(line, line + image.stride, {above, here}, cells, count, opacity);
+        std::swap(above, here);
     }
     free(workspace);
     return true;

@@ -112,7 +112,7 @@ static void expectBlurred(Dice& dice, int width, int chance, int opacity)
 {
     const size_t count = (size_t)width * 3;
     std::vector<uint8_t> lines[3], cells((size_t)width);
-    std::vector<uint16_t> sums[3];
+    std::vector<uint16_t> sums[2], sumsBelow(roomForSums(count));
     for (uint8_t& cell : cells)
         cell = dice.upTo(9) < chance ? (uint8_t)dice.between(1, 255) : 0;
     for (int k = 0; k < 3; ++k) {
@@ -120,17 +120,21 @@ static void expectBlurred(Dice& dice, int width, int chance, int opacity)
         lines[k].shrink_to_fit();
         for (uint8_t& byte : lines[k])
             byte = (uint8_t)dice.upTo(255);
+    }
+    for (int k = 0; k < 2; ++k) {
         sums[k].resize(roomForSums(count));
         paintRows().sumLine(sums[k].data(), lines[k].data() + 3, count);
     }
+    paintRows().sumLine(sumsBelow.data(), lines[2].data() + 3, count);
     std::vector<uint8_t> expected = lines[1], actual = lines[1];
     for (size_t i = 0; i < count; ++i) {
         const int blurred = blurredByte(lines, i + 3);
         if (cells[i / 3]) expected[i + 3] = (uint8_t)((lines[1][i + 3] * (100 - opacity) + blurred * opacity) / 100);
     }
-    paintRows().blurLine(actual.data() + 3, {sums[0].data(), sums[1].data(), sums[2].data()}, cells.data(), width,
+    paintRows().blurLine(actual.data() + 3, lines[2].data() + 3, {sums[0].data(), sums[1].data()}, cells.data(), width,
                          opacity);
     ASSERT_EQ(expected, actual) << width << " pixels, opacity " << opacity;
+    ASSERT_EQ(sumsBelow, sums[0]) << "the sums below of " << width << " pixels";
 }
 
 TEST_P(SmoothKernel, EveryLengthMatchesTheFormulaAndStaysInside)
