@@ -55,15 +55,12 @@ void unlockBitmap(HGLOBAL image)
     if (image) GlobalUnlock(image);
 }
 
-// More than the caches keep until the bytes are used again.
-constexpr SIZE_T LARGE_COPY = 8 * 1024 * 1024;
-
 // Copies the first `size` bytes; both blocks are at least that long.
 static int copyBytes(HGLOBAL destination, HGLOBAL source, SIZE_T size)
 {
     const LockedBlock from(source), to(destination);
     if (!from || !to) return 0;
-    if (size >= LARGE_COPY) {
+    if (size >= LARGE_BLOCK) {
         pixelRows().copyLarge((uint8_t*)to.bytes, (const uint8_t*)from.bytes, size);
     } else {
         memmove(to.bytes, from.bytes, size);

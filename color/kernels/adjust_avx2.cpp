@@ -11,6 +11,8 @@ namespace {
 
 #include "image/pixels/words_avx2.h"
 
+#include "image/pixels/past_caches_lanes.h"
+
 constexpr size_t LANE_COUNT = 16;
 typedef __m256i Truth;  // all ones for yes
 typedef __m256 FloatPart;
@@ -95,19 +97,9 @@ LANES_INLINE void storePixels(uint8_t* p, const Pixels& lanes)
 }
 
 #include "color/kernels/adjust_lanes.h"
-#include "color/kernels/tone_lanes.h"
 
 }  // namespace
 
-VECTOR_FUNCTION void toneBytesAvx2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
-                                   size_t byteCount)
-{
-    toneBytes(adjustment, source, target, byteCount);
-}
-
-VECTOR_FUNCTION void hlsPixelsAvx2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount)
-{
-    hlsPixels(adjustment, pixels, pixelCount);
-}
+const ColourMethod COLOUR_AVX2 = {toneBytes, toneLarge, colourPixels, colourPixels};
 
 #endif

@@ -1,7 +1,8 @@
 // The colour arithmetic on lanes of 16 bits, told once for vectors of any width. adjust_arithmetic.h has
 // the reasons why these short forms are exact.
 //
-// No ordinary header: a source file says what its vectors can do, then includes this, and has hlsPixels for them.
+// No ordinary header: a source file says what its vectors can do, then includes this, and has the functions of a
+// ColourMethod.
 // Everything is LANES_INLINE, so that nothing of one width gets into another. Besides the words of
 // image/pixels/vector_words.h and color/kernels/lane_words.h the file has
 //   LANE_COUNT              how many lanes
@@ -12,6 +13,9 @@
 //   negateWhere(truth, a)   -a there, else a
 //   Pixels {blue, green, red}, loadPixels, storePixels: LANE_COUNT pixels, no byte more
 #pragma once
+
+#include "color/kernels/tone_line_lanes.h"
+#include "color/kernels/tone_lanes.h"
 
 // ---- divisions
 
@@ -111,12 +115,27 @@ LANES_INLINE Pixels fromHls(const Hls& in)
 LANES_INLINE void hlsPixels(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount)
 {
     const Vector factor = all(adjustment.saturationFactor), shift = all(adjustment.hueShift);
-    for (; pixelCount >= LANE_COUNT; pixelCount -= LANE_COUNT, pixels += LANE_COUNT * 3) {
+    for (; pixelCount >= LANE_COUNT; pixelCount -= LANE_COUNT, pixels += LANE_COUNT * 3)
         storePixels(pixels, fromHls(toHls(loadPixels(pixels), factor, shift)));
-    }
     if (pixelCount == 0) return;
     uint8_t rest[LANE_COUNT * 3] = {};
     memcpy(rest, pixels, pixelCount * 3);
     storePixels(rest, fromHls(toHls(loadPixels(rest), factor, shift)));
     memcpy(pixels, rest, pixelCount * 3);
+}
+
+// Pixels that go through both steps at a time: few enough to stay in the nearest cache.
+constexpr size_t COLOUR_BLOCK = 4096;
+
+VECTOR_FUNCTION void colourPixels(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
+                                  size_t pixelCount)
+{
+    while (pixelCount > 0) {
+        const size_t count = pixelCount < COLOUR_BLOCK ? pixelCount : COLOUR_BLOCK;
+        toneBytes(adjustment, source, target, count * 3);
+        hlsPixels(adjustment, target, count);
+        source += count * 3;
+        target += count * 3;
+        pixelCount -= count;
+    }
 }

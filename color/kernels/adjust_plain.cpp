@@ -1,10 +1,10 @@
-#include "color/kernels/adjust_plain.h"
+#include "color/kernels/adjust_methods.h"
 
 #include <algorithm>
 
 #include "color/kernels/hls.h"
 
-void toneBytesPlain(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount)
+static void toneBytes(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount)
 {
     for (size_t i = 0; i < byteCount; ++i) {
         target[i] = adjustment.tone[source[i]];
@@ -22,9 +22,10 @@ static uint16_t shiftedHue(int hue, int shift)
     return (uint16_t)(hue < 0 ? hue + 252 : hue > 252 ? hue - 252 : hue);
 }
 
-void hlsPixelsPlain(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount)
+static void colourPixels(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t pixelCount)
 {
-    for (uint8_t* pixel = pixels; pixelCount > 0; --pixelCount, pixel += 3) {
+    toneBytes(adjustment, source, target, pixelCount * 3);
+    for (uint8_t* pixel = target; pixelCount > 0; --pixelCount, pixel += 3) {
         uint16_t hue, lightness, saturation;
         rgbToHls(pixel[2], pixel[1], pixel[0], &hue, &lightness, &saturation);
         saturation = scaledSaturation(saturation, adjustment.saturationFactor);
@@ -32,3 +33,5 @@ void hlsPixelsPlain(const ColourAdjustment& adjustment, uint8_t* pixels, size_t 
         hlsToRgb(hue, lightness, saturation, &pixel[2], &pixel[1], &pixel[0]);
     }
 }
+
+const ColourMethod COLOUR_PLAIN = {toneBytes, toneBytes, colourPixels, colourPixels};

@@ -11,6 +11,8 @@ namespace {
 
 #include "image/pixels/words_sse2.h"
 
+#include "image/pixels/past_caches_lanes.h"
+
 constexpr size_t LANE_COUNT = 8;
 typedef __m128i Truth;  // all ones for yes
 typedef __m128 FloatPart;
@@ -96,18 +98,9 @@ LANES_INLINE void storePixels(uint8_t* p, const Pixels& lanes)
 }
 
 #include "color/kernels/adjust_lanes.h"
-#include "color/kernels/tone_lanes.h"
 
 }  // namespace
 
-void toneBytesSse2(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target, size_t byteCount)
-{
-    toneBytes(adjustment, source, target, byteCount);
-}
-
-void hlsPixelsSse2(const ColourAdjustment& adjustment, uint8_t* pixels, size_t pixelCount)
-{
-    hlsPixels(adjustment, pixels, pixelCount);
-}
+const ColourMethod COLOUR_SSE2 = {toneBytes, toneLarge, colourPixels, colourPixels};
 
 #endif

@@ -1,28 +1,23 @@
-// The tone line on lanes of 16 bits, told once for vectors of any width; see image/pixels/vector_words.h and
-// color/kernels/adjust_arithmetic.h.
+// The tone curve over rows and large blocks, told once for vectors of any width; see image/pixels/vector_words.h.
 //
-// No ordinary header: included by one source a width, which then has toneBytes.
+// No ordinary header: included by one source a width, behind image/pixels/past_caches_lanes.h and what says
+// toneOf(adjustment), a type of its own, and changed(tone, bytes).
 #pragma once
 
-struct ToneLine {
-    Vector partSlope, wholeSlope, offset;  // the whole slope is 0 or 1
-};
-
-LANES_INLINE Vector toneOfLanes(const ToneLine& line, Vector value)
+VECTOR_FUNCTION void toneBytes(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
+                               size_t byteCount)
 {
-    const Vector part = shiftRight<TONE_SHIFT>(multiplyHigh(multiply(value, line.partSlope), all(TONE_RECIPROCAL)));
-    return add(add(part, line.offset), multiply(value, line.wholeSlope));
+    const Tone tone = toneOf(adjustment);
+    size_t i = 0;
+    for (; i + VECTOR_SIZE <= byteCount; i += VECTOR_SIZE)
+        store(target + i, changed(tone, load(source + i)));
+    COLOUR_PLAIN.toneBytes(adjustment, source + i, target + i, byteCount - i);
 }
 
-LANES_INLINE void toneBytes(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
-                            size_t byteCount)
+VECTOR_FUNCTION void toneLarge(const ColourAdjustment& adjustment, const uint8_t* source, uint8_t* target,
+                               size_t byteCount)
 {
-    const ToneLine line = {all(adjustment.slope % TONE_DIVISOR), all(adjustment.slope / TONE_DIVISOR),
-                           all(adjustment.offset)};
-    size_t i = 0;
-    for (; i + VECTOR_SIZE <= byteCount; i += VECTOR_SIZE) {
-        const Vector bytes = load(source + i);
-        store(target + i, packBytes(toneOfLanes(line, lowBytes(bytes)), toneOfLanes(line, highBytes(bytes))));
-    }
-    toneBytesPlain(adjustment, source + i, target + i, byteCount - i);
+    const PagesInside pages = streamPagesInside(target, source, byteCount, toneOf(adjustment));
+    toneBytes(adjustment, source, target, pages.head);
+    toneBytes(adjustment, source + pages.end, target + pages.end, byteCount - pages.end);
 }

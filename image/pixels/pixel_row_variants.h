@@ -18,6 +18,9 @@ struct GatherBlocks {
     const uint8_t* number;  // BYTES for each block
 };
 
+// Blocks of this size are more than the caches keep until the bytes are used again.
+constexpr size_t LARGE_BLOCK = 8 * 1024 * 1024;
+
 struct PixelRows {
     // First pixel from x on whose "the mask's red is 0" equals `inside`, or width.
     ptrdiff_t (*findMask)(const uint8_t* mask, ptrdiff_t x, ptrdiff_t width, bool inside);
@@ -26,7 +29,7 @@ struct PixelRows {
     void (*fill)(uint8_t* to, uint8_t value, size_t count);
     void (*copy)(uint8_t* to, const uint8_t* from, size_t count);
 
-    // memcpy for blocks too large for the caches: what is written passes them by. Slower where they would serve.
+    // memcpy from LARGE_BLOCK on: what is written passes the caches by. Slower where they would serve.
     void (*copyLarge)(uint8_t* to, const uint8_t* from, size_t count);
 
     // Copies pixels with their first and third bytes exchanged. The rows do not overlap.

@@ -1,6 +1,7 @@
-// The search through masks, told once for vectors of any width; see image/pixels/vector_words.h.
+// The search through masks and the copy of large blocks, told once for vectors of any width; see
+// image/pixels/vector_words.h.
 //
-// No ordinary header: included by one source a width.
+// No ordinary header: included by one source a width, behind image/pixels/past_caches_lanes.h.
 #pragma once
 
 // A bit for each red byte of the vector that begins `part` vectors behind a pixel's first byte.
@@ -32,4 +33,11 @@ VECTOR_FUNCTION ptrdiff_t findMask(const uint8_t* mask, ptrdiff_t x, ptrdiff_t w
         if (found >= 0) return x + found;
     }
     return findMaskPlain(mask, x, width, inside);
+}
+
+VECTOR_FUNCTION void copyLarge(uint8_t* to, const uint8_t* from, size_t count)
+{
+    const PagesInside pages = streamPagesInside(to, from, count, Unchanged());
+    memcpy(to, from, pages.head);
+    memcpy(to + pages.end, from + pages.end, count - pages.end);
 }

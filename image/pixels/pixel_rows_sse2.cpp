@@ -9,7 +9,7 @@ namespace {
 
 #include "image/pixels/words_sse2.h"
 
-#include "image/pixels/large_copy_lanes.h"
+#include "image/pixels/past_caches_lanes.h"
 #include "image/pixels/pixel_rows_lanes.h"
 #include "image/pixels/run_ends.h"
 

@@ -1,12 +1,15 @@
 // Whole images, selections and outlines against the reference; rows as they are stored.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <random>
 
 #include "color/kernels/adjust.h"
+#include "color/kernels/adjust_methods.h"
 #include "color/kernels/adjust_selection.h"
 #include "color/kernels/span_reshape.h"
 #include "tests/reference/colour_reference.h"
+#include "tests/unit/vector_levels.h"
 
 using reference::Crossings;
 using reference::StoredPicture;
@@ -83,6 +86,68 @@ TEST(AdjustImage, RowsWiderThanOneBlockAreWhole)
     const StoredPicture expected = reference::adjustImage(image, v);
     adjustImage(imageAdjustment(given(v)), viewOf(image), viewOf(image));
     EXPECT_EQ(expected.bytes, image.bytes);
+}
+
+// The ways of large blocks, at every alignment and with every rest: those of the level against the plain ones.
+class LargeColours : public VectorLevels {};
+FOR_EACH_VECTOR_LEVEL(LargeColours);
+
+static const ColourMethod& methodOfLevel(int level)
+{
+    const ColourMethod* const methods[] = {&COLOUR_PLAIN,
+#ifdef VECTOR_CODE
+                                           &COLOUR_SSE2, &COLOUR_AVX2, &COLOUR_AVX512
+#endif
+    };
+    return *methods[level];
+}
+
+TEST_P(LargeColours, EveryLengthAndAlignment)
+{
+    constexpr size_t GUARD = 64;
+    const ColourMethod& method = methodOfLevel(GetParam());
+    const ColourAdjustment adjustment = imageAdjustment({-20, -10, 35, 20, 0});
+    std::mt19937 random(20);
+    std::vector<uint8_t> source(GUARD * 2 + 30000 * 3);
+    for (uint8_t& byte : source)
+        byte = (uint8_t)random();
+    for (int i = 0; i < 160; ++i) {
+        const size_t pixels = i < 131 ? (size_t)i : random() % 30000;
+        const size_t from = random() % GUARD, to = i % GUARD;
+        std::vector<uint8_t> expected(source.size(), 0xA5), actual = expected;
+        COLOUR_PLAIN.colourPixels(adjustment, source.data() + from, expected.data() + to, pixels);
+        method.colourLarge(adjustment, source.data() + from, actual.data() + to, pixels);
+        ASSERT_EQ(expected, actual) << pixels << " pixels from " << from << " to " << to;
+        COLOUR_PLAIN.toneBytes(adjustment, source.data() + from, expected.data() + to, pixels * 3);
+        method.toneLarge(adjustment, source.data() + from, actual.data() + to, pixels * 3);
+        ASSERT_EQ(expected, actual) << "tone of " << pixels << " pixels from " << from << " to " << to;
+    }
+}
+
+// More than the caches keep: taken as one block where the rows lie so. The reference walks the same rows as a few
+// small images.
+TEST(AdjustImage, LargeImagesAreTheSameWithPaddingAndWithout)
+{
+    std::mt19937 random(21);
+    const int rows = 8, copies = 120;
+    for (int width : {3000, 3001})
+        for (int hue : {0, 20}) {
+            const Values v = {-20, -10, 50, hue, 0};
+            const StoredPicture part = randomImage(random, width, rows);
+            const StoredPicture expected = reference::adjustImage(part, v);
+            StoredPicture image = {width, rows * copies, {}};
+            for (int n = 0; n < copies; ++n)
+                image.bytes.insert(image.bytes.end(), part.bytes.begin(), part.bytes.end());
+            StoredPicture target = image;
+            std::fill(target.bytes.begin(), target.bytes.end(), (uint8_t)0x5A);
+            adjustImage(imageAdjustment(given(v)), viewOf(image), viewOf(target));
+            adjustImage(imageAdjustment(given(v)), viewOf(image), viewOf(image));
+            for (size_t at = 0; at < target.bytes.size(); at += expected.bytes.size()) {
+                ASSERT_EQ(0, memcmp(expected.bytes.data(), target.bytes.data() + at, expected.bytes.size()));
+                ASSERT_EQ(0, memcmp(expected.bytes.data(), image.bytes.data() + at, expected.bytes.size()))
+                    << "in place";
+            }
+        }
 }
 
 struct SelectionCase {
