@@ -10,6 +10,7 @@ static const ArgumentFlag flags[] = {
     {L"--help", &HostArguments::help},
     {L"--overwrite", &HostArguments::overwrite},
     {L"--flatten", &HostArguments::flatten},
+    {L"--window", &HostArguments::window},
 };
 
 static void takePhoto(const std::wstring& name, HostArguments* result)
@@ -44,6 +45,8 @@ static std::wstring problemTogether(const HostArguments& result)
 {
     if (result.photos.empty() && !result.help && (result.overwrite || !result.output.empty()))
         return L"No photo is named.";
+    if (result.window && (result.overwrite || !result.output.empty()))
+        return L"With --window the names of results are asked for.";
     if (result.photos.size() > 1 && !result.output.empty())
         return L"There are several photos, but one file to write: " + result.output;
     return L"";

@@ -164,6 +164,13 @@ void closeHostWindow()
     releaseFonts(&face);
 }
 
+void forsakeHostWindow()
+{
+    HWND forsaken = window;
+    window = nullptr;
+    ShowWindowAsync(forsaken, SW_HIDE);
+}
+
 HWND hostWindow()
 {
     return window;

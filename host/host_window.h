@@ -9,6 +9,8 @@
 // Makes the window, still hidden. False where there is no display.
 bool openHostWindow();
 void closeHostWindow();
+// Hides it for good, from any thread, where the program ends without its main thread.
+void forsakeHostWindow();
 
 HWND hostWindow();  // null when there is none
 void showHostWindow();

@@ -2,6 +2,7 @@
 #include "host/arguments.h"
 #include "host/desk.h"
 #include "host/host_window.h"
+#include "host/successor.h"
 #include "host/texts.h"
 #include "host/waiting_photos.h"
 
@@ -11,12 +12,14 @@ namespace {
 
 constexpr wchar_t USAGE_TEXT[] =
     L"Usage: retouch.exe [PHOTO... [-o OUT] [--overwrite [--flatten]]]\r\n"
+    L"       retouch.exe --window [PHOTO...]\r\n"
     L"Opens each PHOTO for retouching; Save in the tool palette writes the result to OUT (format by its\r\n"
     L"extension: jpg, png, tif, bmp), or to a new file PHOTO-retouched beside the photo.\r\n"
     L"--overwrite lets an existing OUT, or without -o the photo itself, be replaced.\r\n"
     L"The photo itself is replaced only where nothing but its pixels changes: where pages, alpha, depth or the\r\n"
     L"kind of colours would go, --flatten must be given too.\r\n"
-    L"Without arguments a window opens onto which photos can be dropped.\r\n"
+    L"Without arguments, or with --window, a window opens onto which photos can be dropped; there the names of\r\n"
+    L"results are asked for.\r\n"
     L"Exit code: 0 saved, 1 closed without saving, 2 usage, 3 no such photo, 4 not a readable photo,\r\n"
     L"5 too large, 6 retouching library not found, 7 cannot write.";
 
@@ -37,8 +40,7 @@ ExitCode retouchNamed(const HostArguments& arguments)
     task.output = arguments.output;
     task.overwrite = arguments.overwrite;
     task.flatten = arguments.flatten;
-    for (const std::wstring& photo : arguments.photos)
-        addWaiting(photo);
+    nameSuccessor(std::wstring(task.overwrite ? L" --overwrite" : L"") + (task.flatten ? L" --flatten" : L""), false);
     openHostWindow();  // where it cannot, what is wrong with a photo is still told
     return retouchWaiting(task);
 }
@@ -50,6 +52,7 @@ ExitCode retouchChosen()
         return exitNoLibrary;
     }
     reportInWindow();
+    nameSuccessor(L" --window", true);
     return keepDesk();
 }
 
@@ -64,7 +67,9 @@ ExitCode run()
         tell(USAGE_TEXT);
         return exitSaved;
     }
-    const ExitCode code = arguments.photos.empty() ? retouchChosen() : retouchNamed(arguments);
+    for (const std::wstring& photo : arguments.photos)
+        addWaiting(photo);
+    const ExitCode code = arguments.photos.empty() || arguments.window ? retouchChosen() : retouchNamed(arguments);
     closeHostWindow();
     return code;
 }

@@ -2,9 +2,11 @@
 
 #include "host/background.h"
 #include "host/host_window.h"
+#include "host/successor.h"
 #include "host/texts.h"
 
 #include <commdlg.h>
+#include <csignal>
 #include <new>
 
 namespace {
@@ -28,14 +30,24 @@ const StatusSentence statusSentences[] = {
 // the session there is nothing to lose.
 std::wstring pathInHand;
 
+[[noreturn]] void endBecause(PhotoStatus status)
+{
+    endWithSuccessor(complainAbout(status, pathInHand));
+}
+
 void outOfMemory()
 {
-    ExitProcess((UINT)complainAbout(PhotoStatus::TooLarge, pathInHand));
+    endBecause(PhotoStatus::TooLarge);
 }
 
 LONG WINAPI decoderFailed(EXCEPTION_POINTERS*)
 {
-    ExitProcess((UINT)complainAbout(PhotoStatus::NotAPhoto, pathInHand));
+    endBecause(PhotoStatus::NotAPhoto);
+}
+
+void decoderAborted(int)
+{
+    endBecause(PhotoStatus::NotAPhoto);
 }
 
 PhotoStatus readGuarded(const std::wstring& path, HGLOBAL* image, SourcePhoto* source, Progress* progress)
@@ -43,9 +55,11 @@ PhotoStatus readGuarded(const std::wstring& path, HGLOBAL* image, SourcePhoto* s
     pathInHand = path;
     LPTOP_LEVEL_EXCEPTION_FILTER filter = SetUnhandledExceptionFilter(decoderFailed);
     std::new_handler handler = std::set_new_handler(outOfMemory);
+    void (*aborted)(int) = signal(SIGABRT, decoderAborted);
     startImaging();  // without it only the formats that need it are missing
     const PhotoStatus status = readPhoto(path, image, source, progress);
     stopImaging();
+    signal(SIGABRT, aborted);
     std::set_new_handler(handler);
     SetUnhandledExceptionFilter(filter);
     return status;

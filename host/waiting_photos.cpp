@@ -35,6 +35,14 @@ bool takeWaiting(std::wstring* photo)
     return true;
 }
 
+std::wstring lineOfWaiting()
+{
+    std::wstring line;
+    for (const std::wstring& photo : photos)
+        line += L" \"" + photo + L"\"";
+    return line;
+}
+
 std::wstring namesOfWaiting()
 {
     std::wstring names;

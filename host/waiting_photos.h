@@ -12,5 +12,8 @@ void addDropped(HDROP dropped);  // and frees what was dropped
 bool anyWaiting();
 bool takeWaiting(std::wstring* photo);
 
+// Each in quotation marks behind a blank, as a command line takes them.
+std::wstring lineOfWaiting();
+
 // Their names without folders, "b.jpg, c.jpg".
 std::wstring namesOfWaiting();

@@ -6,6 +6,8 @@
 #include "host/photo/photo_rows.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +21,13 @@ enum class PhotoStatus {
     CannotWrite,  // the disk is full, or gone; GetLastError tells
     NoImaging,    // the system's imaging component is not there
 };
+
+// Memory for a whole picture: null when there is not so much, where a vector would end the program.
+struct FreeBytes {
+    void operator()(uint8_t* bytes) const { free(bytes); }
+};
+using LargeBytes = std::unique_ptr<uint8_t, FreeBytes>;
+LargeBytes allocateLarge(uint64_t size);
 
 // What of a photo a writer may lose or must know; filled in by the readers.
 struct PhotoFacts {

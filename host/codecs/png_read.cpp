@@ -7,6 +7,11 @@ namespace {
 
 constexpr int BAND_ROWS = 32;
 
+PhotoStatus faultOf(const PngRows& rows)
+{
+    return rows.noMemory ? PhotoStatus::TooLarge : PhotoStatus::NotAPhoto;
+}
+
 PhotoStatus handRows(PngRows* rows, const RowSink& sink)
 {
     const size_t stride = (size_t)rows->width * 4;
@@ -16,7 +21,7 @@ PhotoStatus handRows(PngRows* rows, const RowSink& sink)
         const int count = std::min(most, rows->height - row);
         for (int i = 0; i < count; ++i) {
             const uint8_t* native = nextPngRow(rows, &buffer);
-            if (!native) return PhotoStatus::NotAPhoto;
+            if (!native) return faultOf(*rows);
             showPngRow(*rows, native, band.data() + i * stride);
         }
         if (!sink.take(sink.context, band.data(), (ptrdiff_t)stride, row, count)) return PhotoStatus::NotAPhoto;
@@ -54,9 +59,9 @@ PhotoStatus readPng(FILE* file, const RowSink& sink, PhotoFacts* facts)
     if (!headSize(file, size) || size[0] == 0 || size[1] == 0) return PhotoStatus::NotAPhoto;
     if (!packedPhotoSize(size[0], size[1])) return PhotoStatus::TooLarge;
     PngRows rows;
-    PhotoStatus status = openPng(&rows, file, facts) ? PhotoStatus::Ok : PhotoStatus::NotAPhoto;
+    PhotoStatus status = openPng(&rows, file, facts) ? PhotoStatus::Ok : faultOf(rows);
     if (status == PhotoStatus::Ok) status = sink.begin(sink.context, shapeOf(rows, *facts));
-    if (status == PhotoStatus::Ok && !startPngRows(&rows, false)) status = PhotoStatus::NotAPhoto;
+    if (status == PhotoStatus::Ok && !startPngRows(&rows, false)) status = faultOf(rows);
     if (status == PhotoStatus::Ok) status = handRows(&rows, sink);
     closePngRows(&rows);
     return status;

@@ -8,8 +8,11 @@
 
 namespace {
 
-void giveUp(png_structp codec, png_const_charp)
+// The library tells want of memory from damage by its words alone. Before the rows it is a damaged file's fault.
+void giveUp(png_structp codec, png_const_charp why)
 {
+    PngRows* rows = (PngRows*)png_get_error_ptr(codec);
+    rows->noMemory = rows->noMemory || (rows->mostAtOnce == SIZE_MAX && strstr(why, "memory"));
     png_longjmp(codec, 1);
 }
 
@@ -110,7 +113,7 @@ bool readWhole(PngRows* rows)
     const size_t stride = (size_t)rows->width * rows->layout.bytes;
     for (int pass = 0; pass < passes; ++pass)
         for (int row = 0; row < rows->height; ++row)
-            png_read_row(rows->input, rows->whole.data() + row * stride, nullptr);
+            png_read_row(rows->input, rows->whole.get() + row * stride, nullptr);
     return true;
 }
 
@@ -160,7 +163,7 @@ bool openPng(PngRows* rows, FILE* file, PhotoFacts* facts)
 {
     rows->mostAtOnce = chunkLimit(file);
     rows->input =
-        png_create_read_struct_2(PNG_LIBPNG_VER_STRING, nullptr, giveUp, noteWarning, rows, takeWithin, giveBack);
+        png_create_read_struct_2(PNG_LIBPNG_VER_STRING, rows, giveUp, noteWarning, rows, takeWithin, giveBack);
     rows->info = rows->input ? png_create_info_struct(rows->input) : nullptr;
     if (!rows->info || !readHeader(rows, file)) return false;
     readFacts(rows, facts);
@@ -172,8 +175,9 @@ bool startPngRows(PngRows* rows, bool atOnce)
 {
     rows->mostAtOnce = SIZE_MAX;
     if (!atOnce && png_get_interlace_type(rows->input, rows->info) == PNG_INTERLACE_NONE) return startRows(rows);
-    rows->whole.resize((size_t)rows->width * rows->layout.bytes * rows->height);
-    return readWhole(rows);
+    rows->whole = allocateLarge((uint64_t)rows->width * rows->layout.bytes * rows->height);
+    rows->noMemory = !rows->whole;
+    return rows->whole && readWhole(rows);
 }
 
 void closePngRows(PngRows* rows)
@@ -186,7 +190,7 @@ const uint8_t* nextPngRow(PngRows* rows, std::vector<uint8_t>* buffer)
 {
     const size_t stride = (size_t)rows->width * rows->layout.bytes;
     const int row = rows->nextRow++;
-    if (!rows->whole.empty()) return rows->whole.data() + row * stride;
+    if (rows->whole) return rows->whole.get() + row * stride;
     buffer->resize(stride);
     return readRow(rows, buffer->data()) ? buffer->data() : nullptr;
 }

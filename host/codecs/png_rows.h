@@ -27,9 +27,9 @@ struct PngRows {
     bool hasKey = false;                // one colour counts as transparent
     uint16_t key[3] = {};               // in the file's own depth
     ColorBridge bridge;
-    std::vector<uint8_t> whole;  // all rows, when they have to be at hand at once
+    LargeBytes whole;  // all rows, when they have to be at hand at once; else null
     int nextRow = 0;
-    bool damaged = false;
+    bool noMemory = false;  // why it does not open, or has no next row
 };
 
 // Reads what stands before the pixels, and takes no memory for them. False when it is no sound PNG file.

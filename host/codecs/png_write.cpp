@@ -84,7 +84,7 @@ const uint8_t* nativeRow(Writing* writing, int orientation, int row)
     PngRows& rows = writing->rows;
     if (orientation == 1) return nextPngRow(&rows, &writing->buffer);
     const int pixel = rows.layout.bytes;
-    turnNativeRow(rows.whole.data(), (ptrdiff_t)rows.width * pixel, pixel, rows.width, rows.height, orientation, row,
+    turnNativeRow(rows.whole.get(), (ptrdiff_t)rows.width * pixel, pixel, rows.width, rows.height, orientation, row,
                   writing->buffer.data());
     return writing->buffer.data();
 }

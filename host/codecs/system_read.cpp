@@ -30,12 +30,20 @@ struct OpenPhoto {
     GifCanvas canvas;  // what the frame lies on; of the frame's own size except for GIF files
 };
 
-bool openPhoto(const wchar_t* path, OpenPhoto* photo)
+PhotoStatus statusOf(HRESULT result)
 {
-    return SUCCEEDED(imaging->CreateDecoderFromFilename(path, nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
-                                                        &photo->decoder)) &&
-           SUCCEEDED(photo->decoder->GetFrame(0, &photo->frame)) &&
-           SUCCEEDED(photo->frame->GetSize(&photo->width, &photo->height)) && photo->width && photo->height;
+    if (SUCCEEDED(result)) return PhotoStatus::Ok;
+    return result == E_OUTOFMEMORY ? PhotoStatus::TooLarge : PhotoStatus::NotAPhoto;
+}
+
+PhotoStatus openPhoto(const wchar_t* path, OpenPhoto* photo)
+{
+    HRESULT result = imaging->CreateDecoderFromFilename(path, nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
+                                                        &photo->decoder);
+    if (SUCCEEDED(result)) result = photo->decoder->GetFrame(0, &photo->frame);
+    if (SUCCEEDED(result)) result = photo->frame->GetSize(&photo->width, &photo->height);
+    if (SUCCEEDED(result) && !(photo->width && photo->height)) result = E_FAIL;
+    return statusOf(result);
 }
 
 void closePhoto(OpenPhoto* photo)
@@ -60,7 +68,7 @@ long pelsPerMetre(double dotsPerInch)
     return dotsPerInch > 0 && dotsPerInch < 1e6 ? std::lround(dotsPerInch / 0.0254) : 0;
 }
 
-bool handRows(const OpenPhoto& photo, const RowSink& sink)
+PhotoStatus handRows(const OpenPhoto& photo, const RowSink& sink)
 {
     const GifCanvas& canvas = photo.canvas;
     const size_t stride = (size_t)canvas.width * 4;
@@ -73,12 +81,13 @@ bool handRows(const OpenPhoto& photo, const RowSink& sink)
         if (first < last) {
             const WICRect part = {0, first - canvas.top, (INT)photo.width, last - first};
             const size_t at = (size_t)(first - row) * stride + (size_t)canvas.left * 4;
-            if (FAILED(photo.pixels->CopyPixels(&part, (UINT)stride, (UINT)(band.size() - at), band.data() + at)))
-                return false;
+            const HRESULT result =
+                photo.pixels->CopyPixels(&part, (UINT)stride, (UINT)(band.size() - at), band.data() + at);
+            if (FAILED(result)) return statusOf(result);
         }
-        if (!sink.take(sink.context, band.data(), (ptrdiff_t)stride, row, count)) return false;
+        if (!sink.take(sink.context, band.data(), (ptrdiff_t)stride, row, count)) return PhotoStatus::NotAPhoto;
     }
-    return true;
+    return PhotoStatus::Ok;
 }
 
 PhotoStatus decode(const OpenPhoto& photo, const RowSink& sink, PhotoFacts* facts)
@@ -90,8 +99,7 @@ PhotoStatus decode(const OpenPhoto& photo, const RowSink& sink, PhotoFacts* fact
     photo.frame->GetResolution(&across, &down);
     const PhotoShape shape = {photo.canvas.width, photo.canvas.height, 1, pelsPerMetre(across), pelsPerMetre(down)};
     const PhotoStatus status = sink.begin(sink.context, shape);
-    if (status != PhotoStatus::Ok) return status;
-    return handRows(photo, sink) ? PhotoStatus::Ok : PhotoStatus::NotAPhoto;
+    return status == PhotoStatus::Ok ? handRows(photo, sink) : status;
 }
 
 }  // namespace
@@ -114,14 +122,14 @@ PhotoStatus readBySystem(const wchar_t* path, const RowSink& sink, PhotoFacts* f
 {
     if (!imaging) return PhotoStatus::NoImaging;
     OpenPhoto photo;
-    PhotoStatus status = PhotoStatus::NotAPhoto;
-    if (openPhoto(path, &photo)) {
+    PhotoStatus status = openPhoto(path, &photo);
+    if (status == PhotoStatus::Ok) {
         placeOnCanvas(path, &photo);
-        if (!packedPhotoSize(photo.canvas.width, photo.canvas.height))
-            status = PhotoStatus::TooLarge;
-        else if (SUCCEEDED(WICConvertBitmapSource(GUID_WICPixelFormat32bppBGRA, photo.frame, &photo.pixels)))
-            status = decode(photo, sink, facts);
+        status = packedPhotoSize(photo.canvas.width, photo.canvas.height)
+                     ? statusOf(WICConvertBitmapSource(GUID_WICPixelFormat32bppBGRA, photo.frame, &photo.pixels))
+                     : PhotoStatus::TooLarge;
     }
+    if (status == PhotoStatus::Ok) status = decode(photo, sink, facts);
     closePhoto(&photo);
     return status;
 }

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdarg>
+#include <cstring>
 
 namespace {
 
 constexpr uint32_t COMFORTABLE_BAND = 64;
-constexpr uint64_t LARGEST_BAND = 1u << 30;
+constexpr uint64_t COMFORTABLE_BYTES = 64 << 20, MANY_BYTES = 256 << 20;
 
 long pelsPerMetre(TIFF* file, ttag_t tag)
 {
@@ -21,7 +23,16 @@ long pelsPerMetre(TIFF* file, ttag_t tag)
                                         : 0;
 }
 
-// Rows that are decoded together: whole strips or rows of tiles.
+bool outOfMemory;
+
+// The library tells want of memory from damage by its words alone.
+void noteError(const char*, const char* words, va_list)
+{
+    outOfMemory = outOfMemory || strstr(words, "memory") || strstr(words, "No space");
+}
+
+// Rows that are decoded together: whole strips or rows of tiles. Of very large ones a quarter, though the library
+// begins each time at the strip's first row.
 uint32_t bandHeight(TIFF* file, const TiffLayout& layout)
 {
     uint32_t unit = layout.height;
@@ -30,7 +41,11 @@ uint32_t bandHeight(TIFF* file, const TiffLayout& layout)
     else
         TIFFGetFieldDefaulted(file, TIFFTAG_ROWSPERSTRIP, &unit);
     unit = std::max(1u, std::min(unit, layout.height));
-    return std::min((COMFORTABLE_BAND + unit - 1) / unit * unit, layout.height);
+    const uint64_t rowBytes = (uint64_t)layout.width * 4;
+    if (unit * rowBytes > MANY_BYTES) return (unit + 3) / 4;
+    const uint32_t most =
+        (uint32_t)std::max<uint64_t>(1, std::min<uint64_t>(COMFORTABLE_BAND, COMFORTABLE_BYTES / rowBytes));
+    return std::min((most + unit - 1) / unit * unit, layout.height);
 }
 
 // The library gives red, green, blue and alpha, the first three multiplied by the last.
@@ -49,10 +64,11 @@ PhotoStatus handBands(TIFF* file, TIFFRGBAImage* image, const TiffLayout& layout
                       const RowSink& sink)
 {
     const uint32_t rows = bandHeight(file, layout);
-    const uint64_t size = (uint64_t)layout.width * rows * 4;
-    if (size > LARGEST_BAND) return PhotoStatus::TooLarge;
-    uint8_t* band = (uint8_t*)malloc((size_t)size);
-    if (!band) return PhotoStatus::TooLarge;
+    const LargeBytes memory = allocateLarge((uint64_t)layout.width * rows * 4);
+    if (!memory) return PhotoStatus::TooLarge;
+    uint8_t* band = memory.get();
+    outOfMemory = false;
+    TIFFSetErrorHandler(noteError);
     const ptrdiff_t stride = (ptrdiff_t)layout.width * 4;
     bool done = true;
     for (uint32_t row = 0; row < layout.height && done; row += rows) {
@@ -65,8 +81,8 @@ PhotoStatus handBands(TIFF* file, TIFFRGBAImage* image, const TiffLayout& layout
             showColors(bridge, band + (ptrdiff_t)i * stride, (int)layout.width);
         done = sink.take(sink.context, band, stride, (int)row, (int)count);
     }
-    free(band);
-    return done ? PhotoStatus::Ok : PhotoStatus::NotAPhoto;
+    if (done) return PhotoStatus::Ok;
+    return outOfMemory ? PhotoStatus::TooLarge : PhotoStatus::NotAPhoto;
 }
 
 }  // namespace

@@ -12,14 +12,15 @@ namespace {
 
 constexpr long LARGEST_FILE = 1l << 30;
 
-std::vector<uint8_t> readWhole(FILE* file)
+// Null and a size: there is not so much memory.
+LargeBytes readWhole(FILE* file, size_t* size)
 {
-    std::vector<uint8_t> bytes;
-    if (fseek(file, 0, SEEK_END) != 0) return bytes;
-    const long size = ftell(file);
-    if (size <= 0 || size > LARGEST_FILE || fseek(file, 0, SEEK_SET) != 0) return bytes;
-    bytes.resize((size_t)size);
-    bytes.resize(fread(bytes.data(), 1, bytes.size(), file));
+    *size = 0;
+    const long end = fseek(file, 0, SEEK_END) == 0 ? ftell(file) : 0;
+    if (end <= 0 || end > LARGEST_FILE || fseek(file, 0, SEEK_SET) != 0) return nullptr;
+    *size = (size_t)end;
+    LargeBytes bytes = allocateLarge(*size);
+    if (bytes) *size = fread(bytes.get(), 1, *size, file);
     return bytes;
 }
 
@@ -45,11 +46,20 @@ void collectFacts(const WebPDemuxer* file, PhotoFacts* facts)
 }
 
 // canvas: blue, green, red, alpha; the frame lies on a transparent ground.
-bool decodeFrame(const WebPIterator& frame, uint8_t* canvas, int width)
+PhotoStatus decodeFrame(const WebPIterator& frame, uint8_t* canvas, int width)
 {
-    uint8_t* corner = canvas + ((size_t)frame.y_offset * width + frame.x_offset) * 4;
-    const size_t size = ((size_t)(frame.height - 1) * width + frame.width) * 4;
-    return WebPDecodeBGRAInto(frame.fragment.bytes, frame.fragment.size, corner, size, width * 4) != nullptr;
+    WebPDecoderConfig config;
+    if (!WebPInitDecoderConfig(&config)) return PhotoStatus::NotAPhoto;
+    config.output.colorspace = MODE_BGRA;
+    config.output.is_external_memory = 1;
+    config.output.u.RGBA.rgba = canvas + ((size_t)frame.y_offset * width + frame.x_offset) * 4;
+    config.output.u.RGBA.stride = width * 4;
+    config.output.u.RGBA.size = ((size_t)(frame.height - 1) * width + frame.width) * 4;
+    switch (WebPDecode(frame.fragment.bytes, frame.fragment.size, &config)) {
+    case VP8_STATUS_OK: return PhotoStatus::Ok;
+    case VP8_STATUS_OUT_OF_MEMORY: return PhotoStatus::TooLarge;
+    default: return PhotoStatus::NotAPhoto;
+    }
 }
 
 PhotoStatus decode(const WebPDemuxer* file, const RowSink& sink, PhotoFacts* facts)
@@ -62,7 +72,7 @@ PhotoStatus decode(const WebPDemuxer* file, const RowSink& sink, PhotoFacts* fac
     PhotoStatus status = sink.begin(sink.context, {width, height, facts->orientation, 0, 0});
     uint8_t* canvas = status == PhotoStatus::Ok ? (uint8_t*)calloc((size_t)width * height, 4) : nullptr;
     if (status == PhotoStatus::Ok && !canvas) status = PhotoStatus::TooLarge;
-    if (canvas && !decodeFrame(frame, canvas, width)) status = PhotoStatus::NotAPhoto;
+    if (canvas) status = decodeFrame(frame, canvas, width);
     if (status == PhotoStatus::Ok) {
         ColorBridge bridge = openBridge(facts->profile, 0, false);
         for (int row = 0; row < height; ++row)
@@ -79,9 +89,11 @@ PhotoStatus decode(const WebPDemuxer* file, const RowSink& sink, PhotoFacts* fac
 
 PhotoStatus readWebp(FILE* file, const RowSink& sink, PhotoFacts* facts)
 {
-    const std::vector<uint8_t> bytes = readWhole(file);
-    const WebPData data = {bytes.data(), bytes.size()};
-    WebPDemuxer* demuxer = bytes.empty() ? nullptr : WebPDemux(&data);
+    size_t size;
+    const LargeBytes bytes = readWhole(file, &size);
+    if (!bytes && size) return PhotoStatus::TooLarge;
+    const WebPData data = {bytes.get(), size};
+    WebPDemuxer* demuxer = bytes ? WebPDemux(&data) : nullptr;
     if (!demuxer) return PhotoStatus::NotAPhoto;
     const PhotoStatus status = decode(demuxer, sink, facts);
     WebPDemuxDelete(demuxer);

@@ -47,6 +47,13 @@ bool tells(const std::wstring& text, const std::wstring& words)
     return text.find(words) != std::wstring::npos;
 }
 
+// The smallest file of a kind that only the system decodes, so many pixels wide.
+std::vector<uint8_t> smallGif(uint8_t width)
+{
+    return {'G', 'I',  'F', '8', '9', 'a', width, 0, 1, 0, 0x80, 0, 0, 0,    0, 0, 255, 255,
+            255, 0x2C, 0,   0,   0,   0,   width, 0, 1, 0, 0,    2, 2, 0x44, 1, 0, 0x3B};
+}
+
 }  // namespace
 
 TEST_F(HostInstallation, NamesTheLibraryThatIsMissing)
@@ -69,6 +76,31 @@ TEST_F(HostInstallation, NamesTheLibraryThatIsDamaged)
 }
 
 // A program of windows: a double click opens no console.
+// A decoder that crashes or finds no memory costs its own photo, not those behind it.
+TEST_F(HostInstallation, SurvivesItsDecoders)
+{
+    TestFolder folder;
+    writeBytes(folder.path + L"failing.exe", readBytes(folderOfPrograms() + L"retouch.exe"));
+    writeBytes(folder.path + L"KOVRTCH32.dll", library);
+    writeBytes(folder.path + L"KOVCTRL32.dll", controls);
+    writeBytes(folder.path + L"windowscodecs.dll", readBytes(folderOfPrograms() + L"failing\\windowscodecs.dll"));
+    writeBytes(folder.path + L"crashes.gif", smallGif(1));
+    writeBytes(folder.path + L"wants memory.gif", smallGif(2));
+    // Wine prefers its own component, unless it is told otherwise for a program of that name.
+    const wchar_t key[] = L"Software\\Wine\\AppDefaults\\failing.exe\\DllOverrides", order[] = L"native,builtin";
+    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, key, L"windowscodecs", REG_SZ, order, sizeof order), 0);
+    HostProgram crashing, hungry;
+    crashing.start(folder.path + L"failing.exe", L"crashes.gif \"wants memory.gif\" none.gif", folder);
+    EXPECT_EQ(crashing.exitCode(), exitNotAPhoto);
+    const std::wstring said = crashing.said();
+    EXPECT_TRUE(tells(said, L"damaged: crashes.gif")) << testing::PrintToString(said);
+    EXPECT_TRUE(tells(said, L"wants memory.gif")) << testing::PrintToString(said);
+    EXPECT_TRUE(tells(said, L"none.gif")) << testing::PrintToString(said);
+    hungry.start(folder.path + L"failing.exe", L"\"wants memory.gif\"", folder);
+    EXPECT_EQ(hungry.exitCode(), exitTooLarge);
+    RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Wine\\AppDefaults\\failing.exe");
+}
+
 TEST(HostVoice, IsNotThatOfAConsole)
 {
     std::vector<uint8_t> program = readBytes(folderOfPrograms() + L"retouch.exe");

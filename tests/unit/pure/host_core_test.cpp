@@ -36,6 +36,15 @@ TEST(HostArguments, KeepsSeveralPhotosInTheirOrder)
     EXPECT_EQ(parsed.photos, (std::vector<std::wstring>{L"b.jpg", L"a.png", L"b.jpg"}));
 }
 
+TEST(HostArguments, KeepTheWindowForNamedPhotos)
+{
+    const HostArguments parsed = parseArguments({L"--window", L"--", L"-b.jpg"});
+    EXPECT_EQ(parsed.problem, L"");
+    EXPECT_TRUE(parsed.window);
+    EXPECT_EQ(parsed.photos, std::vector<std::wstring>{L"-b.jpg"});
+    EXPECT_FALSE(parseArguments({L"b.jpg"}).window);
+}
+
 TEST(HostArguments, NamesWhatItCannotUnderstand)
 {
     const std::vector<std::vector<std::wstring>> lines = {
@@ -43,6 +52,7 @@ TEST(HostArguments, NamesWhatItCannotUnderstand)
         {L"a.jpg", L""},
         {L"a.jpg", L"-o"},
         {L"a.jpg", L"-o", L""},
+        {L"--window", L"a.jpg", L"--overwrite"},
         {L"--fast", L"a"},
         {L"-o", L"b.jpg"},
         {L"--overwrite"},
