@@ -60,13 +60,14 @@ static size_t equalBytes(const uint8_t* at, size_t count)
 
 void unpackMaskRow(uint8_t* maskPixels, const uint8_t* bits, size_t pixels)
 {
+    const PixelRows& rows = pixelRows();
     const size_t whole = pixels / 8;
     for (size_t done = 0; done < whole;) {
         const uint8_t eight = bits[done];
         const bool alike = eight == 0 || eight == 0xFF;
         const size_t some = alike ? equalBytes(bits + done, whole - done) : 1;
         if (alike) {
-            memset(maskPixels + done * 24, eight, some * 24);
+            rows.fill(maskPixels + done * 24, eight, some * 24);
         } else {
             unpackPixels(maskPixels + done * 24, eight, 8);
         }
