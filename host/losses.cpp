@@ -9,9 +9,16 @@ void add(Losses* losses, bool lost, TextId name, bool severe)
     losses->severe = losses->severe || severe;
 }
 
-bool keepsAll(const SourcePhoto& source, PhotoFormat format)
+// A grey TIFF file that gets colours becomes a plain one.
+bool keepsTiff(const PhotoFacts& facts, const PhotoFacts* written)
 {
-    if (format == PhotoFormat::Tiff) return source.kind == PhotoKind::Tiff && source.facts.inPlace;
+    if (!facts.grey || !(facts.pages > 1 || facts.deep || facts.alpha)) return facts.inPlace;
+    return facts.inPlace && written && written->grey;
+}
+
+bool keepsAll(const SourcePhoto& source, PhotoFormat format, const PhotoFacts* written)
+{
+    if (format == PhotoFormat::Tiff) return source.kind == PhotoKind::Tiff && keepsTiff(source.facts, written);
     // Inks that cannot be turned as blocks become plain colours.
     const PhotoFacts& facts = source.facts;
     const bool turnsInks = facts.inks && facts.uneven && facts.orientation != 1;
@@ -21,10 +28,10 @@ bool keepsAll(const SourcePhoto& source, PhotoFormat format)
 
 }  // namespace
 
-Losses lossesOf(const SourcePhoto& source, PhotoFormat format)
+Losses lossesOf(const SourcePhoto& source, PhotoFormat format, const PhotoFacts* written)
 {
     const PhotoFacts& facts = source.facts;
-    const bool all = keepsAll(source, format);
+    const bool all = keepsAll(source, format, written);
     const bool multiPicture = source.kind == PhotoKind::Jpeg && facts.pages > 1;
     Losses losses;
     add(&losses, facts.animated, TEXT_LOSS_FRAMES, true);

@@ -9,5 +9,6 @@ struct Losses {
     bool severe = false;        // pages, alpha, depth or the kind of colours are among them
 };
 
-// For a photo that goes to a file of that format, whatever is edited.
-Losses lossesOf(const SourcePhoto& source, PhotoFormat format);
+// For a photo that goes to a file of that format, whatever is edited. written: what is in that file, when it is there
+// already; then what could have been lost but was not is left out.
+Losses lossesOf(const SourcePhoto& source, PhotoFormat format, const PhotoFacts* written = nullptr);

@@ -1,5 +1,6 @@
 #include "host/photo_file.h"
 
+#include "host/codecs/bitmap_facts.h"
 #include "host/codecs/jpeg_file.h"
 #include "host/codecs/png_file.h"
 #include "host/codecs/tiff_file.h"
@@ -55,6 +56,7 @@ PhotoStatus readKind(FILE* file, const std::wstring& path, PhotoKind kind, const
     case PhotoKind::Webp: return readWebp(file, sink, facts);
     case PhotoKind::Other: break;
     }
+    collectBitmapFacts(file, facts);
     return readBySystem(path.c_str(), sink, facts);
 }
 
@@ -266,7 +268,7 @@ PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL ima
 }
 
 bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source,
-                 Progress* progress)
+                 Progress* progress, PhotoFacts* written)
 {
     Comparing comparing;
     comparing.photo = lockPhoto(image, progress);
@@ -289,6 +291,7 @@ bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, co
         good = readRows(path, {&comparing, beginComparing, takeComparing}, &kind, &facts) == PhotoStatus::Ok &&
                comparing.rows == comparing.photo.height && comparing.difference <= most * count &&
                comparing.lastBand <= most * comparing.lastCount;
+        if (written) *written = facts;
     }
     GlobalUnlock(image);
     return good;

@@ -35,5 +35,6 @@ PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL ima
 
 // Opens the written file again and compares it with the picture, to its last row: the same pixels, or after a
 // lossy step ones near to them.
+// *written gets what the file has, of formats that have more than pixels.
 bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source,
-                 Progress* progress = nullptr);
+                 Progress* progress = nullptr, PhotoFacts* written = nullptr);

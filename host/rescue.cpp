@@ -50,10 +50,28 @@ DWORD waitingTime()
     return value ? value * 1000 : EVERY_MINUTE;
 }
 
+uint64_t processorTime()  // of this thread, in milliseconds
+{
+    FILETIME made, ended, kernel, user;
+    if (!GetThreadTimes(GetCurrentThread(), &made, &ended, &kernel, &user)) return 0;
+    const auto number = [](FILETIME time) { return (uint64_t)time.dwHighDateTime << 32 | time.dwLowDateTime; };
+    return (number(kernel) + number(user)) / 10000;
+}
+
+// As long as it takes that what the last look and the last file cost is a fiftieth of the processor at most.
+// *spent: the thread's time at the last call.
+DWORD pauseUntilNext(uint64_t* spent)
+{
+    const uint64_t now = processorTime(), cost = now - *spent;
+    *spent = now;
+    return std::max(waitingTime(), (DWORD)std::min<uint64_t>(cost * 50, MAXLONG));
+}
+
 DWORD WINAPI keepSafe(void*)
 {
     uint64_t written = sumOf(picture);  // what the photo's file has already needs no rescue
-    while (!stopped(waitingTime())) {
+    uint64_t spent = 0;
+    while (!stopped(pauseUntilNext(&spent))) {
         const uint64_t now = sumOf(picture);
         if (now != written && writeRescueFile(rescueFileName(), picture, true)) written = now;
     }

@@ -25,7 +25,8 @@ std::wstring reasonOf(PhotoStatus status)
 
 // Into a temporary file, which is checked and only then gets its name. On failure `problem` tells why, and the
 // file that was there is still there.
-bool writeFile(const SaveRequest& request, const std::wstring& output, Progress* progress, std::wstring* problem)
+bool writeFile(const SaveRequest& request, const std::wstring& output, Progress* progress, PhotoFacts* written,
+               std::wstring* problem)
 {
     const PhotoFormat format = formatOfName(output);
     std::wstring temporary;
@@ -39,7 +40,7 @@ bool writeFile(const SaveRequest& request, const std::wstring& output, Progress*
     bool done = status == PhotoStatus::Ok;
     if (!done) {
         *problem = reasonOf(status);
-    } else if (!verifyPhoto(temporary, format, request.image, &request.source, progress)) {
+    } else if (!verifyPhoto(temporary, format, request.image, &request.source, progress, written)) {
         *problem = sentence(TEXT_ERROR_VERIFY);
         done = false;
     }
@@ -53,22 +54,25 @@ bool writeFile(const SaveRequest& request, const std::wstring& output, Progress*
     return done;
 }
 
-bool trySave(const SaveRequest& request, const std::wstring& output, std::wstring* problem)
+void tellSaved(const SaveRequest& request, const std::wstring& output, const PhotoFacts& written)
 {
-    bool done = false;
-    Progress progress;
-    mention(sentence(TEXT_SAVING, output));
-    runInBackground(caption(TEXT_SAVING, nameOfPath(output)), &progress, false,
-                    [&] { done = writeFile(request, output, &progress, problem); });
-    return done;
-}
-
-void tellSaved(const SaveRequest& request, const std::wstring& output)
-{
-    const Losses losses = lossesOf(request.source, formatOfName(output));
+    const Losses losses = lossesOf(request.source, formatOfName(output), &written);
     std::wstring words = sentence(TEXT_SAVED, output);
     if (!losses.names.empty()) words += L"\r\n" + sentence(TEXT_NOT_KEPT, inOneLine(losses));
     tell(words);
+}
+
+// And tells it.
+bool trySave(const SaveRequest& request, const std::wstring& output, std::wstring* problem)
+{
+    bool done = false;
+    PhotoFacts written;
+    Progress progress;
+    mention(sentence(TEXT_SAVING, output));
+    runInBackground(caption(TEXT_SAVING, nameOfPath(output)), &progress, false,
+                    [&] { done = writeFile(request, output, &progress, &written, problem); });
+    if (done) tellSaved(request, output, written);
+    return done;
 }
 
 void complainNotWritten(const std::wstring& output, const std::wstring& problem)
@@ -139,10 +143,7 @@ ExitCode savePhoto(const SaveRequest& request)
     SaveRequest current = request;
     std::wstring problem;
     for (int attempt = 0; attempt < (request.ownName ? NAMES_TO_TRY : 1); ++attempt) {
-        if (trySave(current, current.output, &problem)) {
-            tellSaved(current, current.output);
-            return exitSaved;
-        }
+        if (trySave(current, current.output, &problem)) return exitSaved;
         complainNotWritten(current.output, problem);
         current.output = freeRetouchedName(request.source.path);
         if (current.output == request.output) break;  // not the name is what is wrong
@@ -152,7 +153,6 @@ ExitCode savePhoto(const SaveRequest& request)
         if (formatOfName(current.output) == PhotoFormat::Unknown) {
             complain(sentence(TEXT_ERROR_FORMATS));
         } else if (trySave(current, current.output, &problem)) {
-            tellSaved(current, current.output);
             return exitSaved;
         } else {
             complainNotWritten(current.output, problem);
@@ -171,7 +171,6 @@ ExitCode saveAsking(SaveRequest* request, bool mayLeave)
         } else if (formatOfName(request->output) == PhotoFormat::Unknown) {
             complain(sentence(TEXT_ERROR_FORMATS));
         } else if (trySave(*request, request->output, &problem)) {
-            tellSaved(*request, request->output);
             return exitSaved;
         } else {
             complainNotWritten(request->output, problem);

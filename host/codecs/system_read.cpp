@@ -1,5 +1,7 @@
 #include "host/codecs/system_file.h"
 
+#include "host/codecs/color_bridge.h"
+
 #include "host/photo/gif_canvas.h"
 
 #include <algorithm>
@@ -68,7 +70,7 @@ long pelsPerMetre(double dotsPerInch)
     return dotsPerInch > 0 && dotsPerInch < 1e6 ? std::lround(dotsPerInch / 0.0254) : 0;
 }
 
-PhotoStatus handRows(const OpenPhoto& photo, const RowSink& sink)
+PhotoStatus handRows(const OpenPhoto& photo, const ColorBridge& bridge, const RowSink& sink)
 {
     const GifCanvas& canvas = photo.canvas;
     const size_t stride = (size_t)canvas.width * 4;
@@ -85,6 +87,8 @@ PhotoStatus handRows(const OpenPhoto& photo, const RowSink& sink)
                 photo.pixels->CopyPixels(&part, (UINT)stride, (UINT)(band.size() - at), band.data() + at);
             if (FAILED(result)) return statusOf(result);
         }
+        for (int i = 0; i < count; ++i)
+            showColors(bridge, band.data() + (size_t)i * stride, canvas.width);
         if (!sink.take(sink.context, band.data(), (ptrdiff_t)stride, row, count)) return PhotoStatus::NotAPhoto;
     }
     return PhotoStatus::Ok;
@@ -98,8 +102,12 @@ PhotoStatus decode(const OpenPhoto& photo, const RowSink& sink, PhotoFacts* fact
     double across = 0, down = 0;
     photo.frame->GetResolution(&across, &down);
     const PhotoShape shape = {photo.canvas.width, photo.canvas.height, 1, pelsPerMetre(across), pelsPerMetre(down)};
-    const PhotoStatus status = sink.begin(sink.context, shape);
-    return status == PhotoStatus::Ok ? handRows(photo, sink) : status;
+    PhotoStatus status = sink.begin(sink.context, shape);
+    if (status != PhotoStatus::Ok) return status;
+    ColorBridge bridge = openBridge(facts->profile, 0, false);
+    status = handRows(photo, bridge, sink);
+    closeBridge(&bridge);
+    return status;
 }
 
 }  // namespace

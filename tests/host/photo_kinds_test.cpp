@@ -1,5 +1,5 @@
 // What is particular to one kind of photo file.
-#include "host/photo_file.h"
+#include "host/losses.h"
 #include "host/photo/photo_rows.h"
 #include "tests/host/test_folder.h"
 
@@ -66,4 +66,53 @@ TEST_F(HostPhotoKinds, APngFileIsSearchedForRepetitionsWhereThereAreAny)
     EXPECT_LT(drawing.size(), 300u * 200 * 3 / 40);
     const std::vector<uint8_t> photo = written(folder.path + L"photo.png", makePhoto(300, 200, sky));
     EXPECT_EQ(thoroughness(photo), 0);
+}
+
+// Colours make a plain photo of a grey one; whether there were any is known when the file is there.
+TEST_F(HostPhotoKinds, AGreyTiffFilesDepthAndPagesMayBeLostToColours)
+{
+    SourcePhoto source;
+    source.kind = PhotoKind::Tiff;
+    source.facts.inPlace = source.facts.grey = source.facts.deep = true;
+    source.facts.pages = 2;
+    EXPECT_TRUE(lossesOf(source, PhotoFormat::Tiff).severe);
+    EXPECT_EQ(lossesOf(source, PhotoFormat::Tiff).names, (std::vector<TextId>{TEXT_LOSS_PAGES, TEXT_LOSS_DEPTH}));
+    PhotoFacts written = source.facts;
+    EXPECT_TRUE(lossesOf(source, PhotoFormat::Tiff, &written).names.empty());
+    written.grey = false;
+    EXPECT_TRUE(lossesOf(source, PhotoFormat::Tiff, &written).severe);
+    source.facts.deep = false;
+    source.facts.pages = 1;
+    EXPECT_TRUE(lossesOf(source, PhotoFormat::Tiff).names.empty());
+}
+
+TEST_F(HostPhotoKinds, ABitmapFilesProfileAndAlphaAreKnown)
+{
+    constexpr size_t headSize = 14, profileSize = 10;
+    BITMAPV5HEADER info = {};
+    info.bV5Size = sizeof info;
+    info.bV5Width = info.bV5Height = info.bV5Planes = 1;
+    info.bV5BitCount = 32;
+    info.bV5Compression = BI_BITFIELDS;
+    info.bV5RedMask = 0xFF0000;
+    info.bV5GreenMask = 0xFF00;
+    info.bV5BlueMask = 0xFF;
+    info.bV5AlphaMask = 0xFF000000;
+    info.bV5CSType = 0x4D424544;  // embedded
+    info.bV5ProfileData = sizeof info + 4;
+    info.bV5ProfileSize = profileSize;
+    std::vector<uint8_t> file(headSize + sizeof info + 4 + profileSize, 'p');
+    const uint8_t head[headSize] = {'B', 'M', (uint8_t)file.size(), 0, 0, 0, 0, 0, 0, 0, headSize + sizeof info};
+    memcpy(&file[0], head, headSize);
+    memcpy(&file[headSize], &info, sizeof info);
+    writeBytes(folder.path + L"a.bmp", file);
+    ASSERT_TRUE(startImaging());
+    SourcePhoto source;
+    HGLOBAL image = nullptr;
+    EXPECT_EQ(readPhoto(folder.path + L"a.bmp", &image, &source), PhotoStatus::Ok);
+    GlobalFree(image);
+    stopImaging();
+    EXPECT_TRUE(source.facts.alpha);
+    EXPECT_EQ(source.facts.profile, std::vector<uint8_t>(profileSize, 'p'));
+    EXPECT_EQ(lossesOf(source, PhotoFormat::Bmp).names, (std::vector<TextId>{TEXT_LOSS_ALPHA, TEXT_LOSS_PROFILE}));
 }
