@@ -1,5 +1,6 @@
 #include "image/kept_blocks.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "image/pixels/scarce_memory.h"
@@ -9,6 +10,7 @@
 namespace {
 
 constexpr SIZE_T LEAST_SIZE = 256 * 1024;  // smaller blocks come from the heap's own store
+constexpr int MOST_SHARED = BlockList::ROOM / 2;
 constexpr DWORDLONG LEAST_FREE = 256ull * 1024 * 1024;
 
 BlockList& used = sessionExtras.blocks.used;
@@ -69,13 +71,30 @@ void keep(const BlockList::Entry& entry)
     giveUpReserve = giveUpKept;
 }
 
+bool isShared(const BlockList::Entry& entry)
+{
+    return entry.owners > 1;
+}
+
+int countShared()
+{
+    return (int)std::count_if(used.entries, used.entries + used.count, isShared);
+}
+
+// The oldest block is no longer known, and will be freed instead of kept. How many owners one has must not be
+// forgotten.
+void forgetOldest()
+{
+    removeAt(used, (int)(std::find_if_not(used.entries, used.entries + used.count, isShared) - used.entries));
+}
+
 // A block freed behind our back may have left its handle, which the system gives out again.
 void noteUsed(HGLOBAL block, SIZE_T size)
 {
     const int stale = findBlock(used, block);
     if (stale >= 0) removeAt(used, stale);
-    if (used.count == BlockList::ROOM) removeAt(used, 0);
-    append(used, {block, size, GlobalSize(block)});
+    if (used.count == BlockList::ROOM) forgetOldest();
+    append(used, {block, size, GlobalSize(block), 1});
     if (used.bytes > mostUsed) mostUsed = used.bytes;
     while (kept.count > 0 && used.bytes + kept.bytes > mostUsed)
         releaseOldest();
@@ -141,6 +160,14 @@ HGLOBAL takeZeroedBlock(SIZE_T size)
     return take(GHND, size);
 }
 
+bool shareBlock(HGLOBAL block)
+{
+    const int index = findBlock(used, block);
+    if (index < 0 || (!isShared(used.entries[index]) && countShared() == MOST_SHARED)) return false;
+    ++used.entries[index].owners;
+    return true;
+}
+
 void releaseBlock(HGLOBAL block)
 {
     if (!block) return;
@@ -149,6 +176,7 @@ void releaseBlock(HGLOBAL block)
         GlobalFree(block);
         return;
     }
+    if (--used.entries[index].owners > 0) return;
     const BlockList::Entry entry = used.entries[index];
     removeAt(used, index);
     if (mayKeep(entry)) {

@@ -11,14 +11,20 @@
 #include <windows.h>
 
 // A movable block of `size` bytes, 1 or more, its bytes 0 or whatever they were. Null when memory is short, also
-// after everything kept has been released. releaseBlock or GlobalFree frees it.
+// after everything kept has been released. releaseBlock frees it, or GlobalFree when it was
+// never shared.
 HGLOBAL takeBlock(SIZE_T size);
 HGLOBAL takeZeroedBlock(SIZE_T size);
 
 // A block of any kind that is freed and never kept: GlobalAlloc, but what is kept goes before it fails.
 HGLOBAL takeUnkeptBlock(UINT flags, SIZE_T size);
 
-// Frees any global memory block, or keeps it when it came from here. A null handle does nothing.
+// One more owner of a block, none of whom changes it any more: a copy that costs nothing. Each releases it. False for
+// small blocks, for those that did not come from here, and for more than a few at a time: they have to be copied.
+bool shareBlock(HGLOBAL block);
+
+// Frees any global memory block, or keeps it when it came from here; a shared one when it is the last owner's. A null
+// handle does nothing.
 void releaseBlock(HGLOBAL block);
 
 // Frees everything that is kept, and forgets how much was in use.

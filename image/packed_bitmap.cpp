@@ -81,6 +81,11 @@ HGLOBAL duplicateBitmap(HGLOBAL image, int copyContents)
     return copy;
 }
 
+HGLOBAL shareBitmap(HGLOBAL image)
+{
+    return shareBlock(image) ? image : duplicateBitmap(image, 1);
+}
+
 int copyBitmapInto(HGLOBAL destination, HGLOBAL source)
 {
     const SIZE_T size = source ? GlobalSize(source) : 0;

@@ -5,8 +5,8 @@
 // Coordinates are top-down: pixel (x, y), y = 0 at the top, lies in stored row height - 1 - y.
 //
 // Every function takes a handle and locks it for the call only (lockBitmapBits excepted). A returned
-// handle belongs to the caller, who frees it with releaseBlock of kept_blocks.h (or GlobalFree). 0 (or a null handle)
-// means failure and leaves the inputs as they were.
+// handle belongs to the caller, who frees it with releaseBlock of kept_blocks.h (or GlobalFree, unless it is shared). 0
+// (or a null handle) means failure and leaves the inputs as they were.
 #pragma once
 
 #include <windows.h>
@@ -32,6 +32,9 @@ void unlockBitmap(HGLOBAL image);
 // A new block of the same size; with its contents when copyContents is nonzero, else zeroed. Works on
 // any global block.
 HGLOBAL duplicateBitmap(HGLOBAL image, int copyContents);
+
+// The same bitmap for one more owner, none of whom changes it any more: the image itself, or a copy of a small one.
+HGLOBAL shareBitmap(HGLOBAL image);
 
 // Copies all of the source's bytes into the existing destination block. 0 when the source is null or
 // empty, or larger than the destination; 1 without copying when the destination is null.

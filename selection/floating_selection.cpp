@@ -62,8 +62,8 @@ bool copyFloating(const FloatingSelection& from, FloatingSelection& copy)
     copy = {copyOutlinePoints(from.points, from.pointCount),
             from.pointCount,
             copyCrossings(from.crossings),
-            duplicateBitmap(from.image, 1),
-            duplicateBitmap(from.mask, 1),
+            shareBitmap(from.image),
+            shareBitmap(from.mask),
             from.rect};
     return keepIf(copy.points && copy.crossings && copy.image && copy.mask, copy);
 }
@@ -83,8 +83,7 @@ static bool cutOut(const FloatingSelection& selection, HGLOBAL photo)
     const LockedPixels from(photo), image(selection.image), mask(selection.mask);
     if (!from || !image || !mask) return false;
     const PixelRect size = atCorner(selection.rect);
-    copyFromOffset(image.view, from.view, selection.rect.left, selection.rect.top);
-    cutSelectionImage(image.view, selection.crossings, size);
+    liftSelectionImage(image.view, selection.crossings, from.view, selection.rect.left, selection.rect.top);
     fillSelectionMask(mask.view, selection.crossings, size);
     return true;
 }

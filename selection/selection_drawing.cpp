@@ -25,7 +25,7 @@ HGLOBAL composite()
     const LockedPixels image(editedImage()), pixels(session->selectionImage), mask(session->selectionMask);
     if (!image || !pixels || !mask) return nullptr;
     const PixelRect rect = pixelRectOf(session->selectionRect);
-    return makePixels(rect.right - rect.left, rect.bottom - rect.top, [&](const LockedPixels& target) {
+    return makeAllPixels(rect.right - rect.left, rect.bottom - rect.top, [&](const LockedPixels& target) {
         composeSelection(target.view, image.view, pixels.view, mask.view, rect);
         return true;
     });

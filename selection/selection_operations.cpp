@@ -38,7 +38,7 @@ static void stepColour(int hit)
 {
     ColourValues values = selectionColours();
     stepColourOfHit(values, hit);
-    if (!adjustShownImages(values)) return;
+    if (!adjustShownImage(values)) return;
     setSelectionColours(values);
     redrawSelection();
 }

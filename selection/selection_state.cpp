@@ -119,14 +119,22 @@ static void freeChange(Change& change)
     freeBitmap(change.shownMask);
 }
 
+// The unadjusted pixels themselves where no colour is changed. Null when memory is short.
+static HGLOBAL makeShownImage(HGLOBAL image, HGLOBAL mask, const ColourValues& values)
+{
+    if (areNeutral(values)) return shareBitmap(image);
+    HGLOBAL shown = duplicateBitmap(image, 1);
+    if (shown && !applyColourAdjustment(image, shown, mask, mask, values)) freeBitmap(shown);
+    return shown;
+}
+
 static bool makeShown(Change& change)
 {
     const FloatingSelection& now = change.now;
     change.shownPoints = copyOutlinePoints(now.points, now.pointCount);
-    change.shownImage = duplicateBitmap(now.image, 1);
-    change.shownMask = duplicateBitmap(now.mask, 1);
-    return change.shownPoints && change.shownImage && change.shownMask &&
-           applyColourAdjustment(now.image, change.shownImage, now.mask, change.shownMask, selectionColours());
+    change.shownImage = makeShownImage(now.image, now.mask, selectionColours());
+    change.shownMask = shareBitmap(now.mask);
+    return change.shownPoints && change.shownImage && change.shownMask;
 }
 
 static bool completeChange(Change& change, int renewed)
@@ -197,10 +205,17 @@ void freeOwnedSelection(OwnedSelection& owned)
     owned = {};
 }
 
-bool adjustShownImages(const ColourValues& values)
+bool adjustShownImage(const ColourValues& values)
 {
-    return applyColourAdjustment(session->selectionImageSource, session->selectionImage, session->selectionMaskSource,
-                                 session->selectionMask, values);
+    const SessionRecord& s = *session;
+    if (s.selectionImage != s.selectionImageSource)
+        return applyColourAdjustment(s.selectionImageSource, s.selectionImage, s.selectionMaskSource, s.selectionMask,
+                                     values);
+    const HGLOBAL shown = makeShownImage(s.selectionImageSource, s.selectionMaskSource, values);
+    if (!shown) return false;
+    releaseBlock(session->selectionImage);
+    session->selectionImage = shown;
+    return true;
 }
 
 void dropSelectionStates()

@@ -6,6 +6,8 @@
 //   B    the selection at the last close, flip, turn or reshape; every resize starts from it
 // so that nothing compounds. Shown are outlinePoints, selectionImage and selectionMask: made from `now`, the
 // colours adjusted once, the points cut at the image's left and top side.
+//
+// Bitmaps that are the same are one block with several owners (image/kept_blocks.h), which nobody writes to.
 #pragma once
 
 #include <windows.h>
@@ -33,8 +35,8 @@ enum RenewedStates { RENEW_A = 1, RENEW_B = 2 };
 // renewed states. Takes the value also when it fails. False when memory is short: then nothing has changed.
 bool changeSelection(FloatingSelection& now, int renewed, int rotation);
 
-// The shown images again from `now`, with the given colours. False, and nothing changed, when memory is short.
-bool adjustShownImages(const ColourValues& values);
+// The shown image again from `now`, with the given colours. False, and nothing changed, when memory is short.
+bool adjustShownImage(const ColourValues& values);
 
 // All that the record owns of a selection.
 OwnedSelection takeOwnedSelection();  // the record has none any more

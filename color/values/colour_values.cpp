@@ -36,6 +36,13 @@ bool withinLimits(const ColourValues& values)
     return true;
 }
 
+bool areNeutral(const ColourValues& values)
+{
+    for (const ColourParameter& parameter : COLOUR_PARAMETERS)
+        if (values.*parameter.value != parameter.neutral) return false;
+    return true;
+}
+
 void stepColourValue(ColourValues& values, int ColourValues::*value, int direction)
 {
     const ColourParameter& parameter = parameterOf(value);

@@ -31,6 +31,7 @@ const ColourParameter& parameterOf(int ColourValues::*value);
 
 ColourValues neutralColourValues();
 bool withinLimits(const ColourValues& values);
+bool areNeutral(const ColourValues& values);
 
 // One step up (direction 1) or down (-1), at most to the limit.
 void stepColourValue(ColourValues& values, int ColourValues::*value, int direction);

@@ -1,5 +1,7 @@
 #include "selection/geometry/selection_images.h"
 
+#include <algorithm>
+
 #include "image/pixels/pixel_ops.h"
 #include "image/pixels/pixel_rows.h"
 
@@ -36,10 +38,27 @@ static void cutImageRow(uint8_t* row, int width, SpanWalk walk, int left)
     fillPixels(row, done, width, 0);
 }
 
+static void liftImageRow(uint8_t* row, const uint8_t* imageRow, int first, int end, SpanWalk walk, int left)
+{
+    for (CrossingSpan span; nextSpan(walk, span);) {
+        const int from = std::max(span.left, first), to = std::min(span.right, end);
+        if (to <= from) continue;
+        pixelRows().copy(row + (size_t)from * 3, imageRow + ((ptrdiff_t)left + from) * 3, (size_t)(to - from) * 3);
+    }
+}
+
 void fillSelectionMask(const BitsView& mask, const RowHead* table, PixelRect rect)
 {
     for (int y = 0; y < mask.height; ++y)
         fillMaskRow(rowOf(mask, y), mask.width, beginSpans(crossingsOfRow(table, rect.top + y)), rect.left);
+}
+
+void liftSelectionImage(const BitsView& pixels, const RowHead* table, const BitsView& image, int left, int top)
+{
+    const int first = clampColumn(-(int64_t)left, pixels.width);
+    const int end = clampColumn((int64_t)image.width - left, pixels.width);
+    for (int y = std::max(-top, 0); y < pixels.height && top + y < image.height; ++y)
+        liftImageRow(rowOf(pixels, y), rowOf(image, top + y), first, end, beginSpans(crossingsOfRow(table, y)), left);
 }
 
 void cutSelectionImage(const BitsView& pixels, const RowHead* table, PixelRect rect)
@@ -53,9 +72,15 @@ void applySelection(const BitsView& image, const BitsView& pixels, const BitsVie
     mergeMasked(image, pixels, mask, left, top);
 }
 
+static bool isCoveredBy(const BitsView& image, const BitsView& target, PixelRect rect)
+{
+    return rect.left >= 0 && rect.top >= 0 && (int64_t)rect.left + target.width <= image.width &&
+           (int64_t)rect.top + target.height <= image.height;
+}
+
 static void copyImageAt(const BitsView& target, const BitsView& image, PixelRect rect)
 {
-    for (int y = 0; y < target.height; ++y)
+    for (int y = 0; !isCoveredBy(image, target, rect) && y < target.height; ++y)
         fillPixels(rowOf(target, y), 0, target.width, 0);
     copyFromOffset(target, image, rect.left, rect.top);
 }

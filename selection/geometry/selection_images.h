@@ -12,6 +12,10 @@
 // Writes the whole mask, padding bytes (to 4 bytes a row, set to 255) included.
 void fillSelectionMask(const BitsView& mask, const RowHead* table, PixelRect rect);
 
+// Writes what the image shows at (left, top) into `pixels`, inside the outline only. Black beyond the image stays
+// black: `pixels` are all black before.
+void liftSelectionImage(const BitsView& pixels, const RowHead* table, const BitsView& image, int left, int top);
+
 // Blackens everything outside the outline.
 void cutSelectionImage(const BitsView& pixels, const RowHead* table, PixelRect rect);
 

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "image/pixels/pixel_rows.h"
+
 // ---- points
 
 static int atLeastOne(int value)
@@ -139,20 +141,33 @@ static void fetchPixel(uint8_t* pixel, const PlacedImage& source, double x, doub
         pixel[c] = (uint8_t)(sum.channels[c] / sum.weight + 0.5);
 }
 
+static void turnRun(const PlacedImage& target, int row, ptrdiff_t from, ptrdiff_t to, const PlacedImage& source,
+                    const Turn& back)
+{
+    uint8_t* pixel = rowOf(target.pixels, row) + from * 3;
+    for (ptrdiff_t column = from; column < to; ++column, pixel += 3) {
+        const PlanePoint p = turned(back, target.rect.left + (double)column + 0.5, target.rect.top + row - 0.5);
+        fetchPixel(pixel, source, p.x - 0.5 - source.rect.left, p.y + 0.5 - source.rect.top);
+    }
+}
+
+static void turnRow(const PlacedImage& target, int row, const PlacedImage& source, const Turn& back)
+{
+    const uint8_t* const mask = rowOf(target.mask, row);
+    const ptrdiff_t width = target.pixels.width;
+    for (ptrdiff_t x = 0; x < width;) {
+        const ptrdiff_t from = pixelRows().findMask(mask, x, width, true);
+        pixelRows().fill(rowOf(target.pixels, row) + x * 3, 0, (size_t)(from - x) * 3);
+        x = pixelRows().findMask(mask, from, width, false);
+        turnRun(target, row, from, x, source, back);
+    }
+}
+
 void turnPixels(const PlacedImage& target, const PlacedImage& source, const Turn& turn)
 {
     const Turn back = {turn.centreX, turn.centreY, turn.cosine, -turn.sine};
-    for (int row = 0; row < target.pixels.height; ++row) {
-        for (int column = 0; column < target.pixels.width; ++column) {
-            uint8_t* pixel = rowOf(target.pixels, row) + (ptrdiff_t)column * 3;
-            if (!isInside(target, column, row)) {
-                copyPixel(pixel, nullptr);
-                continue;
-            }
-            const PlanePoint p = turned(back, target.rect.left + column + 0.5, target.rect.top + row - 0.5);
-            fetchPixel(pixel, source, p.x - 0.5 - source.rect.left, p.y + 0.5 - source.rect.top);
-        }
-    }
+    for (int row = 0; row < target.pixels.height; ++row)
+        turnRow(target, row, source, back);
 }
 
 // ---- angles

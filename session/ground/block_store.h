@@ -9,6 +9,7 @@ struct BlockList {
         HGLOBAL block;
         SIZE_T size;  // as asked for
         SIZE_T real;  // as the system said
+        int owners;
     };
     Entry entries[ROOM];
     int count;

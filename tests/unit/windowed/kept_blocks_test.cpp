@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "image/packed_bitmap.h"
 #include "image/pixels/scarce_memory.h"
@@ -267,4 +268,55 @@ TEST_F(KeptBlocks, NothingIsKeptWhileMemoryIsShort)
     releaseBlock(block);
     undoPatch(&patch);
     EXPECT_EQ(0u, keptBytes());
+}
+
+static bool isFreed(HGLOBAL block)
+{
+    return GlobalFlags(block) == GMEM_INVALID_HANDLE;
+}
+
+TEST_F(KeptBlocks, ASharedBlockIsTheLastOwnersToRelease)
+{
+    const HGLOBAL block = takeBlock(LARGE);
+    ASSERT_TRUE(shareBlock(block) && shareBlock(block));
+    releaseBlock(block);
+    releaseBlock(block);
+    EXPECT_EQ(0u, keptBytes());
+    EXPECT_FALSE(isFreed(block));
+    EXPECT_NE(block, takeBlock(LARGE));
+    releaseBlock(block);
+    EXPECT_EQ(LARGE, keptBytes());
+    EXPECT_EQ(block, takeBlock(LARGE));
+    EXPECT_EQ(0u, keptBytes());
+}
+
+TEST_F(KeptBlocks, SmallAndForeignBlocksAreNotShared)
+{
+    const HGLOBAL small = takeBlock(1000), hosts = GlobalAlloc(GMEM_MOVEABLE, LARGE);
+    EXPECT_FALSE(shareBlock(small));
+    EXPECT_FALSE(shareBlock(hosts));
+    EXPECT_FALSE(shareBlock(nullptr));
+    GlobalFree(small);
+    GlobalFree(hosts);
+}
+
+// Only so many blocks are known. Those whose owners have to be counted stay known, however many others come.
+TEST_F(KeptBlocks, OwnersAreNotForgottenWhateverElseIsTaken)
+{
+    std::vector<HGLOBAL> shared, others;
+    for (HGLOBAL block; shareBlock(block = takeBlock(LARGE)); shared.push_back(block))
+        ASSERT_LT(shared.size(), 100u);
+    EXPECT_GE(shared.size(), 10u);
+    for (int n = 0; n < 100; ++n)
+        others.push_back(takeBlock(LARGE));
+    for (const HGLOBAL block : others)
+        releaseBlock(block);
+    for (const HGLOBAL block : shared) {
+        releaseBlock(block);
+        ASSERT_FALSE(isFreed(block));
+        releaseBlock(block);
+    }
+    releaseKeptBlocks();
+    for (const HGLOBAL block : shared)
+        EXPECT_TRUE(isFreed(block));
 }

@@ -6,7 +6,9 @@
 #include <functional>
 
 #include "canvas/pointer_input.h"
+#include "color/colour_adjustment.h"
 #include "image/bitmap_block.h"
+#include "image/kept_blocks.h"
 #include "image/packed_bitmap.h"
 #include "selection/geometry/frame_layout.h"
 #include "selection/clear_selection.h"
@@ -358,5 +360,96 @@ TEST_F(SelectionStates, ClearingEndsADragInEveryField)
         EXPECT_EQ(0u, session->selectionActive);
         EXPECT_TRUE(IsRectEmpty(&session->selectionRect));
         EXPECT_TRUE(showsPicture(image, picture));
+    }
+}
+
+// ---- large selections
+
+namespace {
+
+const std::vector<POINT> largeShape = {{20, 15}, {400, 30}, {410, 340}, {200, 180}, {30, 345}, {15, 60}};
+
+struct LargeSelection : SelectionStates {
+    // An operation does what it does to bitmaps of its own, and nothing to those that it started from.
+    void expectUnharmed(const std::function<void()>& run)
+    {
+        const SessionRecord& s = *session;
+        for (HGLOBAL SessionRecord::*kept : {&SessionRecord::selectionImageSource, &SessionRecord::selectionMaskSource,
+                                             &SessionRecord::referenceImageA, &SessionRecord::referenceMaskB}) {
+            const HGLOBAL block = s.*kept;
+            const Bytes before = bytesOf(block);
+            run();
+            if (s.*kept == block) {
+                EXPECT_EQ(before, bytesOf(block));
+            }
+        }
+    }
+
+    // What a colour step should show, from copies of the unadjusted bitmaps.
+    Bytes adjusted(const ColourValues& values)
+    {
+        const HGLOBAL shown = duplicateBitmap(session->selectionImageSource, 1);
+        const HGLOBAL mask = duplicateBitmap(session->selectionMaskSource, 1);
+        EXPECT_TRUE(applyColourAdjustment(session->selectionImageSource, shown, mask, mask, values));
+        const Bytes bytes = bytesOf(shown);
+        GlobalFree(shown);
+        GlobalFree(mask);
+        return bytes;
+    }
+};
+
+}  // namespace
+
+TEST_F(LargeSelection, ItsEqualBitmapsAreOneBlock)
+{
+    openPhoto(430, 360);
+    draw(largeShape);
+    const SessionRecord& s = *session;
+    for (const HGLOBAL image : {s.selectionImage, s.referenceImageA, s.referenceImageB})
+        EXPECT_EQ(s.selectionImageSource, image);
+    for (const HGLOBAL mask : {s.selectionMask, s.referenceMaskA, s.referenceMaskB})
+        EXPECT_EQ(s.selectionMaskSource, mask);
+    const HGLOBAL image = s.selectionImage;
+    clearSelection();
+    releaseKeptBlocks();
+    EXPECT_EQ((UINT)GMEM_INVALID_HANDLE, GlobalFlags(image));
+}
+
+TEST_F(LargeSelection, NoOperationWritesToASharedBlock)
+{
+    openPhoto(430, 360);
+    draw(largeShape);
+    const Bytes unadjusted = bytesOf(session->selectionImageSource);
+    expectUnharmed([&] { click(HIT_HUE_UP); });
+    EXPECT_EQ(adjusted({0, 0, 50, 12, 0}), bytesOf(session->selectionImage));
+    EXPECT_NE(unadjusted, bytesOf(session->selectionImage));
+    for (int n = 0; n < 4; ++n)
+        click(HIT_HUE_DOWN);
+    EXPECT_EQ(unadjusted, bytesOf(session->selectionImage));
+    for (const int hit : {HIT_FLIP_HORIZONTAL, HIT_FLIP_VERTICAL, HIT_LIFT_UP, HIT_APPLY})
+        expectUnharmed([&] { click(hit); });
+    expectUnharmed([&] { rotateSelectionBy(90); });
+    expectUnharmed([&] { resizeBy(3, -2); });
+    expectUnharmed([&] { dab({200, 180}, 40); });
+}
+
+TEST_F(LargeSelection, MemoryRunningOutChangesAllOfItOrNothing)
+{
+    const std::function<void()> steps[] = {
+        [&] { click(HIT_BRIGHTER); },
+        [&] { click(HIT_FLIP_VERTICAL); },
+        [&] { rotateSelectionBy(17); },
+    };
+    openPhoto(430, 360);
+    for (const std::function<void()>& step : steps) {
+        draw(largeShape);
+        const Bytes before = wholeSelection();
+        int refused = 0;
+        for (Bytes now = before; now == before && refused < 100; now = wholeSelection()) {
+            ++refused;
+            if (!runShortOfMemory(refused - 1, step)) break;
+        }
+        EXPECT_LT(1, refused);
+        EXPECT_NE(before, wholeSelection());
     }
 }
