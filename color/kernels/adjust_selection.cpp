@@ -5,6 +5,7 @@
 
 #include "color/kernels/adjust.h"
 #include "color/kernels/lift.h"
+#include "image/pixels/pixel_rows.h"
 #include "image/pixels/scarce_memory.h"
 
 // What only floating selections have, done after all else, in this order.
@@ -51,33 +52,60 @@ static void scaleRow(const uint8_t* sourceRow, int sourceWidth, uint8_t* targetR
     }
 }
 
-static void copyInside(const uint8_t* pixels, const uint8_t* mask, uint8_t* target, int width)
+// The inside pixels of a row, one run behind the other.
+static size_t gatherInside(const uint8_t* pixels, const uint8_t* mask, int width, uint8_t* line)
 {
-    for (int x = 0; x < width; ++x, pixels += 3, mask += 3, target += 3) {
-        if (mask[2] == 0) {
-            target[0] = pixels[0];
-            target[1] = pixels[1];
-            target[2] = pixels[2];
-        }
+    const PixelRows& rows = pixelRows();
+    size_t count = 0;
+    for (ptrdiff_t x = rows.findMask(mask, 0, width, true); x < width;) {
+        const ptrdiff_t end = rows.findMask(mask, x, width, false);
+        rows.copy(line + count * 3, pixels + x * 3, (size_t)(end - x) * 3);
+        count += (size_t)(end - x);
+        x = rows.findMask(mask, end, width, true);
     }
+    return count;
+}
+
+static void scatterInside(const uint8_t* line, const uint8_t* mask, int width, uint8_t* pixels)
+{
+    const PixelRows& rows = pixelRows();
+    for (ptrdiff_t x = rows.findMask(mask, 0, width, true); x < width;) {
+        const ptrdiff_t end = rows.findMask(mask, x, width, false);
+        rows.copy(pixels + x * 3, line, (size_t)(end - x) * 3);
+        line += (end - x) * 3;
+        x = rows.findMask(mask, end, width, true);
+    }
+}
+
+static void adjustInside(const ColourAdjustment& adjustment, const uint8_t* source, const uint8_t* mask, int width,
+                         uint8_t* target, uint8_t* line)
+{
+    const size_t count = gatherInside(source, mask, width, line);
+    if (count == 0) return;
+    adjustPixels(adjustment, line, line, count);
+    for (const SelectionStep& step : selectionSteps)
+        step.apply(line, count, adjustment.values.*step.value);
+    scatterInside(line, mask, width, target);
 }
 
 bool adjustSelection(const ColourAdjustment& adjustment, MaskedPixels source, MaskedPixels target)
 {
     const int width = target.pixels.width, height = target.pixels.height;
-    uint8_t* line = (uint8_t*)takeMemory((size_t)width * 3);
-    if (!line) return false;
+    const size_t lineBytes = (size_t)width * 3;
+    uint8_t* const lines = (uint8_t*)takeMemory(lineBytes * 2);
+    if (!lines) return false;
 
     for (int row = 0; row < height; ++row) {
         const int64_t sourceRow = sourceIndex(row, source.pixels.height, height);
-        uint8_t* maskRow = storedRow(target.mask, row);
-        scaleRow(storedRow(source.mask, sourceRow), source.mask.width, maskRow, width);
-        scaleRow(storedRow(source.pixels, sourceRow), source.pixels.width, line, width);
-        adjustPixels(adjustment, line, line, (size_t)width);
-        for (const SelectionStep& step : selectionSteps)
-            step.apply(line, (size_t)width, adjustment.values.*step.value);
-        copyInside(line, maskRow, storedRow(target.pixels, row), width);
+        const uint8_t *pixels = storedRow(source.pixels, sourceRow), *mask = storedRow(source.mask, sourceRow);
+        uint8_t* const targetMask = storedRow(target.mask, row);
+        if (mask != targetMask) scaleRow(mask, source.mask.width, targetMask, width);
+        if (source.pixels.width != width) {
+            scaleRow(pixels, source.pixels.width, lines, width);
+            pixels = lines;
+        }
+        adjustInside(adjustment, pixels, targetMask, width, storedRow(target.pixels, row), lines + lineBytes);
     }
-    free(line);
+    free(lines);
     return true;
 }
