@@ -3,26 +3,55 @@
 #include <cstring>
 
 #include "image/kept_blocks.h"
-#include "image/packed_bitmap.h"
+#include "image/pixels/pixel_ops.h"
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
+
+constexpr size_t WORTH_A_THREAD = 1024 * 1024;
 
 static bool lockBoth(KeptOriginal& kept)
 {
     kept.imageBytes = GlobalLock(kept.image);
     if (!kept.imageBytes) return false;
-    session->originalImage = duplicateBitmap(kept.image, 1);
-    kept.originalBytes = session->originalImage ? GlobalLock(session->originalImage) : nullptr;
     kept.size = GlobalSize(kept.image);
-    return kept.originalBytes && kept.size >= sizeof(BITMAPINFOHEADER);
+    if (kept.size < sizeof(BITMAPINFOHEADER)) return false;
+    session->originalImage = takeBlock(kept.size);
+    kept.originalBytes = session->originalImage ? GlobalLock(session->originalImage) : nullptr;
+    return kept.originalBytes != nullptr;
+}
+
+static DWORD WINAPI makeCopy(void* parameter)
+{
+    const KeptOriginal& kept = *(const KeptOriginal*)parameter;
+    copyBlock(kept.originalBytes, kept.imageBytes, kept.size);
+    return 0;
+}
+
+// Its fresh pages cost much more than the copy itself.
+static void startCopy(KeptOriginal& kept)
+{
+    if (kept.size >= WORTH_A_THREAD) kept.copying = CreateThread(nullptr, 0, makeCopy, &kept, 0, nullptr);
+    if (!kept.copying) makeCopy(&kept);
 }
 
 bool keepOriginal(HGLOBAL image)
 {
-    sessionExtras.kept = {image, nullptr, nullptr, 0};
-    if (lockBoth(sessionExtras.kept)) return true;
-    releaseOriginal();
-    return false;
+    sessionExtras.kept = {image, nullptr, nullptr, 0, nullptr};
+    if (!lockBoth(sessionExtras.kept)) {
+        releaseOriginal();
+        return false;
+    }
+    startCopy(sessionExtras.kept);
+    return true;
+}
+
+void completeOriginal()
+{
+    HANDLE& copying = sessionExtras.kept.copying;
+    if (!copying) return;
+    WaitForSingleObject(copying, INFINITE);
+    CloseHandle(copying);
+    copying = nullptr;
 }
 
 // Where the host's image lies now. The system is asked, since the host may have moved or freed its block; only
@@ -48,14 +77,16 @@ static bool isStillTheImage(const KeptOriginal& kept, const void* bytes)
 void giveBackOriginal()
 {
     const KeptOriginal& kept = sessionExtras.kept;
+    completeOriginal();
     if (!kept.originalBytes) return;
     void* const bytes = presentBytes(kept);
-    if (bytes && isStillTheImage(kept, bytes)) memcpy(bytes, kept.originalBytes, kept.size);
+    if (bytes && isStillTheImage(kept, bytes)) copyBlock(bytes, kept.originalBytes, kept.size);
 }
 
 void releaseOriginal()
 {
     KeptOriginal& kept = sessionExtras.kept;
+    completeOriginal();
     if (kept.imageBytes) GlobalUnlock(kept.image);
     if (kept.originalBytes) GlobalUnlock(session->originalImage);
     releaseBlock(session->originalImage);

@@ -60,11 +60,7 @@ static int copyBytes(HGLOBAL destination, HGLOBAL source, SIZE_T size)
 {
     const LockedBlock from(source), to(destination);
     if (!from || !to) return 0;
-    if (size >= LARGE_BLOCK) {
-        pixelRows().copyLarge((uint8_t*)to.bytes, (const uint8_t*)from.bytes, size);
-    } else {
-        memmove(to.bytes, from.bytes, size);
-    }
+    copyBlock(to.bytes, from.bytes, size);
     return 1;
 }
 

@@ -68,9 +68,11 @@ bool prepareSession(HWND dialog, const SessionArguments& arguments)
     setWindowProp(dialog, PROP_IMAGE, arguments.image);
     setWindowProp(dialog, PROP_ASPECT_WIDTH, (HANDLE)(INT_PTR)client.cx);
     setWindowProp(dialog, PROP_ASPECT_HEIGHT, (HANDLE)(INT_PTR)client.cy);
+    if (!keepOriginal(arguments.image)) return false;  // without it Close could not keep its promise
     placeDialog(dialog, *arguments.dialogRect, client);
-    if (!openPalette(dialog, *arguments.palettePos)) return false;
-    return keepOriginal(arguments.image);  // without the original, Close could not keep its promise
+    const bool opened = openPalette(dialog, *arguments.palettePos);
+    completeOriginal();
+    return opened;
 }
 
 // The host names its picture in its own title. Read without asking the window, which may belong to another thread.

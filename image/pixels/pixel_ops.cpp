@@ -24,6 +24,15 @@ BitsView bottomUpView(uint8_t* bottomRow, int width, int height, ptrdiff_t strid
     return {bottomRow + stride * (height - 1), -stride, width, height};
 }
 
+void copyBlock(void* to, const void* from, size_t bytes)
+{
+    if (bytes >= LARGE_BLOCK && to != from) {
+        pixelRows().copyLarge((uint8_t*)to, (const uint8_t*)from, bytes);
+    } else {
+        memmove(to, from, bytes);
+    }
+}
+
 void copyFromOffset(const BitsView& destination, const BitsView& source, int left, int top)
 {
     const int64_t right = std::min<int64_t>((int64_t)left + destination.width, source.width);

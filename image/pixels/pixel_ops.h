@@ -19,6 +19,9 @@ ClippedSpan clipSpan(int64_t position, int length, int limit);
 // A view of bottom-up rows; `bottomRow` is the first stored byte, `stride` the padded row size.
 BitsView bottomUpView(uint8_t* bottomRow, int width, int height, ptrdiff_t stride);
 
+// memmove; blocks larger than the caches, which must not overlap, are written past them.
+void copyBlock(void* to, const void* from, size_t bytes);
+
 // Fills the destination with the source's pixels from (left, top) on. Destination pixels whose source
 // would lie outside are left alone.
 void copyFromOffset(const BitsView& destination, const BitsView& source, int left, int top);

@@ -37,9 +37,10 @@ enum Leaving { LEAVING_UNDECIDED, LEAVING_CLOSED, LEAVING_SAVED };
 // The host's image and the session's originalImage, both locked: image/original_image.h.
 struct KeptOriginal {
     HGLOBAL image;
-    void* imageBytes;           // null when it is not locked
-    const void* originalBytes;  // null when it is not locked
-    size_t size;                // bytes of the original
+    void* imageBytes;     // null when it is not locked
+    void* originalBytes;  // null when it is not locked
+    size_t size;          // bytes of the original
+    HANDLE copying;       // the thread that makes the copy; null when it is made
 };
 
 // What is known of the settings file, so that nothing in it is overwritten that was not read and that the user

@@ -75,7 +75,9 @@ bool SessionFixture::openOn(HGLOBAL bitmap, SIZE client, bool visible)
     session->overlayEnabled = visible;
     session->mouseInside = 1;
     if (visible) UpdateWindow(canvas);
-    return keepOriginal(image);
+    const bool kept = keepOriginal(image);
+    completeOriginal();
+    return kept;
 }
 
 void SessionFixture::close()
