@@ -5,7 +5,6 @@
 #include <cstring>
 #include <vector>
 
-#include "canvas/pointer_input.h"
 #include "image/bitmap_block.h"
 #include "image/packed_bitmap.h"
 #include "selection/geometry/frame_layout.h"
@@ -13,40 +12,13 @@
 #include "selection/clear_selection.h"
 #include "selection/outline_brush_tool.h"
 #include "selection/selection.h"
-#include "selection/selection_operations.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_state.h"
 #include "selection/stored_selection.h"
-#include "tests/unit/windowed/session_fixture.h"
-
-namespace {
-
-struct SelectionTool : SessionFixture {
-    Dice dice = {7};
-    reference::Picture picture;
-
-    void openPhoto(int width, int height)
-    {
-        picture = randomPicture(dice, width, height);
-        ASSERT_TRUE(open(picture));
-        session->currentTool = TOOL_SELECTION;
-    }
-
-    void draw(const std::vector<POINT>& points)
-    {
-        pressButton(session->canvasWindow, points.front());
-        for (const POINT& point : points)
-            movePointer(session->canvasWindow, point, true);
-        releaseButton(session->canvasWindow, points.back());
-    }
-
-    void drawShape() { draw({{30, 20}, {80, 25}, {95, 60}, {60, 70}, {50, 45}, {25, 60}}); }
-
-    void click(int hit) { runSelectionOperation(session->canvasWindow, hit); }
-};
+#include "tests/unit/windowed/selection_tool_fixture.h"
 
 // The bytes of a block, for comparing whole bitmaps.
-std::vector<uint8_t> bytesOf(HGLOBAL block)
+static std::vector<uint8_t> bytesOf(HGLOBAL block)
 {
     const uint8_t* bytes = (const uint8_t*)GlobalLock(block);
     if (!bytes) return {};
@@ -55,19 +27,19 @@ std::vector<uint8_t> bytesOf(HGLOBAL block)
     return copy;
 }
 
-COLORREF colourAt(HGLOBAL image, int x, int y)
+static COLORREF colourAt(HGLOBAL image, int x, int y)
 {
     COLORREF colour = 0xFFFFFFFF;
     getPixelColour(image, x, y, &colour);
     return colour;
 }
 
-bool insideMask(int x, int y)
+static bool insideMask(int x, int y)
 {
     return (colourAt(session->selectionMask, x, y) & 0xFF) == 0;
 }
 
-int insideCount()
+static int insideCount()
 {
     int count = 0;
     const RECT& r = session->selectionRect;
@@ -88,14 +60,14 @@ struct Snapshot {
     }
 };
 
-Snapshot snapshot()
+static Snapshot snapshot()
 {
     return {bytesOf(session->selectionImage), bytesOf(session->selectionMask), bytesOf(session->selectionImageSource),
             bytesOf(session->selectionMaskSource), session->selectionRect};
 }
 
 // The picture with the floating pixels laid in at the selection's place, clipped to it.
-reference::Picture withSelection(reference::Picture picture)
+static reference::Picture withSelection(reference::Picture picture)
 {
     const RECT& r = session->selectionRect;
     for (int y = r.top; y < r.bottom; ++y) {
@@ -111,8 +83,6 @@ reference::Picture withSelection(reference::Picture picture)
     }
     return picture;
 }
-
-}  // namespace
 
 TEST_F(SelectionTool, LiftsThePixelsInsideAndLeavesTheImage)
 {
@@ -431,110 +401,4 @@ TEST_F(SelectionTool, CuttingEveryPointAwayClearsTheSelection)
     releaseButton(session->canvasWindow, {52, 44});
     EXPECT_TRUE(IsRectEmpty(&session->selectionRect));
     EXPECT_TRUE(showsPicture(image, picture));
-}
-
-// ---- cursors
-
-namespace {
-
-struct CursorOfHit {
-    int hit;
-    LPCSTR system;  // or
-    int resource;
-};
-
-const CursorOfHit cursorsOfHits[] = {
-    {1, nullptr, 15002},
-    {3, nullptr, 106},
-    {6, nullptr, 118},
-    {7, nullptr, 116},
-    {8, nullptr, 122},
-    {9, nullptr, 120},
-    {10, (LPCSTR)IDC_SIZEWE, 0},
-    {11, (LPCSTR)IDC_SIZEWE, 0},
-    {12, (LPCSTR)IDC_SIZENS, 0},
-    {13, (LPCSTR)IDC_SIZENWSE, 0},
-    {14, (LPCSTR)IDC_SIZENESW, 0},
-    {15, (LPCSTR)IDC_SIZENS, 0},
-    {16, (LPCSTR)IDC_SIZENESW, 0},
-    {17, (LPCSTR)IDC_SIZENWSE, 0},
-    {101, nullptr, 126},
-    {102, nullptr, 130},
-    {103, nullptr, 132},
-    {104, nullptr, 134},
-    {105, nullptr, 136},
-    {106, nullptr, 140},
-    {107, nullptr, 138},
-    {108, nullptr, 128},
-    {109, nullptr, 144},
-    {110, nullptr, 129},
-};
-
-// The first pixel of the frame that has the hit code.
-POINT pixelOfHit(int hit)
-{
-    const PixelRect inner = pixelRectOf(session->frameInnerRect), outer = pixelRectOf(session->frameOuterRect);
-    for (int y = outer.top; y < outer.bottom; ++y)
-        for (int x = outer.left; x < outer.right; ++x)
-            if (hitTestFrame(inner, outer, frameButtons(), frameBand(), {x, y}) == hit) return {x, y};
-    ADD_FAILURE() << "no pixel has hit code " << hit;
-    return {0, 0};
-}
-
-bool pointerIsAt(POINT wanted)
-{
-    POINT now;
-    return GetCursorPos(&now) && now.x == wanted.x && now.y == wanted.y;
-}
-
-// What the canvas chooses with the pointer at the screen point; false when it was not there all the time.
-bool choiceAt(POINT wanted, HCURSOR* chosen)
-{
-    if (!pointerIsAt(wanted)) return false;
-    SetCursor(nullptr);
-    *chosen = setSelectionCursor(session->canvasWindow) ? GetCursor() : nullptr;
-    return pointerIsAt(wanted);
-}
-
-// What the canvas chooses with the pointer there; 0 when it leaves the choice to the window class. Late reports of the
-// display carry the pointer to where it was and back again, even between two looks: only a choice that has come
-// several times without a move in between is one.
-HCURSOR cursorAt(POINT pixel)
-{
-    constexpr int TIMES = 4;
-    POINT wanted = pixel;
-    ClientToScreen(session->canvasWindow, &wanted);
-    HCURSOR last = nullptr;
-    for (int same = 0; same < TIMES;) {
-        HCURSOR chosen = nullptr;
-        const bool there = choiceAt(wanted, &chosen);
-        if (!there) SetCursorPos(wanted.x, wanted.y);
-        same = !there ? 0 : chosen == last ? same + 1 : 1;
-        last = chosen;
-    }
-    return last;
-}
-
-}  // namespace
-
-TEST_F(SelectionTool, EveryPartOfTheFrameHasItsCursor)
-{
-    ModuleHome home;
-    ASSERT_TRUE(moveModuleHome(&home));
-    picture = randomPicture(dice, 300, 250);
-    ASSERT_TRUE(open(picture, {0, 0}, true));
-    session->currentTool = TOOL_SELECTION;
-    draw({{60, 50}, {240, 50}, {240, 200}, {60, 200}});
-    for (const CursorOfHit& row : cursorsOfHits) {
-        SCOPED_TRACE(row.hit);
-        const HCURSOR expected =
-            row.system ? LoadCursorA(nullptr, row.system) : LoadCursorA(home.module, MAKEINTRESOURCEA(row.resource));
-        ASSERT_NE(nullptr, expected);
-        EXPECT_EQ(expected, cursorAt(pixelOfHit(row.hit)));
-    }
-    EXPECT_EQ(nullptr, cursorAt({5, 5})) << "outside the frame the tool's own cursor shows";
-    session->currentTool = TOOL_OUTLINE_BRUSH;
-    EXPECT_EQ(nullptr, cursorAt({150, 120}));
-    close();
-    leaveModuleHome(&home);
 }
