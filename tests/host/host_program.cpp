@@ -172,7 +172,7 @@ std::wstring textIn(HWND box)
 
 // An absolute input event moves only the system's pointer. SetCursorPos would take the display's along, which Wine
 // hears of a little later, once at the old place: the button would at times go down there.
-static void sendMouse(DWORD flags, POINT at)
+void sendMouse(DWORD flags, POINT at)
 {
     const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
     INPUT input = {};

@@ -47,6 +47,9 @@ bool answerBox(const HostProgram& program, int button);
 // All text in a message box.
 std::wstring textIn(HWND box);
 
+// An input event of the real pointer at a point of the screen; flags as for mouse_event, 0 for a move.
+void sendMouse(DWORD flags, POINT at);
+
 // A press of the left button in the middle of a window, by the real pointer.
 void clickOn(HWND window);
 

@@ -1,6 +1,6 @@
 // The worked hosts of the documentation, each a program of its own: a photo goes in, the real pointer paints a stroke,
 // Save or Close is pressed, and what the host leaves behind is looked at.
-#include "tests/host/test_folder.h"
+#include "tests/host/host_program.h"
 #include "tests/session/pointer_guard.h"
 
 #include <gtest/gtest.h>
@@ -8,14 +8,11 @@
 
 #include <functional>
 
-namespace {
-
 constexpr int WIDTH = 50, HEIGHT = 35;  // shown exactly 20 times as large by every host
 constexpr size_t HEADER_SIZE = 54, ROW_BYTES = 152;
-constexpr int BRUSH_BUTTON = 117, CLOSE_BUTTON = 2, SAVE_BUTTON = 8;
 constexpr COLORREF PAINT_COLOUR = 0x00C0C0FF;  // what Brush starts with
 
-std::vector<uint8_t> photo()
+static std::vector<uint8_t> photo()
 {
     std::vector<uint8_t> file(HEADER_SIZE + ROW_BYTES * HEIGHT);
     BITMAPFILEHEADER head = {0x4D42, (DWORD)file.size(), 0, 0, (DWORD)HEADER_SIZE};
@@ -27,31 +24,10 @@ std::vector<uint8_t> photo()
     return file;
 }
 
-COLORREF pixelOf(const std::vector<uint8_t>& file, int x, int y)
+static COLORREF pixelOf(const std::vector<uint8_t>& file, int x, int y)
 {
     const uint8_t* at = &file[HEADER_SIZE + ROW_BYTES * (size_t)(HEIGHT - 1 - y) + 3 * (size_t)x];
     return RGB(at[2], at[1], at[0]);
-}
-
-bool waitUntil(const char* what, const std::function<bool()>& holds)
-{
-    const DWORD start = GetTickCount();
-    while (!holds()) {
-        if (GetTickCount() - start > 30000) {
-            ADD_FAILURE() << "waited in vain: " << what;
-            return false;
-        }
-        Sleep(10);
-    }
-    return true;
-}
-
-std::wstring programFolder()
-{
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring folder = path;
-    return folder.substr(0, folder.find_last_of(L'\\') + 1);
 }
 
 struct Program {
@@ -73,7 +49,7 @@ struct Program {
 };
 
 // Runs in the folder; what the program says goes to said.txt there.
-void start(Program* program, const std::wstring& path, const std::wstring& argument, const TestFolder& folder)
+static void start(Program* program, const std::wstring& path, const std::wstring& argument, const TestFolder& folder)
 {
     std::wstring line = L"\"" + path + L"\" \"" + argument + L"\"";
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
@@ -87,7 +63,7 @@ void start(Program* program, const std::wstring& path, const std::wstring& argum
     CloseHandle(startup.hStdOutput);
 }
 
-std::string said(const TestFolder& folder)
+static std::string said(const TestFolder& folder)
 {
     const std::vector<uint8_t> bytes = readBytes(folder.path + L"said.txt");
     return std::string(bytes.begin(), bytes.end());
@@ -98,7 +74,7 @@ struct Editor {
     HWND canvas, palette;
 };
 
-BOOL CALLBACK findParts(HWND window, LPARAM parameter)
+static BOOL CALLBACK findParts(HWND window, LPARAM parameter)
 {
     Editor* editor = (Editor*)parameter;
     DWORD process;
@@ -109,7 +85,7 @@ BOOL CALLBACK findParts(HWND window, LPARAM parameter)
     return TRUE;
 }
 
-bool openedBy(const Program& program, Editor* editor)
+static bool openedBy(const Program& program, Editor* editor)
 {
     return waitUntil("the editor opens",
                      [&] {
@@ -121,31 +97,8 @@ bool openedBy(const Program& program, Editor* editor)
            editor->canvas;
 }
 
-// An absolute input event moves only the system's pointer. SetCursorPos would take the display's along, which Wine
-// hears of a little later, once at the old place: the button would at times go down there.
-void sendMouse(DWORD flags, POINT at)
-{
-    const int screenWidth = GetSystemMetrics(SM_CXSCREEN), screenHeight = GetSystemMetrics(SM_CYSCREEN);
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-    input.mi.dx = (LONG)(((LONGLONG)at.x * 65536 + screenWidth - 1) / screenWidth);
-    input.mi.dy = (LONG)(((LONGLONG)at.y * 65536 + screenHeight - 1) / screenHeight);
-    SendInput(1, &input, sizeof input);
-}
-
-void click(HWND window)
-{
-    RECT box;
-    GetWindowRect(window, &box);
-    const POINT middle = {(box.left + box.right) / 2, (box.top + box.bottom) / 2};
-    sendMouse(0, middle);
-    sendMouse(MOUSEEVENTF_LEFTDOWN, middle);
-    sendMouse(MOUSEEVENTF_LEFTUP, middle);
-}
-
 // The middle of an image pixel on the screen.
-POINT onScreen(const Editor& editor, int x, int y)
+static POINT onScreen(const Editor& editor, int x, int y)
 {
     RECT client;
     GetClientRect(editor.canvas, &client);
@@ -154,7 +107,7 @@ POINT onScreen(const Editor& editor, int x, int y)
     return at;
 }
 
-bool shows(POINT at, COLORREF colour)
+static bool shows(POINT at, COLORREF colour)
 {
     const HDC screen = GetDC(nullptr);
     const COLORREF shown = GetPixel(screen, at.x, at.y);
@@ -163,10 +116,10 @@ bool shows(POINT at, COLORREF colour)
 }
 
 // A stroke of the brush as it is at the start, 16 pixels wide, along the middle row.
-bool paintStroke(const Editor& editor)
+static bool paintStroke(const Editor& editor)
 {
     const HWND brush = GetDlgItem(editor.palette, BRUSH_BUTTON);
-    click(brush);
+    clickOn(brush);
     if (!waitUntil("Brush is chosen", [&] { return SendMessageA(brush, BM_GETCHECK, 0, 0) == BST_CHECKED; }))
         return false;
     const POINT from = onScreen(editor, 15, 17), to = onScreen(editor, 35, 17);
@@ -194,7 +147,7 @@ struct GuardedPointer : testing::Environment {
         guardPointer();
     }
 };
-const testing::Environment* const guardedPointer = testing::AddGlobalTestEnvironment(new GuardedPointer);
+static const testing::Environment* const guardedPointer = testing::AddGlobalTestEnvironment(new GuardedPointer);
 
 class WorkedHost : public testing::TestWithParam<const char*> {
 protected:
@@ -204,7 +157,7 @@ protected:
         const std::string name = GetParam();
         const std::wstring program(name.begin(), name.end());
         for (const std::wstring& file : {program, std::wstring(L"KOVRTCH32.dll"), std::wstring(L"KOVCTRL32.dll")})
-            writeBytes(folder.path + file, readBytes(programFolder() + file));
+            writeBytes(folder.path + file, readBytes(folderOfPrograms() + file));
         return folder.path + program;
     }
     TestFolder folder;
@@ -212,15 +165,13 @@ protected:
     Editor editor = {};
 };
 
-}  // namespace
-
 TEST_P(WorkedHost, SavesWhatWasPainted)
 {
     writeBytes(folder.path + L"photo.bmp", photo());
     start(&program, path(), L"photo.bmp", folder);
     ASSERT_TRUE(openedBy(program, &editor)) << said(folder);
     ASSERT_TRUE(paintStroke(editor));
-    click(GetDlgItem(editor.palette, SAVE_BUTTON));
+    clickOn(GetDlgItem(editor.palette, SAVE_BUTTON));
     EXPECT_EQ(program.exitCode(), 0) << said(folder);
     EXPECT_NE(said(folder).find("Saved: retouched.bmp"), std::string::npos);
 
@@ -242,7 +193,7 @@ TEST_P(WorkedHost, WritesNothingAfterClose)
     start(&program, path(), L"photo.bmp", folder);
     ASSERT_TRUE(openedBy(program, &editor)) << said(folder);
     ASSERT_TRUE(paintStroke(editor));
-    click(GetDlgItem(editor.palette, CLOSE_BUTTON));
+    clickOn(GetDlgItem(editor.palette, CLOSE_BUTTON));
     EXPECT_EQ(program.exitCode(), 1) << said(folder);
     EXPECT_NE(said(folder).find("Nothing saved."), std::string::npos);
     EXPECT_TRUE(readBytes(folder.path + L"retouched.bmp").empty());
@@ -261,22 +212,18 @@ TEST_P(WorkedHost, RefusesWhatIsNoSuchPhoto)
 INSTANTIATE_TEST_SUITE_P(Documented, WorkedHost, testing::Values(WORKED_HOSTS),
                          [](const auto& info) { return std::string(info.param, strlen(info.param) - 4); });
 
-namespace {
-
 // A folder with the host and its libraries, of which something is wrong with KOVCTRL32.dll.
-std::string saidWithControlLibrary(const std::vector<uint8_t>& controlLibrary, int* code)
+static std::string saidWithControlLibrary(const std::vector<uint8_t>& controlLibrary, int* code)
 {
     TestFolder folder;
     for (const wchar_t* name : {L"host_cpp.exe", L"KOVRTCH32.dll"})
-        writeBytes(folder.path + name, readBytes(programFolder() + name));
+        writeBytes(folder.path + name, readBytes(folderOfPrograms() + name));
     if (!controlLibrary.empty()) writeBytes(folder.path + L"KOVCTRL32.dll", controlLibrary);
     Program program;
     start(&program, folder.path + L"host_cpp.exe", L"photo.bmp", folder);
     *code = program.exitCode();
     return said(folder);
 }
-
-}  // namespace
 
 TEST(IncompleteInstallation, NamesTheMissingControlLibrary)
 {
@@ -288,7 +235,7 @@ TEST(IncompleteInstallation, NamesTheMissingControlLibrary)
 
 TEST(IncompleteInstallation, NamesTheControlLibraryOfAnotherNumberOfBits)
 {
-    std::vector<uint8_t> library = readBytes(programFolder() + L"KOVCTRL32.dll");
+    std::vector<uint8_t> library = readBytes(folderOfPrograms() + L"KOVCTRL32.dll");
     IMAGE_NT_HEADERS* headers = (IMAGE_NT_HEADERS*)&library[(size_t)((IMAGE_DOS_HEADER*)&library[0])->e_lfanew];
     const bool is64 = headers->FileHeader.Machine == IMAGE_FILE_MACHINE_AMD64;
     headers->FileHeader.Machine = is64 ? IMAGE_FILE_MACHINE_I386 : IMAGE_FILE_MACHINE_AMD64;
@@ -300,16 +247,14 @@ TEST(IncompleteInstallation, NamesTheControlLibraryOfAnotherNumberOfBits)
 }
 
 // What lies in the zip for users, unpacked by check_package.sh, which names the folders.
-namespace {
-
-std::wstring folderNamedBy(const wchar_t* variable)
+static std::wstring folderNamedBy(const wchar_t* variable)
 {
     wchar_t path[MAX_PATH] = {};
     EXPECT_NE(GetEnvironmentVariableW(variable, path, MAX_PATH), 0u);
     return std::wstring(path) + L"\\";
 }
 
-void paintAndSave(const std::wstring& program, const wchar_t* result)
+static void paintAndSave(const std::wstring& program, const wchar_t* result)
 {
     TestFolder folder;
     writeBytes(folder.path + L"photo.bmp", photo());
@@ -318,14 +263,12 @@ void paintAndSave(const std::wstring& program, const wchar_t* result)
     start(&running, program, L"photo.bmp", folder);
     ASSERT_TRUE(openedBy(running, &editor)) << said(folder);
     const HWND brush = GetDlgItem(editor.palette, BRUSH_BUTTON);
-    click(brush);
+    clickOn(brush);
     waitUntil("Brush is chosen", [&] { return SendMessageA(brush, BM_GETCHECK, 0, 0) == BST_CHECKED; });
-    click(GetDlgItem(editor.palette, SAVE_BUTTON));
+    clickOn(GetDlgItem(editor.palette, SAVE_BUTTON));
     EXPECT_EQ(running.exitCode(), 0) << said(folder);
     EXPECT_EQ(readBytes(folder.path + result).size(), photo().size());
 }
-
-}  // namespace
 
 TEST(DISABLED_Package, RetouchRunsFromAFolderOfAnyName)
 {

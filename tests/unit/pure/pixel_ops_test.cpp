@@ -84,6 +84,15 @@ TEST(PixelOps, PasteOverBothSidesIsCutToTheDestination)
 class PixelRowsTest : public VectorLevels {};
 FOR_EACH_VECTOR_LEVEL(PixelRowsTest);
 
+static void expectMerged(const reference::Picture& source, const reference::Picture& mask, reference::Picture expected,
+                         int left, int top)
+{
+    StoredImage from(source), through(mask), to(expected);
+    referencePasteMasked(expected, source, mask, left, top);
+    mergeMasked(to.view(), from.view(), through.view(), left, top);
+    expectImage(expected, to);
+}
+
 TEST_P(PixelRowsTest, MergeMaskedMatchesTheReferenceEverywhere)
 {
     std::mt19937 random(14);
@@ -91,12 +100,9 @@ TEST_P(PixelRowsTest, MergeMaskedMatchesTheReferenceEverywhere)
         const int width = 1 + (int)(random() % 12), height = 1 + (int)(random() % 6);
         const reference::Picture source = randomReference(random, width, height);
         const reference::Picture mask = randomMask(random, width, height);
-        reference::Picture expected = randomReference(random, 1 + random() % 12, 1 + random() % 9);
-        StoredImage from(source), through(mask), to(expected);
+        const reference::Picture onto = randomReference(random, 1 + random() % 12, 1 + random() % 9);
         const int left = (int)(random() % 30) - 15, top = (int)(random() % 24) - 12;
-        referencePasteMasked(expected, source, mask, left, top);
-        mergeMasked(to.view(), from.view(), through.view(), left, top);
-        expectImage(expected, to);
+        expectMerged(source, mask, onto, left, top);
     }
 }
 
@@ -125,12 +131,9 @@ TEST_P(PixelRowsTest, MergeOfLongRunsMatchesTheReference)
         const int width = 1 + (int)(random() % 130), height = 1 + (int)(random() % 4);
         const reference::Picture source = randomReference(random, width, height);
         const reference::Picture mask = maskOfRuns(random, width, height);
-        reference::Picture expected = randomReference(random, 1 + random() % 150, 1 + random() % 6);
-        StoredImage from(source), through(mask), to(expected);
+        const reference::Picture onto = randomReference(random, 1 + random() % 150, 1 + random() % 6);
         const int left = (int)(random() % 60) - 30, top = (int)(random() % 8) - 4;
-        referencePasteMasked(expected, source, mask, left, top);
-        mergeMasked(to.view(), from.view(), through.view(), left, top);
-        expectImage(expected, to);
+        expectMerged(source, mask, onto, left, top);
     }
 }
 

@@ -109,23 +109,31 @@ static void randomStroke(UndoHistory& test)
     release(test.model, dice.between(0, width), dice.between(0, height));
 }
 
+// Of ten steps so many are strokes, and so many of the rest take one back.
+static void randomSteps(UndoHistory& test, int steps, int strokes, int undos)
+{
+    chooseBrush(test.model, randomBrush(test.dice));
+    for (int step = 0; step < steps; ++step) {
+        const int kind = test.dice.upTo(9);
+        if (kind < strokes) {
+            randomStroke(test);
+        } else {
+            ASSERT_TRUE(kind < strokes + undos ? test.undo() : test.redo());
+        }
+        ASSERT_TRUE(test.same()) << "step " << step;
+        ASSERT_EQ(test.model.position, session->undoPosition) << "step " << step;
+        ASSERT_EQ((int)test.model.steps.size(), session->undoCount);
+    }
+}
+
 TEST_F(UndoHistory, ThousandsOfRandomStepsEqualTheModel)
 {
     for (uint64_t seed = 1; seed <= 120; ++seed) {
         dice = {seed};
         ASSERT_TRUE(start(dice.between(1, 40), dice.between(1, 30)));
-        chooseBrush(model, randomBrush(dice));
-        for (int step = 0; step < 40; ++step) {
-            const int kind = dice.upTo(9);
-            if (kind < 5) {
-                randomStroke(*this);
-            } else {
-                ASSERT_TRUE(kind < 8 ? undo() : redo());
-            }
-            ASSERT_TRUE(same()) << "seed " << seed << " step " << step;
-            ASSERT_EQ(model.position, session->undoPosition) << "seed " << seed << " step " << step;
-            ASSERT_EQ((int)model.steps.size(), session->undoCount);
-        }
+        SCOPED_TRACE(seed);
+        randomSteps(*this, 40, 5, 3);
+        if (HasFatalFailure()) return;
         close();
     }
 }
@@ -162,16 +170,9 @@ TEST_F(UndoHistory, RandomStepsOnLargerImagesEqualTheModel)
     for (uint64_t seed = 1; seed <= 12; ++seed) {
         dice = {seed};
         ASSERT_TRUE(start(dice.between(100, 330), dice.between(100, 250)));
-        chooseBrush(model, randomBrush(dice));
-        for (int step = 0; step < 25; ++step) {
-            const int kind = dice.upTo(9);
-            if (kind < 6) {
-                randomStroke(*this);
-            } else {
-                ASSERT_TRUE(kind < 9 ? undo() : redo());
-            }
-            ASSERT_TRUE(same()) << "seed " << seed << " step " << step;
-        }
+        SCOPED_TRACE(seed);
+        randomSteps(*this, 25, 6, 3);
+        if (HasFatalFailure()) return;
         close();
     }
 }
