@@ -2,6 +2,7 @@
 #include <stdint.h>
 
 #include "controls/kovctrl32.h"
+#include "controls/locked_dib.h"
 
 // The picture that follows the pointer: a borderless window in the picture's shape.
 struct DragPicture {
@@ -186,10 +187,7 @@ static int dragLocked(HWND dialog, const BITMAPINFOHEADER* header, const RECT& r
 int WINAPI dragBitmap(HWND dialog, HGLOBAL bitmap, const RECT* rect, POINT grab, COLORREF background)
 {
     if (!IsWindow(dialog) || !bitmap || !rect || IsRectEmpty(rect) || !leftButtonDown()) return 0;
-    const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(bitmap);
-    if (!header) return 0;
-    int dropped = 0;
-    if (soundBitmap(header, GlobalSize(bitmap))) dropped = dragLocked(dialog, header, *rect, grab, background);
-    GlobalUnlock(bitmap);
-    return dropped;
+    const LockedDib locked(bitmap);
+    if (!locked.header || !soundBitmap(locked.header, GlobalSize(bitmap))) return 0;
+    return dragLocked(dialog, locked.header, *rect, grab, background);
 }

@@ -1,22 +1,21 @@
 #include "host/host_face.h"
 
+#include "host/locked_photo.h"
 #include "host/placement.h"
 
 #include <algorithm>
 
-namespace {
-
 // In heights of a line of text.
 constexpr int PANEL_WIDTH = 26, PANEL_BORDER = 2;
 
-int lineHeight(HFONT font)
+static int lineHeight(HFONT font)
 {
     LOGFONTW description = {};
     GetObjectW(font, sizeof description, &description);
     return std::max(std::abs((int)description.lfHeight), 8) * 4 / 3;
 }
 
-SIZE sizeOfText(HFONT font, const std::wstring& text, int width)
+static SIZE sizeOfText(HFONT font, const std::wstring& text, int width)
 {
     HDC screen = GetDC(nullptr);
     HGDIOBJ before = SelectObject(screen, font);
@@ -31,7 +30,7 @@ struct Panel {
     RECT box, text, bar;
 };
 
-Panel panelOf(const HostFace& face, const RECT& client)
+static Panel panelOf(const HostFace& face, const RECT& client)
 {
     const RECT room = roomAboveStatus(face, client);
     const int line = lineHeight(face.largeFont), border = PANEL_BORDER * line;
@@ -45,7 +44,7 @@ Panel panelOf(const HostFace& face, const RECT& client)
             {left, top + text.cy + line, left + width, top + height}};
 }
 
-void paintPanel(const HostFace& face, HDC dc, const RECT& client)
+static void paintPanel(const HostFace& face, HDC dc, const RECT& client)
 {
     Panel panel = panelOf(face, client);
     FillRect(dc, &panel.box, GetSysColorBrush(COLOR_BTNFACE));
@@ -55,20 +54,19 @@ void paintPanel(const HostFace& face, HDC dc, const RECT& client)
     DrawTextW(dc, face.panel.c_str(), -1, &panel.text, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX | DT_EDITCONTROL);
 }
 
-void paintPicture(HGLOBAL picture, HDC dc, const RECT& room)
+static void paintPicture(HGLOBAL picture, HDC dc, const RECT& room)
 {
-    const BITMAPINFO* info = (const BITMAPINFO*)GlobalLock(picture);
+    const LockedPhoto locked(picture);
+    const BITMAPINFO* info = (const BITMAPINFO*)locked.header;
     const int width = info->bmiHeader.biWidth, height = info->bmiHeader.biHeight;
     const ScreenSize size =
         clientSizeFor({width, height}, {(int)(room.right - room.left), (int)(room.bottom - room.top)});
     SetStretchBltMode(dc, HALFTONE);
     StretchDIBits(dc, (room.left + room.right - size.width) / 2, (room.top + room.bottom - size.height) / 2, size.width,
-                  size.height, 0, 0, width, height, (const BYTE*)info + info->bmiHeader.biSize, info, DIB_RGB_COLORS,
-                  SRCCOPY);
-    GlobalUnlock(picture);
+                  size.height, 0, 0, width, height, locked.bits(), info, DIB_RGB_COLORS, SRCCOPY);
 }
 
-void paintStatus(const HostFace& face, HDC dc, const RECT& client)
+static void paintStatus(const HostFace& face, HDC dc, const RECT& client)
 {
     RECT strip = client;
     strip.top = roomAboveStatus(face, client).bottom;
@@ -82,8 +80,6 @@ void paintStatus(const HostFace& face, HDC dc, const RECT& client)
     strip.right -= face.waiting.empty() ? 0 : sizeOfText(face.font, face.waiting + L"  ", 1 << 20).cx;
     DrawTextW(dc, face.status.c_str(), -1, &strip, format);
 }
-
-}  // namespace
 
 void renewFonts(HostFace* face)
 {

@@ -3,6 +3,7 @@
 #include "host/codecs/jpeg_file.h"
 #include "host/host_window.h"
 #include "host/library.h"
+#include "host/locked_photo.h"
 #include "host/open_photo.h"
 #include "host/rescue.h"
 #include "host/safe_file.h"
@@ -10,17 +11,17 @@
 #include "host/texts.h"
 #include "host/work_record.h"
 
-namespace {
+#include <algorithm>
 
 // What speaks of the command line's options is in English, as they are.
-ExitCode refuse(const wchar_t* why, const std::wstring& output)
+static ExitCode refuse(const wchar_t* why, const std::wstring& output)
 {
     complain(why + output);
     return exitCannotWrite;
 }
 
 // Everything that would make writing fail is found before the user has put work into the photo.
-ExitCode checkOutput(const std::wstring& photo, const std::wstring& output, bool overwrite)
+static ExitCode checkOutput(const std::wstring& photo, const std::wstring& output, bool overwrite)
 {
     if (formatOfName(output) == PhotoFormat::Unknown) {
         complain(L"Only jpg, png, tif and bmp files can be written, not: " + output);
@@ -43,14 +44,17 @@ ExitCode checkOutput(const std::wstring& photo, const std::wstring& output, bool
     return exitSaved;
 }
 
+static LONG longestSide(HGLOBAL image)
+{
+    const LockedPhoto photo(image);
+    return std::max(photo.header->biWidth, photo.header->biHeight);
+}
+
 // What the photo itself decides, found before the user has put work into it.
-ExitCode checkLosses(const SaveRequest& request, bool overwritesPhoto, bool flatten)
+static ExitCode checkLosses(const SaveRequest& request, bool overwritesPhoto, bool flatten)
 {
     const PhotoFormat format = formatOfName(request.output);
-    const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(request.image);
-    const LONG longest = header->biWidth > header->biHeight ? header->biWidth : header->biHeight;
-    GlobalUnlock(request.image);
-    if (format == PhotoFormat::Jpeg && longest > JPEG_LONGEST_SIDE) {
+    if (format == PhotoFormat::Jpeg && longestSide(request.image) > JPEG_LONGEST_SIDE) {
         complain(sentence(TEXT_ERROR_SIDE));
         return exitCannotWrite;
     }
@@ -64,7 +68,7 @@ ExitCode checkLosses(const SaveRequest& request, bool overwritesPhoto, bool flat
     return exitSaved;
 }
 
-ExitCode complainAboutLibrary(const Library& library)
+static ExitCode complainAboutLibrary(const EditorLibrary& library)
 {
     if (library.fault == LibraryFault::Missing)
         complain(sentence(TEXT_ERROR_LIBRARY_MISSING, library.faulty, programFolder()));
@@ -76,7 +80,7 @@ ExitCode complainAboutLibrary(const Library& library)
 }
 
 // exitSaved: the image holds the edited photo.
-ExitCode runRecordedSession(const Library& library, const SaveRequest& request)
+static ExitCode runRecordedSession(const EditorLibrary& library, const SaveRequest& request)
 {
     if (!hostWindow()) {
         complain(sentence(TEXT_ERROR_NO_WINDOW));
@@ -92,7 +96,7 @@ ExitCode runRecordedSession(const Library& library, const SaveRequest& request)
     return exitNothingSaved;
 }
 
-ExitCode editAndSave(const Library& library, bool asking, SaveRequest* request)
+static ExitCode editAndSave(const EditorLibrary& library, bool asking, SaveRequest* request)
 {
     ExitCode code = runRecordedSession(library, *request);
     if (code == exitSaved) code = asking ? saveAsking(request, false) : savePhoto(*request);
@@ -101,7 +105,7 @@ ExitCode editAndSave(const Library& library, bool asking, SaveRequest* request)
 }
 
 // The rescued picture takes the place of the photo's own pixels, so that what is known of its file is kept.
-bool openRescued(const AbandonedWork& work, SaveRequest* request)
+static bool openRescued(const AbandonedWork& work, SaveRequest* request)
 {
     SourcePhoto rescued;
     if (openPhoto(work.picture, &request->image, &rescued) != exitSaved) return false;
@@ -112,10 +116,10 @@ bool openRescued(const AbandonedWork& work, SaveRequest* request)
     return true;
 }
 
-void goOnWith(const AbandonedWork& work)
+static void goOnWith(const AbandonedWork& work)
 {
     SaveRequest request = {};
-    const Library library = loadLibraryBeside();
+    const EditorLibrary library = loadLibraryBeside();
     if (!library.retouch) {
         complainAboutLibrary(library);
         return;
@@ -129,7 +133,7 @@ void goOnWith(const AbandonedWork& work)
     FreeLibrary(library.module);
 }
 
-SaveRequest requestFor(const PhotoTask& task)
+static SaveRequest requestFor(const PhotoTask& task)
 {
     SaveRequest request = {};
     request.replace = task.overwrite;
@@ -141,7 +145,7 @@ SaveRequest requestFor(const PhotoTask& task)
 }
 
 // The photo first: that it is missing matters more than where the result would go.
-ExitCode checkTask(const PhotoTask& task, const SaveRequest& request)
+static ExitCode checkTask(const PhotoTask& task, const SaveRequest& request)
 {
     const DWORD attributes = GetFileAttributesW(task.photo.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES && GetLastError() != ERROR_ACCESS_DENIED)
@@ -150,7 +154,7 @@ ExitCode checkTask(const PhotoTask& task, const SaveRequest& request)
     return opens && !task.ask ? checkOutput(task.photo, request.output, task.overwrite) : exitSaved;
 }
 
-ExitCode openAndEdit(const Library& library, const PhotoTask& task, SaveRequest* request)
+static ExitCode openAndEdit(const EditorLibrary& library, const PhotoTask& task, SaveRequest* request)
 {
     offerAbandonedWork();
     ExitCode code = openPhoto(task.photo, &request->image, &request->source);
@@ -159,14 +163,12 @@ ExitCode openAndEdit(const Library& library, const PhotoTask& task, SaveRequest*
     return code == exitSaved ? editAndSave(library, task.ask, request) : code;
 }
 
-}  // namespace
-
 ExitCode retouchPhoto(const PhotoTask& task, SaveRequest* done)
 {
     SaveRequest request = requestFor(task);
     ExitCode code = checkTask(task, request);
     if (code != exitSaved) return code;
-    const Library library = loadLibraryBeside();
+    const EditorLibrary library = loadLibraryBeside();
     code = library.retouch ? openAndEdit(library, task, &request) : complainAboutLibrary(library);
     if (library.module) FreeLibrary(library.module);
     if (code == exitSaved && done)

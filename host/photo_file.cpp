@@ -5,15 +5,14 @@
 #include "host/codecs/png_file.h"
 #include "host/codecs/tiff_file.h"
 #include "host/codecs/webp_file.h"
+#include "host/locked_photo.h"
 
 #include <algorithm>
 #include <cstring>
 #include <io.h>
 
-namespace {
-
 // Tells apart why a file cannot be opened, and refuses folders, before the decoders look at it.
-PhotoStatus probeFile(const wchar_t* path)
+static PhotoStatus probeFile(const wchar_t* path)
 {
     const DWORD attributes = GetFileAttributesW(path);
     if (attributes == INVALID_FILE_ATTRIBUTES) {
@@ -31,13 +30,13 @@ struct Signature {
     size_t size;
     PhotoKind kind;
 };
-const Signature signatures[] = {
+static const Signature signatures[] = {
     {"\xFF\xD8\xFF", 3, PhotoKind::Jpeg}, {"\x89PNG\r\n\x1A\n", 8, PhotoKind::Png},
     {"II*\0", 4, PhotoKind::Tiff},        {"MM\0*", 4, PhotoKind::Tiff},
     {"II+\0", 4, PhotoKind::Tiff},        {"MM\0+", 4, PhotoKind::Tiff},
 };
 
-PhotoKind kindOfFile(FILE* file)
+static PhotoKind kindOfFile(FILE* file)
 {
     char head[12] = {};
     const size_t size = fread(head, 1, sizeof head, file);
@@ -47,7 +46,8 @@ PhotoKind kindOfFile(FILE* file)
     return memcmp(head, "RIFF", 4) == 0 && memcmp(head + 8, "WEBP", 4) == 0 ? PhotoKind::Webp : PhotoKind::Other;
 }
 
-PhotoStatus readKind(FILE* file, const std::wstring& path, PhotoKind kind, const RowSink& sink, PhotoFacts* facts)
+static PhotoStatus readKind(FILE* file, const std::wstring& path, PhotoKind kind, const RowSink& sink,
+                            PhotoFacts* facts)
 {
     switch (kind) {
     case PhotoKind::Jpeg: return readJpeg(file, sink, facts);
@@ -60,7 +60,7 @@ PhotoStatus readKind(FILE* file, const std::wstring& path, PhotoKind kind, const
     return readBySystem(path.c_str(), sink, facts);
 }
 
-PhotoStatus readRows(const std::wstring& path, const RowSink& sink, PhotoKind* kind, PhotoFacts* facts)
+static PhotoStatus readRows(const std::wstring& path, const RowSink& sink, PhotoKind* kind, PhotoFacts* facts)
 {
     FILE* file = _wfopen(path.c_str(), L"rb");
     if (!file) return PhotoStatus::Unreadable;
@@ -72,7 +72,7 @@ PhotoStatus readRows(const std::wstring& path, const RowSink& sink, PhotoKind* k
 
 // A session keeps an untouched copy, so twice the size must be free; else it would not start and the
 // user would not learn why.
-HGLOBAL allocatePhoto(uint32_t size)
+static HGLOBAL allocatePhoto(uint32_t size)
 {
     HGLOBAL copy = GlobalAlloc(GMEM_MOVEABLE, size);
     HGLOBAL image = copy ? GlobalAlloc(GHND, size) : nullptr;
@@ -84,9 +84,10 @@ struct Loading {
     HGLOBAL image;
     UprightTarget target;
     Progress* progress;
+    LockedPhoto locked;  // the image
 };
 
-PhotoStatus beginLoading(void* context, const PhotoShape& shape)
+static PhotoStatus beginLoading(void* context, const PhotoShape& shape)
 {
     Loading* loading = (Loading*)context;
     const bool swapped = orientationSwapsSides(shape.orientation);
@@ -94,7 +95,8 @@ PhotoStatus beginLoading(void* context, const PhotoShape& shape)
     const uint32_t size = packedPhotoSize(width, height);
     if (!size || !packedPhotoSize(shape.width, shape.height)) return PhotoStatus::TooLarge;
     loading->image = allocatePhoto(size);
-    BITMAPINFOHEADER* header = loading->image ? (BITMAPINFOHEADER*)GlobalLock(loading->image) : nullptr;
+    loading->locked.lock(loading->image);
+    BITMAPINFOHEADER* header = loading->locked.header;
     if (!header) return PhotoStatus::TooLarge;
     *header = {sizeof *header, width, height, 1, 24, BI_RGB, 0, shape.across, shape.down, 0, 0};
     if (swapped) std::swap(header->biXPelsPerMeter, header->biYPelsPerMeter);
@@ -103,7 +105,7 @@ PhotoStatus beginLoading(void* context, const PhotoShape& shape)
     return PhotoStatus::Ok;
 }
 
-bool takeLoading(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
+static bool takeLoading(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
 {
     const Loading* loading = (const Loading*)context;
     placeRowsOverWhite(loading->target, bgra, stride, firstRow, rowCount);
@@ -112,26 +114,22 @@ bool takeLoading(void* context, const uint8_t* bgra, ptrdiff_t stride, int first
     return !loading->progress->stop;
 }
 
-EditedPhoto lockPhoto(HGLOBAL image, Progress* progress)
+static EditedPhoto editedPhoto(const LockedPhoto& locked, Progress* progress)
 {
-    const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(image);
+    const BITMAPINFOHEADER* header = locked.header;
     if (!header) return {};
-    return {(const uint8_t*)header + header->biSize,
-            (int)header->biWidth,
-            (int)header->biHeight,
-            header->biXPelsPerMeter,
-            header->biYPelsPerMeter,
-            progress ? &progress->rows : nullptr};
+    return {locked.bits(),           (int)header->biWidth,    (int)header->biHeight,
+            header->biXPelsPerMeter, header->biYPelsPerMeter, progress ? &progress->rows : nullptr};
 }
 
 // A bitmap file is the packed bitmap with a few bytes before it.
-BITMAPFILEHEADER bitmapHead(const EditedPhoto& photo)
+static BITMAPFILEHEADER bitmapHead(const EditedPhoto& photo)
 {
     const DWORD size = packedPhotoSize(photo.width, photo.height);
     return {0x4D42, (DWORD)sizeof(BITMAPFILEHEADER) + size, 0, 0, sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER)};
 }
 
-PhotoStatus writeBitmap(FILE* file, const EditedPhoto& photo)
+static PhotoStatus writeBitmap(FILE* file, const EditedPhoto& photo)
 {
     const BITMAPFILEHEADER head = bitmapHead(photo);
     const size_t size = packedPhotoSize(photo.width, photo.height);
@@ -140,7 +138,7 @@ PhotoStatus writeBitmap(FILE* file, const EditedPhoto& photo)
     return written ? PhotoStatus::Ok : PhotoStatus::CannotWrite;
 }
 
-bool verifyBitmap(FILE* file, const EditedPhoto& photo)
+static bool verifyBitmap(FILE* file, const EditedPhoto& photo)
 {
     BITMAPFILEHEADER head;
     const BITMAPFILEHEADER meant = bitmapHead(photo);
@@ -156,7 +154,7 @@ bool verifyBitmap(FILE* file, const EditedPhoto& photo)
     return fgetc(file) == EOF;
 }
 
-PhotoStatus writeFormat(FILE* file, PhotoFormat format, const EditedPhoto& photo, const SourcePhoto& source)
+static PhotoStatus writeFormat(FILE* file, PhotoFormat format, const EditedPhoto& photo, const SourcePhoto& source)
 {
     const bool same = (format == PhotoFormat::Jpeg && source.kind == PhotoKind::Jpeg) ||
                       (format == PhotoFormat::Png && source.kind == PhotoKind::Png);
@@ -172,7 +170,7 @@ PhotoStatus writeFormat(FILE* file, PhotoFormat format, const EditedPhoto& photo
 }
 
 // JPEG and PNG once more, everything anew: the original may be gone, or too large to keep its blocks.
-bool tryAnew(FILE* file, PhotoStatus status, const SourcePhoto& source)
+static bool tryAnew(FILE* file, PhotoStatus status, const SourcePhoto& source)
 {
     if (status == PhotoStatus::Ok || status == PhotoStatus::CannotWrite || source.kind == PhotoKind::Other)
         return false;
@@ -180,8 +178,8 @@ bool tryAnew(FILE* file, PhotoStatus status, const SourcePhoto& source)
     return _chsize_s(_fileno(file), 0) == 0;
 }
 
-PhotoStatus writeStream(const std::wstring& path, PhotoFormat format, const EditedPhoto& photo,
-                        const SourcePhoto& source)
+static PhotoStatus writeStream(const std::wstring& path, PhotoFormat format, const EditedPhoto& photo,
+                               const SourcePhoto& source)
 {
     FILE* file = _wfopen(path.c_str(), L"r+b");
     if (!file) return PhotoStatus::CannotWrite;
@@ -207,7 +205,7 @@ struct Comparing {
     int rows = 0;
 };
 
-PhotoStatus beginComparing(void* context, const PhotoShape& shape)
+static PhotoStatus beginComparing(void* context, const PhotoShape& shape)
 {
     Comparing* comparing = (Comparing*)context;
     const bool same =
@@ -215,7 +213,7 @@ PhotoStatus beginComparing(void* context, const PhotoShape& shape)
     return same ? PhotoStatus::Ok : PhotoStatus::CannotEncode;
 }
 
-bool takeComparing(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
+static bool takeComparing(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
 {
     Comparing* comparing = (Comparing*)context;
     const int width = comparing->photo.width;
@@ -233,7 +231,13 @@ bool takeComparing(void* context, const uint8_t* bgra, ptrdiff_t stride, int fir
     return true;
 }
 
-}  // namespace
+static PhotoStatus loadRows(const std::wstring& path, HGLOBAL* image, SourcePhoto* source, Progress* progress)
+{
+    Loading loading = {nullptr, {}, progress, {}};
+    const PhotoStatus status = readRows(path, {&loading, beginLoading, takeLoading}, &source->kind, &source->facts);
+    *image = loading.image;
+    return status;
+}
 
 PhotoStatus readPhoto(const std::wstring& path, HGLOBAL* image, SourcePhoto* source, Progress* progress)
 {
@@ -242,20 +246,18 @@ PhotoStatus readPhoto(const std::wstring& path, HGLOBAL* image, SourcePhoto* sou
     source->path = path;
     PhotoStatus status = probeFile(path.c_str());
     if (status != PhotoStatus::Ok) return status;
-    Loading loading = {nullptr, {}, progress};
-    status = readRows(path, {&loading, beginLoading, takeLoading}, &source->kind, &source->facts);
-    if (loading.image) GlobalUnlock(loading.image);
-    if (status == PhotoStatus::Ok)
-        *image = loading.image;
-    else
-        GlobalFree(loading.image);
+    status = loadRows(path, image, source, progress);
+    if (status == PhotoStatus::Ok) return status;
+    GlobalFree(*image);
+    *image = nullptr;
     return status;
 }
 
 PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source,
                        Progress* progress)
 {
-    const EditedPhoto photo = lockPhoto(image, progress);
+    const LockedPhoto locked(image);
+    const EditedPhoto photo = editedPhoto(locked, progress);
     if (!photo.bits) return PhotoStatus::CannotEncode;
     if (progress) progress->allRows = 2 * photo.height;  // written, and read again
     static const SourcePhoto none;
@@ -263,15 +265,15 @@ PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL ima
     const wchar_t* original = from.kind == PhotoKind::Tiff ? from.path.c_str() : nullptr;
     const PhotoStatus status = format == PhotoFormat::Tiff ? writeTiff(path.c_str(), photo, from.facts, original)
                                                            : writeStream(path, format, photo, from);
-    GlobalUnlock(image);
     return status;
 }
 
 bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source,
                  Progress* progress, PhotoFacts* written)
 {
+    const LockedPhoto locked(image);
     Comparing comparing;
-    comparing.photo = lockPhoto(image, progress);
+    comparing.photo = editedPhoto(locked, progress);
     comparing.upright = editedInFile(comparing.photo, 1);
     comparing.row.resize((size_t)comparing.photo.width * 3);
     bool good = false;
@@ -293,6 +295,5 @@ bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, co
                comparing.lastBand <= most * comparing.lastCount;
         if (written) *written = facts;
     }
-    GlobalUnlock(image);
     return good;
 }

@@ -1,32 +1,31 @@
 #include "host/rescue.h"
 
+#include "host/locked_photo.h"
 #include "host/photo/photo_rows.h"
 #include "host/work_record.h"
 
 #include <algorithm>
 #include <cstring>
 
-namespace {
-
 constexpr DWORD EVERY_MINUTE = 60000;
 constexpr size_t PIECE_SIZE = 2 << 20;
 
-HANDLE stopSign, worker;
-const BITMAPINFOHEADER* picture;
+static HANDLE stopSign, worker;
+static const BITMAPINFOHEADER* picture;
 
-size_t pictureSize(const void* packed)
+static size_t pictureSize(const void* packed)
 {
     const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)packed;
     return packedPhotoSize(header->biWidth, header->biHeight);
 }
 
-bool stopped(DWORD milliseconds)
+static bool stopped(DWORD milliseconds)
 {
     return WaitForSingleObject(stopSign, milliseconds) == WAIT_OBJECT_0;
 }
 
 // Tells pictures apart. A few pauses keep it from being felt.
-uint64_t sumOf(const void* packed)
+static uint64_t sumOf(const void* packed)
 {
     const uint8_t* bytes = (const uint8_t*)packed;
     const size_t size = pictureSize(packed) / 8 * 8;
@@ -42,7 +41,7 @@ uint64_t sumOf(const void* packed)
     return sums[0] ^ sums[1] * 3 ^ sums[2] * 5 ^ sums[3] * 7;
 }
 
-DWORD waitingTime()
+static DWORD waitingTime()
 {
     wchar_t seconds[16];
     const DWORD length = GetEnvironmentVariableW(L"RETOUCH_RESCUE_SECONDS", seconds, 16);
@@ -50,7 +49,7 @@ DWORD waitingTime()
     return value ? value * 1000 : EVERY_MINUTE;
 }
 
-uint64_t processorTime()  // of this thread, in milliseconds
+static uint64_t processorTime()  // of this thread, in milliseconds
 {
     FILETIME made, ended, kernel, user;
     if (!GetThreadTimes(GetCurrentThread(), &made, &ended, &kernel, &user)) return 0;
@@ -60,14 +59,14 @@ uint64_t processorTime()  // of this thread, in milliseconds
 
 // As long as it takes that what the last look and the last file cost is a fiftieth of the processor at most.
 // *spent: the thread's time at the last call.
-DWORD pauseUntilNext(uint64_t* spent)
+static DWORD pauseUntilNext(uint64_t* spent)
 {
     const uint64_t now = processorTime(), cost = now - *spent;
     *spent = now;
     return std::max(waitingTime(), (DWORD)std::min<uint64_t>(cost * 50, MAXLONG));
 }
 
-DWORD WINAPI keepSafe(void*)
+static DWORD WINAPI keepSafe(void*)
 {
     uint64_t written = sumOf(picture);  // what the photo's file has already needs no rescue
     uint64_t spent = 0;
@@ -78,19 +77,17 @@ DWORD WINAPI keepSafe(void*)
     return 0;
 }
 
-HANDLE createPrivate(const std::wstring& path)
+static HANDLE createPrivate(const std::wstring& path)
 {
     // The rights of the folder, which is the user's own, are what a private photo needs at least.
     return CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-bool writePart(HANDLE file, const void* bytes, size_t size)
+static bool writePart(HANDLE file, const void* bytes, size_t size)
 {
     DWORD written = 0;
     return WriteFile(file, bytes, (DWORD)size, &written, nullptr) && written == size;
 }
-
-}  // namespace
 
 bool writeRescueFile(const std::wstring& path, const void* packed, bool patient)
 {
@@ -115,8 +112,7 @@ bool writeRescueFile(const std::wstring& path, const void* packed, bool patient)
 void startRescue(HGLOBAL image)
 {
     // The block stays where it is: the library neither frees nor resizes it.
-    picture = (const BITMAPINFOHEADER*)GlobalLock(image);
-    GlobalUnlock(image);
+    picture = LockedPhoto(image).header;
     stopSign = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     worker = stopSign && picture ? CreateThread(nullptr, 0, keepSafe, nullptr, 0, nullptr) : nullptr;
     if (worker) SetThreadPriority(worker, THREAD_PRIORITY_LOWEST);

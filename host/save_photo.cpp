@@ -2,6 +2,7 @@
 
 #include "host/background.h"
 #include "host/host_window.h"
+#include "host/locked_photo.h"
 #include "host/rescue.h"
 #include "host/safe_file.h"
 #include "host/texts.h"
@@ -9,12 +10,10 @@
 
 #include <commdlg.h>
 
-namespace {
-
 constexpr wchar_t WRITABLE_FILTER[] = L"JPEG\0*.jpg;*.jpeg;*.jpe\0PNG\0*.png\0TIFF\0*.tif;*.tiff\0BMP\0*.bmp;*.dib\0";
 constexpr int NAMES_TO_TRY = 3;
 
-std::wstring reasonOf(PhotoStatus status)
+static std::wstring reasonOf(PhotoStatus status)
 {
     switch (status) {
     case PhotoStatus::CannotWrite: return GetLastError() ? systemErrorText(GetLastError()) : sentence(TEXT_ERROR_DISK);
@@ -25,8 +24,8 @@ std::wstring reasonOf(PhotoStatus status)
 
 // Into a temporary file, which is checked and only then gets its name. On failure `problem` tells why, and the
 // file that was there is still there.
-bool writeFile(const SaveRequest& request, const std::wstring& output, Progress* progress, PhotoFacts* written,
-               std::wstring* problem)
+static bool writeFile(const SaveRequest& request, const std::wstring& output, Progress* progress, PhotoFacts* written,
+                      std::wstring* problem)
 {
     const PhotoFormat format = formatOfName(output);
     std::wstring temporary;
@@ -54,7 +53,7 @@ bool writeFile(const SaveRequest& request, const std::wstring& output, Progress*
     return done;
 }
 
-void tellSaved(const SaveRequest& request, const std::wstring& output, const PhotoFacts& written)
+static void tellSaved(const SaveRequest& request, const std::wstring& output, const PhotoFacts& written)
 {
     const Losses losses = lossesOf(request.source, formatOfName(output), &written);
     std::wstring words = sentence(TEXT_SAVED, output);
@@ -63,7 +62,7 @@ void tellSaved(const SaveRequest& request, const std::wstring& output, const Pho
 }
 
 // And tells it.
-bool trySave(const SaveRequest& request, const std::wstring& output, std::wstring* problem)
+static bool trySave(const SaveRequest& request, const std::wstring& output, std::wstring* problem)
 {
     bool done = false;
     PhotoFacts written;
@@ -75,32 +74,28 @@ bool trySave(const SaveRequest& request, const std::wstring& output, std::wstrin
     return done;
 }
 
-void complainNotWritten(const std::wstring& output, const std::wstring& problem)
+static void complainNotWritten(const std::wstring& output, const std::wstring& problem)
 {
     complain(sentence(TEXT_ERROR_NOT_WRITTEN, output, problem));
 }
 
 // Where nothing else has taken the picture.
-ExitCode leaveRescueFile(const SaveRequest& request)
+static ExitCode leaveRescueFile(const SaveRequest& request)
 {
-    const void* packed = GlobalLock(request.image);
+    const LockedPhoto photo(request.image);
     const std::wstring name =
         L"rescued-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(GetTickCount64()) + L".bmp";
     wchar_t temporary[MAX_PATH + 1] = L"";
     GetTempPathW(MAX_PATH + 1, temporary);
     const std::wstring folders[] = {rescueFolder(), temporary, folderOfPath(request.source.path), L""};
     for (const std::wstring& folder : folders) {
-        if (!writeRescueFile(folder + name, packed, false)) continue;
+        if (!writeRescueFile(folder + name, photo.header, false)) continue;
         complain(sentence(TEXT_ERROR_RESCUED, folder + name));
-        GlobalUnlock(request.image);
         return exitCannotWrite;
     }
-    GlobalUnlock(request.image);
     complain(sentence(TEXT_ERROR_LOST));
     return exitCannotWrite;
 }
-
-}  // namespace
 
 std::wstring inOneLine(const Losses& losses)
 {

@@ -1,12 +1,11 @@
 #include "host/session_call.h"
 
 #include "host/host_window.h"
+#include "host/locked_photo.h"
 #include "host/placement.h"
 #include "host/session_watch.h"
 
-namespace {
-
-INT_PTR CALLBACK measuredDialogProc(HWND, UINT, WPARAM, LPARAM)
+static INT_PTR CALLBACK measuredDialogProc(HWND, UINT, WPARAM, LPARAM)
 {
     return FALSE;
 }
@@ -22,7 +21,7 @@ struct PaletteMeasure {
 #pragma pack(pop)
 
 // In pixels, at the DPI of the host's window: a dialog of the same size and font tells it.
-ScreenSize paletteSize(HWND host)
+static ScreenSize paletteSize(HWND host)
 {
     alignas(4) const PaletteMeasure measure;
     HWND dialog = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), &measure.dialog, host, measuredDialogProc, 0);
@@ -32,7 +31,7 @@ ScreenSize paletteSize(HWND host)
     return {(int)(box.right - box.left), (int)(box.bottom - box.top)};
 }
 
-Placement placeSession(HWND host, ScreenSize image)
+static Placement placeSession(HWND host, ScreenSize image)
 {
     const RECT room = roomForEditor();
     const ScreenSize frame = {2 * GetSystemMetrics(SM_CXFRAME),
@@ -41,15 +40,11 @@ Placement placeSession(HWND host, ScreenSize image)
                         paletteSize(host));
 }
 
-ScreenSize sizeOfImage(HGLOBAL image)
+static ScreenSize sizeOfImage(HGLOBAL image)
 {
-    const BITMAPINFOHEADER* header = (const BITMAPINFOHEADER*)GlobalLock(image);
-    const ScreenSize size = {(int)header->biWidth, (int)header->biHeight};
-    GlobalUnlock(image);
-    return size;
+    const LockedPhoto photo(image);
+    return {(int)photo.header->biWidth, (int)photo.header->biHeight};
 }
-
-}  // namespace
 
 bool runSession(RetouchEntry retouch, HGLOBAL image)
 {
