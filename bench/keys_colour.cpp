@@ -7,7 +7,7 @@
 #include "image/packed_bitmap.h"
 #include "image/pixels/vector_level.h"
 
-enum Work { TONE, HLS, HLS_NOISE, TONE_PLAIN, HLS_PLAIN, PREVIEW };
+enum ColourWork { TONE, HLS, HLS_NOISE, TONE_PLAIN, HLS_PLAIN, PREVIEW };
 
 static HGLOBAL image, target;
 

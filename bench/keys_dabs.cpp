@@ -11,7 +11,7 @@
 #include "tools/kernels/spray_kernels.h"
 #include "session/ground/tool_table.h"
 
-enum Work { PATCH, HARD_RUBBER, SOFT_RUBBER, HARD_SPRAY, SOFT_SPRAY };
+enum DabWork { PATCH, HARD_RUBBER, SOFT_RUBBER, HARD_SPRAY, SOFT_SPRAY };
 
 constexpr int SIZE = 48, WIDTH = 3000, HEIGHT = 2000, OPACITY = 50, DABS = 2000;
 static const Rgb COLOUR = rgbFromColorref(0x00C0C0FF);

@@ -30,14 +30,12 @@
 #include "tools/brush/picked_patch.h"
 #include "tools/painting/undo_history.h"
 
-namespace {
-
-HGLOBAL imageOf(HWND canvas)
+static HGLOBAL imageOf(HWND canvas)
 {
     return (HGLOBAL)windowProp(GetParent(canvas), PROP_IMAGE);
 }
 
-LRESULT onCreate(HWND canvas)
+static LRESULT onCreate(HWND canvas)
 {
     writeSessionDefaults();
     session->canvasWindow = canvas;
@@ -46,7 +44,7 @@ LRESULT onCreate(HWND canvas)
     return 0;
 }
 
-void onDestroy(HWND canvas)
+static void onDestroy(HWND canvas)
 {
     clearSelection();
     forgetSelectionAside();
@@ -58,7 +56,7 @@ void onDestroy(HWND canvas)
     sessionExtras.canvas.view = {};
 }
 
-void onSize(HWND canvas)
+static void onSize(HWND canvas)
 {
     mapCanvas(canvas);
     rebuildOutline(canvas, 0);
@@ -66,7 +64,7 @@ void onSize(HWND canvas)
 
 // The invalid part of the client area. Taken as a region, because it is in device units on every
 // system, whatever the mapping of the canvas's own device context is.
-RECT updateBox(HWND canvas)
+static RECT updateBox(HWND canvas)
 {
     RECT box = {0, 0, 0, 0};
     const HRGN region = CreateRectRgn(0, 0, 0, 0);
@@ -77,13 +75,13 @@ RECT updateBox(HWND canvas)
     return box;
 }
 
-void paintOverlays(HDC dc)
+static void paintOverlays(HDC dc)
 {
     drawSelection(dc);
     paintTextOverlay(session->canvasWindow, dc);
 }
 
-void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, RECT box)
+static void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, RECT box)
 {
     RECT client;
     GetClientRect(canvas, &client);
@@ -97,7 +95,7 @@ void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, RECT box)
     paintImageRect(GetParent(canvas), dc, image, &part, paintOverlays);
 }
 
-LRESULT onPaint(HWND canvas)
+static LRESULT onPaint(HWND canvas)
 {
     hideOutline(canvas);
     const RECT box = updateBox(canvas);
@@ -110,7 +108,7 @@ LRESULT onPaint(HWND canvas)
     return 0;
 }
 
-LRESULT onEraseBackground(HWND canvas, WPARAM wParam, LPARAM lParam)
+static LRESULT onEraseBackground(HWND canvas, WPARAM wParam, LPARAM lParam)
 {
     if (imageOf(canvas)) return 0;  // the image covers everything: nothing to erase, no flicker
     hideOutline(canvas);
@@ -119,14 +117,14 @@ LRESULT onEraseBackground(HWND canvas, WPARAM wParam, LPARAM lParam)
     return result;
 }
 
-LRESULT onTimer(HWND canvas, WPARAM id)
+static LRESULT onTimer(HWND canvas, WPARAM id)
 {
     if (id == SPRAY_TIMER) spray(canvas);
     if (id == BORDER_TIMER) moveAtBorder(canvas);
     return 0;
 }
 
-bool isInput(UINT message)
+static bool isInput(UINT message)
 {
     return message == WM_KEYDOWN || message == WM_CHAR || message == WM_TIMER || message == WM_LBUTTONDOWN ||
            message == WM_MOUSEMOVE || message == WM_LBUTTONUP || message == WM_CAPTURECHANGED ||
@@ -135,7 +133,7 @@ bool isInput(UINT message)
 }
 
 // A click into the canvas gives it the keys, with any tool or none.
-LRESULT onLeftDown(HWND canvas, POINT at)
+static LRESULT onLeftDown(HWND canvas, POINT at)
 {
     sessionExtras.canvas.pointer = at;
     if (GetFocus() != canvas) SetFocus(canvas);
@@ -143,7 +141,7 @@ LRESULT onLeftDown(HWND canvas, POINT at)
     return 0;
 }
 
-LRESULT onMove(HWND canvas, POINT at, bool leftDown)
+static LRESULT onMove(HWND canvas, POINT at, bool leftDown)
 {
     sessionExtras.canvas.pointer = at;
     moveMapFrom(canvas, at);
@@ -153,7 +151,7 @@ LRESULT onMove(HWND canvas, POINT at, bool leftDown)
     return 0;
 }
 
-LRESULT onLeftUp(HWND canvas, POINT at)
+static LRESULT onLeftUp(HWND canvas, POINT at)
 {
     sessionExtras.canvas.pointer = at;
     if (endPan(canvas, false)) return 0;
@@ -163,7 +161,7 @@ LRESULT onLeftUp(HWND canvas, POINT at)
 }
 
 // An open line of text has all the keys.
-LRESULT onKeyDown(HWND canvas, UINT key)
+static LRESULT onKeyDown(HWND canvas, UINT key)
 {
     if (session->textBuffer) {
         textKeyDown(canvas, key);
@@ -173,7 +171,7 @@ LRESULT onKeyDown(HWND canvas, UINT key)
     return 0;
 }
 
-LRESULT onChar(HWND canvas, UINT character)
+static LRESULT onChar(HWND canvas, UINT character)
 {
     if (session->textBuffer) {
         textChar(canvas, character);
@@ -183,19 +181,19 @@ LRESULT onChar(HWND canvas, UINT character)
     return 0;
 }
 
-void onCaptureChanged(HWND canvas, HWND newOwner)
+static void onCaptureChanged(HWND canvas, HWND newOwner)
 {
     if (newOwner != canvas) losePan(canvas);
     losePress(canvas, newOwner);
 }
 
-void onPointerLeft(HWND canvas)
+static void onPointerLeft(HWND canvas)
 {
     moveMapFrom(canvas, {LONG_MIN / 2, LONG_MIN / 2});
     hideOutline(canvas);
 }
 
-LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lParam)
+static LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (!session) return DefWindowProcA(canvas, message, wParam, lParam);
     if (sessionExtras.leaving != LEAVING_UNDECIDED && isInput(message)) return 0;
@@ -231,8 +229,6 @@ LRESULT CALLBACK canvasProc(HWND canvas, UINT message, WPARAM wParam, LPARAM lPa
     }
     return DefWindowProcA(canvas, message, wParam, lParam);
 }
-
-}  // namespace
 
 int registerCanvasClass(HINSTANCE instance)
 {

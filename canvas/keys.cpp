@@ -9,29 +9,27 @@
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
-namespace {
-
 constexpr int SMALL_MOVE = 1, LARGE_MOVE = 10;  // image pixels
 
-bool isDown(int key)
+static bool isDown(int key)
 {
     return (GetKeyState(key) & 0x8000) != 0;
 }
 
 // Control without Alt: together they are AltGr, which types.
-bool controlIsDown()
+static bool controlIsDown()
 {
     return isDown(VK_CONTROL) && !isDown(VK_MENU);
 }
 
-void runPaletteButton(int id)
+static void runPaletteButton(int id)
 {
     const HWND palette = session->paletteDialog;
     if (palette) SendMessageA(palette, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), (LPARAM)GetDlgItem(palette, id));
 }
 
 // As a click in the bar's arrow; the palette follows with the other bar where both are locked.
-void stepBar(HWND palette, int id, WPARAM step)
+static void stepBar(HWND palette, int id, WPARAM step)
 {
     const HWND bar = GetDlgItem(palette, id);
     if (!bar || !IsWindowEnabled(bar)) return;
@@ -39,7 +37,7 @@ void stepBar(HWND palette, int id, WPARAM step)
     SendMessageA(palette, WM_HSCROLL, SB_ENDSCROLL, (LPARAM)bar);
 }
 
-void stepBrush(WPARAM step)
+static void stepBrush(WPARAM step)
 {
     const HWND palette = session->paletteDialog;
     if (!palette) return;
@@ -49,32 +47,32 @@ void stepBrush(WPARAM step)
     }
 }
 
-void zoomIn(HWND canvas)
+static void zoomIn(HWND canvas)
 {
     showView(canvas, steppedAboutCentre(sessionExtras.canvas.view, 1));
 }
 
-void zoomOut(HWND canvas)
+static void zoomOut(HWND canvas)
 {
     showView(canvas, steppedAboutCentre(sessionExtras.canvas.view, -1));
 }
 
-void fit(HWND canvas)
+static void fit(HWND canvas)
 {
     showView(canvas, fittedView(sessionExtras.canvas.view));
 }
 
-void showFullSize(HWND canvas)
+static void showFullSize(HWND canvas)
 {
     showView(canvas, fullSizeView(sessionExtras.canvas.view));
 }
 
-void shrinkBrush(HWND)
+static void shrinkBrush(HWND)
 {
     stepBrush(SB_LINEUP);
 }
 
-void growBrush(HWND)
+static void growBrush(HWND)
 {
     stepBrush(SB_LINEDOWN);
 }
@@ -86,28 +84,28 @@ struct TypedKey {
     void (*run)(HWND canvas);
 };
 
-const TypedKey typedKeys[] = {
+static const TypedKey typedKeys[] = {
     {'+', zoomIn}, {'=', zoomIn},       {'-', zoomOut},     {'_', zoomOut},
     {'0', fit},    {'1', showFullSize}, {'[', shrinkBrush}, {']', growBrush},
 };
 
-void moveSelection(int dx, int dy)
+static void moveSelection(int dx, int dy)
 {
     const int step = isDown(VK_SHIFT) ? LARGE_MOVE : SMALL_MOVE;
     nudgeSelection(dx * step, dy * step);
 }
 
-void endDragOrSelection(HWND canvas)
+static void endDragOrSelection(HWND canvas)
 {
     if (!cancelPan(canvas) && !cancelPress(canvas)) closeSelection();
 }
 
-void undo(HWND)
+static void undo(HWND)
 {
     runPaletteButton(isDown(VK_SHIFT) ? BUTTON_REDO : BUTTON_UNDO);
 }
 
-void redo(HWND)
+static void redo(HWND)
 {
     runPaletteButton(BUTTON_REDO);
 }
@@ -118,7 +116,7 @@ struct PressedKey {
     void (*run)(HWND canvas);
 };
 
-const PressedKey pressedKeys[] = {
+static const PressedKey pressedKeys[] = {
     {'Z', true, false, undo},
     {'Y', true, false, redo},
     {VK_LEFT, false, false, [](HWND) { moveSelection(-1, 0); }},
@@ -134,17 +132,15 @@ const PressedKey pressedKeys[] = {
     {VK_NUMPAD1, false, false, showFullSize},
 };
 
-bool isDigit(UINT key)
+static bool isDigit(UINT key)
 {
     return key == '0' || key == '1';
 }
 
-bool pointerIsBusy()
+static bool pointerIsBusy()
 {
     return session->pressActive || panRuns();
 }
-
-}  // namespace
 
 void pressKey(HWND canvas, UINT key)
 {

@@ -9,29 +9,27 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
-namespace {
+static OverviewMap& map = sessionExtras.canvas.map;
 
-OverviewMap& map = sessionExtras.canvas.map;
-
-RECT rectOfMap()
+static RECT rectOfMap()
 {
     const PixelRect rect = mapRect(sessionExtras.canvas.view, map.onLeft);
     return {rect.left, rect.top, rect.right, rect.bottom};
 }
 
-void renew(const PixelRect& part)
+static void renew(const PixelRect& part)
 {
     const LockedPixels image(editedImage()), thumbnail(map.thumbnail);
     if (image && thumbnail) renewThumbnail(thumbnail.view, image.view, part);
 }
 
-void freeThumbnail()
+static void freeThumbnail()
 {
     if (map.thumbnail) GlobalFree(map.thumbnail);
     map.thumbnail = nullptr;
 }
 
-void makeThumbnail(int width, int height)
+static void makeThumbnail(int width, int height)
 {
     freeThumbnail();
     map.thumbnail = createBitmap(width, height, 24);
@@ -40,7 +38,7 @@ void makeThumbnail(int width, int height)
 }
 
 // A stroke that runs shows in the map when it has ended.
-void bringUpToDate(int width, int height)
+static void bringUpToDate(int width, int height)
 {
     if (!map.thumbnail || bitmapWidth(map.thumbnail) != width || bitmapHeight(map.thumbnail) != height) {
         makeThumbnail(width, height);
@@ -50,13 +48,13 @@ void bringUpToDate(int width, int height)
     }
 }
 
-void frameRect(HDC dc, RECT rect, int stockBrush)
+static void frameRect(HDC dc, RECT rect, int stockBrush)
 {
     FrameRect(dc, &rect, (HBRUSH)GetStockObject(stockBrush));
 }
 
 // White inside black: visible on any image.
-void drawFrame(HDC dc, const PixelRect& inside)
+static void drawFrame(HDC dc, const PixelRect& inside)
 {
     const PixelRect frame = mapFrame(sessionExtras.canvas.view, inside);
     RECT rect = {frame.left, frame.top, frame.right, frame.bottom};
@@ -64,8 +62,6 @@ void drawFrame(HDC dc, const PixelRect& inside)
     InflateRect(&rect, 1, 1);
     frameRect(dc, rect, BLACK_BRUSH);
 }
-
-}  // namespace
 
 void placeOverviewMap()
 {

@@ -10,15 +10,13 @@
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
-namespace {
-
 constexpr UINT BORDER_INTERVAL = 40;  // milliseconds between two moves at the border
 constexpr int BORDER_STEP = 8;        // client pixels of one move
 constexpr int BORDER_WIDTH = 4;       // client pixels that count as the border
 
-PanDrag& drag = sessionExtras.canvas.pan;
+static PanDrag& drag = sessionExtras.canvas.pan;
 
-void runBorderTimer(HWND canvas, bool run)
+static void runBorderTimer(HWND canvas, bool run)
 {
     if (run == sessionExtras.canvas.borderTimerRuns) return;
     sessionExtras.canvas.borderTimerRuns = run;
@@ -29,28 +27,28 @@ void runBorderTimer(HWND canvas, bool run)
     }
 }
 
-bool spaceIsHeld(HWND canvas)
+static bool spaceIsHeld(HWND canvas)
 {
     return GetFocus() == canvas && !session->textBuffer && (GetKeyState(VK_SPACE) & 0x8000) != 0;
 }
 
-HCURSOR hand()
+static HCURSOR hand()
 {
     return LoadCursorA(moduleInstance, MAKEINTRESOURCEA(CURSOR_DRAG_DIALOG));
 }
 
-void stopDrag(HWND canvas)
+static void stopDrag(HWND canvas)
 {
     drag.runs = false;
     showOutline(canvas);
 }
 
-int borderStep(LONG at, LONG length)
+static int borderStep(LONG at, LONG length)
 {
     return at < BORDER_WIDTH ? -BORDER_STEP : at >= length - BORDER_WIDTH ? BORDER_STEP : 0;
 }
 
-CanvasView viewBeyondBorder()
+static CanvasView viewBeyondBorder()
 {
     const CanvasView& view = sessionExtras.canvas.view;
     return pannedView(view, borderStep(sessionExtras.canvas.pointer.x, view.client.width),
@@ -58,13 +56,11 @@ CanvasView viewBeyondBorder()
 }
 
 // A drag pulls at what it holds from inside the canvas.
-POINT insideCanvas(POINT at)
+static POINT insideCanvas(POINT at)
 {
     const LONG right = sessionExtras.canvas.view.client.width - 1, bottom = sessionExtras.canvas.view.client.height - 1;
     return {at.x < 0 ? 0 : at.x > right ? right : at.x, at.y < 0 ? 0 : at.y > bottom ? bottom : at.y};
 }
-
-}  // namespace
 
 bool beginPan(HWND canvas, POINT at, bool middle)
 {

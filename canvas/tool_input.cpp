@@ -10,52 +10,50 @@
 #include "text/text_tool.h"
 #include "tools/brush/brush_preview.h"
 
-namespace {
-
-void moveSelection(HWND canvas, POINT, POINT to)
+static void moveSelection(HWND canvas, POINT, POINT to)
 {
     moveSelectionPointer(canvas, to);
 }
 
-void releaseReshaping(HWND, POINT)
+static void releaseReshaping(HWND, POINT)
 {
     releaseOutlineBrush();
 }
 
-void clickText(HWND canvas, POINT at)
+static void clickText(HWND canvas, POINT at)
 {
     textClick(canvas, at.x, at.y);
 }
 
-void pressColours(HWND, POINT at)
+static void pressColours(HWND, POINT at)
 {
     pickColourAtPress(at);
 }
 
-void moveColours(HWND, POINT, POINT to)
+static void moveColours(HWND, POINT, POINT to)
 {
     pickColourAtMove(to);
 }
 
 // The outline's colour follows the one that was picked.
-void releaseColours(HWND canvas, POINT)
+static void releaseColours(HWND canvas, POINT)
 {
     rebuildOutline(canvas, 0);
 }
 
-bool cancelReshaping(HWND)
+static bool cancelReshaping(HWND)
 {
     cancelOutlineBrush();
     return true;
 }
 
-bool cancelColours(HWND)
+static bool cancelColours(HWND)
 {
     invalidateBrushPreview();  // the former colour comes back with the record
     return true;
 }
 
-const ToolInput inputs[] = {
+static const ToolInput inputs[] = {
     {TOOL_BRUSH, pressBrush, continueStroke, nullptr, cancelStroke},
     {TOOL_RUBBER, pressPaintingTool, continueStroke, nullptr, cancelStroke},
     {TOOL_SMOOTH, pressPaintingTool, continueStroke, nullptr, cancelStroke},
@@ -68,9 +66,7 @@ const ToolInput inputs[] = {
     {TOOL_COLORS, pressColours, moveColours, releaseColours, cancelColours},
 };
 
-const ToolInput noInput = {};
-
-}  // namespace
+static const ToolInput noInput = {};
 
 const ToolInput& inputOf(uint32_t tool)
 {

@@ -7,9 +7,7 @@
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
-namespace {
-
-int wholeNotches(int& rest, int delta)
+static int wholeNotches(int& rest, int delta)
 {
     if ((rest < 0) != (delta < 0)) rest = 0;
     rest += delta;
@@ -19,7 +17,7 @@ int wholeNotches(int& rest, int delta)
 }
 
 // A tenth of the canvas for a notch, and for finer turns as much less.
-void panSideways(HWND canvas, int delta)
+static void panSideways(HWND canvas, int delta)
 {
     int& tilted = sessionExtras.canvas.wheel.tilted;
     if ((tilted < 0) != (delta < 0)) tilted = 0;
@@ -31,7 +29,7 @@ void panSideways(HWND canvas, int delta)
     showView(canvas, pannedView(sessionExtras.canvas.view, dx, 0));
 }
 
-void zoomAt(HWND canvas, int notches, POINT client)
+static void zoomAt(HWND canvas, int notches, POINT client)
 {
     CanvasView view = sessionExtras.canvas.view;
     for (; notches > 0; --notches)
@@ -42,12 +40,10 @@ void zoomAt(HWND canvas, int notches, POINT client)
 }
 
 // Only over the canvas itself, wherever the message went; and not during a press, whose points would jump.
-bool isForCanvas(HWND canvas, POINT screen)
+static bool isForCanvas(HWND canvas, POINT screen)
 {
     return WindowFromPoint(screen) == canvas && !session->pressActive;
 }
-
-}  // namespace
 
 void turnWheel(HWND canvas, WPARAM wParam, LPARAM lParam)
 {

@@ -10,20 +10,18 @@
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
-namespace {
-
 constexpr int SUFFIX_LENGTH = 24;
 
-wchar_t*& nameOfWindow = sessionExtras.canvas.nameOfWindow;
+static wchar_t*& nameOfWindow = sessionExtras.canvas.nameOfWindow;
 
-void keepName()
+static void keepName()
 {
     const int length = GetWindowTextLengthW(session->hostDialog);
     nameOfWindow = (wchar_t*)takeZeroedMemory((size_t)length + 1, sizeof *nameOfWindow);
     if (nameOfWindow) GetWindowTextW(session->hostDialog, nameOfWindow, length + 1);
 }
 
-void showPercent(int percent)
+static void showPercent(int percent)
 {
     if (!nameOfWindow) keepName();
     if (!nameOfWindow) return;
@@ -37,8 +35,6 @@ void showPercent(int percent)
     SetWindowTextW(session->hostDialog, title);
     free(title);
 }
-
-}  // namespace
 
 void showZoomInTitle()
 {

@@ -11,8 +11,6 @@
 #include "session/ground/window_props.h"
 #include "text/text_tool.h"
 
-namespace {
-
 // A picture that code and the system draw into alike.
 struct OffScreen {
     HDC dc;
@@ -21,7 +19,7 @@ struct OffScreen {
     ViewPicture picture;
 };
 
-bool openOffScreen(HDC like, const RECT& box, OffScreen& screen)
+static bool openOffScreen(HDC like, const RECT& box, OffScreen& screen)
 {
     const int width = (int)(box.right - box.left), height = (int)(box.bottom - box.top);
     BITMAPINFO info = {};
@@ -34,7 +32,7 @@ bool openOffScreen(HDC like, const RECT& box, OffScreen& screen)
     return screen.oldBitmap != nullptr;
 }
 
-void closeOffScreen(const OffScreen& screen)
+static void closeOffScreen(const OffScreen& screen)
 {
     if (screen.oldBitmap) SelectObject(screen.dc, screen.oldBitmap);
     if (screen.dc) DeleteDC(screen.dc);
@@ -42,21 +40,19 @@ void closeOffScreen(const OffScreen& screen)
 }
 
 // A new section is black, and stays so where the image has no pixels to show.
-void showImage(const ViewPicture& picture)
+static void showImage(const ViewPicture& picture)
 {
     const LockedPixels image(editedImage());
     if (image) showPixels(picture, sessionExtras.canvas.view, image.view, {0, 0});
 }
 
-void drawOverlays(const OffScreen& screen)
+static void drawOverlays(const OffScreen& screen)
 {
     SetViewportOrgEx(screen.dc, -screen.picture.corner.x, -screen.picture.corner.y, nullptr);
     drawSelection(screen.dc);
     drawOverviewMap(screen.dc);
     SetViewportOrgEx(screen.dc, 0, 0, nullptr);
 }
-
-}  // namespace
 
 void paintZoomed(HDC dc, const RECT& box)
 {

@@ -17,32 +17,30 @@
 #include "session/ground/window_props.h"
 #include "session/dialogs/scroll_bars.h"
 
-namespace {
-
 struct AdjustmentBar {
     int barId, resetId, nameId;
     int ColourValues::*value;
 };
 
-const AdjustmentBar bars[] = {
+static const AdjustmentBar bars[] = {
     {BAR_CONTRAST, BUTTON_RESET_CONTRAST, STRING_CONTRAST, &ColourValues::contrast},
     {BAR_BRIGHTNESS, BUTTON_RESET_BRIGHTNESS, STRING_BRIGHTNESS, &ColourValues::brightness},
     {BAR_SATURATION, BUTTON_RESET_SATURATION, STRING_SATURATION, &ColourValues::saturation},
     {BAR_HUE, BUTTON_RESET_HUE, STRING_HUE, &ColourValues::hue},
 };
 
-ScrollRange rangeOf(const AdjustmentBar& bar)
+static ScrollRange rangeOf(const AdjustmentBar& bar)
 {
     const ColourParameter& parameter = parameterOf(bar.value);
     return {parameter.lowest, parameter.highest, 1, 10};
 }
 
-int neutralOf(const AdjustmentBar& bar)
+static int neutralOf(const AdjustmentBar& bar)
 {
     return parameterOf(bar.value).neutral;
 }
 
-ColourValues valuesOf(HWND dialog)
+static ColourValues valuesOf(HWND dialog)
 {
     ColourValues values = neutralColourValues();
     for (const AdjustmentBar& bar : bars)
@@ -50,14 +48,14 @@ ColourValues valuesOf(HWND dialog)
     return values;
 }
 
-void freePreview()
+static void freePreview()
 {
     if (session->previewImage) GlobalFree(session->previewImage);
     if (session->previewSource) GlobalFree(session->previewSource);
     session->previewImage = session->previewSource = nullptr;
 }
 
-bool fillPreview(HGLOBAL preview, const BitsView& image)
+static bool fillPreview(HGLOBAL preview, const BitsView& image)
 {
     const LockedPixels pixels(preview);
     if (pixels) samplePreview(pixels.view, image);
@@ -66,7 +64,7 @@ bool fillPreview(HGLOBAL preview, const BitsView& image)
 
 // Makes previewSource, and previewImage as a copy of it. 0 when there is no room, no 24-bit image or no
 // memory; the dialog then works without a preview.
-int createContrastPreview(const RECT& client)
+static int createContrastPreview(const RECT& client)
 {
     const LockedPixels image(editedImage());
     if (!image) return 0;
@@ -80,27 +78,27 @@ int createContrastPreview(const RECT& client)
 }
 
 // Flush right, at the top of the client area.
-RECT previewRect(HWND dialog)
+static RECT previewRect(HWND dialog)
 {
     RECT client;
     GetClientRect(dialog, &client);
     return {client.right - bitmapWidth(session->previewImage), 0, client.right, bitmapHeight(session->previewImage)};
 }
 
-void invalidatePreview(HWND dialog)
+static void invalidatePreview(HWND dialog)
 {
     const RECT rect = previewRect(dialog);
     InvalidateRect(dialog, &rect, FALSE);
 }
 
-void recomputePreview(HWND dialog, const ColourValues& values)
+static void recomputePreview(HWND dialog, const ColourValues& values)
 {
     adjustImageColours(session->previewSource, session->previewImage, values);
     invalidatePreview(dialog);
 }
 
 // Width that the dialog needs: up to the last bar, then the preview, as tall as the dialog is.
-int widthWithPreview(HWND dialog, int height)
+static int widthWithPreview(HWND dialog, int height)
 {
     const HWND lastBar = GetDlgItem(dialog, BAR_HUE);
     RECT bar;
@@ -113,13 +111,13 @@ int widthWithPreview(HWND dialog, int height)
 }
 
 // Keeps a span on the screen: its far end first, then its near one.
-int onScreen(int start, int length, int screen)
+static int onScreen(int start, int length, int screen)
 {
     if (start + length > screen) start = screen - length;
     return start > 0 ? start : 0;
 }
 
-void layoutContrastDialog(HWND dialog, const RECT& button)
+static void layoutContrastDialog(HWND dialog, const RECT& button)
 {
     attachButtonPictures(dialog, PICTURE_TABLE_CONTRAST_RESET, moduleInstance);
     RECT window;
@@ -137,7 +135,7 @@ void layoutContrastDialog(HWND dialog, const RECT& button)
     createContrastPreview(client);
 }
 
-INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
+static INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
 {
     attachPicturesUnlessLibraryDoes(dialog, PICTURE_TABLE_CONTRAST_END, moduleInstance);
     session->previewSource = session->previewImage = nullptr;
@@ -146,7 +144,7 @@ INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
     return FALSE;                             // the focus is set
 }
 
-INT_PTR onPaint(HWND dialog, WPARAM, LPARAM)
+static INT_PTR onPaint(HWND dialog, WPARAM, LPARAM)
 {
     PAINTSTRUCT paint;
     const HDC dc = BeginPaint(dialog, &paint);
@@ -158,7 +156,7 @@ INT_PTR onPaint(HWND dialog, WPARAM, LPARAM)
 
 // While saturation and hue are neutral the preview follows every movement; otherwise it is made again
 // only when a bar is let go.
-INT_PTR onScroll(HWND dialog, WPARAM wParam, LPARAM lParam)
+static INT_PTR onScroll(HWND dialog, WPARAM wParam, LPARAM lParam)
 {
     const int id = GetDlgCtrlID((HWND)lParam);
     for (const AdjustmentBar& bar : bars) {
@@ -173,14 +171,14 @@ INT_PTR onScroll(HWND dialog, WPARAM wParam, LPARAM lParam)
 
 // The message's lParam names no bar, by design: what counts is its code, on which the preview is made
 // again from all four positions.
-void resetBar(HWND dialog, const AdjustmentBar& bar)
+static void resetBar(HWND dialog, const AdjustmentBar& bar)
 {
     const HWND control = GetDlgItem(dialog, bar.barId);
     SetScrollPos(control, SB_CTL, neutralOf(bar), TRUE);
     PostMessageA(dialog, WM_VSCROLL, SB_ENDSCROLL, MAKELPARAM(neutralOf(bar), (DWORD_PTR)control & 0xFFFF));
 }
 
-void applyToImage(HWND dialog)
+static void applyToImage(HWND dialog)
 {
     const HGLOBAL image = editedImage();
     if (!image) return;
@@ -192,7 +190,7 @@ void applyToImage(HWND dialog)
     SetCursor(before);
 }
 
-INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM)
+static INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM)
 {
     const int id = LOWORD(wParam);
     for (const AdjustmentBar& bar : bars) {
@@ -203,7 +201,7 @@ INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM)
     return TRUE;
 }
 
-INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
+static INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
 {
     freePreview();
     releaseDialog(dialog);
@@ -211,24 +209,22 @@ INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
     return TRUE;
 }
 
-const DialogRoute routes[] = {
+static const DialogRoute routes[] = {
     {WM_INITDIALOG, onInitDialog}, {WM_PAINT, onPaint},           {WM_ERASEBKGND, paintFaceBackground},
     {WM_VSCROLL, onScroll},        {WM_COMMAND, onCommand},       {WM_NCHITTEST, hitFace},
     {WM_NCLBUTTONDOWN, grabFace},  {WM_NCLBUTTONUP, releaseFace}, {WM_DESTROY, onDestroy},
 };
 
-INT_PTR CALLBACK contrastDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+static INT_PTR CALLBACK contrastDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {
     return session ? dispatchDialogMessage(routes, dialog, message, wParam, lParam) : FALSE;
 }
 
-void enableSessionWindows(BOOL enable)
+static void enableSessionWindows(BOOL enable)
 {
     EnableWindow(session->hostDialog, enable);
     if (IsWindow(session->libraryDialog)) EnableWindow(session->libraryDialog, enable);
 }
-
-}  // namespace
 
 void openContrastDialog(HWND palette, int buttonId)
 {

@@ -12,8 +12,6 @@ constexpr wchar_t COM_PROPERTY[] = L"KovAccessible";  // set while the control k
 
 constexpr int PLAIN_LENGTH = 512;
 
-namespace {
-
 // Only a program that asks costs the loading of these.
 struct SystemCalls {
     HRESULT(WINAPI* stdObject)(HWND, LONG, REFIID, void**);
@@ -25,7 +23,7 @@ struct SystemCalls {
 };
 
 template <typename Function>
-bool take(Function& function, const wchar_t* library, const char* name)
+static bool take(Function& function, const wchar_t* library, const char* name)
 {
     const HMODULE module = LoadLibraryW(library);
     const FARPROC address = module ? GetProcAddress(module, name) : nullptr;
@@ -34,7 +32,7 @@ bool take(Function& function, const wchar_t* library, const char* name)
     return address != nullptr;
 }
 
-bool loadCalls(SystemCalls& calls)
+static bool loadCalls(SystemCalls& calls)
 {
     return take(calls.stdObject, L"oleacc.dll", "CreateStdAccessibleObject") &&
            take(calls.resultOf, L"oleacc.dll", "LresultFromObject") &&
@@ -43,7 +41,7 @@ bool loadCalls(SystemCalls& calls)
            take(calls.newText, L"oleaut32.dll", "SysAllocString");
 }
 
-const SystemCalls* systemCalls()
+static const SystemCalls* systemCalls()
 {
     static SystemCalls calls;
     static bool tried, found;
@@ -51,8 +49,6 @@ const SystemCalls* systemCalls()
     tried = true;
     return found ? &calls : nullptr;
 }
-
-}  // namespace
 
 void readPlainName(HWND control, wchar_t* text, int length)
 {
@@ -66,21 +62,19 @@ void readPlainName(HWND control, wchar_t* text, int length)
     removeAccessKeys(text);
 }
 
-namespace {
-
-HRESULT giveText(const wchar_t* text, BSTR* given)
+static HRESULT giveText(const wchar_t* text, BSTR* given)
 {
     *given = *text ? systemCalls()->newText(text) : nullptr;
     return *text ? (*given ? S_OK : E_OUTOFMEMORY) : S_FALSE;
 }
 
-bool isSelf(const VARIANT& child)
+static bool isSelf(const VARIANT& child)
 {
     return child.vt == VT_I4 && child.lVal == CHILDID_SELF;
 }
 
 // A named control that is no button is a bar.
-bool isBar(HWND control)
+static bool isBar(HWND control)
 {
     wchar_t name[16] = L"";
     GetClassNameW(control, name, 16);
@@ -88,11 +82,11 @@ bool isBar(HWND control)
 }
 
 struct ControlObject;
-SRWLOCK objectsLock = SRWLOCK_INIT;
-ControlObject* objects;  // all that there are
+static SRWLOCK objectsLock = SRWLOCK_INIT;
+static ControlObject* objects;  // all that there are
 
-void listObject(ControlObject* object);
-void unlistObject(ControlObject* object);
+static void listObject(ControlObject* object);
+static void unlistObject(ControlObject* object);
 
 // Lives as long as somebody holds it, also longer than its control: then it has no name and no value any more.
 struct ControlObject final : IAccessible {
@@ -197,7 +191,7 @@ struct ControlObject final : IAccessible {
     STDMETHODIMP put_accValue(VARIANT child, BSTR value) override { return system->put_accValue(child, value); }
 };
 
-void listObject(ControlObject* object)
+static void listObject(ControlObject* object)
 {
     AcquireSRWLockExclusive(&objectsLock);
     object->next = objects;
@@ -205,7 +199,7 @@ void listObject(ControlObject* object)
     ReleaseSRWLockExclusive(&objectsLock);
 }
 
-void unlistObject(ControlObject* object)
+static void unlistObject(ControlObject* object)
 {
     AcquireSRWLockExclusive(&objectsLock);
     ControlObject** link = &objects;
@@ -216,7 +210,7 @@ void unlistObject(ControlObject* object)
 }
 
 // Held for the caller; null when there is none.
-ControlObject* objectOf(HWND control)
+static ControlObject* objectOf(HWND control)
 {
     AcquireSRWLockShared(&objectsLock);
     ControlObject* found = objects;
@@ -228,14 +222,14 @@ ControlObject* objectOf(HWND control)
 }
 
 // The system asks the control for the class that it is built on.
-IAccessible* systemAnswer(const SystemCalls& calls, HWND control)
+static IAccessible* systemAnswer(const SystemCalls& calls, HWND control)
 {
     void* found = nullptr;
     return SUCCEEDED(calls.stdObject(control, OBJID_CLIENT, IID_IAccessible, &found)) ? (IAccessible*)found : nullptr;
 }
 
 // Handing an object over needs COM on the thread, which is the host's: what is begun here ends with the control.
-void keepComGoing(const SystemCalls& calls, HWND control)
+static void keepComGoing(const SystemCalls& calls, HWND control)
 {
     if (GetPropW(control, COM_PROPERTY)) return;
     if (FAILED(calls.beginCom(nullptr, COINIT_APARTMENTTHREADED))) return;  // another kind runs already
@@ -243,14 +237,14 @@ void keepComGoing(const SystemCalls& calls, HWND control)
 }
 
 // Somebody in this process still holds an object, whose code is here.
-void stayLoaded()
+static void stayLoaded()
 {
     HMODULE self;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, (LPCWSTR)stayLoaded,
                        &self);
 }
 
-ControlObject* newObject(const SystemCalls& calls, HWND control)
+static ControlObject* newObject(const SystemCalls& calls, HWND control)
 {
     IAccessible* answer = systemAnswer(calls, control);
     if (!answer) return nullptr;
@@ -263,8 +257,6 @@ ControlObject* newObject(const SystemCalls& calls, HWND control)
     listObject(object);
     return object;
 }
-
-}  // namespace
 
 LRESULT answerObjectRequest(HWND control, WPARAM wp, LPARAM lp)
 {

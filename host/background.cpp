@@ -2,17 +2,15 @@
 
 #include "host/host_window.h"
 
-namespace {
-
 constexpr DWORD MOVE_INTERVAL = 50, NOTICEABLE_TIME = 300;  // milliseconds
 
-DWORD WINAPI runWork(void* work)
+static DWORD WINAPI runWork(void* work)
 {
     (*(const std::function<void()>*)work)();
     return 0;
 }
 
-void serveAll(bool* quit)
+static void serveAll(bool* quit)
 {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -22,7 +20,7 @@ void serveAll(bool* quit)
     }
 }
 
-void serveUntilDone(HANDLE thread)
+static void serveUntilDone(HANDLE thread)
 {
     bool quit = false;
     const DWORD start = GetTickCount();
@@ -36,8 +34,6 @@ void serveUntilDone(HANDLE thread)
     WaitForSingleObject(thread, INFINITE);
     if (quit) PostQuitMessage(0);
 }
-
-}  // namespace
 
 void runInBackground(const std::wstring& what, Progress* progress, bool mayStop, const std::function<void()>& work)
 {

@@ -14,27 +14,25 @@
 #include <string>
 #include <windows.h>
 
-namespace {
-
 constexpr int BRUSH_BUTTON = 117;
 constexpr int SAVE_BUTTON = 8;
 constexpr int WIDTH_BAR = 202;
 
-struct Editor {
+struct DemoEditor {
     HWND dialog, canvas, palette;
     DWORD process;  // whose editor is wanted; 0: anyone's
 };
 
-DWORD processOf(HWND window)
+static DWORD processOf(HWND window)
 {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
     return process;
 }
 
-BOOL CALLBACK findParts(HWND window, LPARAM parameter)
+static BOOL CALLBACK findParts(HWND window, LPARAM parameter)
 {
-    Editor* editor = (Editor*)parameter;
+    DemoEditor* editor = (DemoEditor*)parameter;
     if (!IsWindowVisible(window) || (editor->process && processOf(window) != editor->process)) return TRUE;
     if (HWND canvas = FindWindowExW(window, nullptr, L"KOVRETOUCH", nullptr)) {
         editor->dialog = window;
@@ -45,7 +43,7 @@ BOOL CALLBACK findParts(HWND window, LPARAM parameter)
     return TRUE;
 }
 
-bool editorIsOpen(Editor* editor)
+static bool editorIsOpen(DemoEditor* editor)
 {
     *editor = {nullptr, nullptr, nullptr, editor->process};
     EnumWindows(findParts, (LPARAM)editor);
@@ -53,7 +51,7 @@ bool editorIsOpen(Editor* editor)
 }
 
 template <typename Condition>
-bool waitUntil(Condition holds, DWORD milliseconds)
+static bool waitUntil(Condition holds, DWORD milliseconds)
 {
     const DWORD start = GetTickCount();
     while (!holds()) {
@@ -63,7 +61,7 @@ bool waitUntil(Condition holds, DWORD milliseconds)
     return true;
 }
 
-bool answers(const Editor& editor)
+static bool answers(const DemoEditor& editor)
 {
     DWORD_PTR answer;
     return SendMessageTimeoutW(editor.canvas, WM_NULL, 0, 0, SMTO_NORMAL, 5000, &answer);
@@ -71,7 +69,7 @@ bool answers(const Editor& editor)
 
 // Returns when the editor has worked off its input, has nothing left to paint, and has given what it painted to
 // the display: that happens when it waits for the next message, so it must have come to wait once after that.
-void settle(const Editor& editor)
+static void settle(const DemoEditor& editor)
 {
     waitUntil(
         [&] {
@@ -83,7 +81,7 @@ void settle(const Editor& editor)
         answers(editor);
 }
 
-void picture(const Editor& editor, const char* name)
+static void picture(const DemoEditor& editor, const char* name)
 {
     settle(editor);
     Sleep(200);  // the display's own way to the screen
@@ -95,7 +93,7 @@ void picture(const Editor& editor, const char* name)
 
 // A button goes down or up at the point, in one event with the way there: a late report of where the pointer was
 // before cannot come between.
-void pointer(POINT point, DWORD buttons)
+static void pointer(POINT point, DWORD buttons)
 {
     INPUT input = {};
     input.type = INPUT_MOUSE;
@@ -107,7 +105,7 @@ void pointer(POINT point, DWORD buttons)
 }
 
 // Returns when the pointer is there, for the display too.
-void moveTo(POINT point)
+static void moveTo(POINT point)
 {
     waitUntil(
         [&] {
@@ -121,7 +119,7 @@ void moveTo(POINT point)
 }
 
 // A point of a window: across and down in parts of its size.
-POINT pointOf(HWND window, double across, double down)
+static POINT pointOf(HWND window, double across, double down)
 {
     RECT box;
     GetWindowRect(window, &box);
@@ -130,7 +128,7 @@ POINT pointOf(HWND window, double across, double down)
 
 // Whether the pointer would meet the window there. Without a window manager a dialog can be left under the window
 // that owns it; then it is brought up again.
-bool liesOnTop(HWND window, POINT point)
+static bool liesOnTop(HWND window, POINT point)
 {
     if (!IsWindowEnabled(window)) return false;
     if (WindowFromPoint(point) == window) return true;
@@ -139,7 +137,7 @@ bool liesOnTop(HWND window, POINT point)
 }
 
 // False when something else stays where the window should be.
-bool click(HWND window, double across, double down)
+static bool click(HWND window, double across, double down)
 {
     if (!waitUntil([&] { return liesOnTop(window, pointOf(window, across, down)); }, 10000)) return false;
     const POINT point = pointOf(window, across, down);
@@ -149,12 +147,12 @@ bool click(HWND window, double across, double down)
     return true;
 }
 
-POINT wavePoint(HWND canvas, double part)
+static POINT wavePoint(HWND canvas, double part)
 {
     return pointOf(canvas, 0.15 + 0.7 * part, 0.45 + 0.15 * std::sin(part * 4 * 3.14159265358979));
 }
 
-void paintWave(const Editor& editor)
+static void paintWave(const DemoEditor& editor)
 {
     const int steps = 120;
     moveTo(wavePoint(editor.canvas, 0));
@@ -169,13 +167,13 @@ void paintWave(const Editor& editor)
     pointer(wavePoint(editor.canvas, 1), MOUSEEVENTF_LEFTUP);
 }
 
-int endOf(const Editor& editor)
+static int endOf(const DemoEditor& editor)
 {
     return waitUntil([&] { return !IsWindow(editor.dialog); }, 60000) ? 0 : 2;
 }
 
 // On a busy machine a click may come before a window is ready for it; then it is made once more.
-int pressSave(const Editor& editor)
+static int pressSave(const DemoEditor& editor)
 {
     for (int attempt = 0; attempt < 5; ++attempt) {
         settle(editor);
@@ -185,9 +183,9 @@ int pressSave(const Editor& editor)
     return endOf(editor);
 }
 
-int playEdit()
+static int playEdit()
 {
-    Editor editor = {};
+    DemoEditor editor = {};
     if (!waitUntil([&] { return editorIsOpen(&editor); }, 60000)) return 1;
     picture(editor, "opened");
 
@@ -202,7 +200,7 @@ int playEdit()
 }
 
 // What the screen shows around a point.
-COLORREF seenAt(POINT point)
+static COLORREF seenAt(POINT point)
 {
     HDC screen = GetDC(nullptr);
     const COLORREF color = GetPixel(screen, point.x, point.y);
@@ -211,7 +209,7 @@ COLORREF seenAt(POINT point)
 }
 
 // To a place where nothing reacts, below the palette: no outline lies at the pointer.
-void restPointer(const Editor& editor)
+static void restPointer(const DemoEditor& editor)
 {
     POINT point = pointOf(editor.palette, 0.5, 1);
     point.y += 12;
@@ -220,7 +218,7 @@ void restPointer(const Editor& editor)
 }
 
 // False when no dab is seen in the photo's middle.
-bool laySpot(const Editor& editor)
+static bool laySpot(const DemoEditor& editor)
 {
     const POINT middle = pointOf(editor.canvas, 0.5, 0.5);
     restPointer(editor);
@@ -235,13 +233,13 @@ bool laySpot(const Editor& editor)
     return false;
 }
 
-int closeEditor(const Editor& editor)
+static int closeEditor(const DemoEditor& editor)
 {
     PostMessageW(editor.dialog, WM_CLOSE, 0, 0);
     return endOf(editor);
 }
 
-BOOL CALLBACK findDialog(HWND window, LPARAM parameter)
+static BOOL CALLBACK findDialog(HWND window, LPARAM parameter)
 {
     wchar_t name[16] = L"";
     GetClassNameW(window, name, 16);
@@ -250,14 +248,14 @@ BOOL CALLBACK findDialog(HWND window, LPARAM parameter)
     return FALSE;
 }
 
-HWND openDialog()
+static HWND openDialog()
 {
     HWND dialog = nullptr;
     EnumWindows(findDialog, (LPARAM)&dialog);
     return dialog && GetDlgItem(dialog, IDCANCEL) ? dialog : nullptr;
 }
 
-int answerDialog(const std::wstring& answer)
+static int answerDialog(const std::wstring& answer)
 {
     HWND dialog = nullptr;
     if (!waitUntil([&] { return (dialog = openDialog()) != nullptr; }, 60000)) return 1;
@@ -269,11 +267,11 @@ int answerDialog(const std::wstring& answer)
     return 2;
 }
 
-int doOneThing(const std::wstring& action, const std::wstring& photo)
+static int doOneThing(const std::wstring& action, const std::wstring& photo)
 {
     if (action == L"answer") return answerDialog(photo);
     const std::wstring title = photo + L" - Retouch";
-    Editor editor = {};
+    DemoEditor editor = {};
     const bool open = waitUntil(
         [&] {
             HWND host = FindWindowW(L"RetouchHost", title.c_str());
@@ -287,8 +285,6 @@ int doOneThing(const std::wstring& action, const std::wstring& photo)
     if (action == L"close") return closeEditor(editor);
     return action == L"wait" || action == L"paint" ? 0 : 3;
 }
-
-}  // namespace
 
 int wmain(int count, wchar_t** words)
 {

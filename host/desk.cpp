@@ -5,17 +5,15 @@
 #include "host/texts.h"
 #include "host/waiting_photos.h"
 
-namespace {
-
 // False when the user does not want the photos that still wait.
-bool goesOn(ExitCode code)
+static bool goesOn(ExitCode code)
 {
     if (code == exitNoLibrary) return false;
     if (code != exitNothingSaved || !anyWaiting()) return true;
     return ask(caption(TEXT_QUESTION_NEXT, namesOfWaiting()), true);
 }
 
-void forgetWaiting()
+static void forgetWaiting()
 {
     std::wstring photo;
     while (takeWaiting(&photo)) {
@@ -23,22 +21,22 @@ void forgetWaiting()
 }
 
 // The photo whose result the window shows.
-SaveRequest shown;
+static SaveRequest shown;
 
-void hideResult()
+static void hideResult()
 {
     showPicture(nullptr);
     shown.image = GlobalFree(shown.image);
     showTitle(L"");
 }
 
-void showResult()
+static void showResult()
 {
     showTitle(nameOfPath(shown.output));
     showPicture(shown.image);
 }
 
-ExitCode retouchAtDesk(const std::wstring& photo)
+static ExitCode retouchAtDesk(const std::wstring& photo)
 {
     PhotoTask task;
     task.photo = photo;
@@ -55,19 +53,17 @@ ExitCode retouchAtDesk(const std::wstring& photo)
     return code;
 }
 
-void openChosen()
+static void openChosen()
 {
     for (const std::wstring& photo : askForPhotos())
         addWaiting(photo);
 }
 
-void saveShownAs()
+static void saveShownAs()
 {
     saveAsking(&shown, true);
     showResult();
 }
-
-}  // namespace
 
 ExitCode retouchWaiting(PhotoTask task)
 {

@@ -1,31 +1,29 @@
 #include "host/file_names.h"
 
-namespace {
-
 struct FormatName {
     const wchar_t* extension;
     PhotoFormat format;
 };
-const FormatName formatNames[] = {
+static const FormatName formatNames[] = {
     {L".jpg", PhotoFormat::Jpeg}, {L".jpeg", PhotoFormat::Jpeg}, {L".jpe", PhotoFormat::Jpeg},
     {L".png", PhotoFormat::Png},  {L".tif", PhotoFormat::Tiff},  {L".tiff", PhotoFormat::Tiff},
     {L".bmp", PhotoFormat::Bmp},  {L".dib", PhotoFormat::Bmp},
 };
 
-size_t nameStart(const std::wstring& path)
+static size_t nameStart(const std::wstring& path)
 {
     const size_t separator = path.find_last_of(L"\\/:");
     return separator == std::wstring::npos ? 0 : separator + 1;
 }
 
 // Where the extension starts, its dot included; the end when there is none. A leading dot starts none.
-size_t extensionStart(const std::wstring& path)
+static size_t extensionStart(const std::wstring& path)
 {
     const size_t dot = path.rfind(L'.');
     return dot == std::wstring::npos || dot <= nameStart(path) ? path.size() : dot;
 }
 
-bool sameLetters(const std::wstring& text, const wchar_t* lowerCase)
+static bool sameLetters(const std::wstring& text, const wchar_t* lowerCase)
 {
     size_t i = 0;
     for (; i < text.size() && lowerCase[i]; ++i) {
@@ -34,8 +32,6 @@ bool sameLetters(const std::wstring& text, const wchar_t* lowerCase)
     }
     return i == text.size() && !lowerCase[i];
 }
-
-}  // namespace
 
 PhotoFormat formatOfName(const std::wstring& path)
 {

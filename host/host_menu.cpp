@@ -2,16 +2,14 @@
 
 #include "host/texts.h"
 
-namespace {
-
-struct Entry {
+struct MenuEntry {
     TextId menu;
     TextId text;
     HostCommand command;
     const wchar_t* key;  // null: none
     bool control;
 };
-const Entry entries[] = {
+static const MenuEntry entries[] = {
     {TEXT_MENU_FILE, TEXT_MENU_OPEN, COMMAND_OPEN, L"O", true},
     {TEXT_MENU_FILE, TEXT_MENU_SAVE_AS, COMMAND_SAVE_AS, L"S", true},
     {TEXT_MENU_FILE, TEXT_MENU_EXIT, COMMAND_EXIT, nullptr, false},
@@ -19,25 +17,23 @@ const Entry entries[] = {
     {TEXT_MENU_HELP, TEXT_MENU_ABOUT, COMMAND_ABOUT, nullptr, false},
 };
 
-std::wstring textOf(const Entry& entry)
+static std::wstring textOf(const MenuEntry& entry)
 {
     std::wstring text = caption(entry.text);
     if (entry.key) text += L"\t" + (entry.control ? caption(TEXT_KEY_CONTROL) + L"+" : L"") + entry.key;
     return text;
 }
 
-HMENU createPart(TextId menu)
+static HMENU createPart(TextId menu)
 {
     HMENU part = CreatePopupMenu();
-    for (const Entry& entry : entries) {
+    for (const MenuEntry& entry : entries) {
         if (entry.menu != menu) continue;
         if (entry.command == COMMAND_EXIT) AppendMenuW(part, MF_SEPARATOR, 0, nullptr);
         AppendMenuW(part, MF_STRING, entry.command, textOf(entry).c_str());
     }
     return part;
 }
-
-}  // namespace
 
 HMENU createHostMenu()
 {

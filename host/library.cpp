@@ -2,8 +2,6 @@
 
 #include <cstdio>
 
-namespace {
-
 constexpr wchar_t LIBRARY_NAME[] = L"KOVRTCH32.dll";
 constexpr wchar_t CONTROL_LIBRARY_NAME[] = L"KOVCTRL32.dll";
 
@@ -13,14 +11,14 @@ constexpr WORD OWN_MACHINE = IMAGE_FILE_MACHINE_AMD64;
 constexpr WORD OWN_MACHINE = IMAGE_FILE_MACHINE_I386;
 #endif
 
-HMODULE load(const wchar_t* name)
+static HMODULE load(const wchar_t* name)
 {
     // A full path keeps the current folder out of the search.
     return LoadLibraryExW((programFolder() + name).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
 // What kind of processor a program file is for; 0 when it is none.
-WORD machineOf(const std::wstring& path)
+static WORD machineOf(const std::wstring& path)
 {
     FILE* file = _wfopen(path.c_str(), L"rb");
     IMAGE_DOS_HEADER dos = {};
@@ -33,7 +31,7 @@ WORD machineOf(const std::wstring& path)
     return read ? header.Machine : 0;
 }
 
-LibraryFault faultOf(const std::wstring& path)
+static LibraryFault faultOf(const std::wstring& path)
 {
     if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) return LibraryFault::Missing;
     const WORD machine = machineOf(path);
@@ -41,15 +39,13 @@ LibraryFault faultOf(const std::wstring& path)
 }
 
 // The system does not say which of the two libraries it could not load: the one that the other needs is tried first.
-void explain(Library* library)
+static void explain(EditorLibrary* library)
 {
     HMODULE controls = load(CONTROL_LIBRARY_NAME);
     library->faulty = controls ? LIBRARY_NAME : CONTROL_LIBRARY_NAME;
     library->fault = faultOf(programFolder() + library->faulty);
     if (controls) FreeLibrary(controls);
 }
-
-}  // namespace
 
 std::wstring programFolder()
 {
@@ -60,9 +56,9 @@ std::wstring programFolder()
     return folder;
 }
 
-Library loadLibraryBeside()
+EditorLibrary loadLibraryBeside()
 {
-    Library library;
+    EditorLibrary library;
     library.module = load(LIBRARY_NAME);
     if (library.module)
         library.retouch =

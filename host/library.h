@@ -7,7 +7,7 @@
 
 enum class LibraryFault { Missing, OtherBits, Damaged };
 
-struct Library {
+struct EditorLibrary {
     HMODULE module = nullptr;
     RetouchEntry retouch = nullptr;  // null: not loaded, and the rest tells why
     std::wstring faulty;             // the file that is to blame: KOVRTCH32.dll or what it needs, KOVCTRL32.dll
@@ -15,7 +15,7 @@ struct Library {
 };
 
 // From the program's own folder only, whatever the current one is. Released with FreeLibrary(module).
-Library loadLibraryBeside();
+EditorLibrary loadLibraryBeside();
 
 // The folder of the program, with its separator.
 std::wstring programFolder();

@@ -1,8 +1,6 @@
 #include "host/losses.h"
 
-namespace {
-
-void add(Losses* losses, bool lost, TextId name, bool severe)
+static void add(Losses* losses, bool lost, TextId name, bool severe)
 {
     if (!lost) return;
     losses->names.push_back(name);
@@ -10,13 +8,13 @@ void add(Losses* losses, bool lost, TextId name, bool severe)
 }
 
 // A grey TIFF file that gets colours becomes a plain one.
-bool keepsTiff(const PhotoFacts& facts, const PhotoFacts* written)
+static bool keepsTiff(const PhotoFacts& facts, const PhotoFacts* written)
 {
     if (!facts.grey || !(facts.pages > 1 || facts.deep || facts.alpha)) return facts.inPlace;
     return facts.inPlace && written && written->grey;
 }
 
-bool keepsAll(const SourcePhoto& source, PhotoFormat format, const PhotoFacts* written)
+static bool keepsAll(const SourcePhoto& source, PhotoFormat format, const PhotoFacts* written)
 {
     if (format == PhotoFormat::Tiff) return source.kind == PhotoKind::Tiff && keepsTiff(source.facts, written);
     // Inks that cannot be turned as blocks become plain colours.
@@ -25,8 +23,6 @@ bool keepsAll(const SourcePhoto& source, PhotoFormat format, const PhotoFacts* w
     return (format == PhotoFormat::Jpeg && source.kind == PhotoKind::Jpeg && !turnsInks) ||
            (format == PhotoFormat::Png && source.kind == PhotoKind::Png);
 }
-
-}  // namespace
 
 Losses lossesOf(const SourcePhoto& source, PhotoFormat format, const PhotoFacts* written)
 {

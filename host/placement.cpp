@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 
-namespace {
 constexpr int GAP_BESIDE = 8;
 constexpr int COMFORTABLE_SIDE = 320;
 constexpr int LARGEST_FACTOR = 8;
-}  // namespace
 
 ScreenSize clientSizeFor(ScreenSize image, ScreenSize room)
 {

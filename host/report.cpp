@@ -3,20 +3,18 @@
 #include "host/host_window.h"
 #include "host/texts.h"
 
-namespace {
-
 // Where sentences go; both null: into message boxes.
-HANDLE output, errors;
-bool inWindow;
+static HANDLE output, errors;
+static bool inWindow;
 
-bool leadsSomewhere(HANDLE handle)
+static bool leadsSomewhere(HANDLE handle)
 {
     return handle && handle != INVALID_HANDLE_VALUE && GetFileType(handle) != FILE_TYPE_UNKNOWN;
 }
 
 // Files and pipes that the program was given are there from its start; the screen of the terminal that it was
 // started from, if any, must be opened.
-HANDLE terminalHandle(DWORD which, bool attached)
+static HANDLE terminalHandle(DWORD which, bool attached)
 {
     HANDLE given = GetStdHandle(which);
     if (leadsSomewhere(given)) return given;
@@ -27,7 +25,7 @@ HANDLE terminalHandle(DWORD which, bool attached)
 }
 
 // A console takes UTF-16 as it is; files and pipes get UTF-8.
-void writeLine(HANDLE to, const std::wstring& sentence)
+static void writeLine(HANDLE to, const std::wstring& sentence)
 {
     const std::wstring line = sentence + L"\r\n";
     DWORD mode, written;
@@ -41,12 +39,10 @@ void writeLine(HANDLE to, const std::wstring& sentence)
     WriteFile(to, bytes.data(), (DWORD)size, &written, nullptr);
 }
 
-void showBox(const std::wstring& sentence, UINT icon)
+static void showBox(const std::wstring& sentence, UINT icon)
 {
     MessageBoxW(hostWindow(), sentence.c_str(), L"Retouch", MB_OK | icon);
 }
-
-}  // namespace
 
 void reportToTerminal()
 {

@@ -5,10 +5,8 @@
 #include <vector>
 #include <windows.h>
 
-namespace {
-
 // The rights of an existing file, for a new one that is to take its place; empty when there is none.
-std::vector<unsigned char> rightsOf(const std::wstring& path)
+static std::vector<unsigned char> rightsOf(const std::wstring& path)
 {
     std::vector<unsigned char> rights;
     DWORD size = 0;
@@ -18,20 +16,18 @@ std::vector<unsigned char> rightsOf(const std::wstring& path)
     return rights;
 }
 
-BY_HANDLE_FILE_INFORMATION identityOf(HANDLE file)
+static BY_HANDLE_FILE_INFORMATION identityOf(HANDLE file)
 {
     BY_HANDLE_FILE_INFORMATION identity = {};
     if (file == INVALID_HANDLE_VALUE || !GetFileInformationByHandle(file, &identity)) identity.nNumberOfLinks = 0;
     return identity;
 }
 
-HANDLE openForIdentity(const std::wstring& path)
+static HANDLE openForIdentity(const std::wstring& path)
 {
     return CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                        FILE_FLAG_BACKUP_SEMANTICS, nullptr);
 }
-
-}  // namespace
 
 bool createBeside(const std::wstring& path, std::wstring* temporary, unsigned long* error)
 {

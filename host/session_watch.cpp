@@ -6,12 +6,10 @@
 
 #include <shellapi.h>
 
-namespace {
-
-HHOOK hook;
+static HHOOK hook;
 constexpr UINT SESSION_RUNS = WM_APP;  // posted before the session: its loop finds it first
 
-BOOL CALLBACK acceptDrops(HWND window, LPARAM)
+static BOOL CALLBACK acceptDrops(HWND window, LPARAM)
 {
     if (IsWindowVisible(window)) DragAcceptFiles(window, TRUE);
     return TRUE;
@@ -19,7 +17,7 @@ BOOL CALLBACK acceptDrops(HWND window, LPARAM)
 
 // The library's loop takes the messages of the thread's other windows for granted: what is for this program is taken
 // out before any window sees it.
-void takeOurs(MSG* message)
+static void takeOurs(MSG* message)
 {
     if (message->message == SESSION_RUNS && message->hwnd == hostWindow()) {
         EnumThreadWindows(GetCurrentThreadId(), acceptDrops, 0);
@@ -34,13 +32,11 @@ void takeOurs(MSG* message)
     message->message = WM_NULL;
 }
 
-LRESULT CALLBACK watchMessage(int code, WPARAM removed, LPARAM message)
+static LRESULT CALLBACK watchMessage(int code, WPARAM removed, LPARAM message)
 {
     if (code == HC_ACTION && removed == PM_REMOVE) takeOurs((MSG*)message);
     return CallNextHookEx(hook, code, removed, message);
 }
-
-}  // namespace
 
 void beginSessionWatch()
 {

@@ -2,28 +2,26 @@
 
 #include <windows.h>
 
-namespace {
-
-struct Language {
+struct HostLanguage {
     wchar_t code[3];  // as the system abbreviates it
     int offset;       // of its texts' numbers
 };
-const Language languages[] = {
+static const HostLanguage languages[] = {
 #include "host/text_languages.inc"
 };
 
 constexpr wchar_t ENGLISH[] = L"EN";
-bool terminalListens = true;
+static bool terminalListens = true;
 
-int offsetOf(const wchar_t* code)
+static int offsetOf(const wchar_t* code)
 {
-    for (const Language& language : languages)
+    for (const HostLanguage& language : languages)
         if (CompareStringOrdinal(language.code, 2, code, 2, TRUE) == CSTR_EQUAL) return language.offset;
     return offsetOf(ENGLISH);
 }
 
 // The library goes by the same name of the locale.
-int userOffset()
+static int userOffset()
 {
     wchar_t code[16] = L"";
     const DWORD length = GetEnvironmentVariableW(L"RETOUCH_LANGUAGE", code, 16);  // for tests and pictures
@@ -31,14 +29,14 @@ int userOffset()
     return offsetOf(code[0] && code[1] ? code : ENGLISH);
 }
 
-std::wstring load(int id)
+static std::wstring load(int id)
 {
     const wchar_t* text = nullptr;
     const int length = LoadStringW(GetModuleHandleW(nullptr), (UINT)id, (wchar_t*)&text, 0);
     return length > 0 ? std::wstring(text, (size_t)length) : std::wstring();
 }
 
-std::wstring filledIn(const std::wstring& text, const std::wstring& first, const std::wstring& second)
+static std::wstring filledIn(const std::wstring& text, const std::wstring& first, const std::wstring& second)
 {
     std::wstring filled;
     for (size_t i = 0; i < text.size(); ++i) {
@@ -52,8 +50,6 @@ std::wstring filledIn(const std::wstring& text, const std::wstring& first, const
     }
     return filled;
 }
-
-}  // namespace
 
 std::wstring caption(TextId id, const std::wstring& first, const std::wstring& second)
 {

@@ -4,20 +4,18 @@
 
 #include <windows.h>
 
-namespace {
-
-HANDLE record = INVALID_HANDLE_VALUE;
-std::wstring recordName, recordedPhoto;
+static HANDLE record = INVALID_HANDLE_VALUE;
+static std::wstring recordName, recordedPhoto;
 
 constexpr wchar_t RECORD_EXTENSION[] = L".work", PICTURE_EXTENSION[] = L".bmp";
 
-std::wstring stemOf(const std::wstring& name)
+static std::wstring stemOf(const std::wstring& name)
 {
     return name.substr(0, name.rfind(L'.'));
 }
 
 // Three lines: photo, temporary file, target.
-void writeRecord(const std::wstring& temporary, const std::wstring& target)
+static void writeRecord(const std::wstring& temporary, const std::wstring& target)
 {
     if (record == INVALID_HANDLE_VALUE) return;
     const std::wstring text = recordedPhoto + L"\n" + temporary + L"\n" + target + L"\n";
@@ -28,7 +26,7 @@ void writeRecord(const std::wstring& temporary, const std::wstring& target)
     FlushFileBuffers(record);
 }
 
-std::vector<std::wstring> linesOf(HANDLE file)
+static std::vector<std::wstring> linesOf(HANDLE file)
 {
     std::wstring text(GetFileSize(file, nullptr) / sizeof(wchar_t), L'\0');
     DWORD got = 0;
@@ -45,7 +43,7 @@ std::vector<std::wstring> linesOf(HANDLE file)
 }
 
 // A save that was cut off: what was finished already is brought to its end, what was not is taken away.
-void tidySave(const std::wstring& temporary, const std::wstring& target)
+static void tidySave(const std::wstring& temporary, const std::wstring& target)
 {
     unsigned long error;
     if (temporary.empty() || !fileExists(temporary)) return;
@@ -53,7 +51,7 @@ void tidySave(const std::wstring& temporary, const std::wstring& target)
 }
 
 // False while the program that the record belongs to lives.
-bool readAbandoned(const std::wstring& name, AbandonedWork* work)
+static bool readAbandoned(const std::wstring& name, AbandonedWork* work)
 {
     HANDLE file = CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) return false;
@@ -64,8 +62,6 @@ bool readAbandoned(const std::wstring& name, AbandonedWork* work)
     DeleteFileW((stemOf(name) + L".tmp").c_str());  // a picture that was being written
     return true;
 }
-
-}  // namespace
 
 std::wstring rescueFolder()
 {

@@ -6,20 +6,18 @@
 #include "session/ground/language.h"
 #include "session/ground/module_state.h"
 
-namespace {
-
 constexpr int TEXT_SIZE = 160;
 constexpr int MARGIN = 8;
 constexpr int FAINTNESS = 60;  // percent of the background that shines through a picture
 
-uint8_t mixed(int picture, int alpha, int background)
+static uint8_t mixed(int picture, int alpha, int background)
 {
     const int shown = picture + background * (255 - alpha) / 255;
     return (uint8_t)((shown * (100 - FAINTNESS) + background * FAINTNESS) / 100);
 }
 
 // A picture's pixels (blue, green, red, alpha, multiplied by it) over one colour, faint.
-void fadePixels(uint8_t* pixels, int count, COLORREF background)
+static void fadePixels(uint8_t* pixels, int count, COLORREF background)
 {
     for (uint8_t* p = pixels; p < pixels + 4 * count; p += 4) {
         p[0] = mixed(p[0], p[3], GetBValue(background));
@@ -32,17 +30,17 @@ void fadePixels(uint8_t* pixels, int count, COLORREF background)
 // are, the nearest one serves as it is; the largest is enlarged, from 1.5 times on, where the screen is finer still.
 constexpr int USUAL_DPI = 96;
 
-int dpiOf(HDC dc)
+static int dpiOf(HDC dc)
 {
     return GetDeviceCaps(dc, LOGPIXELSY);
 }
 
-int drawingFor(HDC dc)
+static int drawingFor(HDC dc)
 {
     return 4 * dpiOf(dc) > 5 * USUAL_DPI ? PICTURE_DOUBLE : PICTURE_LARGE;
 }
 
-SIZE sizeOnScreen(HDC dc, const BITMAP& shape)
+static SIZE sizeOnScreen(HDC dc, const BITMAP& shape)
 {
     const int wanted = 3 * dpiOf(dc), drawn = 4 * USUAL_DPI;  // of the double drawing
     if (drawingFor(dc) != PICTURE_DOUBLE || 2 * wanted < 3 * drawn) return {shape.bmWidth, shape.bmHeight};
@@ -50,7 +48,7 @@ SIZE sizeOnScreen(HDC dc, const BITMAP& shape)
 }
 
 // Returns the picture's height; 0 when it cannot be looked at.
-int drawFaint(HDC dc, POINT at, HBITMAP picture)
+static int drawFaint(HDC dc, POINT at, HBITMAP picture)
 {
     BITMAP shape = {};
     if (!GetObjectA(picture, sizeof shape, &shape)) return 0;
@@ -66,7 +64,7 @@ int drawFaint(HDC dc, POINT at, HBITMAP picture)
 }
 
 // Draws a picture of the module, its top in the middle at `at`; returns its height.
-int drawFaintPicture(HDC dc, POINT at, int id)
+static int drawFaintPicture(HDC dc, POINT at, int id)
 {
     const HBITMAP picture =
         (HBITMAP)LoadImageA(moduleInstance, MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION);
@@ -75,7 +73,7 @@ int drawFaintPicture(HDC dc, POINT at, int id)
     return height;
 }
 
-void drawHint(HDC dc, RECT room)
+static void drawHint(HDC dc, RECT room)
 {
     WCHAR text[TEXT_SIZE];
     if (!loadLocalString(moduleInstance, STRING_LIBRARY_EMPTY, text, TEXT_SIZE)) return;
@@ -90,8 +88,6 @@ void drawHint(HDC dc, RECT room)
     SelectObject(dc, before);
     if (font) DeleteObject(font);
 }
-
-}  // namespace
 
 void paintEmptyLibrary(HWND list)
 {

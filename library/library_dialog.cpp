@@ -14,18 +14,16 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
-namespace {
-
 constexpr WCHAR LIBRARY_TEMPLATE[] = L"ENDLGRTCH_SELLISTFILES";  // the English one
 constexpr int PROP_PARAMETER = 1;
 constexpr int CONFIRMATION_SIZE = 128;
 
-HWND listOf(HWND dialog)
+static HWND listOf(HWND dialog)
 {
     return GetDlgItem(dialog, LIST_SELECTIONS);
 }
 
-RECT listRect(HWND dialog)
+static RECT listRect(HWND dialog)
 {
     RECT rect;
     GetWindowRect(listOf(dialog), &rect);
@@ -33,7 +31,7 @@ RECT listRect(HWND dialog)
     return rect;
 }
 
-void stretchList(HWND dialog)
+static void stretchList(HWND dialog)
 {
     RECT client;
     GetClientRect(dialog, &client);
@@ -42,7 +40,7 @@ void stretchList(HWND dialog)
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
+static INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
 {
     setWindowProp(dialog, PROP_PARAMETER, (HANDLE)lParam);
     attachPicturesUnlessLibraryDoes(dialog, PICTURE_TABLE_LIBRARY, moduleInstance);
@@ -57,7 +55,7 @@ INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
 
 // Both sides of the border together. The window itself is asked: systems with padded borders make them wider than
 // the metrics of a frame say.
-LONG borderWidth(HWND dialog)
+static LONG borderWidth(HWND dialog)
 {
     RECT window, client;
     GetWindowRect(dialog, &window);
@@ -66,7 +64,7 @@ LONG borderWidth(HWND dialog)
 }
 
 // Resizable in height only.
-INT_PTR onGetMinMaxInfo(HWND dialog, WPARAM, LPARAM lParam)
+static INT_PTR onGetMinMaxInfo(HWND dialog, WPARAM, LPARAM lParam)
 {
     if (!listOf(dialog)) return 0;
     MINMAXINFO& info = *(MINMAXINFO*)lParam;
@@ -74,49 +72,49 @@ INT_PTR onGetMinMaxInfo(HWND dialog, WPARAM, LPARAM lParam)
     return 0;
 }
 
-INT_PTR onSize(HWND dialog, WPARAM, LPARAM)
+static INT_PTR onSize(HWND dialog, WPARAM, LPARAM)
 {
     if (listOf(dialog)) stretchList(dialog);
     return 0;
 }
 
-INT_PTR onDialogColour(HWND, WPARAM, LPARAM)
+static INT_PTR onDialogColour(HWND, WPARAM, LPARAM)
 {
     return (INT_PTR)GetSysColorBrush(COLOR_BTNFACE);
 }
 
-INT_PTR onDrawItem(HWND, WPARAM, LPARAM lParam)
+static INT_PTR onDrawItem(HWND, WPARAM, LPARAM lParam)
 {
     drawLibraryItem(*(const DRAWITEMSTRUCT*)lParam);
     return TRUE;
 }
 
-INT_PTR onDeleteItem(HWND, WPARAM, LPARAM lParam)
+static INT_PTR onDeleteItem(HWND, WPARAM, LPARAM lParam)
 {
     freeLibraryItem(((const DELETEITEMSTRUCT*)lParam)->itemData);
     return TRUE;
 }
 
-int confirmDelete(HWND dialog)
+static int confirmDelete(HWND dialog)
 {
     WCHAR question[CONFIRMATION_SIZE];
     loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, question, CONFIRMATION_SIZE);
     return MessageBoxW(dialog, question, L"", MB_YESNO | MB_ICONHAND | MB_DEFBUTTON2) == IDYES;
 }
 
-void closeLibrary(HWND)
+static void closeLibrary(HWND)
 {
     showLibraryDialog(0, session->hostDialog);
     CheckDlgButton(session->paletteDialog, BUTTON_LIBRARY, BST_UNCHECKED);
 }
 
-void saveToLibrary(HWND dialog)
+static void saveToLibrary(HWND dialog)
 {
     LibraryPath saved;
     if (saveSelectionToLibrary(&saved)) addLibraryItem(listOf(dialog), saved.text);
 }
 
-void deleteFromLibrary(HWND dialog)
+static void deleteFromLibrary(HWND dialog)
 {
     const HWND list = listOf(dialog);
     const WCHAR* const current = currentLibraryPath(list);
@@ -134,13 +132,13 @@ struct LibraryCommand {
     void (*run)(HWND dialog);
 };
 
-const LibraryCommand commands[] = {
+static const LibraryCommand commands[] = {
     {BUTTON_CLOSE, closeLibrary},
     {BUTTON_SAVE, saveToLibrary},
     {BUTTON_DELETE, deleteFromLibrary},
 };
 
-INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM)
+static INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM)
 {
     endCanvasPress();
     for (const LibraryCommand& command : commands) {
@@ -152,7 +150,7 @@ INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM)
     return TRUE;
 }
 
-INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
+static INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
 {
     unsubclassLibraryList(listOf(dialog));
     releaseDialog(dialog);
@@ -160,7 +158,7 @@ INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
     return TRUE;
 }
 
-const DialogRoute routes[] = {
+static const DialogRoute routes[] = {
     {WM_INITDIALOG, onInitDialog},
     {WM_GETMINMAXINFO, onGetMinMaxInfo},
     {WM_SIZE, onSize},
@@ -172,13 +170,13 @@ const DialogRoute routes[] = {
     {WM_DESTROY, onDestroy},
 };
 
-INT_PTR CALLBACK libraryDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+static INT_PTR CALLBACK libraryDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {
     return session ? dispatchDialogMessage(routes, dialog, message, wParam, lParam) : FALSE;
 }
 
 // Beside the palette, on the side where it leaves the middle of the photo free; where it was if there is none.
-void placeBesidePalette(HWND dialog)
+static void placeBesidePalette(HWND dialog)
 {
     RECT own, palette, photo;
     GetWindowRect(dialog, &own);
@@ -194,7 +192,7 @@ void placeBesidePalette(HWND dialog)
     }
 }
 
-void openLibrary(HWND owner)
+static void openLibrary(HWND owner)
 {
     if (!IsWindow(session->libraryDialog)) {
         session->libraryDialog = openLocalDialog(moduleInstance, LIBRARY_TEMPLATE, owner, libraryDialogProc, 0);
@@ -204,8 +202,6 @@ void openLibrary(HWND owner)
     ShowWindow(session->libraryDialog, SW_SHOW);
     BringWindowToTop(session->libraryDialog);
 }
-
-}  // namespace
 
 void showLibraryDialog(int show, HWND owner)
 {

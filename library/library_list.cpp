@@ -18,8 +18,6 @@
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
-namespace {
-
 constexpr COLORREF THUMBNAIL_BACKGROUND = 0x00C0C0C0;
 constexpr COLORREF SELECTED_FRAME = RGB(0, 240, 0);
 constexpr int PICTURE_MARGIN = 6;
@@ -32,14 +30,14 @@ struct LibraryItem {
     HGLOBAL shown;      // scaled to the size in which it is drawn
 };
 
-LibraryItem* itemAt(HWND list, int index)
+static LibraryItem* itemAt(HWND list, int index)
 {
     if (index < 0) return nullptr;
     const LRESULT data = SendMessageA(list, LB_GETITEMDATA, (WPARAM)index, 0);
     return data == LB_ERR ? nullptr : (LibraryItem*)data;
 }
 
-void addItem(void* list, const LibraryPath& path, HGLOBAL thumbnail)
+static void addItem(void* list, const LibraryPath& path, HGLOBAL thumbnail)
 {
     LibraryItem* item = (LibraryItem*)takeMemory(sizeof(LibraryItem));
     if (!item) {
@@ -51,7 +49,7 @@ void addItem(void* list, const LibraryPath& path, HGLOBAL thumbnail)
 }
 
 // The largest rectangle of the thumbnail's proportions inside `room`, centred.
-RECT fitted(const RECT& room, int width, int height)
+static RECT fitted(const RECT& room, int width, int height)
 {
     const int roomWidth = room.right - room.left, roomHeight = room.bottom - room.top;
     int w = roomWidth, h = roomWidth * height / width;
@@ -64,7 +62,7 @@ RECT fitted(const RECT& room, int width, int height)
 }
 
 // Scaled once; later paints need no scaling.
-HGLOBAL shownAt(LibraryItem& item, int width, int height)
+static HGLOBAL shownAt(LibraryItem& item, int width, int height)
 {
     if (item.shown && bitmapWidth(item.shown) == width && bitmapHeight(item.shown) == height) return item.shown;
     if (item.shown) GlobalFree(item.shown);
@@ -72,13 +70,13 @@ HGLOBAL shownAt(LibraryItem& item, int width, int height)
     return item.shown;
 }
 
-void frame(HDC dc, const RECT& rect, COLORREF colour)
+static void frame(HDC dc, const RECT& rect, COLORREF colour)
 {
     SetDCBrushColor(dc, colour);
     FrameRect(dc, &rect, (HBRUSH)GetStockObject(DC_BRUSH));
 }
 
-RECT drawPicture(HDC dc, LibraryItem* item, const RECT& room)
+static RECT drawPicture(HDC dc, LibraryItem* item, const RECT& room)
 {
     const int width = item ? bitmapWidth(item->thumbnail) : 0, height = item ? bitmapHeight(item->thumbnail) : 0;
     if (width < 1 || height < 1) {
@@ -92,7 +90,7 @@ RECT drawPicture(HDC dc, LibraryItem* item, const RECT& room)
 }
 
 // The item's area beside its picture. The picture itself is left alone, so that it does not flicker.
-void fillAround(HDC dc, const RECT& item, const RECT& picture)
+static void fillAround(HDC dc, const RECT& item, const RECT& picture)
 {
     const int saved = SaveDC(dc);
     ExcludeClipRect(dc, picture.left, picture.top, picture.right, picture.bottom);
@@ -109,7 +107,7 @@ struct Grab {
     POINT pointer;
 };
 
-bool grabItem(HWND list, Grab& grab)
+static bool grabItem(HWND list, Grab& grab)
 {
     const int index = (int)SendMessageA(list, LB_GETCARETINDEX, 0, 0);
     grab.item = itemAt(list, index);
@@ -120,7 +118,7 @@ bool grabItem(HWND list, Grab& grab)
     return PtInRect(&grab.rect, grab.pointer);
 }
 
-bool dragItem(HWND list, const Grab& grab)
+static bool dragItem(HWND list, const Grab& grab)
 {
     const HWND dialog = GetParent(list);
     RECT rect = grab.rect;
@@ -131,7 +129,7 @@ bool dragItem(HWND list, const Grab& grab)
 }
 
 // Only inside the editing window, and not on a window that lies over it.
-bool droppedOnCanvas()
+static bool droppedOnCanvas()
 {
     POINT at;
     GetCursorPos(&at);
@@ -144,7 +142,7 @@ bool droppedOnCanvas()
 }
 
 // What floats is dropped in any case, also when the file has become unreadable.
-void placeItem(const LibraryPath& path)
+static void placeItem(const LibraryPath& path)
 {
     HGLOBAL image, mask;
     const HWND canvas = session->canvasWindow;
@@ -154,7 +152,7 @@ void placeItem(const LibraryPath& path)
     if (placeStoredSelection(imagePointOf(canvas, pointerIn(canvas)), image, mask)) selectTool(TOOL_SELECTION);
 }
 
-LRESULT pressList(HWND list, WPARAM wParam, LPARAM lParam)
+static LRESULT pressList(HWND list, WPARAM wParam, LPARAM lParam)
 {
     // The box makes the item under the pointer current, and must not wait for the button itself.
     const LRESULT result = CallWindowProcW(sessionExtras.previousListProc, list, WM_LBUTTONDOWN, wParam, lParam);
@@ -170,12 +168,12 @@ LRESULT pressList(HWND list, WPARAM wParam, LPARAM lParam)
 }
 
 // A press soon after another one is a double click to the system, also when the list was scrolled meanwhile.
-bool isPress(UINT message)
+static bool isPress(UINT message)
 {
     return message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK;
 }
 
-LRESULT CALLBACK libraryListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
+static LRESULT CALLBACK libraryListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (isPress(message) && SendMessageA(list, LB_GETCOUNT, 0, 0) > 0) return pressList(list, wParam, lParam);
     if (SendMessageA(list, LB_GETCOUNT, 0, 0) == 0) {
@@ -190,8 +188,6 @@ LRESULT CALLBACK libraryListProc(HWND list, UINT message, WPARAM wParam, LPARAM 
     if (message == WM_SIZE) InvalidateRect(list, nullptr, FALSE);
     return CallWindowProcW(sessionExtras.previousListProc, list, message, wParam, lParam);
 }
-
-}  // namespace
 
 void fillLibraryList(HWND list)
 {

@@ -19,11 +19,9 @@
 #include "session/ground/window_props.h"
 #include "tools/kernels/dab_placement.h"
 
-namespace {
-
 // Centre and radius as the dab engine places any dab: of the rectangle cut to the image, and of the
 // width that is visible. A radius of 0 when nothing is.
-BrushDab dabAt(POINT at)
+static BrushDab dabAt(POINT at)
 {
     int imageWidth, imageHeight;
     if (!lockBitmapInfo(editedImage(), &imageWidth, &imageHeight, nullptr)) return {};
@@ -35,21 +33,21 @@ BrushDab dabAt(POINT at)
     return {{(r.left + r.right) / 2, (r.top + r.bottom) / 2}, place.ruleWidth / 2, session->reshapeFromOutside == 0};
 }
 
-void eraseFrame()
+static void eraseFrame()
 {
     SetRectEmpty(&session->frameInnerRect);
     SetRectEmpty(&session->frameOuterRect);
     redrawSelection();
 }
 
-void showFrameAgain()
+static void showFrameAgain()
 {
     setSelectionRect(pixelRectOf(session->selectionRect));
     redrawSelection();
 }
 
 // The shown points are kept for a release that fails. A second dab before any release keeps the first ones.
-void takeDabbedOutline(const Outline& outline, PixelPoint origin)
+static void takeDabbedOutline(const Outline& outline, PixelPoint origin)
 {
     if (session->rowCrossings) {
         Outline earlier = takeWorkingOutline();
@@ -65,14 +63,14 @@ void takeDabbedOutline(const Outline& outline, PixelPoint origin)
     OffsetRect(&session->reshapeRect, origin.x, origin.y);
 }
 
-void redrawDab()
+static void redrawDab()
 {
     redrawSelection();
     if (session->libraryDialog) UpdateWindow(session->libraryDialog);
 }
 
 // The outline as it is by now, whole also where it leaves the image. Its points stay the record's.
-Outline presentOutline()
+static Outline presentOutline()
 {
     Outline outline = workingOutline();
     if (!session->rowCrossings) outline.points = session->outlineSnapshot;
@@ -80,7 +78,7 @@ Outline presentOutline()
 }
 
 // A second dab before any release has nothing to keep that the first one found.
-void paintAway()
+static void paintAway()
 {
     if (session->rowCrossings) return clearSelection();
     setSelectionAside();
@@ -88,7 +86,7 @@ void paintAway()
 
 // The outline changes at once; the floating pixels follow at the release, from the working table that
 // this leaves.
-void dabOutline(HWND canvas, POINT at)
+static void dabOutline(HWND canvas, POINT at)
 {
     PixelPoint* points;
     int count;
@@ -106,21 +104,19 @@ void dabOutline(HWND canvas, POINT at)
     redrawDab();
 }
 
-void forgetDabbedPoints()
+static void forgetDabbedPoints()
 {
     freeOutlinePoints(sessionExtras.selection.dabbedFrom);
     sessionExtras.selection.dabbedFrom = nullptr;
 }
 
-void restoreOutline()
+static void restoreOutline()
 {
     session->outlinePoints = sessionExtras.selection.dabbedFrom;
     session->outlinePointCount = session->referencePointCountB;
     sessionExtras.selection.dabbedFrom = nullptr;
     showFrameAgain();
 }
-
-}  // namespace
 
 void pressOutlineBrush(HWND canvas, POINT at)
 {

@@ -13,10 +13,8 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
-namespace {
-
 // The point in the frame's pixels: client pixels while the canvas is zoomed.
-int hitTest(POINT image, POINT client)
+static int hitTest(POINT image, POINT client)
 {
     const POINT at = isZoomed(sessionExtras.canvas.view) ? client : image;
     return hitTestFrame(pixelRectOf(session->frameInnerRect), pixelRectOf(session->frameOuterRect), frameButtons(),
@@ -32,7 +30,7 @@ struct FrameLook {
     UINT nameId;          // string that names the button; 0 for the edges
 };
 
-const FrameLook frameLooks[] = {
+static const FrameLook frameLooks[] = {
     {HIT_LEFT_EDGE, (LPCSTR)IDC_SIZEWE, 0, 0},
     {HIT_RIGHT_EDGE, (LPCSTR)IDC_SIZEWE, 0, 0},
     {HIT_TOP_EDGE, (LPCSTR)IDC_SIZENS, 0, 0},
@@ -58,7 +56,7 @@ const FrameLook frameLooks[] = {
     {HIT_LIFT_DOWN, nullptr, CURSOR_LIFT_DOWN, STRING_FRAME_LIFT_DOWN},
 };
 
-HCURSOR cursorOfHit(int hit)
+static HCURSOR cursorOfHit(int hit)
 {
     for (const FrameLook& row : frameLooks) {
         if (row.hit != hit) continue;
@@ -67,8 +65,6 @@ HCURSOR cursorOfHit(int hit)
     }
     return LoadCursorA(moduleInstance, MAKEINTRESOURCEA(CURSOR_MOVE_SELECTION));
 }
-
-}  // namespace
 
 void pressSelection(HWND canvas, POINT at)
 {

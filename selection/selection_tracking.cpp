@@ -11,23 +11,21 @@
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
-namespace {
-
-PixelPoint hostPointOf(HWND canvas, POINT at)
+static PixelPoint hostPointOf(HWND canvas, POINT at)
 {
     RECT device = deviceRectOf(canvas, {at.x, at.y, at.x, at.y});
     MapWindowPoints(canvas, session->hostDialog, (POINT*)&device, 1);
     return {(int)device.left, (int)device.top};
 }
 
-RECT hostRectOf(HWND canvas, const RECT& rect)
+static RECT hostRectOf(HWND canvas, const RECT& rect)
 {
     RECT device = deviceRectOf(canvas, rect);
     MapWindowPoints(canvas, session->hostDialog, (POINT*)&device, 2);
     return device;
 }
 
-RECT imageRectOf(HWND canvas, const RECT& hostRect)
+static RECT imageRectOf(HWND canvas, const RECT& hostRect)
 {
     RECT rect = hostRect;
     MapWindowPoints(session->hostDialog, canvas, (POINT*)&rect, 2);
@@ -38,7 +36,7 @@ RECT imageRectOf(HWND canvas, const RECT& hostRect)
 
 // ---- rubber band
 
-void beginBand(HWND canvas, POINT at, int hit)
+static void beginBand(HWND canvas, POINT at, int hit)
 {
     hideOutline(canvas);
     session->trackRect = hostRectOf(canvas, session->selectionRect);
@@ -51,20 +49,20 @@ void beginBand(HWND canvas, POINT at, int hit)
     if (hit == HIT_INSIDE) SetCursor(LoadCursorA(moduleInstance, MAKEINTRESOURCEA(CURSOR_DRAG_DIALOG)));
 }
 
-bool bandIsAtStart()
+static bool bandIsAtStart()
 {
     return EqualRect(&session->trackRect, &sessionExtras.selection.bandStart) != FALSE;
 }
 
 // Windows reports moves to where the pointer is already; a band that hangs over the border stays there then.
-bool isStillPressed(PixelPoint pointer)
+static bool isStillPressed(PixelPoint pointer)
 {
     return pointer.x == sessionExtras.selection.pressed.x && pointer.y == sessionExtras.selection.pressed.y &&
            bandIsAtStart();
 }
 
 // What a band is kept in: all of the image, whether it is seen or not.
-RECT roomForBand(HWND canvas)
+static RECT roomForBand(HWND canvas)
 {
     RECT client;
     GetClientRect(session->hostDialog, &client);
@@ -73,7 +71,7 @@ RECT roomForBand(HWND canvas)
                                                : client;
 }
 
-void dragBand(HWND canvas, POINT at)
+static void dragBand(HWND canvas, POINT at)
 {
     const PixelPoint pointer = hostPointOf(canvas, at);
     if (isStillPressed(pointer)) return;
@@ -93,7 +91,7 @@ void dragBand(HWND canvas, POINT at)
 
 // The selection's rectangle where the band is. Zoomed out a band's side stands for several image pixels: only by
 // how far it went tells which, and a side that was not dragged stays.
-RECT rectOfBand(HWND canvas)
+static RECT rectOfBand(HWND canvas)
 {
     RECT rect = imageRectOf(canvas, session->trackRect);
     if (!isZoomed(sessionExtras.canvas.view)) return rect;
@@ -103,7 +101,7 @@ RECT rectOfBand(HWND canvas)
     return rect;
 }
 
-void endBand(HWND canvas)
+static void endBand(HWND canvas)
 {
     invertBand();
     session->trackingSelection = 0;
@@ -121,7 +119,7 @@ void endBand(HWND canvas)
 
 // ---- turning
 
-void layRotatedFrame()
+static void layRotatedFrame()
 {
     const PixelRect a = pixelRectOf(session->referenceRectA);
     const PixelPoint corners[5] = {
@@ -134,7 +132,7 @@ void layRotatedFrame()
         sessionExtras.selection.rotatedFrame[i] = {turned[i].x, turned[i].y};
 }
 
-void beginRotation(HWND canvas, POINT at)
+static void beginRotation(HWND canvas, POINT at)
 {
     const PointBox box = boxOfPoints(session->referencePointsA, session->referencePointCountA);
     const PixelPoint centre = hostPointOf(canvas, {(box.minX + box.maxX) / 2, (box.minY + box.maxY) / 2});
@@ -146,7 +144,7 @@ void beginRotation(HWND canvas, POINT at)
     invertRotatedFrame(canvas);
 }
 
-void dragRotation(HWND canvas, POINT at)
+static void dragRotation(HWND canvas, POINT at)
 {
     invertRotatedFrame(canvas);
     trackAngle(sessionExtras.selection.angle, hostPointOf(canvas, at));
@@ -154,15 +152,13 @@ void dragRotation(HWND canvas, POINT at)
     invertRotatedFrame(canvas);
 }
 
-void endRotation(HWND canvas)
+static void endRotation(HWND canvas)
 {
     invertRotatedFrame(canvas);
     session->rotatingSelection = 0;
     session->rotationDegrees = trackedDegrees(sessionExtras.selection.angle);
     rotateSelectionBy(session->rotationDegrees);
 }
-
-}  // namespace
 
 void beginTracking(HWND canvas, POINT at, int hit)
 {

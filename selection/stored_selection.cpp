@@ -7,17 +7,13 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
-namespace {
-
 // The origin on one axis: the far clamp comes last, so a selection larger than the image starts before it.
-int originOnAxis(int at, int size, int imageSize)
+static int originOnAxis(int at, int size, int imageSize)
 {
     if (at < size / 2 + 1) at = size / 2 + 1;
     if (at > imageSize - size / 2 - 1) at = imageSize - size / 2 - 1;
     return at - size / 2;
 }
-
-}  // namespace
 
 bool placeStoredSelection(POINT at, HGLOBAL image, HGLOBAL mask)
 {

@@ -2,19 +2,17 @@
 
 #include <cstddef>
 
-namespace {
-
 constexpr COLORREF BLACK = 0x00000000;
 constexpr COLORREF DARK_GREY = 0x00808080;
 constexpr COLORREF LIGHT_GREY = 0x00C0C0C0;
 constexpr COLORREF WHITE = 0x00FFFFFF;
 
-struct FrameMetrics {
+struct FrameSizes {
     int width, height;    // the window
     int fx, fy, caption;  // SM_CXFRAME, SM_CYFRAME, SM_CYCAPTION
 };
 
-void fillBorder(HDC dc, HBRUSH brush, const FrameMetrics& m)
+static void fillBorder(HDC dc, HBRUSH brush, const FrameSizes& m)
 {
     const RECT strips[] = {
         {0, 0, m.width, m.fy - 1},
@@ -26,19 +24,19 @@ void fillBorder(HDC dc, HBRUSH brush, const FrameMetrics& m)
         FillRect(dc, &strip, brush);
 }
 
-void drawPath(HDC dc, COLORREF colour, const POINT* points, int count)
+static void drawPath(HDC dc, COLORREF colour, const POINT* points, int count)
 {
     SetDCPenColor(dc, colour);
     Polyline(dc, points, count);
 }
 
 template <size_t count>
-void drawPath(HDC dc, COLORREF colour, const POINT (&points)[count])
+static void drawPath(HDC dc, COLORREF colour, const POINT (&points)[count])
 {
     drawPath(dc, colour, points, (int)count);
 }
 
-void drawEdges(HDC dc, const FrameMetrics& m)
+static void drawEdges(HDC dc, const FrameSizes& m)
 {
     const int w = m.width, h = m.height, fx = m.fx, fy = m.fy;
     const POINT outline[] = {{0, h - 1}, {w - 1, h - 1}, {w - 1, 0}, {0, 0}, {0, h}};
@@ -54,7 +52,7 @@ void drawEdges(HDC dc, const FrameMetrics& m)
 }
 
 // The eight notch segments, each moved by `shift` across its own direction.
-void drawNotches(HDC dc, const FrameMetrics& m, COLORREF colour, int shift)
+static void drawNotches(HDC dc, const FrameSizes& m, COLORREF colour, int shift)
 {
     const int w = m.width, h = m.height;
     const int g = m.caption + m.fy, g2 = m.caption + m.fx;
@@ -72,14 +70,14 @@ void drawNotches(HDC dc, const FrameMetrics& m, COLORREF colour, int shift)
         drawPath(dc, colour, segment);
 }
 
-void paintBorder(HWND dialog)
+static void paintBorder(HWND dialog)
 {
     const HDC dc = GetWindowDC(dialog);
     if (!dc) return;
     RECT window;
     GetWindowRect(dialog, &window);
-    const FrameMetrics m = {window.right - window.left, window.bottom - window.top, GetSystemMetrics(SM_CXFRAME),
-                            GetSystemMetrics(SM_CYFRAME), GetSystemMetrics(SM_CYCAPTION)};
+    const FrameSizes m = {window.right - window.left, window.bottom - window.top, GetSystemMetrics(SM_CXFRAME),
+                          GetSystemMetrics(SM_CYFRAME), GetSystemMetrics(SM_CYCAPTION)};
     // The stock pen and brush with a settable colour: nothing to create, nothing to delete.
     const HGDIOBJ oldPen = SelectObject(dc, GetStockObject(DC_PEN));
     SetDCBrushColor(dc, LIGHT_GREY);
@@ -90,8 +88,6 @@ void paintBorder(HWND dialog)
     SelectObject(dc, oldPen);
     ReleaseDC(dialog, dc);
 }
-
-}  // namespace
 
 void activateFrame(HWND dialog, WPARAM active)
 {

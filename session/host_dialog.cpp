@@ -18,11 +18,9 @@
 #include "tools/palette/palette.h"
 #include "tools/settings/settings_file.h"
 
-namespace {
-
 constexpr int CAPTION_SIZE = 256;
 
-SIZE clientSizeFor(const RECT& dialogRect, HGLOBAL image)
+static SIZE clientSizeFor(const RECT& dialogRect, HGLOBAL image)
 {
     const int frameX = 2 * GetSystemMetrics(SM_CXFRAME);
     const int frameY = 2 * GetSystemMetrics(SM_CYFRAME) + GetSystemMetrics(SM_CYCAPTION);
@@ -31,7 +29,7 @@ SIZE clientSizeFor(const RECT& dialogRect, HGLOBAL image)
     return {bitmapWidth(image), bitmapHeight(image)};
 }
 
-void fitCanvas(HWND dialog)
+static void fitCanvas(HWND dialog)
 {
     const HWND canvas = (HWND)windowProp(dialog, PROP_CANVAS);
     if (!IsWindow(canvas)) return;
@@ -41,7 +39,7 @@ void fitCanvas(HWND dialog)
                  SWP_NOZORDER);
 }
 
-void placeDialog(HWND dialog, const RECT& dialogRect, SIZE client)
+static void placeDialog(HWND dialog, const RECT& dialogRect, SIZE client)
 {
     SetWindowPos(dialog, nullptr, dialogRect.left, dialogRect.top, client.cx + 2 * GetSystemMetrics(SM_CXFRAME),
                  client.cy + 2 * GetSystemMetrics(SM_CYFRAME) + GetSystemMetrics(SM_CYCAPTION), SWP_NOZORDER);
@@ -49,7 +47,7 @@ void placeDialog(HWND dialog, const RECT& dialogRect, SIZE client)
     mapCanvas((HWND)windowProp(dialog, PROP_CANVAS));  // the image is new even when the size is not
 }
 
-bool openPalette(HWND dialog, const POINT& at)
+static bool openPalette(HWND dialog, const POINT& at)
 {
     readLocaleLanguage();
     session->paletteDialog = openLocalDialog(moduleInstance, PALETTE_TEMPLATE, dialog, paletteDialogProc, 0);
@@ -59,7 +57,7 @@ bool openPalette(HWND dialog, const POINT& at)
 }
 
 // False when the session cannot start.
-bool prepareSession(HWND dialog, const SessionArguments& arguments)
+static bool prepareSession(HWND dialog, const SessionArguments& arguments)
 {
     if (!arguments.dialogRect || !arguments.palettePos || !isSoundBitmap(arguments.image)) return false;
     session->hostDialog = dialog;
@@ -76,14 +74,14 @@ bool prepareSession(HWND dialog, const SessionArguments& arguments)
 }
 
 // The host names its picture in its own title. Read without asking the window, which may belong to another thread.
-void takeCaptionOfOwner(HWND dialog)
+static void takeCaptionOfOwner(HWND dialog)
 {
     WCHAR caption[CAPTION_SIZE];
     const HWND owner = GetWindow(dialog, GW_OWNER);
     if (owner && InternalGetWindowText(owner, caption, CAPTION_SIZE) > 0) SetWindowTextW(dialog, caption);
 }
 
-INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
+static INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
 {
     takeCaptionOfOwner(dialog);
     setWindowProp(dialog, PROP_FORWARD_TARGET, nullptr);
@@ -94,14 +92,14 @@ INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
     return 1;
 }
 
-INT_PTR onSize(HWND dialog, WPARAM, LPARAM)
+static INT_PTR onSize(HWND dialog, WPARAM, LPARAM)
 {
     fitCanvas(dialog);
     if (session->canvasWindow) InvalidateRect(session->canvasWindow, nullptr, TRUE);
     return 0;
 }
 
-AspectRatio aspectOf(HWND dialog, WindowSize& current)
+static AspectRatio aspectOf(HWND dialog, WindowSize& current)
 {
     RECT window, client;
     GetWindowRect(dialog, &window);
@@ -112,7 +110,7 @@ AspectRatio aspectOf(HWND dialog, WindowSize& current)
             current.height - (uint32_t)client.bottom};
 }
 
-INT_PTR onSizing(HWND dialog, WPARAM, LPARAM lParam)
+static INT_PTR onSizing(HWND dialog, WPARAM, LPARAM lParam)
 {
     RECT& rect = *(RECT*)lParam;
     WindowSize current;
@@ -124,7 +122,7 @@ INT_PTR onSizing(HWND dialog, WPARAM, LPARAM lParam)
     return 1;
 }
 
-INT_PTR onWindowPosChanging(HWND dialog, WPARAM, LPARAM lParam)
+static INT_PTR onWindowPosChanging(HWND dialog, WPARAM, LPARAM lParam)
 {
     WINDOWPOS& pos = *(WINDOWPOS*)lParam;
     WindowSize current;
@@ -137,32 +135,32 @@ INT_PTR onWindowPosChanging(HWND dialog, WPARAM, LPARAM lParam)
     return 0;
 }
 
-INT_PTR onNcButtonDown(HWND, WPARAM hitCode, LPARAM)
+static INT_PTR onNcButtonDown(HWND, WPARAM hitCode, LPARAM)
 {
     session->frameSizing = hitCode >= HTTOP && hitCode <= HTBOTTOMRIGHT;
     return 0;
 }
 
-INT_PTR onNcPaint(HWND dialog, WPARAM, LPARAM)
+static INT_PTR onNcPaint(HWND dialog, WPARAM, LPARAM)
 {
     paintFrame(dialog);
     return 1;
 }
 
-INT_PTR onNcActivate(HWND dialog, WPARAM active, LPARAM)
+static INT_PTR onNcActivate(HWND dialog, WPARAM active, LPARAM)
 {
     activateFrame(dialog, active);
     SetWindowLongPtrA(dialog, DWLP_MSGRESULT, TRUE);
     return 1;
 }
 
-INT_PTR onPaint(HWND dialog, WPARAM, LPARAM)
+static INT_PTR onPaint(HWND dialog, WPARAM, LPARAM)
 {
     paintFrame(dialog);
     return 0;
 }
 
-INT_PTR onEraseBackground(HWND dialog, WPARAM wParam, LPARAM)
+static INT_PTR onEraseBackground(HWND dialog, WPARAM wParam, LPARAM)
 {
     RECT clip;
     GetClipBox((HDC)wParam, &clip);
@@ -177,7 +175,7 @@ INT_PTR onEraseBackground(HWND dialog, WPARAM wParam, LPARAM)
 
 // The palette, not this dialog, carries the commands: the target stays null, so what is posted here
 // reaches no window.
-INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM lParam)
+static INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM lParam)
 {
     const HWND target = (HWND)windowProp(dialog, PROP_FORWARD_TARGET);
     if (LOWORD(wParam) == IDCANCEL) {
@@ -190,7 +188,7 @@ INT_PTR onCommand(HWND dialog, WPARAM wParam, LPARAM lParam)
     return 1;
 }
 
-INT_PTR onClose(HWND dialog, WPARAM, LPARAM)
+static INT_PTR onClose(HWND dialog, WPARAM, LPARAM)
 {
     EnableWindow(sessionExtras.parent, TRUE);  // so that it can become active when this window goes
     DestroyWindow(dialog);
@@ -198,7 +196,7 @@ INT_PTR onClose(HWND dialog, WPARAM, LPARAM)
 }
 
 // Every way out but Save gives the host its original back, Close once more: this is the last moment.
-void leaveAsCloseUnlessSaved()
+static void leaveAsCloseUnlessSaved()
 {
     if (sessionExtras.leaving != LEAVING_SAVED) {
         sessionResult = 0;
@@ -207,7 +205,7 @@ void leaveAsCloseUnlessSaved()
     releaseOriginal();
 }
 
-void tearDown(HWND dialog)
+static void tearDown(HWND dialog)
 {
     if (sessionExtras.leaving == LEAVING_UNDECIDED) sessionExtras.leaving = LEAVING_CLOSED;
     if (IsWindow(session->paletteDialog)) DestroyWindow(session->paletteDialog);
@@ -220,7 +218,7 @@ void tearDown(HWND dialog)
     leaveAsCloseUnlessSaved();
 }
 
-INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
+static INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
 {
     const bool started = session->hostDialog != nullptr;
     tearDown(dialog);
@@ -228,13 +226,13 @@ INT_PTR onDestroy(HWND dialog, WPARAM, LPARAM)
     return 1;
 }
 
-INT_PTR onEndSession(HWND dialog, WPARAM ending, LPARAM)
+static INT_PTR onEndSession(HWND dialog, WPARAM ending, LPARAM)
 {
     if (ending) DestroyWindow(dialog);  // the system is going down: leave as by Close
     return 1;
 }
 
-INT_PTR forwardPaletteMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+static INT_PTR forwardPaletteMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (!session->canvasWindow) return 0;
     SendMessageA(session->canvasWindow, message, wParam, lParam);
@@ -242,7 +240,7 @@ INT_PTR forwardPaletteMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM l
     return 1;
 }
 
-const DialogRoute routes[] = {
+static const DialogRoute routes[] = {
     {WM_INITDIALOG, onInitDialog},
     {WM_SIZE, onSize},
     {WM_SIZING, onSizing},
@@ -257,8 +255,6 @@ const DialogRoute routes[] = {
     {WM_DESTROY, onDestroy},
     {WM_ENDSESSION, onEndSession},
 };
-
-}  // namespace
 
 INT_PTR CALLBACK hostDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {

@@ -10,62 +10,60 @@
 #include "tools/brush/brush_preview.h"
 #include "tools/brush/picked_patch.h"
 
-namespace {
-
 // A memory device context with a bitmap selected into it; closed by closeMemory.
 struct MemoryPicture {
     HDC dc;
     HGDIOBJ oldBitmap;
 };
 
-MemoryPicture openMemory(HDC like, HBITMAP bitmap)
+static MemoryPicture openMemory(HDC like, HBITMAP bitmap)
 {
     MemoryPicture memory = {bitmap ? CreateCompatibleDC(like) : nullptr, nullptr};
     if (memory.dc) memory.oldBitmap = SelectObject(memory.dc, bitmap);
     return memory;
 }
 
-void closeMemory(const MemoryPicture& memory)
+static void closeMemory(const MemoryPicture& memory)
 {
     if (!memory.dc) return;
     SelectObject(memory.dc, memory.oldBitmap);
     DeleteDC(memory.dc);
 }
 
-void dropBitmap(HBITMAP& bitmap)
+static void dropBitmap(HBITMAP& bitmap)
 {
     if (bitmap) DeleteObject(bitmap);
     bitmap = nullptr;
 }
 
 // The size that the current brush has on the screen, at least one pixel.
-SIZE brushSizeOnScreen()
+static SIZE brushSizeOnScreen()
 {
     const RECT brush = {0, 0, (LONG)session->brushWidth, (LONG)session->brushHeight};
     const RECT device = deviceRectOf(session->canvasWindow, brush);
     return {std::max(device.right - device.left, 1L), std::max(device.bottom - device.top, 1L)};
 }
 
-bool visible()
+static bool visible()
 {
     return session->overlayHideCount > 0 && session->overlayEnabled;
 }
 
 // Where the whole picture's corner lies when it is centred on the pointer, host dialog client coordinates.
-POINT cornerAtPointer()
+static POINT cornerAtPointer()
 {
     const POINT pointer = pointerIn(session->hostDialog);
     const SIZE whole = sessionExtras.outline.whole;
     return {pointer.x - whole.cx / 2, pointer.y - whole.cy / 2};
 }
 
-LONG partOffset(LONG corner, LONG whole, LONG part)
+static LONG partOffset(LONG corner, LONG whole, LONG part)
 {
     return std::min(std::max(-corner, 0L), whole - part);
 }
 
 // Which part of the picture is in the client area, or next to it, when the picture's corner lies there.
-POINT offsetAt(POINT corner)
+static POINT offsetAt(POINT corner)
 {
     const OutlinePicture& picture = sessionExtras.outline;
     return {partOffset(corner.x, picture.whole.cx, picture.part.cx),
@@ -73,7 +71,7 @@ POINT offsetAt(POINT corner)
 }
 
 // Where that part lies, host dialog client coordinates.
-RECT partAt(POINT corner)
+static RECT partAt(POINT corner)
 {
     const SIZE part = sessionExtras.outline.part;
     const POINT offset = offsetAt(corner);
@@ -81,7 +79,7 @@ RECT partAt(POINT corner)
     return {at.x, at.y, at.x + part.cx, at.y + part.cy};
 }
 
-void drawPart(HDC memory, POINT offset)
+static void drawPart(HDC memory, POINT offset)
 {
     OutlinePicture& picture = sessionExtras.outline;
     const RECT whole = {-offset.x, -offset.y, picture.whole.cx - offset.x, picture.whole.cy - offset.y};
@@ -96,7 +94,7 @@ void drawPart(HDC memory, POINT offset)
 
 // Neither picture nor save-under exceeds what can lie inside the client area: of an image of few pixels, a brush
 // would be thousands of pixels large.
-void measurePicture()
+static void measurePicture()
 {
     OutlinePicture& picture = sessionExtras.outline;
     RECT client = {0, 0, 0, 0};
@@ -106,7 +104,7 @@ void measurePicture()
                     std::min(picture.whole.cy, std::max(client.bottom, 1L))};
 }
 
-void createPicture(HWND canvas)
+static void createPicture(HWND canvas)
 {
     measurePicture();
     const SIZE part = sessionExtras.outline.part;
@@ -118,7 +116,7 @@ void createPicture(HWND canvas)
     ReleaseDC(canvas, canvasDC);
 }
 
-void restoreSaveUnder()
+static void restoreSaveUnder()
 {
     if (!session->saveUnderBitmap) return;
     const RECT at = partAt(session->outlinePos);
@@ -131,7 +129,7 @@ void restoreSaveUnder()
     ReleaseDC(session->hostDialog, dc);
 }
 
-void takeSaveUnder()
+static void takeSaveUnder()
 {
     const SIZE part = sessionExtras.outline.part;
     session->outlinePos = cornerAtPointer();
@@ -146,7 +144,7 @@ void takeSaveUnder()
 
 // Copies what is seen of the picture at outlinePos; its pixels in the key colour stay transparent. The target's
 // corner stands for `corner` of the client area.
-void drawPictureOn(HDC target, POINT corner)
+static void drawPictureOn(HDC target, POINT corner)
 {
     const SIZE part = sessionExtras.outline.part;
     const POINT offset = offsetAt(session->outlinePos), drawn = sessionExtras.outline.offset;
@@ -160,7 +158,7 @@ void drawPictureOn(HDC target, POINT corner)
     closeMemory(picture);
 }
 
-void drawPicture()
+static void drawPicture()
 {
     const HDC dc = GetDC(session->hostDialog);
     drawPictureOn(dc, {0, 0});
@@ -168,7 +166,7 @@ void drawPicture()
 }
 
 // Old and new place overlap: everything is composed off screen and shown with one copy.
-void moveOverlapping(const RECT& all, const RECT& from, POINT newCorner)
+static void moveOverlapping(const RECT& all, const RECT& from, POINT newCorner)
 {
     const SIZE size = sessionExtras.outline.part;
     const RECT to = partAt(newCorner);
@@ -192,15 +190,13 @@ void moveOverlapping(const RECT& all, const RECT& from, POINT newCorner)
 }
 
 // What two places of the picture cover of the client area; false when that is nothing.
-bool seenOf(const RECT& from, const RECT& to, RECT* seen)
+static bool seenOf(const RECT& from, const RECT& to, RECT* seen)
 {
     RECT all, client;
     UnionRect(&all, &from, &to);
     GetClientRect(session->hostDialog, &client);
     return IntersectRect(seen, &all, &client) != 0;
 }
-
-}  // namespace
 
 void rebuildOutline(HWND canvas, int dropBrushCache)
 {

@@ -4,12 +4,10 @@
 #include <cstdlib>
 #include <lcms2.h>
 
-namespace {
-
 constexpr int UNNOTICED = 2;  // a difference from sRGB that nobody sees
 
 // Whether a profile's colours are shown right without it.
-bool isLikeSrgb(cmsHTRANSFORM toScreen)
+static bool isLikeSrgb(cmsHTRANSFORM toScreen)
 {
     for (int color = 0; color < 125; ++color) {
         uint8_t pixel[4] = {(uint8_t)(color % 5 * 63), (uint8_t)(color / 5 % 5 * 63), (uint8_t)(color / 25 * 63), 255};
@@ -20,8 +18,6 @@ bool isLikeSrgb(cmsHTRANSFORM toScreen)
     }
     return true;
 }
-
-}  // namespace
 
 ColorBridge openBridge(const std::vector<uint8_t>& profile, int inks, bool inverted)
 {

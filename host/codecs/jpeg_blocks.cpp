@@ -6,8 +6,6 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace {
-
 // A strip is one row of MCUs: as many pixel rows as the coarsest component's block covers.
 struct Strip {
     int width, rows;
@@ -25,7 +23,7 @@ struct Strip {
     bool hasOriginal, hasOutput, hasAnew;
 };
 
-bool markChanges(Strip* strip)
+static bool markChanges(Strip* strip)
 {
     bool any = false;
     for (size_t i = 0; i < (size_t)strip->width * strip->rows; ++i) {
@@ -35,14 +33,14 @@ bool markChanges(Strip* strip)
     return any;
 }
 
-bool isGrey(const Strip& strip)
+static bool isGrey(const Strip& strip)
 {
     for (size_t i = 0; i < (size_t)strip.width * strip.rows * 3; i += 3)
         if (strip.edited[i] != strip.edited[i + 1] || strip.edited[i] != strip.edited[i + 2]) return false;
     return true;
 }
 
-void fillLine(Strip* strip, int row, int components, const ColorBridge& bridge)
+static void fillLine(Strip* strip, int row, int components, const ColorBridge& bridge)
 {
     const uint8_t* from = &strip->edited[(size_t)row * strip->width * 3];
     uint8_t* to = strip->line.data();
@@ -58,7 +56,7 @@ void fillLine(Strip* strip, int row, int components, const ColorBridge& bridge)
 }
 
 // Encodes the edited strip with the original's tables and subsampling, into memory.
-void encodeStrip(Strip* strip, jpeg_decompress_struct* input, const ColorBridge& bridge)
+static void encodeStrip(Strip* strip, jpeg_decompress_struct* input, const ColorBridge& bridge)
 {
     jpeg_compress_struct& output = strip->output;
     free(strip->bytes);
@@ -83,8 +81,8 @@ void encodeStrip(Strip* strip, jpeg_decompress_struct* input, const ColorBridge&
 }
 
 // Whether a pixel of the strip that a block stands for was changed. Counted in blocks from the strip's corner.
-bool blockChanged(const Strip& strip, const jpeg_decompress_struct& input, const jpeg_component_info& part, int across,
-                  int down)
+static bool blockChanged(const Strip& strip, const jpeg_decompress_struct& input, const jpeg_component_info& part,
+                         int across, int down)
 {
     const int wide = 8 * input.max_h_samp_factor, high = 8 * input.max_v_samp_factor;
     const int left = across * wide / part.h_samp_factor;
@@ -97,7 +95,7 @@ bool blockChanged(const Strip& strip, const jpeg_decompress_struct& input, const
     return false;
 }
 
-void takeBlocks(Strip* strip, jpeg_decompress_struct* input, jvirt_barray_ptr* blocks, int stripNumber)
+static void takeBlocks(Strip* strip, jpeg_decompress_struct* input, jvirt_barray_ptr* blocks, int stripNumber)
 {
     jpeg_decompress_struct& anew = strip->anew;
     jpeg_mem_src(&anew, strip->bytes, strip->size);
@@ -118,7 +116,7 @@ void takeBlocks(Strip* strip, jpeg_decompress_struct* input, jvirt_barray_ptr* b
     jpeg_finish_decompress(&anew);
 }
 
-void openStrip(Strip* strip, jpeg_decompress_struct* input, FILE* again, const BlockEdit& edit)
+static void openStrip(Strip* strip, jpeg_decompress_struct* input, FILE* again, const BlockEdit& edit)
 {
     JpegRows& original = strip->original;
     original.input.err = strip->output.err = strip->anew.err = input->err;
@@ -134,8 +132,8 @@ void openStrip(Strip* strip, jpeg_decompress_struct* input, FILE* again, const B
     startJpegRows(&original);
 }
 
-bool updateStrips(Strip* strip, jpeg_decompress_struct* input, jvirt_barray_ptr* blocks, FILE* again,
-                  const EditedPhoto& photo, const BlockEdit& edit)
+static bool updateStrips(Strip* strip, jpeg_decompress_struct* input, jvirt_barray_ptr* blocks, FILE* again,
+                         const EditedPhoto& photo, const BlockEdit& edit)
 {
     openStrip(strip, input, again, edit);
     const UprightTarget edited = editedInFile(photo, edit.orientation);
@@ -159,15 +157,13 @@ bool updateStrips(Strip* strip, jpeg_decompress_struct* input, jvirt_barray_ptr*
     return true;
 }
 
-void closeStrip(Strip* strip)
+static void closeStrip(Strip* strip)
 {
     if (strip->hasOriginal) jpeg_destroy_decompress(&strip->original.input);
     if (strip->hasOutput) jpeg_destroy_compress(&strip->output);
     if (strip->hasAnew) jpeg_destroy_decompress(&strip->anew);
     free(strip->bytes);
 }
-
-}  // namespace
 
 bool updateBlocks(jpeg_decompress_struct* input, jvirt_barray_ptr* blocks, FILE* again, const EditedPhoto& photo,
                   BlockEdit* edit)

@@ -2,9 +2,7 @@
 
 #include <jerror.h>
 
-namespace {
-
-void jumpOut(j_common_ptr codec)
+static void jumpOut(j_common_ptr codec)
 {
     JpegErrors* errors = (JpegErrors*)codec->err;
     switch (errors->base.msg_code) {
@@ -15,7 +13,7 @@ void jumpOut(j_common_ptr codec)
     longjmp(errors->jump, 1);
 }
 
-void noteMessage(j_common_ptr codec, int level)
+static void noteMessage(j_common_ptr codec, int level)
 {
     JpegErrors* errors = (JpegErrors*)codec->err;
     // Stray bytes between segments harm nothing; some cameras leave them.
@@ -24,9 +22,7 @@ void noteMessage(j_common_ptr codec, int level)
         errors->damaged = true;
 }
 
-void saySilently(j_common_ptr) {}
-
-}  // namespace
+static void saySilently(j_common_ptr) {}
 
 jpeg_error_mgr* watchJpeg(JpegErrors* errors)
 {

@@ -5,11 +5,9 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
-
 constexpr int BAND_ROWS = 64;
 
-long pelsPerMetre(const jpeg_decompress_struct& input, int density)
+static long pelsPerMetre(const jpeg_decompress_struct& input, int density)
 {
     if (input.density_unit == 1) return std::lround(density / 0.0254);
     return input.density_unit == 2 ? density * 100l : 0;
@@ -20,7 +18,7 @@ struct Reading {
     std::vector<uint8_t> band;
 };
 
-PhotoStatus readRows(Reading* reading, const RowSink& sink, PhotoFacts* facts)
+static PhotoStatus readRows(Reading* reading, const RowSink& sink, PhotoFacts* facts)
 {
     JpegErrors errors;
     jpeg_decompress_struct& input = reading->rows.input;
@@ -47,8 +45,6 @@ PhotoStatus readRows(Reading* reading, const RowSink& sink, PhotoFacts* facts)
     jpeg_finish_decompress(&input);
     return errors.damaged ? PhotoStatus::NotAPhoto : PhotoStatus::Ok;
 }
-
-}  // namespace
 
 PhotoStatus readJpeg(FILE* file, const RowSink& sink, PhotoFacts* facts)
 {

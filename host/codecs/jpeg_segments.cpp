@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
-
 constexpr size_t LONGEST_SEGMENT = 65533;
 constexpr int EXIF_MARK_SIZE = 6;  // "Exif" and two zeros
 constexpr int XMP_MARK_SIZE = 29;  // the name of its vocabulary and a zero
@@ -22,7 +20,7 @@ struct SegmentMark {
     size_t length;
     JpegSegment kind;
 };
-const SegmentMark segmentMarks[] = {
+static const SegmentMark segmentMarks[] = {
     {JPEG_APP0, "JFIF\0", 5, JpegSegment::Jfif},
     {JPEG_APP0, "JFXX\0", 5, JpegSegment::Extension},
     {JPEG_APP0 + 1, "Exif\0\0", EXIF_MARK_SIZE, JpegSegment::Exif},
@@ -33,7 +31,7 @@ const SegmentMark segmentMarks[] = {
     {JPEG_APP0 + 14, "Adobe", 5, JpegSegment::Adobe},
 };
 
-JpegSegment kindOfSegment(const jpeg_marker_struct* segment)
+static JpegSegment kindOfSegment(const jpeg_marker_struct* segment)
 {
     for (const SegmentMark& mark : segmentMarks)
         if (segment->marker == mark.marker && segment->data_length >= mark.length &&
@@ -42,17 +40,17 @@ JpegSegment kindOfSegment(const jpeg_marker_struct* segment)
     return JpegSegment::Other;
 }
 
-std::vector<uint8_t> bytesOf(const jpeg_marker_struct* segment)
+static std::vector<uint8_t> bytesOf(const jpeg_marker_struct* segment)
 {
     return std::vector<uint8_t>(segment->data, segment->data + segment->data_length);
 }
 
-void writeSegment(jpeg_compress_struct* output, int marker, const std::vector<uint8_t>& bytes)
+static void writeSegment(jpeg_compress_struct* output, int marker, const std::vector<uint8_t>& bytes)
 {
     if (bytes.size() <= LONGEST_SEGMENT) jpeg_write_marker(output, marker, bytes.data(), (unsigned)bytes.size());
 }
 
-void writeExif(jpeg_compress_struct* output, const uint8_t* exif, size_t size, const EditedPhoto& photo)
+static void writeExif(jpeg_compress_struct* output, const uint8_t* exif, size_t size, const EditedPhoto& photo)
 {
     std::vector<uint8_t> segment = {'E', 'x', 'i', 'f', 0, 0};
     segment.insert(segment.end(), exif, exif + size);
@@ -60,8 +58,8 @@ void writeExif(jpeg_compress_struct* output, const uint8_t* exif, size_t size, c
     writeSegment(output, JPEG_APP0 + 1, segment);
 }
 
-void copySegment(const jpeg_marker_struct* segment, jpeg_compress_struct* output, const EditedPhoto& photo,
-                 bool profileFits)
+static void copySegment(const jpeg_marker_struct* segment, jpeg_compress_struct* output, const EditedPhoto& photo,
+                        bool profileFits)
 {
     std::vector<uint8_t> bytes = bytesOf(segment);
     switch (kindOfSegment(segment)) {
@@ -84,7 +82,7 @@ void copySegment(const jpeg_marker_struct* segment, jpeg_compress_struct* output
 }
 
 // Parts of a profile may come in any order.
-void collectProfile(const jpeg_decompress_struct& input, std::vector<uint8_t>* profile)
+static void collectProfile(const jpeg_decompress_struct& input, std::vector<uint8_t>* profile)
 {
     for (int part = 1; part < 256; ++part) {
         const jpeg_marker_struct* segment = input.marker_list;
@@ -96,7 +94,7 @@ void collectProfile(const jpeg_decompress_struct& input, std::vector<uint8_t>* p
     }
 }
 
-bool endsInsideBlock(const jpeg_decompress_struct& input)
+static bool endsInsideBlock(const jpeg_decompress_struct& input)
 {
     int across = 1, down = 1;
     for (int i = 0; i < input.num_components; ++i) {
@@ -105,8 +103,6 @@ bool endsInsideBlock(const jpeg_decompress_struct& input)
     }
     return input.image_width % (8u * across) != 0 || input.image_height % (8u * down) != 0;
 }
-
-}  // namespace
 
 void saveJpegSegments(jpeg_decompress_struct* input)
 {

@@ -9,15 +9,13 @@ extern "C" {
 #include <transupp.h>
 }
 
-namespace {
-
 constexpr int NEW_QUALITY = 95;
 
-const JXFORM_CODE turns[] = {JXFORM_NONE,      JXFORM_FLIP_H, JXFORM_ROT_180,    JXFORM_FLIP_V,
-                             JXFORM_TRANSPOSE, JXFORM_ROT_90, JXFORM_TRANSVERSE, JXFORM_ROT_270};
+static const JXFORM_CODE turns[] = {JXFORM_NONE,      JXFORM_FLIP_H, JXFORM_ROT_180,    JXFORM_FLIP_V,
+                                    JXFORM_TRANSPOSE, JXFORM_ROT_90, JXFORM_TRANSVERSE, JXFORM_ROT_270};
 
 // Everything that a jump may leave behind, so that it is let go in one place.
-struct Writing {
+struct JpegWriting {
     jpeg_decompress_struct input;  // the original's blocks
     jpeg_compress_struct output;
     bool hasInput, hasOutput;
@@ -28,7 +26,7 @@ struct Writing {
     std::vector<uint8_t> row;
 };
 
-void setDensity(jpeg_compress_struct* output, const EditedPhoto& photo)
+static void setDensity(jpeg_compress_struct* output, const EditedPhoto& photo)
 {
     if (photo.across <= 0 || photo.down <= 0) return;
     output->density_unit = 1;
@@ -36,7 +34,7 @@ void setDensity(jpeg_compress_struct* output, const EditedPhoto& photo)
     output->Y_density = (UINT16)(photo.down * 0.0254 + 0.5);
 }
 
-void transposeTables(jpeg_compress_struct* output)
+static void transposeTables(jpeg_compress_struct* output)
 {
     for (JQUANT_TBL* table : output->quant_tbl_ptrs) {
         if (!table) continue;
@@ -49,7 +47,7 @@ void transposeTables(jpeg_compress_struct* output)
 }
 
 // The original's tables and subsampling for a picture that is encoded anew.
-void takeSettings(const Writing& writing, jpeg_compress_struct* output)
+static void takeSettings(const JpegWriting& writing, jpeg_compress_struct* output)
 {
     jpeg_decompress_struct& input = const_cast<jpeg_decompress_struct&>(writing.input);
     if (input.num_components != 3 || input.jpeg_color_space != JCS_YCbCr) {
@@ -73,7 +71,7 @@ void takeSettings(const Writing& writing, jpeg_compress_struct* output)
 
 // Every pixel anew, upright.
 // All but the rows. Has the colours' way into the file opened where they need one.
-void startEncoding(Writing* writing, const EditedPhoto& photo, const PhotoFacts& facts, bool keepsColors)
+static void startEncoding(JpegWriting* writing, const EditedPhoto& photo, const PhotoFacts& facts, bool keepsColors)
 {
     jpeg_compress_struct& output = writing->output;
     output.image_width = (JDIMENSION)photo.width;
@@ -98,7 +96,7 @@ void startEncoding(Writing* writing, const EditedPhoto& photo, const PhotoFacts&
         writeJpegFacts(&output, facts, photo);
 }
 
-void encodeAll(Writing* writing, const EditedPhoto& photo, const PhotoFacts& facts)
+static void encodeAll(JpegWriting* writing, const EditedPhoto& photo, const PhotoFacts& facts)
 {
     const bool keepsColors = !facts.grey && !facts.inks;
     startEncoding(writing, photo, facts, keepsColors);
@@ -114,7 +112,7 @@ void encodeAll(Writing* writing, const EditedPhoto& photo, const PhotoFacts& fac
     jpeg_finish_compress(&output);
 }
 
-void keepBlocks(Writing* writing, const EditedPhoto& photo)
+static void keepBlocks(JpegWriting* writing, const EditedPhoto& photo)
 {
     jpeg_transform_info* turn = &writing->turn;
     jpeg_compress_struct& output = writing->output;
@@ -131,7 +129,8 @@ void keepBlocks(Writing* writing, const EditedPhoto& photo)
 }
 
 // Opens the original and brings its blocks up to date; false when they cannot be kept.
-bool editBlocks(Writing* writing, const EditedPhoto& photo, const PhotoFacts& facts, FILE* original, FILE* again)
+static bool editBlocks(JpegWriting* writing, const EditedPhoto& photo, const PhotoFacts& facts, FILE* original,
+                       FILE* again)
 {
     jpeg_decompress_struct& input = writing->input;
     jpeg_create_decompress(&input);
@@ -148,8 +147,8 @@ bool editBlocks(Writing* writing, const EditedPhoto& photo, const PhotoFacts& fa
     return updateBlocks(&input, writing->blocks, again, photo, &writing->edit);
 }
 
-PhotoStatus write(Writing* writing, FILE* file, const EditedPhoto& photo, const PhotoFacts& facts, FILE* original,
-                  FILE* again)
+static PhotoStatus write(JpegWriting* writing, FILE* file, const EditedPhoto& photo, const PhotoFacts& facts,
+                         FILE* original, FILE* again)
 {
     if (setjmp(writing->errors.jump)) return writing->errors.status;
     const bool kept = original && editBlocks(writing, photo, facts, original, again);
@@ -164,11 +163,9 @@ PhotoStatus write(Writing* writing, FILE* file, const EditedPhoto& photo, const 
     return PhotoStatus::Ok;
 }
 
-}  // namespace
-
 PhotoStatus writeJpeg(FILE* output, const EditedPhoto& photo, const PhotoFacts& facts, FILE* original, FILE* again)
 {
-    Writing writing = {};
+    JpegWriting writing = {};
     writing.input.err = writing.output.err = watchJpeg(&writing.errors);
     const PhotoStatus status = write(&writing, output, photo, facts, original, again);
     if (writing.hasOutput) jpeg_destroy_compress(&writing.output);

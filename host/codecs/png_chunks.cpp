@@ -6,14 +6,12 @@
 #include <algorithm>
 #include <zlib.h>
 
-namespace {
-
-uint32_t numberAt(const uint8_t* bytes)
+static uint32_t numberAt(const uint8_t* bytes)
 {
     return (uint32_t)bytes[0] << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];
 }
 
-void updateChunk(PngChunk* chunk, const EditedPhoto& photo, bool swapped)
+static void updateChunk(PngChunk* chunk, const EditedPhoto& photo, bool swapped)
 {
     if (chunk->name == "eXIf") refreshExif(chunk->bytes.data(), chunk->bytes.size(), photo);
     if (chunk->name == "iTXt") noteUprightInXmp(chunk->bytes.data(), chunk->bytes.size());
@@ -22,25 +20,23 @@ void updateChunk(PngChunk* chunk, const EditedPhoto& photo, bool swapped)
 }
 
 // What says something about the kind of pixels that there was.
-bool fitsKindOnly(const PngChunk& chunk)
+static bool fitsKindOnly(const PngChunk& chunk)
 {
     return chunk.name == "bKGD" || chunk.name == "hIST" || chunk.name == "sBIT";
 }
 
 // Colour descriptions stand before the palette, everything else behind it.
-bool beforePalette(const PngChunk& chunk)
+static bool beforePalette(const PngChunk& chunk)
 {
     static const char* const names[] = {"gAMA", "cHRM", "sRGB", "iCCP", "sBIT", "cICP", "mDCv", "cLLi"};
     return std::any_of(std::begin(names), std::end(names), [&](const char* name) { return chunk.name == name; });
 }
 
-PngPlace placeOf(const PngChunk& chunk)
+static PngPlace placeOf(const PngChunk& chunk)
 {
     if (chunk.behindPixels) return PngPlace::BehindPixels;
     return beforePalette(chunk) ? PngPlace::BeforePalette : PngPlace::BeforePixels;
 }
-
-}  // namespace
 
 std::vector<PngChunk> readPngChunks(FILE* file)
 {

@@ -4,8 +4,6 @@
 #include <iterator>
 #include <zlib.h>
 
-namespace {
-
 constexpr int SAMPLE_BANDS = 4, BAND_ROWS = 8, SAMPLE_WIDTH = 4096;
 constexpr size_t PERCENT_MORE = 7;  // that a file may be larger for being packed in less time
 
@@ -13,7 +11,7 @@ constexpr size_t PERCENT_MORE = 7;  // that a file may be larger for being packe
 struct Packing {
     int level, strategy, filters;
 };
-const Packing packings[] = {
+static const Packing packings[] = {
     {1, Z_RLE, PNG_FILTER_PAETH},
     {4, Z_FILTERED, PNG_ALL_FILTERS},
     {Z_DEFAULT_COMPRESSION, Z_FILTERED, PNG_ALL_FILTERS},
@@ -25,7 +23,7 @@ struct Sample {
 };
 
 // Neighbouring rows from all over the picture, out of its middle columns.
-Sample takeSample(const EditedPhoto& photo)
+static Sample takeSample(const EditedPhoto& photo)
 {
     Sample sample;
     sample.width = std::min(photo.width, SAMPLE_WIDTH);
@@ -45,29 +43,29 @@ Sample takeSample(const EditedPhoto& photo)
     return sample;
 }
 
-void setPacking(png_structp output, const Packing& packing)
+static void setPacking(png_structp output, const Packing& packing)
 {
     png_set_compression_level(output, packing.level);
     png_set_compression_strategy(output, packing.strategy);
     png_set_filter(output, PNG_FILTER_TYPE_BASE, packing.filters);
 }
 
-void countBytes(png_structp output, png_bytep, size_t size)
+static void countBytes(png_structp output, png_bytep, size_t size)
 {
     *(size_t*)png_get_io_ptr(output) += size;
 }
 
-void flushNothing(png_structp) {}
+static void flushNothing(png_structp) {}
 
-void stayQuiet(png_structp, png_const_charp) {}
+static void stayQuiet(png_structp, png_const_charp) {}
 
-void giveUp(png_structp codec, png_const_charp)
+static void giveUp(png_structp codec, png_const_charp)
 {
     png_longjmp(codec, 1);
 }
 
 // 0 when it cannot be told.
-size_t packedSize(const Sample& sample, const Packing& packing)
+static size_t packedSize(const Sample& sample, const Packing& packing)
 {
     size_t size = 0;
     png_structp output = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, giveUp, stayQuiet);
@@ -87,8 +85,6 @@ size_t packedSize(const Sample& sample, const Packing& packing)
     png_destroy_write_struct(&output, &info);
     return size;
 }
-
-}  // namespace
 
 void choosePngPacking(png_structp output, const EditedPhoto& photo, int depth)
 {

@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
-
-void setSample(const PngLayout& layout, uint8_t* pixel, int channel, int value16)
+static void setSample(const PngLayout& layout, uint8_t* pixel, int channel, int value16)
 {
     if (layout.depth == 16) {
         pixel[channel * 2] = (uint8_t)(value16 >> 8);
@@ -17,8 +15,6 @@ void setSample(const PngLayout& layout, uint8_t* pixel, int channel, int value16
         pixel[channel] = (uint8_t)((value16 * most + 32767) / 65535);
     }
 }
-
-}  // namespace
 
 bool storePngColor(const PngRows& rows, const PngLayout& layout, const uint8_t* bgr, const uint8_t* editedBgr,
                    int alpha, uint8_t* to)

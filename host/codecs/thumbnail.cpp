@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace {
-
 constexpr int LONGER_SIDE = 160;
 
 struct Thumbnail {
@@ -16,7 +14,7 @@ struct Thumbnail {
 };
 
 // Means of the pixels that fall together.
-Thumbnail shrink(const EditedPhoto& photo)
+static Thumbnail shrink(const EditedPhoto& photo)
 {
     const int longest = std::max({photo.width, photo.height, LONGER_SIDE});
     Thumbnail small;
@@ -45,7 +43,7 @@ Thumbnail shrink(const EditedPhoto& photo)
 }
 
 // The bytes are malloc's; null when it fails.
-unsigned char* encode(const Thumbnail& small, int quality, unsigned long* size)
+static unsigned char* encode(const Thumbnail& small, int quality, unsigned long* size)
 {
     unsigned char* bytes = nullptr;
     jpeg_compress_struct output;
@@ -74,8 +72,6 @@ unsigned char* encode(const Thumbnail& small, int quality, unsigned long* size)
     jpeg_destroy_compress(&output);
     return bytes;
 }
-
-}  // namespace
 
 void refreshExif(uint8_t* exif, size_t size, const EditedPhoto& photo)
 {

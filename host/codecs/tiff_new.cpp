@@ -6,10 +6,8 @@
 
 #include <algorithm>
 
-namespace {
-
 // Words and blocks that say nothing about how the pixels lie.
-void copyDescriptions(TIFF* from, TIFF* to)
+static void copyDescriptions(TIFF* from, TIFF* to)
 {
     static const ttag_t words[] = {TIFFTAG_DOCUMENTNAME, TIFFTAG_IMAGEDESCRIPTION, TIFFTAG_MAKE,     TIFFTAG_MODEL,
                                    TIFFTAG_PAGENAME,     TIFFTAG_SOFTWARE,         TIFFTAG_DATETIME, TIFFTAG_ARTIST,
@@ -30,7 +28,7 @@ void copyDescriptions(TIFF* from, TIFF* to)
     if (TIFFGetField(from, TIFFTAG_PAGENUMBER, &page, &pages)) TIFFSetField(to, TIFFTAG_PAGENUMBER, page, pages);
 }
 
-uint16_t newCompression(TIFF* original)
+static uint16_t newCompression(TIFF* original)
 {
     const uint16_t compression = original ? tiffLayout(original).compression : (uint16_t)COMPRESSION_LZW;
     const bool usable = compression == COMPRESSION_NONE || compression == COMPRESSION_PACKBITS ||
@@ -38,7 +36,7 @@ uint16_t newCompression(TIFF* original)
     return usable ? compression : (uint16_t)COMPRESSION_LZW;
 }
 
-void describePage(TIFF* file, TIFF* original, const EditedPhoto& photo, const PhotoFacts& facts)
+static void describePage(TIFF* file, TIFF* original, const EditedPhoto& photo, const PhotoFacts& facts)
 {
     const uint16_t compression = newCompression(original);
     TIFFSetField(file, TIFFTAG_IMAGEWIDTH, (uint32_t)photo.width);
@@ -63,7 +61,7 @@ void describePage(TIFF* file, TIFF* original, const EditedPhoto& photo, const Ph
     if (original) copyDescriptions(original, file);
 }
 
-bool writePage(TIFF* file, const EditedPhoto& photo, const PhotoFacts& facts)
+static bool writePage(TIFF* file, const EditedPhoto& photo, const PhotoFacts& facts)
 {
     ColorBridge bridge = openBridge(facts.grey || facts.inks ? std::vector<uint8_t>() : facts.profile, 0, false);
     const UprightTarget upright = editedInFile(photo, 1);
@@ -79,8 +77,6 @@ bool writePage(TIFF* file, const EditedPhoto& photo, const PhotoFacts& facts)
     closeBridge(&bridge);
     return done;
 }
-
-}  // namespace
 
 bool writeNewTiff(const wchar_t* output, const EditedPhoto& photo, const PhotoFacts& facts, const wchar_t* original)
 {

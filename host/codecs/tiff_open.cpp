@@ -2,11 +2,7 @@
 
 #include <cstdarg>
 
-namespace {
-
-void sayNothing(const char*, const char*, va_list) {}
-
-}  // namespace
+static void sayNothing(const char*, const char*, va_list) {}
 
 TIFF* openTiff(const wchar_t* path, const char* mode)
 {

@@ -7,8 +7,6 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
-
 // Which pixels differ from what the original shows.
 struct Changes {
     UprightTarget edited;
@@ -18,12 +16,12 @@ struct Changes {
     bool any, colored;  // colored: an edited pixel is not grey
 };
 
-PhotoStatus noBegin(void*, const PhotoShape&)
+static PhotoStatus noBegin(void*, const PhotoShape&)
 {
     return PhotoStatus::Ok;
 }
 
-bool compareRows(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
+static bool compareRows(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
 {
     Changes* changes = (Changes*)context;
     for (int row = 0; row < rowCount; ++row) {
@@ -40,7 +38,7 @@ bool compareRows(void* context, const uint8_t* bgra, ptrdiff_t stride, int first
     return true;
 }
 
-bool findChanges(const wchar_t* original, const EditedPhoto& photo, const PhotoFacts& facts, Changes* changes)
+static bool findChanges(const wchar_t* original, const EditedPhoto& photo, const PhotoFacts& facts, Changes* changes)
 {
     TIFF* file = openTiff(original, "r");
     if (!file) return false;
@@ -65,7 +63,7 @@ struct Piece {
     int sample;                    // the plane, or -1 for all
 };
 
-int sampleAt(const TiffLayout& layout, const uint8_t* at)
+static int sampleAt(const TiffLayout& layout, const uint8_t* at)
 {
     if (layout.bits == 8) return *at;
     uint16_t value;
@@ -73,7 +71,7 @@ int sampleAt(const TiffLayout& layout, const uint8_t* at)
     return (value + 128) / 257;
 }
 
-void setSampleAt(const TiffLayout& layout, uint8_t* at, int value)
+static void setSampleAt(const TiffLayout& layout, uint8_t* at, int value)
 {
     if (layout.bits == 8) {
         *at = (uint8_t)value;
@@ -84,7 +82,7 @@ void setSampleAt(const TiffLayout& layout, uint8_t* at, int value)
 }
 
 // What a sample becomes so that it is seen as `shown`.
-int storedValue(const TiffLayout& layout, int shown, int alpha)
+static int storedValue(const TiffLayout& layout, int shown, int alpha)
 {
     int value = shown;
     if (layout.alphaKind == EXTRASAMPLE_UNASSALPHA) value = fromOverWhite(shown, alpha);
@@ -92,8 +90,8 @@ int storedValue(const TiffLayout& layout, int shown, int alpha)
     return layout.photometric == PHOTOMETRIC_MINISWHITE ? 255 - value : value;
 }
 
-void patchPiece(const TiffLayout& layout, const Piece& piece, const Changes& changes, const ColorBridge& bridge,
-                uint8_t* native)
+static void patchPiece(const TiffLayout& layout, const Piece& piece, const Changes& changes, const ColorBridge& bridge,
+                       uint8_t* native)
 {
     const int colors = layout.photometric == PHOTOMETRIC_RGB ? 3 : 1;
     const int bytes = layout.bits / 8, inPiece = piece.sample < 0 ? layout.samples : 1;
@@ -115,7 +113,7 @@ void patchPiece(const TiffLayout& layout, const Piece& piece, const Changes& cha
     }
 }
 
-bool pieceChanged(const Piece& piece, const Changes& changes)
+static bool pieceChanged(const Piece& piece, const Changes& changes)
 {
     for (int y = piece.top; y < piece.top + piece.height; ++y)
         for (int x = piece.left; x < piece.left + piece.width; ++x)
@@ -123,8 +121,8 @@ bool pieceChanged(const Piece& piece, const Changes& changes)
     return false;
 }
 
-bool editPiece(TIFF* file, const TiffLayout& layout, const Piece& piece, const Changes& changes,
-               const ColorBridge& bridge, uint8_t* buffer)
+static bool editPiece(TIFF* file, const TiffLayout& layout, const Piece& piece, const Changes& changes,
+                      const ColorBridge& bridge, uint8_t* buffer)
 {
     if (!pieceChanged(piece, changes)) return true;
     const tmsize_t size = TIFFIsTiled(file) ? TIFFReadEncodedTile(file, piece.number, buffer, (tmsize_t)-1)
@@ -135,7 +133,7 @@ bool editPiece(TIFF* file, const TiffLayout& layout, const Piece& piece, const C
                               : TIFFWriteEncodedStrip(file, piece.number, buffer, size)) == size;
 }
 
-bool editPieces(TIFF* file, const TiffLayout& layout, const Changes& changes, const ColorBridge& bridge)
+static bool editPieces(TIFF* file, const TiffLayout& layout, const Changes& changes, const ColorBridge& bridge)
 {
     const bool tiled = TIFFIsTiled(file);
     uint32_t wide = layout.width, high = layout.height;
@@ -170,13 +168,13 @@ bool editPieces(TIFF* file, const TiffLayout& layout, const Changes& changes, co
 
 // Separate planes with alpha are laid over white when shown; their colours alone cannot be changed plane by
 // plane here.
-bool editsInPlace(const TiffLayout& layout, const Changes& changes)
+static bool editsInPlace(const TiffLayout& layout, const Changes& changes)
 {
     return canEditSamples(layout) && !(layout.planar == PLANARCONFIG_SEPARATE && layout.alpha) &&
            !(layout.photometric != PHOTOMETRIC_RGB && changes.colored);
 }
 
-bool editCopy(const wchar_t* output, const PhotoFacts& facts, const Changes& changes)
+static bool editCopy(const wchar_t* output, const PhotoFacts& facts, const Changes& changes)
 {
     TIFF* file = openTiff(output, "r+");
     if (!file) return false;
@@ -187,7 +185,7 @@ bool editCopy(const wchar_t* output, const PhotoFacts& facts, const Changes& cha
     return done;
 }
 
-bool copyWhole(const wchar_t* from, const wchar_t* to)
+static bool copyWhole(const wchar_t* from, const wchar_t* to)
 {
     FILE* source = _wfopen(from, L"rb");
     FILE* target = _wfopen(to, L"wb");
@@ -201,8 +199,6 @@ bool copyWhole(const wchar_t* from, const wchar_t* to)
     if (target && fclose(target) != 0) done = false;
     return done;
 }
-
-}  // namespace
 
 PhotoStatus writeTiff(const wchar_t* output, const EditedPhoto& photo, const PhotoFacts& facts, const wchar_t* original)
 {

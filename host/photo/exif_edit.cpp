@@ -5,18 +5,16 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
-
 constexpr int TAG_ORIENTATION = 274, TAG_EXIF_DIRECTORY = 0x8769, TAG_WIDTH = 0xA002, TAG_HEIGHT = 0xA003;
 constexpr int TAG_THUMBNAIL = 0x201, TAG_THUMBNAIL_SIZE = 0x202;
 
-struct Block {
+struct ExifBlock {
     uint8_t* bytes;
     size_t size;
     bool bigEndian;
 };
 
-uint32_t get(const Block& block, size_t at, int length)
+static uint32_t get(const ExifBlock& block, size_t at, int length)
 {
     if (at > block.size || block.size - at < (size_t)length) return 0;
     uint32_t value = 0;
@@ -25,26 +23,26 @@ uint32_t get(const Block& block, size_t at, int length)
     return value;
 }
 
-void put(const Block& block, size_t at, int length, uint32_t value)
+static void put(const ExifBlock& block, size_t at, int length, uint32_t value)
 {
     if (at > block.size || block.size - at < (size_t)length) return;
     for (int i = 0; i < length; ++i)
         block.bytes[at + i] = (uint8_t)(value >> 8 * (block.bigEndian ? length - 1 - i : i));
 }
 
-Block blockOf(const uint8_t* exif, size_t size)
+static ExifBlock blockOf(const uint8_t* exif, size_t size)
 {
     return {const_cast<uint8_t*>(exif), size, size > 0 && exif[0] == 'M'};
 }
 
-size_t firstDirectory(const Block& block)
+static size_t firstDirectory(const ExifBlock& block)
 {
     const size_t at = block.size < TIFF_HEAD_SIZE ? 0 : tiffDirectoryPlace(block.bytes);
     return at < block.size ? at : 0;
 }
 
 // The place of a tag's entry in a directory; 0 when it is not there.
-size_t findEntry(const Block& block, size_t directory, int tag)
+static size_t findEntry(const ExifBlock& block, size_t directory, int tag)
 {
     if (!directory) return 0;
     const uint32_t count = get(block, directory, 2);
@@ -57,12 +55,12 @@ size_t findEntry(const Block& block, size_t directory, int tag)
 }
 
 // Entries that hold one number hold it themselves, in two bytes or in four.
-uint32_t entryNumber(const Block& block, size_t entry)
+static uint32_t entryNumber(const ExifBlock& block, size_t entry)
 {
     return entry ? get(block, entry + 8, get(block, entry + 2, 2) == 3 ? 2 : 4) : 0;
 }
 
-void setEntryNumber(const Block& block, size_t entry, uint32_t value)
+static void setEntryNumber(const ExifBlock& block, size_t entry, uint32_t value)
 {
     if (!entry || get(block, entry + 4, 4) != 1) return;
     const uint32_t type = get(block, entry + 2, 2);
@@ -70,23 +68,21 @@ void setEntryNumber(const Block& block, size_t entry, uint32_t value)
 }
 
 // Where the link to the directory behind the first one stands.
-size_t secondLink(const Block& block)
+static size_t secondLink(const ExifBlock& block)
 {
     const size_t first = firstDirectory(block);
     return first ? first + 2 + 12 * (size_t)get(block, first, 2) : 0;
 }
 
-size_t secondDirectory(const Block& block)
+static size_t secondDirectory(const ExifBlock& block)
 {
     const size_t link = secondLink(block);
     return link ? get(block, link, 4) : 0;
 }
 
-}  // namespace
-
 void noteUprightSize(uint8_t* exif, size_t size, uint32_t width, uint32_t height)
 {
-    const Block block = blockOf(exif, size);
+    const ExifBlock block = blockOf(exif, size);
     const size_t first = firstDirectory(block);
     setEntryNumber(block, findEntry(block, first, TAG_ORIENTATION), 1);
     // The preview is written upright as well.
@@ -98,7 +94,7 @@ void noteUprightSize(uint8_t* exif, size_t size, uint32_t width, uint32_t height
 
 ExifThumbnail findThumbnail(const uint8_t* exif, size_t size)
 {
-    const Block block = blockOf(exif, size);
+    const ExifBlock block = blockOf(exif, size);
     const size_t second = secondDirectory(block);
     const size_t at = entryNumber(block, findEntry(block, second, TAG_THUMBNAIL));
     const size_t length = entryNumber(block, findEntry(block, second, TAG_THUMBNAIL_SIZE));
@@ -108,7 +104,7 @@ ExifThumbnail findThumbnail(const uint8_t* exif, size_t size)
 
 void replaceThumbnail(uint8_t* exif, size_t size, const uint8_t* thumbnail, size_t length)
 {
-    const Block block = blockOf(exif, size);
+    const ExifBlock block = blockOf(exif, size);
     const ExifThumbnail old = findThumbnail(exif, size);
     if (length > old.size) length = 0;
     if (old.size) memset(exif + old.at, 0, old.size);
@@ -122,7 +118,7 @@ void replaceThumbnail(uint8_t* exif, size_t size, const uint8_t* thumbnail, size
 
 int exifOrientation(const uint8_t* exif, size_t size)
 {
-    const Block block = blockOf(exif, size);
+    const ExifBlock block = blockOf(exif, size);
     const uint32_t value = entryNumber(block, findEntry(block, firstDirectory(block), TAG_ORIENTATION));
     return value >= 1 && value <= 8 ? (int)value : 1;
 }
@@ -142,7 +138,7 @@ void noteUprightInXmp(uint8_t* xmp, size_t size)
 
 void dropResourceThumbnails(std::vector<uint8_t>* segment)
 {
-    const Block block = {segment->data(), segment->size(), true};
+    const ExifBlock block = {segment->data(), segment->size(), true};
     std::vector<uint8_t> kept;
     size_t at = 14;  // behind "Photoshop 3.0" and its zero
     kept.assign(segment->begin(), segment->begin() + (ptrdiff_t)std::min(at, segment->size()));

@@ -2,8 +2,6 @@
 
 #include <cstring>
 
-namespace {
-
 struct Bytes {
     const uint8_t* start;
     size_t size;
@@ -11,7 +9,7 @@ struct Bytes {
 };
 
 // A number of 2 or 4 bytes; 0 outside.
-uint32_t numberAt(const Bytes& bytes, size_t at, int length)
+static uint32_t numberAt(const Bytes& bytes, size_t at, int length)
 {
     if (at > bytes.size || bytes.size - at < (size_t)length) return 0;
     uint32_t value = 0;
@@ -23,7 +21,7 @@ uint32_t numberAt(const Bytes& bytes, size_t at, int length)
 }
 
 // directory: from its number of entries on.
-int orientationInDirectory(const Bytes& directory)
+static int orientationInDirectory(const Bytes& directory)
 {
     const uint32_t entries = numberAt(directory, 0, 2);
     for (uint32_t i = 0; i < entries; ++i) {
@@ -36,13 +34,11 @@ int orientationInDirectory(const Bytes& directory)
 }
 
 // tiff: the whole structure behind the "Exif" mark.
-int orientationInTiff(const uint8_t* tiff, size_t size)
+static int orientationInTiff(const uint8_t* tiff, size_t size)
 {
     const size_t place = size < TIFF_HEAD_SIZE ? 0 : tiffDirectoryPlace(tiff);
     return place && place < size ? tiffOrientation(tiff, tiff + place, size - place) : 1;
 }
-
-}  // namespace
 
 int jpegOrientation(const uint8_t* bytes, size_t size)
 {

@@ -2,15 +2,13 @@
 
 #include <cstring>
 
-namespace {
-
-int pairAt(const uint8_t* bytes)
+static int pairAt(const uint8_t* bytes)
 {
     return bytes[0] | bytes[1] << 8;
 }
 
 // The place of the first picture's description; the size when there is none.
-size_t findPicture(const uint8_t* head, size_t size)
+static size_t findPicture(const uint8_t* head, size_t size)
 {
     size_t at = 13 + (head[10] & 0x80 ? 3u << ((head[10] & 7) + 1) : 0);
     while (at + 2 < size && head[at] == 0x21) {
@@ -21,8 +19,6 @@ size_t findPicture(const uint8_t* head, size_t size)
     }
     return at + 10 <= size && head[at] == 0x2C ? at : size;
 }
-
-}  // namespace
 
 GifCanvas gifCanvas(const uint8_t* head, size_t size, int width, int height)
 {

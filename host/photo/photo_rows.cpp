@@ -2,8 +2,6 @@
 
 #include <cstring>
 
-namespace {
-
 constexpr int HEADER_SIZE = 40;
 
 // Byte steps in the packed bitmap for one pixel to the right and one row down in the file, and the
@@ -13,7 +11,7 @@ struct UprightSteps {
     ptrdiff_t right, down;
 };
 
-UprightSteps stepsFor(const UprightTarget& target)
+static UprightSteps stepsFor(const UprightTarget& target)
 {
     const bool swapped = orientationSwapsSides(target.orientation);
     const int width = swapped ? target.fileHeight : target.fileWidth;
@@ -31,8 +29,6 @@ UprightSteps stepsFor(const UprightTarget& target)
     steps.down = swapped ? alongRow : alongColumn;
     return steps;
 }
-
-}  // namespace
 
 uint32_t packedPhotoSize(int64_t width, int64_t height)
 {

@@ -7,14 +7,12 @@
 #include "image/pixels/scarce_memory.h"
 #include "tools/kernels/digital_line.h"
 
-namespace {
-
 struct Outlined {
     const PixelPoint* points;
     int count;
 };
 
-PixelPoint nextOf(const Outlined& outline, int n)
+static PixelPoint nextOf(const Outlined& outline, int n)
 {
     return outline.points[n + 1 < outline.count ? n + 1 : 0];
 }
@@ -32,7 +30,7 @@ struct Filling {
 // Whether a step leads to another row cannot be foreseen, so there is no branch on it: a column that is none is
 // written all the same, and then the next one over it.
 template <typename Line>
-void walkLine(Filling& filling, Line line)
+static void walkLine(Filling& filling, Line line)
 {
     PixelPoint last = {line.x - filling.origin.x, line.y - filling.origin.y};
     while (nextPoint(line)) {
@@ -48,7 +46,7 @@ void walkLine(Filling& filling, Line line)
     }
 }
 
-void walkOutline(Filling& filling, const Outlined& outline)
+static void walkOutline(Filling& filling, const Outlined& outline)
 {
     for (int n = 0; n < outline.count; ++n) {
         const PixelPoint from = outline.points[n], to = nextOf(outline, n);
@@ -63,7 +61,7 @@ void walkOutline(Filling& filling, const Outlined& outline)
 // Short rows: every column goes where as many others are smaller. There is no branch that could be foreseen wrongly.
 constexpr int SHORT_ROW = 64;
 
-void sortShortRow(const int32_t* columns, int count, int32_t* sorted)
+static void sortShortRow(const int32_t* columns, int count, int32_t* sorted)
 {
     for (int i = 0; i < count; ++i) {
         const int32_t column = columns[i];
@@ -78,7 +76,7 @@ void sortShortRow(const int32_t* columns, int count, int32_t* sorted)
 
 // Links sorted columns as a row of the table into nodes from `node` on. Two at one place cancel, and what lies
 // beyond the columns of a table is left out. Returns the node after the last one used.
-RowHead* linkRow(RowHead* head, const int32_t* first, const int32_t* end, RowHead* node)
+static RowHead* linkRow(RowHead* head, const int32_t* first, const int32_t* end, RowHead* node)
 {
     RowHead* last = head;
     while (first < end && *first < CROSSING_END) {
@@ -94,7 +92,7 @@ RowHead* linkRow(RowHead* head, const int32_t* first, const int32_t* end, RowHea
     return node;
 }
 
-RowHead* sortAndLink(RowHead* head, int32_t* first, int32_t* end, RowHead* node)
+static RowHead* sortAndLink(RowHead* head, int32_t* first, int32_t* end, RowHead* node)
 {
     if (end - first > SHORT_ROW) {
         std::sort(first, end);
@@ -106,7 +104,7 @@ RowHead* sortAndLink(RowHead* head, int32_t* first, int32_t* end, RowHead* node)
 }
 
 // One more place where the lines that cross a row begin to do so, one less where they no longer do.
-void countLines(size_t* changes, int rowCount, const Outlined& outline, PixelPoint origin)
+static void countLines(size_t* changes, int rowCount, const Outlined& outline, PixelPoint origin)
 {
     for (int n = 0; n < outline.count; ++n) {
         const int64_t y1 = (int64_t)outline.points[n].y - origin.y, y2 = (int64_t)nextOf(outline, n).y - origin.y;
@@ -119,7 +117,7 @@ void countLines(size_t* changes, int rowCount, const Outlined& outline, PixelPoi
 }
 
 // Where each row's columns begin, and behind the last row how much room they need in all. Null without memory.
-size_t* placeRows(int rowCount, const Outlined& outline, PixelPoint origin)
+static size_t* placeRows(int rowCount, const Outlined& outline, PixelPoint origin)
 {
     const size_t rows = (size_t)rowCount + 1;
     size_t* const places = (size_t*)takeZeroedMemory(rows + 1, sizeof(size_t));
@@ -134,7 +132,7 @@ size_t* placeRows(int rowCount, const Outlined& outline, PixelPoint origin)
     return places;
 }
 
-bool linkRows(RowHead* table, const Filling& filling)
+static bool linkRows(RowHead* table, const Filling& filling)
 {
     const size_t room = filling.places[filling.rowCount] + 1;
     RowHead *const nodes = takeNodes(table, room), *node = nodes;
@@ -148,7 +146,7 @@ bool linkRows(RowHead* table, const Filling& filling)
     return nodes != nullptr;
 }
 
-bool fillTable(RowHead* table, Filling& filling, const Outlined& outline)
+static bool fillTable(RowHead* table, Filling& filling, const Outlined& outline)
 {
     const size_t room = filling.places[filling.rowCount + 1];
     if (room > PTRDIFF_MAX / sizeof(int32_t)) return false;
@@ -159,8 +157,6 @@ bool fillTable(RowHead* table, Filling& filling, const Outlined& outline)
     free(filling.columns);
     return linked;
 }
-
-}  // namespace
 
 int stepsOfOutline(const PixelPoint* points, int count)
 {

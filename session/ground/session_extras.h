@@ -32,7 +32,7 @@ struct BrushMaskKey {
 
 // How the session is being left. Once that is decided, nothing gets into the image any more; while undecided,
 // leaving counts as Close.
-enum Leaving { LEAVING_UNDECIDED, LEAVING_CLOSED, LEAVING_SAVED };
+enum LeavingState { LEAVING_UNDECIDED, LEAVING_CLOSED, LEAVING_SAVED };
 
 // The host's image and the session's originalImage, both locked: image/original_image.h.
 struct KeptOriginal {
@@ -75,7 +75,7 @@ struct SessionExtras {
     HostQuit hostQuit;
     WaitingCharacter waiting;
     StoredSettings stored;
-    Leaving leaving;
+    LeavingState leaving;
     KeptOriginal kept;
     OutlinePicture outline;
     BrushMaskKey brushMaskKey;

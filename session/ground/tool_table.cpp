@@ -2,8 +2,6 @@
 
 #include "resources/resource_ids.h"
 
-namespace {
-
 constexpr uint32_t START_SIZE = 16;
 constexpr uint32_t START_COLOUR = 0x00C0C0FF;
 constexpr uint32_t START_OPACITY = 100;
@@ -62,8 +60,6 @@ static_assert((int)TOOL_AEROGRAPHE == BUTTON_AEROGRAPHE && (int)TOOL_STAMP == BU
 static_assert((int)TOOL_SMOOTH == BUTTON_SMOOTH && (int)TOOL_SPOONBILL == BUTTON_SPOONBILL, "");
 static_assert((int)TOOL_TEXT == BUTTON_TEXT && (int)TOOL_COLORS == BUTTON_COLORS, "");
 static_assert(BUTTON_FIRST_TOOL == BUTTON_CONTRAST && BUTTON_LAST_TOOL == BUTTON_COLORS, "one radio group");
-
-}  // namespace
 
 const Tool* findTool(uint32_t id)
 {

@@ -11,16 +11,14 @@
 
 #include "control_dialog.h"
 
-namespace {
-
-const std::vector<ControlSpec> sample = {
+static const std::vector<ControlSpec> sample = {
     {L"Bouton", L"BB:&Save && go BMP:[\xA3]#1215|#1216", 8, BS_PUSHBUTTON, 4, 4, 40, 14},
     {L"Bouton", L"BB:L = H", 206, BS_AUTOCHECKBOX, 50, 4, 40, 14},
     {L"statique", L"BB:Edge", 300, SS_LEFT, 100, 4, 40, 14},
     {L"SCROLLBAR", L"BB:O", 212, SBS_HORZ, 50, 24, 80, 10},
 };
 
-HRESULT objectOf(HWND control, IAccessible** found)
+static HRESULT objectOf(HWND control, IAccessible** found)
 {
     typedef HRESULT(WINAPI * ObjectFromWindow)(HWND, DWORD, REFIID, void**);
     const FARPROC address = GetProcAddress(LoadLibraryA("oleacc.dll"), "AccessibleObjectFromWindow");
@@ -30,7 +28,7 @@ HRESULT objectOf(HWND control, IAccessible** found)
 }
 
 // The name or the value that is told; "-" when nothing is.
-std::wstring told(HWND control, HRESULT (STDMETHODCALLTYPE IAccessible::*what)(VARIANT, BSTR*))
+static std::wstring told(HWND control, HRESULT (STDMETHODCALLTYPE IAccessible::*what)(VARIANT, BSTR*))
 {
     IAccessible* object = nullptr;
     if (FAILED(objectOf(control, &object)) || !object) return L"no object";
@@ -67,8 +65,6 @@ struct Accessible : testing::Test {
         EXPECT_EQ(L"70", value(212));
     }
 };
-
-}  // namespace
 
 TEST_F(Accessible, NamesArePlainAndABarTellsItsPosition)
 {
@@ -134,17 +130,13 @@ TEST_F(Accessible, AnObjectOutlivesItsControl)
     object->Release();
 }
 
-namespace {
-
-DWORD WINAPI askFromOutside(void* test)
+static DWORD WINAPI askFromOutside(void* test)
 {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     ((const Accessible*)test)->expectPlain();
     CoUninitialize();
     return 0;
 }
-
-}  // namespace
 
 TEST_F(Accessible, AnotherThreadHearsTheSame)
 {

@@ -7,8 +7,6 @@
 #include <cstring>
 #include <type_traits>
 
-namespace {
-
 // How a call changes the books.
 enum Rule {
     NO_ENTRY,
@@ -31,20 +29,20 @@ struct Fallible {
     int emptied;  // argument that is a buffer for text, left empty by a failure; -1 for none
 };
 
-const Fallible& entryOf(int function);
+static const Fallible& entryOf(int function);
 
-unsigned calls[256];
-std::vector<Fault> armed;
-std::vector<bool> struck;
-long books[KIND_COUNT];
-DWORD watchedThread;
+static unsigned calls[256];
+static std::vector<Fault> armed;
+static std::vector<bool> struck;
+static long books[KIND_COUNT];
+static DWORD watchedThread;
 
-bool watched()
+static bool watched()
 {
     return GetCurrentThreadId() == watchedThread;
 }
 
-bool failsNow(int function)
+static bool failsNow(int function)
 {
     if (!watched()) return false;
     const unsigned call = calls[function]++;
@@ -59,7 +57,7 @@ bool failsNow(int function)
 }
 
 template <class T>
-intptr_t number(T value)
+static intptr_t number(T value)
 {
     if constexpr (std::is_pointer<T>::value)
         return reinterpret_cast<intptr_t>(value);
@@ -70,7 +68,7 @@ intptr_t number(T value)
 }
 
 template <class R>
-R answer(intptr_t value)
+static R answer(intptr_t value)
 {
     if constexpr (std::is_pointer<R>::value)
         return reinterpret_cast<R>(value);
@@ -78,7 +76,7 @@ R answer(intptr_t value)
         return (R)value;
 }
 
-int change(const Fallible& entry, const intptr_t* arguments, intptr_t result)
+static int change(const Fallible& entry, const intptr_t* arguments, intptr_t result)
 {
     switch (entry.rule) {
     case MAKES: return result != entry.failure;
@@ -92,19 +90,19 @@ int change(const Fallible& entry, const intptr_t* arguments, intptr_t result)
     return 0;
 }
 
-void book(int function, const intptr_t* arguments, intptr_t result)
+static void book(int function, const intptr_t* arguments, intptr_t result)
 {
     if (watched()) books[entryOf(function).kind] += change(entryOf(function), arguments, result);
 }
 
 // Wide enough for a character of either width.
-void emptyBuffer(const Fallible& entry, const intptr_t* arguments)
+static void emptyBuffer(const Fallible& entry, const intptr_t* arguments)
 {
     if (entry.emptied >= 0 && arguments[entry.emptied]) memset((void*)arguments[entry.emptied], 0, sizeof(wchar_t));
 }
 
 template <int index, class R, class... A>
-R relay(R(WINAPI* original)(A...), A... a)
+static R relay(R(WINAPI* original)(A...), A... a)
 {
     const intptr_t arguments[] = {number(a)..., 0};
     if constexpr (std::is_void<R>::value) {
@@ -134,7 +132,7 @@ struct Stub<index, R(WINAPI*)(A...)> {
 
 #ifndef _WIN64
 template <int index, class R, class... A>
-R relayC(R(__cdecl* original)(A...), A... a)
+static R relayC(R(__cdecl* original)(A...), A... a)
 {
     const intptr_t arguments[] = {number(a)..., 0};
     if constexpr (std::is_void<R>::value) {
@@ -156,8 +154,8 @@ struct Stub<index, R(__cdecl*)(A...)> {
 #endif
 
 template <int index, class F>
-Fallible row(const char* name, intptr_t failure, bool mayFail, Rule rule = NO_ENTRY, Kind kind = MEMORY_BLOCKS,
-             int emptied = -1)
+static Fallible row(const char* name, intptr_t failure, bool mayFail, Rule rule = NO_ENTRY, Kind kind = MEMORY_BLOCKS,
+                    int emptied = -1)
 {
     return {name, failure, mayFail, rule, kind, (void*)&Stub<index, F>::call, &Stub<index, F>::original, emptied};
 }
@@ -167,7 +165,7 @@ Fallible row(const char* name, intptr_t failure, bool mayFail, Rule rule = NO_EN
 #define FAILS_EMPTY(function, buffer) ROW(function, 0, true, NO_ENTRY, MEMORY_BLOCKS, buffer)
 #define FAILS_WITH(function, failure) ROW(function, failure, true)
 
-const Fallible table[] = {
+static const Fallible table[] = {
     // Memory.
     ROW(GlobalAlloc, 0, true, MAKES, MEMORY_BLOCKS),
     ROW(GlobalFree, 0, false, RELEASES_FIRST, MEMORY_BLOCKS),
@@ -344,12 +342,12 @@ const Fallible table[] = {
     FAILS(CheckDlgButton),
 };
 
-const Fallible& entryOf(int function)
+static const Fallible& entryOf(int function)
 {
     return table[function];
 }
 
-void writeSlot(void** slot, void* value)
+static void writeSlot(void** slot, void* value)
 {
     DWORD protection;
     VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
@@ -361,16 +359,16 @@ struct StandIn {
     const char* name;
     void* function;
 };
-std::vector<StandIn> standIns;
+static std::vector<StandIn> standIns;
 
-void* standInFor(const char* name, void* original)
+static void* standInFor(const char* name, void* original)
 {
     for (const StandIn& standIn : standIns)
         if (strcmp(standIn.name, name) == 0) return standIn.function;
     return original;
 }
 
-void replaceImport(const char* name, void** slot)
+static void replaceImport(const char* name, void** slot)
 {
     const int function = fallibleNamed(name);
     if (function >= 0 && *slot == table[function].stub) return;
@@ -378,8 +376,6 @@ void replaceImport(const char* name, void** slot)
     if (function >= 0) *table[function].original = original;
     writeSlot(slot, function >= 0 ? table[function].stub : original);
 }
-
-}  // namespace
 
 void replaceImports(HMODULE module)
 {

@@ -5,17 +5,15 @@
 #include "tests/faults/fallible.h"
 #include "tests/faults/posted_pointer.h"
 
-namespace {
-
 constexpr UINT RUN_CALL = WM_APP + 1, LOOK_AT_QUEUE = WM_APP + 2;
 constexpr DWORD START_LIMIT = 15000, SETTLE_LIMIT = 5000;
 
-FaultHost* current;
-HANDLE settled;
-LONG ticket;              // of the wait that goes on; what an earlier one has left in the queue does not end it
-volatile LONG waitedFor;  // the ticket of a wait that ends with the session's call
+static FaultHost* current;
+static HANDLE settled;
+static LONG ticket;              // of the wait that goes on; what an earlier one has left in the queue does not end it
+static volatile LONG waitedFor;  // the ticket of a wait that ends with the session's call
 
-bool waitFor(DWORD limit, bool (*holds)(FaultHost*), FaultHost* host)
+static bool waitFor(DWORD limit, bool (*holds)(FaultHost*), FaultHost* host)
 {
     const DWORD start = GetTickCount();
     while (!holds(host)) {
@@ -25,7 +23,7 @@ bool waitFor(DWORD limit, bool (*holds)(FaultHost*), FaultHost* host)
     return true;
 }
 
-BOOL CALLBACK countLeft(HWND window, LPARAM count)
+static BOOL CALLBACK countLeft(HWND window, LPARAM count)
 {
     char name[16] = "";
     GetClassNameA(window, name, sizeof name);
@@ -33,13 +31,13 @@ BOOL CALLBACK countLeft(HWND window, LPARAM count)
     return TRUE;
 }
 
-BOOL CALLBACK paintNow(HWND window, LPARAM)
+static BOOL CALLBACK paintNow(HWND window, LPARAM)
 {
     RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     return TRUE;
 }
 
-void endWait(LPARAM number)
+static void endWait(LPARAM number)
 {
     if (number == ticket) SetEvent(settled);
 }
@@ -47,7 +45,7 @@ void endWait(LPARAM number)
 // What is posted behind this message is handled first; then the windows are painted, as they would be when nothing else
 // is left. Painting once is enough: while it fails its messages come back for ever. A quit message comes out only when
 // the queue is empty, so it is left alone: the call's end is waited for then.
-void lookAtQueue(WPARAM turn, LPARAM number)
+static void lookAtQueue(WPARAM turn, LPARAM number)
 {
     MSG next;
     const bool more = PeekMessageA(&next, nullptr, 0, 0, PM_NOREMOVE | PM_QS_POSTMESSAGE);
@@ -61,7 +59,7 @@ void lookAtQueue(WPARAM turn, LPARAM number)
     }
 }
 
-void runCall(FaultHost* host)
+static void runCall(FaultHost* host)
 {
     RECT dialog = {60, 40, 60 + PHOTO_WIDTH + 2 * GetSystemMetrics(SM_CXFRAME),
                    40 + PHOTO_HEIGHT + 2 * GetSystemMetrics(SM_CYFRAME) + GetSystemMetrics(SM_CYCAPTION)};
@@ -80,7 +78,7 @@ void runCall(FaultHost* host)
     endWait(waitedFor);
 }
 
-LRESULT CALLBACK controlProc(HWND window, UINT message, WPARAM wide, LPARAM parameter)
+static LRESULT CALLBACK controlProc(HWND window, UINT message, WPARAM wide, LPARAM parameter)
 {
     if (message == RUN_CALL) {
         runCall(current);
@@ -93,7 +91,7 @@ LRESULT CALLBACK controlProc(HWND window, UINT message, WPARAM wide, LPARAM para
     return DefWindowProcA(window, message, wide, parameter);
 }
 
-DWORD WINAPI hostThread(void* parameter)
+static DWORD WINAPI hostThread(void* parameter)
 {
     FaultHost* host = (FaultHost*)parameter;
     const HINSTANCE program = GetModuleHandleA(nullptr);
@@ -118,7 +116,7 @@ DWORD WINAPI hostThread(void* parameter)
     return 0;
 }
 
-std::string programDirectory()
+static std::string programDirectory()
 {
     char path[MAX_PATH];
     GetModuleFileNameA(nullptr, path, sizeof path);
@@ -126,7 +124,7 @@ std::string programDirectory()
     return name.substr(0, name.find_last_of('\\') + 1);
 }
 
-void loadLibraries(FaultHost* host)
+static void loadLibraries(FaultHost* host)
 {
     char temporary[MAX_PATH];
     GetTempPathA(sizeof temporary, temporary);
@@ -145,7 +143,7 @@ void loadLibraries(FaultHost* host)
     replaceImports(host->controls);
 }
 
-BOOL CALLBACK sortWindow(HWND window, LPARAM parameter)
+static BOOL CALLBACK sortWindow(HWND window, LPARAM parameter)
 {
     FaultHost* host = (FaultHost*)parameter;
     if (!IsWindowVisible(window)) return TRUE;
@@ -163,8 +161,6 @@ BOOL CALLBACK sortWindow(HWND window, LPARAM parameter)
     }
     return TRUE;
 }
-
-}  // namespace
 
 void startFaultHost(FaultHost* host)
 {

@@ -2,8 +2,6 @@
 
 #include "selection/geometry/frame_layout.h"
 
-namespace {
-
 enum Control {
     CONTRAST = 114,
     SELECTION = 116,
@@ -26,9 +24,9 @@ enum Control {
 };
 constexpr int LIBRARY_SAVE = 8, LIBRARY_DELETE = 9, LIBRARY_LIST = 10;
 
-const std::vector<POINT> stroke = {{30, 40}, {80, 60}, {150, 50}, {239, 120}, {200, 170}};
+static const std::vector<POINT> stroke = {{30, 40}, {80, 60}, {150, 50}, {239, 120}, {200, 170}};
 
-void strokeUndoRedo(FaultHost* host)
+static void strokeUndoRedo(FaultHost* host)
 {
     drag(host, stroke);
     drag(host, {{5, 5}, {100, 100}});
@@ -38,20 +36,20 @@ void strokeUndoRedo(FaultHost* host)
     drag(host, {{120, 20}, {20, 120}});
 }
 
-void playBrush(FaultHost* host)
+static void playBrush(FaultHost* host)
 {
     clickTool(host, BRUSH);
     strokeUndoRedo(host);
 }
 
-void playSoftBrush(FaultHost* host)
+static void playSoftBrush(FaultHost* host)
 {
     clickTool(host, BRUSH);
     clickTool(host, SOFT);
     strokeUndoRedo(host);
 }
 
-void playRubber(FaultHost* host)
+static void playRubber(FaultHost* host)
 {
     clickTool(host, BRUSH);
     drag(host, stroke);
@@ -59,19 +57,19 @@ void playRubber(FaultHost* host)
     strokeUndoRedo(host);
 }
 
-void playSmooth(FaultHost* host)
+static void playSmooth(FaultHost* host)
 {
     clickTool(host, SMOOTH);
     strokeUndoRedo(host);
 }
 
-void playAerographe(FaultHost* host)
+static void playAerographe(FaultHost* host)
 {
     clickTool(host, AEROGRAPHE);
     strokeUndoRedo(host);
 }
 
-void playStamp(FaultHost* host)
+static void playStamp(FaultHost* host)
 {
     clickTool(host, STAMP);
     for (const POINT at : {POINT{40, 40}, POINT{100, 90}, POINT{5, 5}, POINT{238, 178}})
@@ -81,13 +79,13 @@ void playStamp(FaultHost* host)
     clickTool(host, REDO);
 }
 
-void playSpoonbill(FaultHost* host)
+static void playSpoonbill(FaultHost* host)
 {
     clickTool(host, SPOONBILL);
     strokeUndoRedo(host);
 }
 
-void playColors(FaultHost* host)
+static void playColors(FaultHost* host)
 {
     clickTool(host, BRUSH);
     clickTool(host, COLORS);
@@ -96,7 +94,7 @@ void playColors(FaultHost* host)
     drag(host, stroke);
 }
 
-void playText(FaultHost* host)
+static void playText(FaultHost* host)
 {
     clickTool(host, TEXT);
     drag(host, {{30, 30}});
@@ -111,7 +109,7 @@ void playText(FaultHost* host)
     clickTool(host, BRUSH);
 }
 
-void playContrast(FaultHost* host)
+static void playContrast(FaultHost* host)
 {
     clickTool(host, BRUSH);
     drag(host, stroke);
@@ -124,16 +122,16 @@ void playContrast(FaultHost* host)
     drag(host, {{10, 100}, {60, 140}});
 }
 
-const PixelRect drawn = {70, 60, 171, 131};  // of the outline below
+static const PixelRect drawn = {70, 60, 171, 131};  // of the outline below
 
-void drawSelection(FaultHost* host)
+static void drawSelection(FaultHost* host)
 {
     clickTool(host, SELECTION);
     drag(host, {{70, 60}, {120, 75}, {170, 62}, {150, 95}, {168, 130}, {110, 112}, {72, 128}, {84, 90}});
 }
 
 // The frame as it lies around the selection at first; where a fault has changed it, the press goes beside.
-POINT middleOf(FrameButton button)
+static POINT middleOf(FrameButton button)
 {
     const int frame = GetSystemMetrics(SM_CXFRAME);
     const PixelRect outer = frameOuterRectOf(drawn, {frame, frame});
@@ -141,7 +139,7 @@ POINT middleOf(FrameButton button)
     return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
 }
 
-void playMove(FaultHost* host)
+static void playMove(FaultHost* host)
 {
     drawSelection(host);
     drag(host, {{110, 90}, {130, 100}, {90, 80}});
@@ -151,7 +149,7 @@ void playMove(FaultHost* host)
     clickTool(host, REDO);
 }
 
-void playOperations(FaultHost* host)
+static void playOperations(FaultHost* host)
 {
     drawSelection(host);
     for (const FrameButton button :
@@ -166,7 +164,7 @@ void playOperations(FaultHost* host)
     drag(host, {middleOf(FRAME_BUTTON_CLOSE)});
 }
 
-void playLibrary(FaultHost* host)
+static void playLibrary(FaultHost* host)
 {
     drawSelection(host);
     clickTool(host, LIBRARY);
@@ -187,7 +185,7 @@ void playLibrary(FaultHost* host)
     waitForWindow(host, &FaultHost::question, false);
 }
 
-void playSettings(FaultHost* host)
+static void playSettings(FaultHost* host)
 {
     clickTool(host, BRUSH);
     for (const int id : {WIDTH_BAR, LOCK, WIDTH_BAR, OPACITY_BAR, RECTANGLE, SOFT})
@@ -200,8 +198,6 @@ void playSettings(FaultHost* host)
     settle(host);
     drag(host, {{50, 120}, {150, 20}});
 }
-
-}  // namespace
 
 const FaultSession faultSessions[] = {
     {"brush", playBrush, 2, false, nullptr},

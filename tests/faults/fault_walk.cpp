@@ -18,8 +18,6 @@
 #include "tests/faults/fault_sessions.h"
 #include "tests/session/host_image.h"
 
-namespace {
-
 typedef std::vector<uint8_t> Bytes;
 typedef std::map<std::string, std::string> Settings;
 
@@ -40,28 +38,28 @@ struct Options {
     std::string session, plan;
 };
 
-FaultHost host;
-HostImage photo;
-Bytes original;
-Settings userSettings;
-std::map<std::string, Bytes> userLibrary;
-std::vector<PlainRun> plainRuns;
-volatile LONG pointNumber;
-volatile LONG pointStarted;
+static FaultHost host;
+static HostImage photo;
+static Bytes original;
+static Settings userSettings;
+static std::map<std::string, Bytes> userLibrary;
+static std::vector<PlainRun> plainRuns;
+static volatile LONG pointNumber;
+static volatile LONG pointStarted;
 
 // ---- files
 
-std::string settingsPath()
+static std::string settingsPath()
 {
     return host.directory + "KOVRTCH.INI";
 }
 
-std::string libraryPath()
+static std::string libraryPath()
 {
     return host.directory + "SELDIB\\";
 }
 
-Bytes readFile(const std::string& path)
+static Bytes readFile(const std::string& path)
 {
     Bytes bytes;
     if (FILE* file = fopen(path.c_str(), "rb")) {
@@ -73,7 +71,7 @@ Bytes readFile(const std::string& path)
     return bytes;
 }
 
-void writeFile(const std::string& path, const Bytes& bytes)
+static void writeFile(const std::string& path, const Bytes& bytes)
 {
     if (FILE* file = fopen(path.c_str(), "wb")) {
         fwrite(bytes.data(), 1, bytes.size(), file);
@@ -81,7 +79,7 @@ void writeFile(const std::string& path, const Bytes& bytes)
     }
 }
 
-std::vector<std::string> filesIn(const std::string& directory)
+static std::vector<std::string> filesIn(const std::string& directory)
 {
     std::vector<std::string> names;
     WIN32_FIND_DATAA found;
@@ -94,7 +92,7 @@ std::vector<std::string> filesIn(const std::string& directory)
     return names;
 }
 
-Settings readSettings()
+static Settings readSettings()
 {
     const Bytes bytes = readFile(settingsPath());
     const std::string text(bytes.begin(), bytes.end());
@@ -109,7 +107,7 @@ Settings readSettings()
     return settings;
 }
 
-std::map<std::string, Bytes> readLibrary()
+static std::map<std::string, Bytes> readLibrary()
 {
     std::map<std::string, Bytes> files;
     for (const std::string& name : filesIn(libraryPath()))
@@ -117,9 +115,9 @@ std::map<std::string, Bytes> readLibrary()
     return files;
 }
 
-Bytes settingsFile;
+static Bytes settingsFile;
 
-void restoreFiles()
+static void restoreFiles()
 {
     WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());  // the system's cache
     writeFile(settingsPath(), settingsFile);
@@ -129,7 +127,7 @@ void restoreFiles()
         writeFile(libraryPath() + file.first, file.second);
 }
 
-void restoreImage()
+static void restoreImage()
 {
     memcpy(GlobalLock(photo.block), original.data(), original.size());
     GlobalUnlock(photo.block);
@@ -137,14 +135,14 @@ void restoreImage()
 
 // ---- playing
 
-void play(const FaultSession& session)
+static void play(const FaultSession& session)
 {
     if (openSession(&host)) session.play(&host);
     findWindows(&host);
     leaveSession(&host, session.leaveBy);
 }
 
-PlainRun playPlain(const FaultSession& session)
+static PlainRun playPlain(const FaultSession& session)
 {
     restoreFiles();
     restoreImage();
@@ -162,14 +160,14 @@ PlainRun playPlain(const FaultSession& session)
 
 // ---- what must hold afterwards
 
-std::string complaints;
+static std::string complaints;
 
-void complain(const std::string& what)
+static void complain(const std::string& what)
 {
     complaints += complaints.empty() ? what : "; " + what;
 }
 
-void checkHost()
+static void checkHost()
 {
     if (host.running) complain("the session does not end");
     if (host.disabledLeft) complain("the host stays disabled");
@@ -178,7 +176,7 @@ void checkHost()
     if (host.quitLeft) complain("a quit message stays");
 }
 
-void checkImage(const FaultSession& session)
+static void checkImage(const FaultSession& session)
 {
     // What OK has adjusted stays, and what it adjusts follows from the clicks that got through.
     if (host.result == 0 && !session.adjusts && snapshot(photo) != original)
@@ -186,7 +184,7 @@ void checkImage(const FaultSession& session)
 }
 
 // Every value is the user's, or what this session makes of it.
-void checkSettings(const FaultSession& session, const PlainRun& plain)
+static void checkSettings(const FaultSession& session, const PlainRun& plain)
 {
     WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());
     const Settings now = readSettings();
@@ -201,13 +199,13 @@ void checkSettings(const FaultSession& session, const PlainRun& plain)
     }
 }
 
-bool isKnownFile(const std::string& name, size_t size, const PlainRun& plain)
+static bool isKnownFile(const std::string& name, size_t size, const PlainRun& plain)
 {
     if (plain.files.count(name + " " + std::to_string(size))) return true;
     return name.size() > 4 && name.compare(name.size() - 4, 4, ".lst") == 0 && size > 0;
 }
 
-void checkLibrary(const FaultSession& session, const PlainRun& plain)
+static void checkLibrary(const FaultSession& session, const PlainRun& plain)
 {
     const std::map<std::string, Bytes> now = readLibrary();
     for (const auto& before : userLibrary) {
@@ -227,7 +225,7 @@ void checkLibrary(const FaultSession& session, const PlainRun& plain)
         if (!program.count(name)) complain("a file stays beside the library: " + name);
 }
 
-void checkBooks(const long* before)
+static void checkBooks(const long* before)
 {
     for (int kind = 0; kind < KIND_COUNT; ++kind)
         if (outstanding(kind) != before[kind])
@@ -235,9 +233,9 @@ void checkBooks(const long* before)
 }
 
 // After every fourth point, and after each with a complaint: a session costs as much as a point.
-int untilPlain;
+static int untilPlain;
 
-void checkPlainSession()
+static void checkPlainSession()
 {
     untilPlain = 4;
     restoreFiles();
@@ -252,7 +250,7 @@ void checkPlainSession()
 
 // ---- the walk
 
-std::string describe(const Point& point)
+static std::string describe(const Point& point)
 {
     std::string text = faultSessions[point.session].name;
     for (const Fault& fault : point.faults)
@@ -261,7 +259,7 @@ std::string describe(const Point& point)
     return text;
 }
 
-void takePoint(int number, const Point& point)
+static void takePoint(int number, const Point& point)
 {
     InterlockedExchange(&pointStarted, (LONG)GetTickCount());
     InterlockedExchange(&pointNumber, number);
@@ -291,7 +289,7 @@ void takePoint(int number, const Point& point)
 }
 
 // Up to `count` of the calls 0 .. calls - 1, the first and the last among them.
-std::vector<unsigned> spread(unsigned calls, int count)
+static std::vector<unsigned> spread(unsigned calls, int count)
 {
     std::vector<unsigned> chosen;
     if (calls == 0) return chosen;
@@ -301,7 +299,7 @@ std::vector<unsigned> spread(unsigned calls, int count)
     return chosen;
 }
 
-std::vector<Point> allPoints(const Options& options)
+static std::vector<Point> allPoints(const Options& options)
 {
     std::vector<Point> points;
     for (int session = 0; session < faultSessionCount; ++session) {
@@ -328,7 +326,7 @@ std::vector<Point> allPoints(const Options& options)
 }
 
 // A line for each: session, then function, call and persistence of each fault.
-void writePlan(const std::string& path, const std::vector<Point>& points)
+static void writePlan(const std::string& path, const std::vector<Point>& points)
 {
     FILE* const file = fopen(path.c_str(), "w");
     if (!file) return;
@@ -341,7 +339,7 @@ void writePlan(const std::string& path, const std::vector<Point>& points)
     fclose(file);
 }
 
-Point readPoint(const char* line)
+static Point readPoint(const char* line)
 {
     Point point = {atoi(line), {}};
     char name[64];
@@ -353,7 +351,7 @@ Point readPoint(const char* line)
     return point;
 }
 
-std::vector<Point> readPlan(const std::string& path)
+static std::vector<Point> readPlan(const std::string& path)
 {
     std::vector<Point> points;
     char line[256];
@@ -365,7 +363,7 @@ std::vector<Point> readPlan(const std::string& path)
     return points;
 }
 
-std::vector<Point> plannedPoints(const Options& options)
+static std::vector<Point> plannedPoints(const Options& options)
 {
     if (options.plan.empty()) return allPoints(options);
     std::vector<Point> points = readPlan(options.plan);
@@ -377,7 +375,7 @@ std::vector<Point> plannedPoints(const Options& options)
 }
 
 // What the user has before: settings of his own, one stored selection.
-void prepareUser()
+static void prepareUser()
 {
     photo = makePhoto(PHOTO_WIDTH, PHOTO_HEIGHT, 7);
     host.image = photo.block;
@@ -394,7 +392,7 @@ void prepareUser()
         plainRuns.push_back(playPlain(faultSessions[i]));
 }
 
-LONG WINAPI onCrash(EXCEPTION_POINTERS* exception)
+static LONG WINAPI onCrash(EXCEPTION_POINTERS* exception)
 {
     const BYTE* at = (const BYTE*)exception->ExceptionRecord->ExceptionAddress;
     printf("CRASH at %s+%lx\n", at > (BYTE*)host.library ? "library" : "?", (unsigned long)(at - (BYTE*)host.library));
@@ -406,7 +404,7 @@ LONG WINAPI onCrash(EXCEPTION_POINTERS* exception)
 // Milliseconds; a point among many others on a busy machine has taken more than a minute.
 constexpr LONG HANG_LIMIT = 180000;
 
-DWORD WINAPI watchForHangs(void*)
+static DWORD WINAPI watchForHangs(void*)
 {
     for (;;) {
         Sleep(1000);
@@ -418,7 +416,7 @@ DWORD WINAPI watchForHangs(void*)
     }
 }
 
-Options readOptions(int count, char** words)
+static Options readOptions(int count, char** words)
 {
     Options options;
     for (int i = 1; i + 1 < count; i += 2) {
@@ -434,8 +432,6 @@ Options readOptions(int count, char** words)
     }
     return options;
 }
-
-}  // namespace
 
 int main(int count, char** words)
 {

@@ -15,9 +15,7 @@
 #include "tests/faults/fault_host.h"
 #include "tests/session/host_image.h"
 
-namespace {
-
-enum Command {
+enum LargeCommand {
     CONTRAST = 114,
     SELECTION = 116,
     BRUSH = 117,
@@ -32,11 +30,11 @@ enum Command {
     SOFT = 214,
 };
 
-FaultHost host;
-HostImage photo;
-unsigned findings;
+static FaultHost host;
+static HostImage photo;
+static unsigned findings;
 
-uint32_t sumOfImage()
+static uint32_t sumOfImage()
 {
     const uint8_t* const bytes = (const uint8_t*)GlobalLock(photo.block);
     const SIZE_T size = GlobalSize(photo.block);
@@ -47,14 +45,14 @@ uint32_t sumOfImage()
     return sum;
 }
 
-void found(const char* what)
+static void found(const char* what)
 {
     ++findings;
     printf("FOUND %s\n", what);
     fflush(stdout);
 }
 
-void paintWithEveryTool()
+static void paintWithEveryTool()
 {
     for (const int tool : {BRUSH, SOFT, RUBBER, AEROGRAPHE, STAMP, SMOOTH, SPOONBILL}) {
         clickTool(&host, tool);
@@ -66,7 +64,7 @@ void paintWithEveryTool()
 }
 
 // Up and down over all rows, ten times; to and fro on the way, so that the points become many.
-std::vector<POINT> manyPoints()
+static std::vector<POINT> manyPoints()
 {
     std::vector<POINT> points;
     for (int column = 0; column < 10; ++column)
@@ -75,7 +73,7 @@ std::vector<POINT> manyPoints()
     return points;
 }
 
-void changeSelection()
+static void changeSelection()
 {
     // Where the frame lies depends on the size; a press beside it clears the selection, and the next draws another.
     for (int y = 2; y < PHOTO_HEIGHT; y += 16)
@@ -83,7 +81,7 @@ void changeSelection()
     drag(&host, {{120, 90}, {140, 100}, {90, 80}});
 }
 
-void selectMuch()
+static void selectMuch()
 {
     clickTool(&host, SELECTION);
     drag(&host, manyPoints());
@@ -98,7 +96,7 @@ void selectMuch()
         drag(&host, {{x, 52}, {x + 6, 58}});  // along the frame's buttons
 }
 
-void writeText()
+static void writeText()
 {
     clickTool(&host, TEXT);
     drag(&host, {{30, 30}});
@@ -106,7 +104,7 @@ void writeText()
     clickTool(&host, UNDO);
 }
 
-void adjust()
+static void adjust()
 {
     clickTool(&host, CONTRAST);
     if (!waitForWindow(&host, &FaultHost::contrast, true)) return;
@@ -117,7 +115,7 @@ void adjust()
 }
 
 // Takes address space until hardly more than this is left, the largest pieces first.
-std::vector<void*> leaveOnly(SIZE_T bytes)
+static std::vector<void*> leaveOnly(SIZE_T bytes)
 {
     std::vector<void*> taken;
     void* const spared = VirtualAlloc(nullptr, bytes, MEM_RESERVE, PAGE_NOACCESS);
@@ -127,8 +125,6 @@ std::vector<void*> leaveOnly(SIZE_T bytes)
     if (spared) VirtualFree(spared, 0, MEM_RELEASE);
     return taken;
 }
-
-}  // namespace
 
 int main(int count, char** words)
 {

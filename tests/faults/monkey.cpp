@@ -14,24 +14,22 @@
 #include "tests/faults/posted_pointer.h"
 #include "tests/session/host_image.h"
 
-namespace {
+static FaultHost host;
+static HostImage photo;
+static std::vector<uint8_t> original;
+static std::mt19937 dice;
+static unsigned long long steps;
+static unsigned findings;
+static bool adjusted;  // the contrast dialog may have been confirmed: Close goes back to that
+static bool mayAdjust;
+static volatile LONG sessionStarted;
 
-FaultHost host;
-HostImage photo;
-std::vector<uint8_t> original;
-std::mt19937 dice;
-unsigned long long steps;
-unsigned findings;
-bool adjusted;  // the contrast dialog may have been confirmed: Close goes back to that
-bool mayAdjust;
-volatile LONG sessionStarted;
-
-unsigned below(unsigned n)
+static unsigned below(unsigned n)
 {
     return (unsigned)(dice() % n);
 }
 
-void found(const char* what)
+static void found(const char* what)
 {
     ++findings;
     printf("FOUND %s\n", what);
@@ -42,13 +40,13 @@ struct Windows {
     std::vector<HWND> all;  // the session's, children included
 };
 
-BOOL CALLBACK addWindow(HWND window, LPARAM parameter)
+static BOOL CALLBACK addWindow(HWND window, LPARAM parameter)
 {
     ((Windows*)parameter)->all.push_back(window);
     return TRUE;
 }
 
-BOOL CALLBACK addTree(HWND window, LPARAM parameter)
+static BOOL CALLBACK addTree(HWND window, LPARAM parameter)
 {
     if (window == host.parent) return TRUE;
     addWindow(window, parameter);
@@ -56,7 +54,7 @@ BOOL CALLBACK addTree(HWND window, LPARAM parameter)
     return TRUE;
 }
 
-Windows windowsOfSession()
+static Windows windowsOfSession()
 {
     Windows windows;
     EnumThreadWindows(host.threadId, addTree, (LPARAM)&windows);
@@ -64,14 +62,14 @@ Windows windowsOfSession()
 }
 
 // Something that would confirm the contrast dialog, or a chooser of the system: only in sessions that may.
-bool confirms(HWND window, UINT message, WPARAM wide)
+static bool confirms(HWND window, UINT message, WPARAM wide)
 {
     const HWND root = GetAncestor(window, GA_ROOT);
     const bool dialogOfIts = GetDlgItem(root, IDOK) != nullptr;
     return dialogOfIts && (message == WM_COMMAND ? LOWORD(wide) == IDOK : message == WM_KEYDOWN || message == WM_CHAR);
 }
 
-void post(HWND window, UINT message, WPARAM wide, LPARAM parameter)
+static void post(HWND window, UINT message, WPARAM wide, LPARAM parameter)
 {
     if (confirms(window, message, wide)) {
         if (!mayAdjust) return;
@@ -80,7 +78,7 @@ void post(HWND window, UINT message, WPARAM wide, LPARAM parameter)
     PostMessageA(window, message, wide, parameter);
 }
 
-POINT pointIn(HWND window)
+static POINT pointIn(HWND window)
 {
     RECT box = {};
     GetWindowRect(window, &box);
@@ -89,12 +87,12 @@ POINT pointIn(HWND window)
             box.top - 10 + (LONG)below((unsigned)(height > 0 ? height : 1) + 20)};
 }
 
-bool overOk(HWND window)
+static bool overOk(HWND window)
 {
     return GetDlgItem(GetAncestor(window, GA_ROOT), IDOK) != nullptr;
 }
 
-void movesAndPresses(HWND window)
+static void movesAndPresses(HWND window)
 {
     if (overOk(window) && !mayAdjust) return;
     if (overOk(window)) adjusted = true;
@@ -105,14 +103,14 @@ void movesAndPresses(HWND window)
     if (button != NO_BUTTON) postButton(host.threadId, button, below(2) == 0);
 }
 
-void wheel(HWND window)
+static void wheel(HWND window)
 {
     const POINT at = pointIn(window);
     post(window, below(2) ? WM_MOUSEWHEEL : 0x020E, MAKEWPARAM(below(2) ? MK_SHIFT : 0, (short)(below(481) - 240)),
          MAKELPARAM(at.x, at.y));
 }
 
-void command(HWND window)
+static void command(HWND window)
 {
     static const WORD ids[] = {114, 115, 116, 117, 118, 119, 120, 121, 122, 154, 190, 190, 191,  206,
                                208, 209, 213, 214, 2,   8,   9,   10,  1,   150, 152, 0,   65535};
@@ -122,7 +120,7 @@ void command(HWND window)
     post(GetAncestor(window, GA_ROOT), WM_COMMAND, MAKEWPARAM(id, 0), 0);
 }
 
-void key(HWND window)
+static void key(HWND window)
 {
     static const WORD keys[] = {VK_LEFT, VK_RIGHT, VK_UP,  VK_DOWN,     VK_RETURN, VK_ESCAPE, VK_SPACE, VK_BACK,
                                 VK_HOME, VK_END,   VK_TAB, VK_SUBTRACT, VK_ADD,    '0',       '1',      'Z'};
@@ -131,20 +129,20 @@ void key(HWND window)
     if (below(2)) post(window, WM_CHAR, 32 + below(224), 1);
 }
 
-void scroll(HWND window)
+static void scroll(HWND window)
 {
     post(GetAncestor(window, GA_ROOT), below(2) ? WM_HSCROLL : WM_VSCROLL, MAKEWPARAM(below(9), below(300)),
          (LPARAM)window);
 }
 
-void resize(HWND window)
+static void resize(HWND window)
 {
     const HWND root = GetAncestor(window, GA_ROOT);
     SetWindowPos(root, nullptr, (int)below(900), (int)below(600), 20 + (int)below(700), 20 + (int)below(600),
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_ASYNCWINDOWPOS);
 }
 
-void odd(HWND window)
+static void odd(HWND window)
 {
     static const UINT messages[] = {WM_CAPTURECHANGED, WM_CANCELMODE, WM_KILLFOCUS,  WM_SETFOCUS,   WM_PAINT,
                                     WM_SIZE,           WM_TIMER,      1025,          1026,          WM_LBUTTONUP,
@@ -153,12 +151,12 @@ void odd(HWND window)
     post(window, messages[below(20)], below(4), MAKELPARAM(below(400), below(400)));
 }
 
-void closeSomething(HWND window)
+static void closeSomething(HWND window)
 {
     if (below(40) == 0) post(GetAncestor(window, GA_ROOT), WM_CLOSE, 0, 0);
 }
 
-void step(const Windows& windows)
+static void step(const Windows& windows)
 {
     static void (*const deeds[])(HWND) = {movesAndPresses,
                                           movesAndPresses,
@@ -177,13 +175,13 @@ void step(const Windows& windows)
     ++steps;
 }
 
-void restoreImage()
+static void restoreImage()
 {
     memcpy(GlobalLock(photo.block), original.data(), original.size());
     GlobalUnlock(photo.block);
 }
 
-void playSession(unsigned seed)
+static void playSession(unsigned seed)
 {
     printf("SESSION %u after %llu\n", seed, steps);
     fflush(stdout);
@@ -216,7 +214,7 @@ void playSession(unsigned seed)
     if (host.result == 0 && !adjusted && snapshot(photo) != original) found("0 returned with a changed image");
 }
 
-DWORD WINAPI watchForHangs(void*)
+static DWORD WINAPI watchForHangs(void*)
 {
     for (;;) {
         Sleep(1000);
@@ -228,7 +226,7 @@ DWORD WINAPI watchForHangs(void*)
     }
 }
 
-LONG WINAPI onCrash(EXCEPTION_POINTERS* exception)
+static LONG WINAPI onCrash(EXCEPTION_POINTERS* exception)
 {
     printf("CRASH at library+%lx\n",
            (unsigned long)((const BYTE*)exception->ExceptionRecord->ExceptionAddress - (const BYTE*)host.library));
@@ -236,8 +234,6 @@ LONG WINAPI onCrash(EXCEPTION_POINTERS* exception)
     TerminateProcess(GetCurrentProcess(), 97);
     return EXCEPTION_EXECUTE_HANDLER;
 }
-
-}  // namespace
 
 int main(int count, char** words)
 {

@@ -2,10 +2,8 @@
 
 #include "tests/faults/fallible.h"
 
-namespace {
-
-POINT place;
-HWND below;
+static POINT place;
+static HWND below;
 
 struct ButtonState {
     int key;
@@ -13,43 +11,43 @@ struct ButtonState {
     UINT downMessage, upMessage;
     volatile LONG down;
 };
-ButtonState buttons[] = {{VK_LBUTTON, MK_LBUTTON, WM_LBUTTONDOWN, WM_LBUTTONUP, 0},
-                         {VK_MBUTTON, MK_MBUTTON, WM_MBUTTONDOWN, WM_MBUTTONUP, 0},
-                         {VK_RBUTTON, MK_RBUTTON, WM_RBUTTONDOWN, WM_RBUTTONUP, 0}};
+static ButtonState buttons[] = {{VK_LBUTTON, MK_LBUTTON, WM_LBUTTONDOWN, WM_LBUTTONUP, 0},
+                                {VK_MBUTTON, MK_MBUTTON, WM_MBUTTONDOWN, WM_MBUTTONUP, 0},
+                                {VK_RBUTTON, MK_RBUTTON, WM_RBUTTONDOWN, WM_RBUTTONUP, 0}};
 
-BOOL WINAPI cursorPos(POINT* at)
+static BOOL WINAPI cursorPos(POINT* at)
 {
     *at = place;
     return TRUE;
 }
 
-SHORT WINAPI keyState(int key)
+static SHORT WINAPI keyState(int key)
 {
     for (const ButtonState& button : buttons)
         if (button.key == key && button.down) return (SHORT)0x8000;
     return 0;
 }
 
-DWORD WINAPI messagePos()
+static DWORD WINAPI messagePos()
 {
     return (DWORD)MAKELPARAM(place.x, place.y);
 }
 
-BOOL WINAPI getMessage(MSG* message, HWND window, UINT first, UINT last)
+static BOOL WINAPI getMessage(MSG* message, HWND window, UINT first, UINT last)
 {
     const BOOL result = GetMessageA(message, window, first, last);
     message->pt = place;
     return result;
 }
 
-BOOL WINAPI peekMessage(MSG* message, HWND window, UINT first, UINT last, UINT flags)
+static BOOL WINAPI peekMessage(MSG* message, HWND window, UINT first, UINT last, UINT flags)
 {
     const BOOL result = PeekMessageA(message, window, first, last, flags);
     message->pt = place;
     return result;
 }
 
-HWND receiver(DWORD thread)
+static HWND receiver(DWORD thread)
 {
     GUITHREADINFO info = {};
     info.cbSize = sizeof info;
@@ -57,7 +55,7 @@ HWND receiver(DWORD thread)
     return IsWindowEnabled(below) && IsWindowEnabled(GetAncestor(below, GA_ROOT)) ? below : nullptr;
 }
 
-void postMouse(DWORD thread, UINT message)
+static void postMouse(DWORD thread, UINT message)
 {
     const HWND window = receiver(thread);
     if (!window) return;
@@ -68,8 +66,6 @@ void postMouse(DWORD thread, UINT message)
         if (button.down) held |= button.flag;
     PostMessageA(window, message, held, MAKELPARAM(at.x, at.y));
 }
-
-}  // namespace
 
 void usePostedPointer()
 {

@@ -18,15 +18,21 @@
 #include "tests/faults/posted_pointer.h"
 #include "tests/session/host_image.h"
 
-namespace {
+enum SoakCommand {
+    CONTRAST = 114,
+    SELECTION = 116,
+    BRUSH = 117,
+    SMOOTH = 121,
+    SPOONBILL = 122,
+    UNDO = 190,
+    SOFT = 214
+};
 
-enum Command { CONTRAST = 114, SELECTION = 116, BRUSH = 117, SMOOTH = 121, SPOONBILL = 122, UNDO = 190, SOFT = 214 };
-
-FaultHost host;
-HostImage photo;
-std::vector<uint8_t> original;
-unsigned findings;
-bool plant;
+static FaultHost host;
+static HostImage photo;
+static std::vector<uint8_t> original;
+static unsigned findings;
+static bool plant;
 
 // ---- measuring
 
@@ -38,7 +44,7 @@ struct InUse {
 };
 
 template <class Handle, class Make, class Release>
-int countFree(Make make, Release release)
+static int countFree(Make make, Release release)
 {
     std::vector<Handle> made;
     while (const Handle handle = make())
@@ -48,7 +54,7 @@ int countFree(Make make, Release release)
     return (int)made.size();
 }
 
-BOOL CALLBACK countWindow(HWND window, LPARAM count)
+static BOOL CALLBACK countWindow(HWND window, LPARAM count)
 {
     DWORD process;
     GetWindowThreadProcessId(window, &process);
@@ -57,7 +63,7 @@ BOOL CALLBACK countWindow(HWND window, LPARAM count)
 }
 
 // Committed and the process's own, whoever asked for it.
-SIZE_T ownMemory()
+static SIZE_T ownMemory()
 {
     SIZE_T bytes = 0;
     MEMORY_BASIC_INFORMATION part;
@@ -67,7 +73,7 @@ SIZE_T ownMemory()
     return bytes;
 }
 
-InUse measure()
+static InUse measure()
 {
     InUse use = {};
     for (int kind = 0; kind < KIND_COUNT; ++kind)
@@ -79,7 +85,7 @@ InUse measure()
     return use;
 }
 
-void print(const char* when, const char* part, const InUse& use)
+static void print(const char* when, const char* part, const InUse& use)
 {
     printf("%s %s: %.1f MiB, %d memory and %d graphics handles free, %d windows", when, part,
            (double)use.privateBytes / (1 << 20), use.memoryHandles, use.graphicsHandles, use.windows);
@@ -89,7 +95,7 @@ void print(const char* when, const char* part, const InUse& use)
     fflush(stdout);
 }
 
-void found(const char* part, const std::string& what)
+static void found(const char* part, const std::string& what)
 {
     ++findings;
     printf("FOUND %s: %s\n", part, what.c_str());
@@ -100,7 +106,7 @@ void found(const char* part, const std::string& what)
 constexpr int SYSTEMS_OWN = 3, WARMING_UP = 20;
 constexpr SIZE_T SYSTEMS_BYTES = 4 << 20;
 
-void compare(const char* part, const InUse& before, const InUse& after)
+static void compare(const char* part, const InUse& before, const InUse& after)
 {
     for (int kind = 0; kind < KIND_COUNT; ++kind)
         if (after.booked[kind] > before.booked[kind])
@@ -113,13 +119,13 @@ void compare(const char* part, const InUse& before, const InUse& after)
 
 // ---- deeds, posted without a wait in between
 
-void postPoint(POINT client, int button)
+static void postPoint(POINT client, int button)
 {
     postMove(host.threadId, host.canvas, onScreen(host, client.x, client.y));
     if (button) postButton(host.threadId, LEFT_BUTTON, button > 0);
 }
 
-void postDrag(const std::vector<POINT>& points)
+static void postDrag(const std::vector<POINT>& points)
 {
     postPoint(points[0], 1);
     for (size_t i = 1; i < points.size(); ++i)
@@ -127,12 +133,12 @@ void postDrag(const std::vector<POINT>& points)
     if (points.size() == 1) postPoint(points[0], -1);
 }
 
-void command(int id)
+static void command(int id)
 {
     PostMessageA(host.palette, WM_COMMAND, (WPARAM)id, 0);
 }
 
-void strokeAndUndo(int number)
+static void strokeAndUndo(int number)
 {
     static const int tools[] = {BRUSH, SOFT, SMOOTH, SPOONBILL};
     if (number % 5 == 0) command(tools[number / 5 % 4]);
@@ -144,7 +150,7 @@ void strokeAndUndo(int number)
     settle(&host);
 }
 
-POINT middleOf(FrameButton button)
+static POINT middleOf(FrameButton button)
 {
     const int frame = GetSystemMetrics(SM_CXFRAME);
     const PixelRect outer = frameOuterRectOf({70, 60, 171, 131}, {frame, frame});
@@ -152,7 +158,7 @@ POINT middleOf(FrameButton button)
     return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
 }
 
-void selectAndChange(int number)
+static void selectAndChange(int number)
 {
     command(SELECTION);
     postDrag({{70, 60}, {120, 75}, {170, 62}, {150, 95}, {168, 130}, {110, 112}, {72, 128}, {84, 90}});
@@ -171,7 +177,7 @@ void selectAndChange(int number)
     settle(&host);
 }
 
-void runContrast(int number)
+static void runContrast(int number)
 {
     command(CONTRAST);
     if (!waitForWindow(&host, &FaultHost::contrast, true)) return found("contrast", "the dialog does not open");
@@ -184,13 +190,13 @@ void runContrast(int number)
     waitForWindow(&host, &FaultHost::contrast, false);
 }
 
-void restoreImage()
+static void restoreImage()
 {
     memcpy(GlobalLock(photo.block), original.data(), original.size());
     GlobalUnlock(photo.block);
 }
 
-void wholeSession(int number)
+static void wholeSession(int number)
 {
     restoreImage();
     if (!openSession(&host)) return found("sessions", "one does not open");
@@ -218,7 +224,7 @@ void tellTime(const char* part, int done, DWORD milliseconds, int deeds)
 }
 
 // Deeds of one session: flat in its middle, and nothing left when it is over.
-void soakSession(const char* part, int count, void (*deed)(int number))
+static void soakSession(const char* part, int count, void (*deed)(int number))
 {
     if (count == 0) return;
     openSession(&host);
@@ -250,7 +256,7 @@ void soakSession(const char* part, int count, void (*deed)(int number))
     compare(part, before, after);
 }
 
-void soakSessions(int count)
+static void soakSessions(int count)
 {
     if (count == 0) return;
     for (int i = 0; i < WARMING_UP; ++i)
@@ -263,8 +269,6 @@ void soakSessions(int count)
     print("END", "sessions", after);
     compare("sessions", before, after);
 }
-
-}  // namespace
 
 int main(int count, char** words)
 {

@@ -11,8 +11,6 @@
 #include "tests/fuzz/photo_memory.h"
 #include "tests/fuzz/readers.h"
 
-namespace {
-
 constexpr int64_t MOST_PIXELS = 1 << 18;
 
 struct Taken {
@@ -22,7 +20,7 @@ struct Taken {
     int rows;
 };
 
-void expect(bool holds, const char* promise)
+static void expect(bool holds, const char* promise)
 {
     if (holds) return;
     fprintf(stderr, "broken promise: %s\n", promise);
@@ -30,7 +28,7 @@ void expect(bool holds, const char* promise)
 }
 
 // As the host begins a picture, with less memory.
-PhotoStatus begin(void* context, const PhotoShape& shape)
+static PhotoStatus begin(void* context, const PhotoShape& shape)
 {
     Taken* const taken = (Taken*)context;
     expect(!taken->begun, "a picture begins once");
@@ -46,7 +44,7 @@ PhotoStatus begin(void* context, const PhotoShape& shape)
     return PhotoStatus::Ok;
 }
 
-bool take(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
+static bool take(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, int rowCount)
 {
     Taken* const taken = (Taken*)context;
     expect(taken->begun, "rows come after the picture began");
@@ -57,14 +55,14 @@ bool take(void* context, const uint8_t* bgra, ptrdiff_t stride, int firstRow, in
     return true;
 }
 
-void check(PhotoStatus status, const Taken& taken, const PhotoFacts& facts)
+static void check(PhotoStatus status, const Taken& taken, const PhotoFacts& facts)
 {
     if (status == PhotoStatus::Ok)
         expect(taken.begun && taken.rows == taken.target.fileHeight, "an accepted photo has all its rows");
     expect(facts.orientation >= 1 && facts.orientation <= 8, "an orientation from 1 to 8");
 }
 
-void readStream(const uint8_t* bytes, size_t size, PhotoStatus (*read)(FILE*, const RowSink&, PhotoFacts*))
+static void readStream(const uint8_t* bytes, size_t size, PhotoStatus (*read)(FILE*, const RowSink&, PhotoFacts*))
 {
     Bytes copy(bytes, bytes + size);
     FILE* const file = size ? fmemopen(copy.data(), size, "rb") : nullptr;
@@ -75,22 +73,22 @@ void readStream(const uint8_t* bytes, size_t size, PhotoStatus (*read)(FILE*, co
     fclose(file);
 }
 
-void readJpegPhoto(const uint8_t* bytes, size_t size)
+static void readJpegPhoto(const uint8_t* bytes, size_t size)
 {
     readStream(bytes, size, readJpeg);
 }
 
-void readPngPhoto(const uint8_t* bytes, size_t size)
+static void readPngPhoto(const uint8_t* bytes, size_t size)
 {
     readStream(bytes, size, readPng);
 }
 
-void readWebpPhoto(const uint8_t* bytes, size_t size)
+static void readWebpPhoto(const uint8_t* bytes, size_t size)
 {
     readStream(bytes, size, readWebp);
 }
 
-void readTiffPhoto(const uint8_t* bytes, size_t size)
+static void readTiffPhoto(const uint8_t* bytes, size_t size)
 {
     PhotoMemory memory = {Bytes(bytes, bytes + size), 0};
     TIFF* const file = openTiffInMemory(&memory, "r");
@@ -103,7 +101,7 @@ void readTiffPhoto(const uint8_t* bytes, size_t size)
 
 // ---- TIFF in memory
 
-tmsize_t readMemory(thandle_t handle, void* to, tmsize_t size)
+static tmsize_t readMemory(thandle_t handle, void* to, tmsize_t size)
 {
     PhotoMemory* const memory = (PhotoMemory*)handle;
     const uint64_t there = memory->at < memory->bytes.size() ? memory->bytes.size() - memory->at : 0;
@@ -113,7 +111,7 @@ tmsize_t readMemory(thandle_t handle, void* to, tmsize_t size)
     return (tmsize_t)count;
 }
 
-tmsize_t writeMemory(thandle_t handle, void* from, tmsize_t size)
+static tmsize_t writeMemory(thandle_t handle, void* from, tmsize_t size)
 {
     PhotoMemory* const memory = (PhotoMemory*)handle;
     const uint64_t end = memory->at + (uint64_t)size;
@@ -123,24 +121,22 @@ tmsize_t writeMemory(thandle_t handle, void* from, tmsize_t size)
     return size;
 }
 
-toff_t seekMemory(thandle_t handle, toff_t offset, int whence)
+static toff_t seekMemory(thandle_t handle, toff_t offset, int whence)
 {
     PhotoMemory* const memory = (PhotoMemory*)handle;
     const uint64_t from = whence == SEEK_CUR ? memory->at : whence == SEEK_END ? memory->bytes.size() : 0;
     return memory->at = from + offset;
 }
 
-int closeMemory(thandle_t)
+static int closeMemory(thandle_t)
 {
     return 0;
 }
 
-toff_t sizeOfMemory(thandle_t handle)
+static toff_t sizeOfMemory(thandle_t handle)
 {
     return ((PhotoMemory*)handle)->bytes.size();
 }
-
-}  // namespace
 
 TIFF* openTiffInMemory(PhotoMemory* memory, const char* mode)
 {

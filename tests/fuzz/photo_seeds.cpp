@@ -10,11 +10,9 @@
 
 #include "tests/fuzz/photo_memory.h"
 
-namespace {
-
 constexpr int WIDTH = 19, HEIGHT = 13;
 
-Bytes samplesOf(int channels)
+static Bytes samplesOf(int channels)
 {
     Bytes samples((size_t)WIDTH * HEIGHT * (size_t)channels);
     for (size_t i = 0; i < samples.size(); ++i)
@@ -22,7 +20,7 @@ Bytes samplesOf(int channels)
     return samples;
 }
 
-Bytes profileBytes()
+static Bytes profileBytes()
 {
     const cmsHPROFILE profile = cmsCreate_sRGBProfile();
     cmsUInt32Number size = 0;
@@ -34,12 +32,12 @@ Bytes profileBytes()
 }
 
 // Orientation 6, nothing else.
-Bytes cameraData()
+static Bytes cameraData()
 {
     return {'I', 'I', 42, 0, 8, 0, 0, 0, 1, 0, 0x12, 1, 3, 0, 1, 0, 0, 0, 6, 0, 0, 0, 0, 0, 0, 0};
 }
 
-Bytes jpegSeed(int channels, bool progressive, bool profile)
+static Bytes jpegSeed(int channels, bool progressive, bool profile)
 {
     jpeg_compress_struct output;
     jpeg_error_mgr errors;
@@ -77,13 +75,13 @@ Bytes jpegSeed(int channels, bool progressive, bool profile)
     return made;
 }
 
-void takePng(png_structp png, png_bytep bytes, size_t size)
+static void takePng(png_structp png, png_bytep bytes, size_t size)
 {
     Bytes* const made = (Bytes*)png_get_io_ptr(png);
     made->insert(made->end(), bytes, bytes + size);
 }
 
-Bytes pngSeed(int type, int depth, bool interlaced, bool profile)
+static Bytes pngSeed(int type, int depth, bool interlaced, bool profile)
 {
     Bytes made;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
@@ -122,7 +120,7 @@ struct TiffKind {
     bool tiled, big, profile;
 };
 
-Bytes tiffSeed(const TiffKind& kind)
+static Bytes tiffSeed(const TiffKind& kind)
 {
     PhotoMemory memory = {{}, 0};
     TIFF* const file = openTiffInMemory(&memory, kind.big ? "w8" : "wb");
@@ -163,7 +161,7 @@ Bytes tiffSeed(const TiffKind& kind)
     return memory.bytes;
 }
 
-Bytes webpSeed(bool lossless, bool wrapped)
+static Bytes webpSeed(bool lossless, bool wrapped)
 {
     const Bytes samples = samplesOf(4);
     uint8_t* bytes = nullptr;
@@ -194,8 +192,6 @@ Bytes webpSeed(bool lossless, bool wrapped)
     WebPMuxDelete(mux);
     return made;
 }
-
-}  // namespace
 
 std::vector<Bytes> jpegPhotos()
 {

@@ -16,26 +16,24 @@
 #include "tests/reference/tiff_reference.h"
 #include "tools/settings/settings_text.h"
 
-namespace {
-
 typedef std::vector<uint8_t> Bytes;
 typedef std::vector<Bytes> Seeds;
 
-void expect(bool holds, const char* promise)
+static void expect(bool holds, const char* promise)
 {
     if (holds) return;
     fprintf(stderr, "broken promise: %s\n", promise);
     abort();
 }
 
-Bytes bytesOf(const char* text)
+static Bytes bytesOf(const char* text)
 {
     return Bytes(text, text + strlen(text));
 }
 
 // ---- the selection files
 
-void readSelection(const uint8_t* bytes, size_t size)
+static void readSelection(const uint8_t* bytes, size_t size)
 {
     MemoryFile file;
     file.bytes.assign(bytes, bytes + size);
@@ -52,7 +50,7 @@ void readSelection(const uint8_t* bytes, size_t size)
     expect(file.bytesRead <= size * 4 + 4096, "the work is bounded by the file's size");
 }
 
-Seeds selectionSeeds()
+static Seeds selectionSeeds()
 {
     Seeds seeds;
     for (const bool bigEndian : {false, true})
@@ -63,7 +61,7 @@ Seeds selectionSeeds()
 
 // ---- list and settings
 
-void readList(const uint8_t* bytes, size_t size)
+static void readList(const uint8_t* bytes, size_t size)
 {
     const std::unique_ptr<char[]> text(new char[size]);  // of just that size: what lies behind is seen
     memcpy(text.get(), bytes, size);
@@ -76,12 +74,12 @@ void readList(const uint8_t* bytes, size_t size)
     formatListLine(line, number + 1);
 }
 
-Seeds listSeeds()
+static Seeds listSeeds()
 {
     return {bytesOf("001\r\nseld_001.tif\r\n"), bytesOf("999\r\n"), bytesOf("1x")};
 }
 
-std::unique_ptr<char[]> textOf(const uint8_t* bytes, size_t size)
+static std::unique_ptr<char[]> textOf(const uint8_t* bytes, size_t size)
 {
     const size_t length = size < SETTINGS_VALUE_SIZE ? size : SETTINGS_VALUE_SIZE - 1;
     std::unique_ptr<char[]> text(new char[length + 1]);
@@ -90,7 +88,7 @@ std::unique_ptr<char[]> textOf(const uint8_t* bytes, size_t size)
     return text;
 }
 
-void readToolValue(const uint8_t* bytes, size_t size, void (*parse)(const char*, ToolSettings&))
+static void readToolValue(const uint8_t* bytes, size_t size, void (*parse)(const char*, ToolSettings&))
 {
     const std::unique_ptr<char[]> text = textOf(bytes, size);
     ToolSettings settings = {};
@@ -100,22 +98,22 @@ void readToolValue(const uint8_t* bytes, size_t size, void (*parse)(const char*,
     expect(strnlen(value, sizeof value) < sizeof value, "a value ends");
 }
 
-void readCurrentTool(const uint8_t* bytes, size_t size)
+static void readCurrentTool(const uint8_t* bytes, size_t size)
 {
     readToolValue(bytes, size, parseToolValue);
 }
 
-void readLegacyTool(const uint8_t* bytes, size_t size)
+static void readLegacyTool(const uint8_t* bytes, size_t size)
 {
     readToolValue(bytes, size, parseLegacyToolValue);
 }
 
-Seeds toolSeeds()
+static Seeds toolSeeds()
 {
     return {bytesOf("001,001,017,017,001,001,001,001,000,081,12632319"), bytesOf("-99,99999999999,,x"), {}};
 }
 
-void readFontValue(const uint8_t* bytes, size_t size)
+static void readFontValue(const uint8_t* bytes, size_t size)
 {
     const std::unique_ptr<char[]> text = textOf(bytes, size);
     FontSettings font = {};
@@ -126,7 +124,7 @@ void readFontValue(const uint8_t* bytes, size_t size)
     expect(strnlen(value, sizeof value) < sizeof value, "a value ends");
 }
 
-Seeds fontSeeds()
+static Seeds fontSeeds()
 {
     return {bytesOf("031,400,002,034,001,000,000,000,034,Courier New"), bytesOf("031,400,002")};
 }
@@ -134,7 +132,7 @@ Seeds fontSeeds()
 // ---- the host's photos
 
 // Little-endian camera data: one directory with orientation and size, a second with a preview.
-Bytes exifSeed(const char* order, uint16_t orientation)
+static Bytes exifSeed(const char* order, uint16_t orientation)
 {
     const bool big = order[0] == 'M';
     Bytes bytes(order, order + 2);
@@ -158,7 +156,7 @@ Bytes exifSeed(const char* order, uint16_t orientation)
     return bytes;
 }
 
-void readExif(const uint8_t* bytes, size_t size)
+static void readExif(const uint8_t* bytes, size_t size)
 {
     const int orientation = exifOrientation(bytes, size);
     expect(orientation >= 1 && orientation <= 8, "an orientation from 1 to 8");
@@ -171,18 +169,18 @@ void readExif(const uint8_t* bytes, size_t size)
     replaceThumbnail(changed.data(), size, nullptr, 0);
 }
 
-Seeds exifSeeds()
+static Seeds exifSeeds()
 {
     return {exifSeed("II", 6), exifSeed("MM", 3)};
 }
 
-void readJpegHead(const uint8_t* bytes, size_t size)
+static void readJpegHead(const uint8_t* bytes, size_t size)
 {
     const int orientation = jpegOrientation(bytes, size);
     expect(orientation >= 1 && orientation <= 8, "an orientation from 1 to 8");
 }
 
-Seeds jpegSeeds()
+static Seeds jpegSeeds()
 {
     Seeds seeds;
     for (const char* order : {"II", "MM"}) {
@@ -196,7 +194,7 @@ Seeds jpegSeeds()
     return seeds;
 }
 
-void readTiffHead(const uint8_t* bytes, size_t size)
+static void readTiffHead(const uint8_t* bytes, size_t size)
 {
     if (size < TIFF_HEAD_SIZE) return;
     const uint32_t place = tiffDirectoryPlace(bytes);
@@ -205,25 +203,25 @@ void readTiffHead(const uint8_t* bytes, size_t size)
     expect(orientation >= 1 && orientation <= 8, "an orientation from 1 to 8");
 }
 
-void readXmp(const uint8_t* bytes, size_t size)
+static void readXmp(const uint8_t* bytes, size_t size)
 {
     Bytes changed(bytes, bytes + size);
     noteUprightInXmp(changed.data(), size);
 }
 
-Seeds xmpSeeds()
+static Seeds xmpSeeds()
 {
     return {bytesOf("<x tiff:Orientation=\"6\"/>"), bytesOf("<tiff:Orientation>6</tiff:Orientation>")};
 }
 
-void readResources(const uint8_t* bytes, size_t size)
+static void readResources(const uint8_t* bytes, size_t size)
 {
     Bytes segment(bytes, bytes + size);
     dropResourceThumbnails(&segment);
     expect(segment.size() <= size, "a segment does not grow");
 }
 
-Seeds resourceSeeds()
+static Seeds resourceSeeds()
 {
     Bytes bytes = bytesOf("Photoshop 3.0");
     bytes.insert(bytes.end(), {0, '8', 'B', 'I', 'M', 4, 0x0C, 0, 0, 0, 0, 0, 4, 1, 2, 3, 4});
@@ -231,7 +229,7 @@ Seeds resourceSeeds()
     return {bytes};
 }
 
-void readGif(const uint8_t* bytes, size_t size)
+static void readGif(const uint8_t* bytes, size_t size)
 {
     const int width = size > 0 ? bytes[size - 1] + 1 : 1, height = size > 1 ? bytes[size - 2] + 1 : 1;
     const GifCanvas canvas = gifCanvas(bytes, size, width, height);
@@ -239,7 +237,7 @@ void readGif(const uint8_t* bytes, size_t size)
     expect(canvas.top >= 0 && canvas.top <= canvas.height - height, "the picture lies inside down");
 }
 
-Seeds gifSeeds()
+static Seeds gifSeeds()
 {
     Bytes bytes = bytesOf("GIF89a");
     bytes.insert(bytes.end(), {10, 0, 10, 0, 0x80, 0, 0, 1, 2, 3, 4, 5, 6});
@@ -248,7 +246,7 @@ Seeds gifSeeds()
 }
 
 // Sides, orientation and a band of rows from the bytes; the rows are as long as they say.
-void placeRows(const uint8_t* bytes, size_t size)
+static void placeRows(const uint8_t* bytes, size_t size)
 {
     if (size < 5) return;
     const int width = bytes[0] % 64 + 1, height = bytes[1] % 64 + 1, first = bytes[2] % height;
@@ -264,7 +262,7 @@ void placeRows(const uint8_t* bytes, size_t size)
     gatherRows({bits.data(), width, height, orientation}, first, rows, bgr.data(), width * 3);
 }
 
-Seeds rowSeeds()
+static Seeds rowSeeds()
 {
     Seeds seeds;
     for (uint8_t orientation = 0; orientation < 10; ++orientation)
@@ -272,7 +270,7 @@ Seeds rowSeeds()
     return seeds;
 }
 
-void readArguments(const uint8_t* bytes, size_t size)
+static void readArguments(const uint8_t* bytes, size_t size)
 {
     std::vector<std::wstring> words(1);
     for (size_t i = 0; i < size; ++i) {
@@ -284,12 +282,10 @@ void readArguments(const uint8_t* bytes, size_t size)
     parseArguments(words);
 }
 
-Seeds argumentSeeds()
+static Seeds argumentSeeds()
 {
     return {bytesOf("--overwrite\nphoto.jpg\nout.png"), bytesOf("--\n--help"), bytesOf("-h")};
 }
-
-}  // namespace
 
 const FuzzReader fuzzReaders[] = {
     {"selection", readSelection, selectionSeeds},

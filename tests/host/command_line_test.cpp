@@ -5,14 +5,12 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-namespace {
-
-struct Outcome {
+struct CommandOutcome {
     int code;
     std::wstring said;
 };
 
-Outcome runRetouch(const std::wstring& arguments, const TestFolder& folder)
+static CommandOutcome runRetouch(const std::wstring& arguments, const TestFolder& folder)
 {
     wchar_t program[MAX_PATH];
     GetModuleFileNameW(nullptr, program, MAX_PATH);
@@ -43,12 +41,10 @@ Outcome runRetouch(const std::wstring& arguments, const TestFolder& folder)
     return {(int)code, said};
 }
 
-}  // namespace
-
 TEST(HostCommandLine, HelpIsToldAndIsNoError)
 {
     TestFolder folder;
-    const Outcome outcome = runRetouch(L"--help", folder);
+    const CommandOutcome outcome = runRetouch(L"--help", folder);
     EXPECT_EQ(outcome.code, 0);
     EXPECT_NE(outcome.said.find(L"Usage:"), std::wstring::npos) << outcome.said.size();
 }
@@ -57,7 +53,7 @@ TEST(HostCommandLine, AMissingPhotoIsNamed)
 {
     TestFolder folder;
     const std::wstring name = folder.path + L"żółw 写真.jpg";
-    const Outcome outcome = runRetouch(L"\"" + name + L"\"", folder);
+    const CommandOutcome outcome = runRetouch(L"\"" + name + L"\"", folder);
     EXPECT_EQ(outcome.code, exitMissing);
     EXPECT_NE(outcome.said.find(name), std::wstring::npos);
 }
@@ -84,7 +80,8 @@ TEST(HostCommandLine, AWriteProtectedFileIsNotReplaced)
     writeBytes(folder.path + L"a.jpg", std::vector<uint8_t>(100, 'x'));
     writeBytes(name, std::vector<uint8_t>(100, 'y'));
     SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_READONLY);
-    const Outcome outcome = runRetouch(L"\"" + folder.path + L"a.jpg\" --overwrite -o \"" + name + L"\"", folder);
+    const CommandOutcome outcome =
+        runRetouch(L"\"" + folder.path + L"a.jpg\" --overwrite -o \"" + name + L"\"", folder);
     EXPECT_EQ(outcome.code, exitCannotWrite);
     EXPECT_NE(outcome.said.find(L"write-protected: " + name), std::wstring::npos);
     SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_NORMAL);

@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 #include <iterator>
 
-namespace {
-
 struct ImagingTest : testing::Test {
     TestFolder folder;
     void SetUp() override { ASSERT_TRUE(startImaging()); }
@@ -15,21 +13,21 @@ struct ImagingTest : testing::Test {
 };
 using HostPhotoFile = ImagingTest;
 
-const wchar_t* const extensions[] = {L".png", L".bmp", L".tif", L".jpg"};
-const SIZE sizes[] = {{1, 1}, {3, 5}, {7, 2}, {33, 130}, {640, 65}};
+static const wchar_t* const extensions[] = {L".png", L".bmp", L".tif", L".jpg"};
+static const SIZE sizes[] = {{1, 1}, {3, 5}, {7, 2}, {33, 130}, {640, 65}};
 
-uint8_t noise(int x, int y, int channel)
+static uint8_t noise(int x, int y, int channel)
 {
     return (uint8_t)((x * 7 + y * 13 + channel * 57) * 2654435761u >> 24);
 }
 
 // JPEG keeps slow changes only.
-uint8_t slope(int x, int y, int channel)
+static uint8_t slope(int x, int y, int channel)
 {
     return (uint8_t)(40 + channel * 50 + (x + y) / 8);
 }
 
-HGLOBAL makePhoto(SIZE size, uint8_t (*value)(int, int, int), LONG pelsPerMetre)
+static HGLOBAL makePhoto(SIZE size, uint8_t (*value)(int, int, int), LONG pelsPerMetre)
 {
     HGLOBAL image = GlobalAlloc(GHND, packedPhotoSize(size.cx, size.cy));
     BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(image);
@@ -44,21 +42,21 @@ HGLOBAL makePhoto(SIZE size, uint8_t (*value)(int, int, int), LONG pelsPerMetre)
 }
 
 // Writes the picture to a file of that name and looks whether it is what was meant.
-void writeChecked(HGLOBAL image, const std::wstring& name, const SourcePhoto* source = nullptr)
+static void writeChecked(HGLOBAL image, const std::wstring& name, const SourcePhoto* source = nullptr)
 {
     writeBytes(name, {});
     ASSERT_EQ(writePhoto(name, formatOfName(name), image, source), PhotoStatus::Ok);
     EXPECT_TRUE(verifyPhoto(name, formatOfName(name), image, source));
 }
 
-PhotoStatus readPhoto(const std::wstring& name, HGLOBAL* image)
+static PhotoStatus readPhoto(const std::wstring& name, HGLOBAL* image)
 {
     SourcePhoto source;
     return readPhoto(name, image, &source);
 }
 
 // The largest difference of a pixel byte; 256 when the sizes differ.
-int difference(HGLOBAL one, HGLOBAL other)
+static int difference(HGLOBAL one, HGLOBAL other)
 {
     const BITMAPINFOHEADER* a = (const BITMAPINFOHEADER*)GlobalLock(one);
     const BITMAPINFOHEADER* b = (const BITMAPINFOHEADER*)GlobalLock(other);
@@ -76,14 +74,12 @@ int difference(HGLOBAL one, HGLOBAL other)
     return largest;
 }
 
-LONG resolutionOf(HGLOBAL image)
+static LONG resolutionOf(HGLOBAL image)
 {
     const LONG value = ((const BITMAPINFOHEADER*)GlobalLock(image))->biXPelsPerMeter;
     GlobalUnlock(image);
     return value;
 }
-
-}  // namespace
 
 TEST_F(HostPhotoFile, EveryFormatComesBackAsItWasWritten)
 {

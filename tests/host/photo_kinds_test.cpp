@@ -8,15 +8,13 @@
 #include <functional>
 #include <gtest/gtest.h>
 
-namespace {
-
 struct HostPhotoKinds : testing::Test {
     TestFolder folder;
 };
 
 using Picture = std::function<int(int x, int y, int channel)>;
 
-HGLOBAL makePhoto(int width, int height, const Picture& value)
+static HGLOBAL makePhoto(int width, int height, const Picture& value)
 {
     HGLOBAL image = GlobalAlloc(GHND, packedPhotoSize(width, height));
     BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(image);
@@ -30,7 +28,7 @@ HGLOBAL makePhoto(int width, int height, const Picture& value)
     return image;
 }
 
-std::vector<uint8_t> written(const std::wstring& name, HGLOBAL image)
+static std::vector<uint8_t> written(const std::wstring& name, HGLOBAL image)
 {
     writeBytes(name, {});
     EXPECT_EQ(writePhoto(name, formatOfName(name), image, nullptr), PhotoStatus::Ok);
@@ -39,7 +37,7 @@ std::vector<uint8_t> written(const std::wstring& name, HGLOBAL image)
     return readBytes(name);
 }
 
-int grain(int x, int y, int channel)
+static int grain(int x, int y, int channel)
 {
     uint32_t value = (uint32_t)(x + 1000 * y + 1000000 * channel) * 2654435761u;
     value = (value ^ value >> 15) * 2246822519u;
@@ -47,14 +45,12 @@ int grain(int x, int y, int channel)
 }
 
 // How thoroughly the packer says that it has searched, 0 to 3.
-int thoroughness(const std::vector<uint8_t>& png)
+static int thoroughness(const std::vector<uint8_t>& png)
 {
     static const uint8_t mark[] = {'I', 'D', 'A', 'T'};
     const auto at = std::search(png.begin(), png.end(), std::begin(mark), std::end(mark));
     return png.end() - at > 6 ? at[5] >> 6 : -1;
 }
-
-}  // namespace
 
 // A drawing of small repeated tiles is nothing but repetitions, the grain of a photo has none.
 TEST_F(HostPhotoKinds, APngFileIsSearchedForRepetitionsWhereThereAreAny)

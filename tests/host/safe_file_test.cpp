@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-namespace {
-const std::vector<uint8_t> oldBytes = {1, 2, 3}, newBytes = {9, 8, 7, 6};
+static const std::vector<uint8_t> oldBytes = {1, 2, 3}, newBytes = {9, 8, 7, 6};
 
 // As a save does it.
-bool write(const std::wstring& path, bool replace, unsigned long* error)
+static bool write(const std::wstring& path, bool replace, unsigned long* error)
 {
     std::wstring temporary;
     if (!createBeside(path, &temporary, error)) return false;
@@ -17,7 +16,6 @@ bool write(const std::wstring& path, bool replace, unsigned long* error)
     DeleteFileW(temporary.c_str());
     return false;
 }
-}  // namespace
 
 TEST(HostSafeFile, WritesANewFileAndNothingElse)
 {

@@ -7,14 +7,12 @@
 #include <vector>
 #include <windows.h>
 
-namespace {
-
-struct Language {
+struct TextLanguage {
     const char* code;
     int offset;
     wchar_t first, last;  // letters that only some alphabets have; the hint must have one of them
 };
-const Language languages[] = {
+static const TextLanguage languages[] = {
     {"FR", 0, L'é', L'é'},         {"EN", 1000, L'w', L'w'},      {"ES", 2000, L'í', L'í'},
     {"PT", 3000, L'A', L'z'},      {"IT", 4000, L'A', L'z'},      {"RU", 5000, 0x410, 0x44F},
     {"PL", 6000, 0x107, 0x17C},    {"NL", 7000, L'A', L'z'},      {"CH", 8000, 0x4E00, 0x9FFF},
@@ -37,25 +35,23 @@ struct HostTexts : testing::Test {
     }
     void TearDown() override { FreeLibrary(program); }
 
-    std::wstring text(const Language& language, int id)
+    std::wstring text(const TextLanguage& language, int id)
     {
         wchar_t buffer[1024] = L"";
         return std::wstring(buffer, (size_t)LoadStringW(program, (UINT)(id + language.offset), buffer, 1024));
     }
 };
 
-wchar_t keyOf(const std::wstring& caption)
+static wchar_t keyOf(const std::wstring& caption)
 {
     const size_t at = caption.find(L'&');
     return at + 1 < caption.size() ? (wchar_t)(UINT_PTR)CharUpperW((LPWSTR)(UINT_PTR)caption[at + 1]) : 0;
 }
 
-}  // namespace
-
 TEST_F(HostTexts, AreThereInEveryLanguage)
 {
-    const Language& english = languages[1];
-    for (const Language& language : languages) {
+    const TextLanguage& english = languages[1];
+    for (const TextLanguage& language : languages) {
         int same = 0;
         for (int id = TEXT_MENU_FILE; id <= TEXT_LOSS_XMP; ++id) {
             const std::wstring said = text(language, id);
@@ -70,7 +66,7 @@ TEST_F(HostTexts, AreThereInEveryLanguage)
 
 TEST_F(HostTexts, HaveTheLettersOfTheirAlphabets)
 {
-    for (const Language& language : languages) {
+    for (const TextLanguage& language : languages) {
         const std::wstring hint = text(language, TEXT_HINT) + text(language, TEXT_MENU_OPEN) +
                                   text(language, TEXT_TITLE_SAVE) + text(language, TEXT_ERROR_LOST);
         int own = 0;
@@ -85,7 +81,7 @@ TEST_F(HostTexts, OpenEachEntryOfAMenuWithAKeyOfItsOwn)
     const std::vector<std::vector<int>> menus = {{TEXT_MENU_FILE, TEXT_MENU_HELP},
                                                  {TEXT_MENU_OPEN, TEXT_MENU_SAVE_AS, TEXT_MENU_EXIT},
                                                  {TEXT_MENU_GUIDE, TEXT_MENU_ABOUT}};
-    for (const Language& language : languages)
+    for (const TextLanguage& language : languages)
         for (const std::vector<int>& menu : menus) {
             std::set<wchar_t> keys;
             for (int id : menu)

@@ -27,13 +27,11 @@ Grid brushGrid(int width, int height, int shape)
     return grid;
 }
 
-namespace {
-
 struct Extent {
     int visible, maskStart, imageStart;
 };
 
-Extent extentOf(int start, int maskSize, int imageSize)
+static Extent extentOf(int start, int maskSize, int imageSize)
 {
     const int end = start + maskSize;
     if (end < 1 || start >= imageSize) return {0, 0, 0};
@@ -45,37 +43,37 @@ Extent extentOf(int start, int maskSize, int imageSize)
     return {visible, end <= imageSize ? maskSize - visible : 0, start < 1 ? 0 : start};
 }
 
-int blend(int under, int over, int opacity)
+static int blend(int under, int over, int opacity)
 {
     if (opacity == 100) return over;
     return (under * (100 - opacity) + over * opacity) / 100;
 }
 
-Pixel blend(Pixel under, Pixel over, int opacity)
+static Pixel blend(Pixel under, Pixel over, int opacity)
 {
     return {blend(under.blue, over.blue, opacity), blend(under.green, over.green, opacity),
             blend(under.red, over.red, opacity)};
 }
 
-int blendReal(int under, int over, double weight)
+static int blendReal(int under, int over, double weight)
 {
     return (int)((under * (100 - weight) + over * weight) / 100.0);
 }
 
-Pixel blendReal(Pixel under, Pixel over, double weight)
+static Pixel blendReal(Pixel under, Pixel over, double weight)
 {
     return {blendReal(under.blue, over.blue, weight), blendReal(under.green, over.green, weight),
             blendReal(under.red, over.red, weight)};
 }
 
-int middleDistance(int index, int size)
+static int middleDistance(int index, int size)
 {
     const int half = size / 2;
     return index < half ? index - half + 1 : index - half;
 }
 
 // d / AB for a pixel of a visible dab of vw x vh; negative when the dab has no soft edge to compute.
-double rimFraction(int i, int j, int vw, int vh)
+static double rimFraction(int i, int j, int vw, int vh)
 {
     const double a = vw / 2.0 - 1.0, b = vh / 2.0 - 1.0;
     const double A = a * a, B = b * b, AB = A * B;
@@ -86,7 +84,7 @@ double rimFraction(int i, int j, int vw, int vh)
     return d / AB;
 }
 
-int blurChannel(const Picture& from, int x, int y, int Pixel::*channel)
+static int blurChannel(const Picture& from, int x, int y, int Pixel::*channel)
 {
     static const int weights[3][3] = {{1, 2, 1}, {2, 4, 2}, {1, 2, 1}};
     int sum = 8;
@@ -97,13 +95,13 @@ int blurChannel(const Picture& from, int x, int y, int Pixel::*channel)
 }
 
 // The original cut out under the brush's rectangle: black outside the image.
-Pixel underTheBrush(const Picture& original, int x, int y)
+static Pixel underTheBrush(const Picture& original, int x, int y)
 {
     const bool inside = x >= 0 && y >= 0 && x < original.width && y < original.height;
     return inside ? original.at(x, y) : Pixel{0, 0, 0};
 }
 
-void layPixel(Scene& scene, const Dab& dab, int x, int y, int maskX, int maskY, double fraction)
+static void layPixel(Scene& scene, const Dab& dab, int x, int y, int maskX, int maskY, double fraction)
 {
     Pixel& pixel = scene.image.at(x, y);
     switch (dab.tool) {
@@ -138,7 +136,7 @@ void layPixel(Scene& scene, const Dab& dab, int x, int y, int maskX, int maskY, 
     }
 }
 
-void laySmooth(Scene& scene, const Dab& dab, const Grid& mask, Extent across, Extent down)
+static void laySmooth(Scene& scene, const Dab& dab, const Grid& mask, Extent across, Extent down)
 {
     const Picture before = scene.image;
     for (int j = 1; j < down.visible - 2; ++j) {
@@ -152,8 +150,6 @@ void laySmooth(Scene& scene, const Dab& dab, const Grid& mask, Extent across, Ex
         }
     }
 }
-
-}  // namespace
 
 void layDab(Scene& scene, const Dab& dab, const Grid& mask)
 {

@@ -14,8 +14,6 @@
 #include "tests/session/library_fixture.h"
 #include "tests/session/screen_part.h"
 
-namespace {
-
 typedef std::map<std::string, std::wstring> Captions;  // by the language file's keys
 
 struct TestLanguage {
@@ -23,7 +21,7 @@ struct TestLanguage {
     const char* file;
 };
 
-const TestLanguage testLanguages[] = {
+static const TestLanguage testLanguages[] = {
     {"ENU", "EN"}, {"FRA", "FR"}, {"ESN", "ES"}, {"PTB", "PT"}, {"ITA", "IT"}, {"RUS", "RU"},
     {"UKR", "RU"}, {"PLK", "PL"}, {"NLD", "NL"}, {"CHS", "CH"}, {"DEU", "DE"}, {"SKY", "SK"},
     {"HUN", "HU"}, {"JPN", "JP"}, {"CSY", "CS"}, {"TRK", "TR"}, {"LTH", "LT"}, {"KOR", "KO"},
@@ -34,26 +32,26 @@ struct KeyOfControl {
     const char* key;
 };
 
-const KeyOfControl paletteKeys[] = {
+static const KeyOfControl paletteKeys[] = {
     {2, "close"},     {8, "save"},         {114, "contrast"},    {116, "selection"}, {117, "brush"},
     {118, "rubber"},  {119, "aerographe"}, {120, "stamp"},       {121, "smooth"},    {122, "spoonbill"},
     {123, "text"},    {124, "colors"},     {154, "library"},     {190, "undo"},      {191, "redo"},
     {202, "width"},   {204, "height"},     {206, "lock"},        {208, "circle"},    {209, "rectangle"},
     {212, "opacity"}, {213, "edge.full"},  {214, "edge.smooth"},
 };
-const KeyOfControl contrastKeys[] = {
+static const KeyOfControl contrastKeys[] = {
     {1, "ok"}, {2, "cancel"}, {150, "contrast"}, {152, "brightness"}, {154, "saturation"}, {156, "hue"},
 };
-const KeyOfControl libraryKeys[] = {{2, "library.close"}, {8, "save"}, {9, "delete"}};
+static const KeyOfControl libraryKeys[] = {{2, "library.close"}, {8, "save"}, {9, "delete"}};
 
-std::wstring wide(const std::string& text)
+static std::wstring wide(const std::string& text)
 {
     std::wstring result(text.size(), 0);
     result.resize((size_t)MultiByteToWideChar(CP_UTF8, 0, text.data(), (int)text.size(), &result[0], (int)text.size()));
     return result;
 }
 
-Captions readLanguage(const char* name)
+static Captions readLanguage(const char* name)
 {
     Captions captions;
     std::ifstream file(std::string(LANGUAGE_FILES) + name + ".txt");
@@ -65,14 +63,14 @@ Captions readLanguage(const char* name)
     return captions;
 }
 
-std::wstring textOf(HWND window)
+static std::wstring textOf(HWND window)
 {
     wchar_t text[256] = L"";
     GetWindowTextW(window, text, 256);
     return text;
 }
 
-NONCLIENTMETRICSW systemMetrics()
+static NONCLIENTMETRICSW systemMetrics()
 {
     NONCLIENTMETRICSW metrics = {};
     metrics.cbSize = sizeof metrics;
@@ -81,7 +79,7 @@ NONCLIENTMETRICSW systemMetrics()
 }
 
 // What a font draws for a text, in a control's colours.
-reference::StoredPicture drawnText(const LOGFONTW& font, const std::wstring& text)
+static reference::StoredPicture drawnText(const LOGFONTW& font, const std::wstring& text)
 {
     reference::StoredPicture image = {96, 32, {}};
     BITMAPINFO info = {};
@@ -104,7 +102,7 @@ reference::StoredPicture drawnText(const LOGFONTW& font, const std::wstring& tex
 }
 
 // Letters for which the font draws its box for what it does not have, or a question mark.
-std::wstring lettersMissing(const LOGFONTW& font, const std::wstring& text)
+static std::wstring lettersMissing(const LOGFONTW& font, const std::wstring& text)
 {
     const std::vector<uint8_t> box = drawnText(font, L"\uFFFF").bytes, question = drawnText(font, L"?").bytes;
     std::wstring missing;
@@ -116,13 +114,13 @@ std::wstring lettersMissing(const LOGFONTW& font, const std::wstring& text)
     return missing;
 }
 
-const uint8_t* pixelOf(const reference::StoredPicture& image, int x, int y)
+static const uint8_t* pixelOf(const reference::StoredPicture& image, int x, int y)
 {
     return &image.bytes[(size_t)(y * reference::strideOf(image.width) + 3 * x)];
 }
 
 // The part of a drawing that is not background.
-RECT inkOf(const reference::StoredPicture& image)
+static RECT inkOf(const reference::StoredPicture& image)
 {
     RECT ink = {image.width, image.height, 0, 0};
     for (int y = 0; y < image.height; ++y)
@@ -135,7 +133,7 @@ RECT inkOf(const reference::StoredPicture& image)
 }
 
 // Whether the drawing's ink stands somewhere on the screen's part, pixel for pixel.
-bool shows(const reference::StoredPicture& screen, const reference::StoredPicture& drawing)
+static bool shows(const reference::StoredPicture& screen, const reference::StoredPicture& drawing)
 {
     const RECT ink = inkOf(drawing);
     const int width = ink.right - ink.left, height = ink.bottom - ink.top;
@@ -151,7 +149,7 @@ bool shows(const reference::StoredPicture& screen, const reference::StoredPictur
     return false;
 }
 
-std::string escaped(const std::wstring& text)
+static std::string escaped(const std::wstring& text)
 {
     std::string result;
     char letter[8];
@@ -160,16 +158,14 @@ std::string escaped(const std::wstring& text)
     return result;
 }
 
-std::string localeAnswer;
+static std::string localeAnswer;
 
-int WINAPI fakeLocale(LCID locale, LCTYPE type, LPSTR buffer, int size)
+static int WINAPI fakeLocale(LCID locale, LCTYPE type, LPSTR buffer, int size)
 {
     if (type != LOCALE_SABBREVLANGNAME) return GetLocaleInfoA(locale, type, buffer, size);
     lstrcpynA(buffer, localeAnswer.c_str(), size);
     return (int)localeAnswer.size() + 1;
 }
-
-}  // namespace
 
 struct Letters : LibrarySession {
     ImportPatch patch = {};

@@ -7,14 +7,12 @@
 #include "tests/session/library_fixture.h"
 #include "tests/session/screen_part.h"
 
-namespace {
-
 struct Drawing {
     int width, height;
     std::vector<uint8_t> pixels;  // blue, green, red, alpha; bottom row first; colours multiplied by alpha
 };
 
-Drawing drawingOf(HMODULE library, int id)
+static Drawing drawingOf(HMODULE library, int id)
 {
     Drawing drawing = {};
     const HRSRC found = FindResourceA(library, MAKEINTRESOURCEA(id), (LPCSTR)RT_BITMAP);
@@ -28,13 +26,13 @@ Drawing drawingOf(HMODULE library, int id)
     return drawing;
 }
 
-const uint8_t* pixelAt(const reference::StoredPicture& image, int x, int y)
+static const uint8_t* pixelAt(const reference::StoredPicture& image, int x, int y)
 {
     return &image.bytes[(size_t)(y * reference::strideOf(image.width) + 3 * x)];
 }
 
 // What is opaque shows exactly, what is half transparent is mixed with the button's face, rounded either way.
-bool showsPixel(const uint8_t* shown, const uint8_t* drawn, const uint8_t* face)
+static bool showsPixel(const uint8_t* shown, const uint8_t* drawn, const uint8_t* face)
 {
     for (int channel = 0; channel < 3; ++channel) {
         const double wanted = drawn[channel] + face[channel] * (255 - drawn[3]) / 255.0;
@@ -43,7 +41,7 @@ bool showsPixel(const uint8_t* shown, const uint8_t* drawn, const uint8_t* face)
     return true;
 }
 
-bool showsAt(const reference::StoredPicture& screen, const Drawing& drawing, int left, int bottom)
+static bool showsAt(const reference::StoredPicture& screen, const Drawing& drawing, int left, int bottom)
 {
     const uint8_t* face = pixelAt(screen, 2, 2);
     for (int y = 0; y < drawing.height; ++y)
@@ -55,7 +53,7 @@ bool showsAt(const reference::StoredPicture& screen, const Drawing& drawing, int
 }
 
 // In the middle, or half a pixel beside it.
-bool showsInTheMiddle(const reference::StoredPicture& screen, const Drawing& drawing)
+static bool showsInTheMiddle(const reference::StoredPicture& screen, const Drawing& drawing)
 {
     const int left = (screen.width - drawing.width) / 2, bottom = (screen.height - drawing.height) / 2;
     for (int x : {left, left + 1})
@@ -65,8 +63,6 @@ bool showsInTheMiddle(const reference::StoredPicture& screen, const Drawing& dra
                 return true;
     return false;
 }
-
-}  // namespace
 
 struct ButtonPictures : LibrarySession {
     int checked = 0;

@@ -14,38 +14,34 @@
 #include "tests/session/pictures.h"
 #include "tests/session/selection_fixture.h"
 
-namespace {
+static const char* const locales[] = {"FRA", "ENU", "ESN", "PTB", "ITA", "RUS", "PLK", "NLD", "CHS",
+                                      "DEU", "SKY", "HUN", "JPN", "CSY", "TRK", "LTH", "KOR"};
+static std::string localeAnswer = "ENU";
 
-const char* const locales[] = {"FRA", "ENU", "ESN", "PTB", "ITA", "RUS", "PLK", "NLD", "CHS",
-                               "DEU", "SKY", "HUN", "JPN", "CSY", "TRK", "LTH", "KOR"};
-std::string localeAnswer = "ENU";
-
-int WINAPI fakeLocale(LCID locale, LCTYPE type, LPSTR buffer, int size)
+static int WINAPI fakeLocale(LCID locale, LCTYPE type, LPSTR buffer, int size)
 {
     if (type != LOCALE_SABBREVLANGNAME) return GetLocaleInfoA(locale, type, buffer, size);
     lstrcpynA(buffer, localeAnswer.c_str(), size);
     return (int)localeAnswer.size() + 1;
 }
 
-void take(const std::string& name, RECT part)
+static void take(const std::string& name, RECT part)
 {
     takePicture(name, part);
 }
 
-BOOL CALLBACK takeVisibleTip(HWND window, LPARAM found)
+static BOOL CALLBACK takeVisibleTip(HWND window, LPARAM found)
 {
     if (classOf(window) == TOOLTIPS_CLASSA && IsWindowVisible(window)) *(HWND*)found = window;
     return TRUE;
 }
 
-HWND visibleTip(const Host& host)
+static HWND visibleTip(const Host& host)
 {
     HWND found = nullptr;
     EnumThreadWindows(host.threadId, takeVisibleTip, (LPARAM)&found);
     return found;
 }
-
-}  // namespace
 
 struct DISABLED_Pictures : SelectionSession {
     void openPhotograph()

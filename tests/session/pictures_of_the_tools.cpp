@@ -5,22 +5,18 @@
 #include "tests/session/library_fixture.h"
 #include "tests/session/pictures.h"
 
-namespace {
-
 // Client points of the photo at 900 x 506.
-const RECT meadow = {60, 220, 460, 460};
-const RECT dandelion = {100, 30, 430, 278};
-const RECT smallOnes = {440, 260, 840, 500};
+static const RECT meadow = {60, 220, 460, 460};
+static const RECT dandelion = {100, 30, 430, 278};
+static const RECT smallOnes = {440, 260, 840, 500};
 
-std::vector<POINT> wave(int left, int right, int middle, int height)
+static std::vector<POINT> wave(int left, int right, int middle, int height)
 {
     std::vector<POINT> points;
     for (int x = left; x <= right; x += 5)
         points.push_back({x, middle + (LONG)(height * sin((x - left) * 0.05))});
     return points;
 }
-
-}  // namespace
 
 struct DISABLED_Guide : SessionTest {
     void TearDown() override

@@ -4,12 +4,10 @@
 #include "tests/session/screen_picture.h"
 #include "tests/session/selection_fixture.h"
 
-namespace {
-
 // Fifths of the photo's size up to twice as large, in a canvas of about 400 x 300.
-const Size scales[] = {{"0.2", 2000, 1500, 400, 300}, {"0.37", 1080, 810, 400, 300}, {"0.5", 800, 600, 400, 300},
-                       {"0.73", 548, 411, 400, 300},  {"1", 400, 300, 400, 300},     {"1.5", 266, 200, 399, 300},
-                       {"2", 200, 150, 400, 300}};
+static const Size scales[] = {{"0.2", 2000, 1500, 400, 300}, {"0.37", 1080, 810, 400, 300}, {"0.5", 800, 600, 400, 300},
+                              {"0.73", 548, 411, 400, 300},  {"1", 400, 300, 400, 300},     {"1.5", 266, 200, 399, 300},
+                              {"2", 200, 150, 400, 300}};
 
 struct SelectionScreen : SelectionSession {
     std::mt19937 random = std::mt19937(5);
@@ -44,8 +42,6 @@ struct SelectionScreen : SelectionSession {
         settle(&host);
     }
 };
-
-}  // namespace
 
 TEST_F(SelectionScreen, SmallSelectionsLeaveNoPieceOfTheirFrame)
 {
@@ -141,12 +137,8 @@ TEST_F(SelectionScreen, ARepaintWhileAnOutlineIsDrawnKeepsItsDots)
 
 // ---- a band that ends where it began
 
-namespace {
-
-const int bandHits[] = {INSIDE,    LEFT_EDGE,   RIGHT_EDGE,  TOP_EDGE,    TOP_LEFT,
-                        TOP_RIGHT, BOTTOM_EDGE, BOTTOM_LEFT, BOTTOM_RIGHT};
-
-}  // namespace
+static const int bandHits[] = {INSIDE,    LEFT_EDGE,   RIGHT_EDGE,  TOP_EDGE,    TOP_LEFT,
+                               TOP_RIGHT, BOTTOM_EDGE, BOTTOM_LEFT, BOTTOM_RIGHT};
 
 TEST_F(SelectionScreen, ABandThatEndsWhereItBeganChangesNothingAtAnyScale)
 {

@@ -5,8 +5,6 @@
 
 typedef SelectionSession Selections;
 
-namespace {
-
 // A colour button, and what one press of it does to the values, which stop at their limits.
 struct ColourButton {
     int hit;
@@ -14,7 +12,7 @@ struct ColourButton {
     int step, lowest, highest;
 };
 
-const ColourButton colourButtons[] = {
+static const ColourButton colourButtons[] = {
     {BRIGHTER, &reference::Values::brightness, -5, -100, 100},
     {DARKER, &reference::Values::brightness, 5, -100, 100},
     {HUE_DOWN, &reference::Values::hue, -3, -127, 127},
@@ -27,13 +25,11 @@ const ColourButton colourButtons[] = {
     {LIFT_DOWN, &reference::Values::lift, -1, 0, 1000},
 };
 
-void stepModel(SelectionModel* model, const ColourButton& button)
+static void stepModel(SelectionModel* model, const ColourButton& button)
 {
     int& value = model->values.*button.value;
     value = std::max(button.lowest, std::min(button.highest, value + button.step));
 }
-
-}  // namespace
 
 TEST_F(Selections, AppliedWhereTheyWereDrawnChangeNothing)
 {

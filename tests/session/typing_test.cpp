@@ -9,8 +9,6 @@
 
 #include "tests/session/text_fixture.h"
 
-namespace {
-
 struct Script {
     UINT codePage;
     BYTE charSet;
@@ -20,14 +18,14 @@ struct Script {
 
 // The Japanese words mix characters of two bytes with those of one; the second byte of some is a backslash, a
 // letter or a byte that begins other characters.
-const Script scripts[] = {
+static const Script scripts[] = {
     {1252, ANSI_CHARSET, L"a\u00E9\u00DF\u20AC\u00C4\u00FF", L"x\u00E8Y\u0160~\u00F1"},
     {1251, RUSSIAN_CHARSET, L"\u0416\u044F\u0451a\u0429\u2116", L"\u042B\u0444X\u0401~\u0434"},
     {932, SHIFTJIS_CHARSET, L"\u65E5a\u672C\u30BD\uFF71\u8868", L"\u6F22~\u30A2\u3042\uFF76X"},
     {0, DEFAULT_CHARSET, L"abcdef", L"xyzXYZ"},  // any other one
 };
 
-const Script& systemsScript()
+static const Script& systemsScript()
 {
     const Script* script = scripts;
     while (script->codePage && script->codePage != GetACP())
@@ -35,7 +33,7 @@ const Script& systemsScript()
     return *script;
 }
 
-bool hasGlyphs(const Look& look, const std::wstring& text)
+static bool hasGlyphs(const Look& look, const std::wstring& text)
 {
     const HDC dc = CreateCompatibleDC(nullptr);
     const HFONT font = CreateFontIndirectA(&look.font);
@@ -50,7 +48,7 @@ bool hasGlyphs(const Look& look, const std::wstring& text)
     return true;
 }
 
-void sendKey(WORD key, WORD character, DWORD flags)
+static void sendKey(WORD key, WORD character, DWORD flags)
 {
     INPUT inputs[2] = {};
     for (INPUT& input : inputs) {
@@ -64,8 +62,6 @@ void sendKey(WORD key, WORD character, DWORD flags)
 }
 
 constexpr int LEFT = 40, TOP = 54;
-
-}  // namespace
 
 struct Typing : TextSession {
     Script script = {};

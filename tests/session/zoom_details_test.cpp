@@ -4,8 +4,6 @@
 
 #include "tests/session/zoom_fixture.h"
 
-namespace {
-
 constexpr int ID_SELECTION_TOOL = 116, ID_TEXT_TOOL = 123, HAND = 15001;
 constexpr POINT OUTSIDE = {1590, 600};
 
@@ -41,8 +39,6 @@ struct ZoomDetails : ZoomSession {
         return box;
     }
 };
-
-}  // namespace
 
 TEST_F(ZoomDetails, TheTitleEndsWithThePercentageWhileZoomed)
 {

@@ -1,10 +1,8 @@
 // Drags on a zoomed canvas with the real pointer and keys: taken back by Escape, and held at the border.
 #include "tests/session/zoom_fixture.h"
 
-namespace {
-
 constexpr int ID_SELECTION_TOOL = 116, ID_COLOURS_TOOL = 124, ID_TEXT_TOOL = 123;
-const int STROKE_TOOLS[] = {ID_BRUSH, 118, ID_AEROGRAPHE, 121, 122};
+static const int STROKE_TOOLS[] = {ID_BRUSH, 118, ID_AEROGRAPHE, 121, 122};
 
 struct ZoomDrags : ZoomSession {
     void openAt200(int tool)
@@ -34,8 +32,6 @@ struct ZoomDrags : ZoomSession {
         expectRepaintChangesNothing(what);
     }
 };
-
-}  // namespace
 
 TEST_F(ZoomDrags, EscapeTakesAStrokeBackFittedAndZoomed)
 {

@@ -2,8 +2,6 @@
 #include "tests/session/library_fixture.h"
 #include "tests/session/zoom_fixture.h"
 
-namespace {
-
 struct ZoomLibrary : ZoomSession, testing::WithParamInterface<int> {
     const ReferenceSelection selection = roundSelection(17, 34, 23);
 
@@ -51,8 +49,6 @@ struct ZoomLibrary : ZoomSession, testing::WithParamInterface<int> {
         }));
     }
 };
-
-}  // namespace
 
 TEST_P(ZoomLibrary, ADropLandsOnThePixelWhereItIsLetGo)
 {

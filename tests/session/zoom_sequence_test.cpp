@@ -4,8 +4,6 @@
 
 #include "tests/session/zoom_fixture.h"
 
-namespace {
-
 constexpr int ID_SELECTION_TOOL = 116;
 
 struct ZoomSequence : ZoomSession {
@@ -90,8 +88,6 @@ struct ZoomSequence : ZoomSession {
         closeSession();
     }
 };
-
-}  // namespace
 
 TEST_F(ZoomSequence, First)
 {

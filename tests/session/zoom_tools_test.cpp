@@ -1,8 +1,6 @@
 // The tools on a zoomed canvas: strokes, the selection, text and the keys, with the real pointer and keyboard.
 #include "tests/session/zoom_fixture.h"
 
-namespace {
-
 constexpr int ID_SELECTION_TOOL = 116, ID_TEXT_TOOL = 123;
 
 struct ZoomTools : ZoomSession {
@@ -56,8 +54,6 @@ struct ZoomTools : ZoomSession {
 
     ShownPixel pixelAt(int x, int y) const { return pixelOfColour(colourOf(x, y).data()); }
 };
-
-}  // namespace
 
 TEST_F(ZoomTools, StrokesPaintThePixelsUnderThePointerAndBeyondTheBorders)
 {

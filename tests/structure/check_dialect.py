@@ -14,17 +14,26 @@ NUMBER = re.compile(rf'^(?:static |inline )?const {SCALAR} (\w+) ?[={{]', re.M)
 TEXT = re.compile(rf'^(?:static |inline )?const {SCALAR} (\w+)\[\w*\] =\s*(?:L|u8)?"', re.M)
 SMALL = re.compile(rf'^constexpr {SCALAR} ((?:\w+ = [^,;]*, )*\w*[a-z]\w*)(?:\[\w*\] =\s*(?:L|u8)?"| = )', re.M)
 UNNAMED_ENUM = re.compile(r'^ *enum (?:: \w+ )?\{', re.M)
-HIDDEN = re.compile(r'^namespace \{$.*?^\}  // namespace$', re.M | re.S)
-STATIC = re.compile(r'^static (?!_)', re.M)
+UNNAMED = re.compile(r'^namespace \{', re.M)
+# What is compiled once for every width of vectors: a header included inside the namespace, and what it needs.
+WIDTH = re.compile(r'^namespace \{$(?:(?!^\}  // namespace).)*?^#include.*?^\}  // namespace$', re.M | re.S)
+NAMED = re.compile(r'^namespace \w+ \{$.*?^\}  // namespace \w+$', re.M | re.S)
 TYPE = re.compile(r'^(?:struct|class|union|enum(?: class)?) (\w+)[^;\n(]*\{', re.M)
+# One at the left margin that has a body, and is no member of a type.
+FUNCTION = re.compile(r'^(?!static |LANES_INLINE |inline |constexpr |template |struct \w+ \{|class |return |#|TEST|extern )'
+                      r'[A-Za-z_][\w:<>,*&\s]*?[\s*&](\w+)\([^;{}]*\)\s*\{', re.M)
 BY_HAND = re.compile(r'\b(?:GlobalUnlock|unlockBlock)\(')
 
 # Floors of the library; controls/ and host/ are linked by themselves.
 LIBRARY = ('canvas/', 'color/', 'image/', 'library/', 'selection/', 'session/', 'text/', 'tools/')
 
+# What calls them is no source of the tree.
+CALLED_FROM_OUTSIDE = {'main', 'wmain', 'DllMain', 'LLVMFuzzerInitialize', 'LLVMFuzzerTestOneInput'}
+
 # Where a lock outlives a function, or is what the others are made of.
 LOCKS = ('image/bitmap_block.cpp', 'image/bitmap_locks.cpp', 'image/bitmap_block.h', 'image/packed_bitmap.cpp',
-         'image/original_image.cpp', 'session/ground/locked_block.cpp', 'tools/painting/undo_history.cpp')
+         'image/original_image.cpp', 'session/ground/locked_block.cpp', 'tools/painting/undo_history.cpp',
+         'host/locked_photo.h', 'controls/locked_dib.h')
 
 GREEDY = re.compile(r'\b(?:malloc|calloc|realloc)\(')
 TAKER = 'image/pixels/scarce_memory.cpp'
@@ -78,24 +87,44 @@ def constantFaults(text, told_elsewhere):
         yield found.start(), 'an enum without a name'
 
 
-def faultsOf(tree):
-    told_elsewhere = {name for text in tree.values() for name in re.findall(r'^extern const [\w ]+ (\w+)', text, re.M)}
+def withoutWidths(text):
+    return WIDTH.sub(lambda found: '\n' * found[0].count('\n'), text)
+
+
+def hidingFaults(text, declared):
+    text = withoutWidths(text)
+    for found in UNNAMED.finditer(text):
+        yield found.start(), 'an unnamed namespace: static hides what one file has for itself'
+    for found in FUNCTION.finditer(text):
+        if found[1] not in declared:
+            yield found.start(), f'{found[1]} is in no header: static hides what one file has for itself'
+
+
+def typeFaults(tree):
+    """Types of one name, wherever they are: the linker would take their functions for the same."""
     types = {}
     for path, text in sorted(tree.items()):
+        for name in sorted(set(TYPE.findall(NAMED.sub('', withoutWidths(text))))):
+            if name in types:
+                yield f'{path}: {name} is a type of {types[name]}, too'
+            types[name] = path
+
+
+def faultsOf(tree):
+    told_elsewhere = {name for text in tree.values() for name in re.findall(r'^extern const [\w ]+ (\w+)', text, re.M)}
+    declared = CALLED_FROM_OUTSIDE.union(*(re.findall(r'\b(\w+)\(', text) for path, text in tree.items()
+                                           if path.endswith('.h')))
+    for path, text in sorted(tree.items()):
         faults = [*loopFaults(text), *constantFaults(text, told_elsewhere)]
-        open_text = HIDDEN.sub('', text)
-        if open_text != text and STATIC.search(text):
-            faults.append((STATIC.search(text).start(), 'static beside an unnamed namespace'))
-        if path.startswith(LIBRARY) and path not in LOCKS and BY_HAND.search(text):
+        if path.endswith('.cpp'):
+            faults += hidingFaults(text, declared)
+        if path.startswith((*LIBRARY, 'controls/', 'host/')) and path not in LOCKS and BY_HAND.search(text):
             faults.append((BY_HAND.search(text).start(), 'a lock that does not end with its scope'))
         if path.startswith(LIBRARY) and path != TAKER and GREEDY.search(text):
             faults.append((GREEDY.search(text).start(), 'memory that is not taken with takeMemory and its like'))
         for place, fault in faults:
             yield f'{path}:{lineOf(text, place)}: {fault}'
-        for name in set(TYPE.findall(open_text)) if path.startswith(LIBRARY) else ():
-            if name in types:
-                yield f'{path}: {name} is a type of {types[name]}, too: hide both in unnamed namespaces'
-            types[name] = path
+    yield from typeFaults(tree)
 
 
 def selfTest():
@@ -107,14 +136,16 @@ def selfTest():
         'const wchar_t NAME[] = L"a";\n': 'NAME is not constexpr',
         'constexpr int limit = 3;\n': 'limit is a constant and not in capitals',
         'enum { LIMIT = 3 };\n': 'an enum without a name',
-        'namespace {\n\nint f();\n\n}  // namespace\n\nstatic int g();\n': 'static beside',
+        'namespace {\n\nint f();\n\n}  // namespace\n': 'an unnamed namespace',
+        'int strayed(int a,\n            int b)\n{\n}\n': 'strayed is in no header',
         '    GlobalUnlock(block);\n': 'does not end with its scope',
         'struct Once {\n};\n': 'Once is a type of',
         '    a = (char*)malloc(3);\n': 'memory that is not taken',
     }
     found = {text: list(faultsOf({'image/one.cpp': text, 'image/other.h': 'struct Once {\n};\n'})) for text in planted}
     missed = [text for text, expected in planted.items() if not any(expected in fault for fault in found[text])]
-    clean = 'for (int i = 0; i < 3; ++i)\n    a[n++] = 0;\nconstexpr int LIMIT = 3, OTHER = 4;\nstatic const int steps[] = {1};\n'
+    clean = ('for (int i = 0; i < 3; ++i)\n    a[n++] = 0;\nconstexpr int LIMIT = 3, OTHER = 4;\nstatic const int steps[] = {1};\n'
+             'namespace {\n\nint load()\n{\n}\n#include "image/lanes.h"\n\n}  // namespace\n')
     false = list(faultsOf({'image/one.cpp': clean}))
     for text in missed:
         print(f'not found: {text!r}')

@@ -3,8 +3,6 @@
 #include "resources/resource_ids.h"
 #include "session/ground/session_record.h"
 
-namespace {
-
 constexpr COLORREF WHITE = 0x00FFFFFF;
 constexpr COLORREF LIGHT_GREY = 0x00C0C0C0;
 constexpr COLORREF BLUE = 0x00FF0000;
@@ -17,7 +15,7 @@ struct Preview {
     bool whiteMode;
 };
 
-void drawLine(HDC dc, int x1, int y1, int x2, int y2)
+static void drawLine(HDC dc, int x1, int y1, int x2, int y2)
 {
     MoveToEx(dc, x1, y1, nullptr);
     LineTo(dc, x2, y2);
@@ -25,7 +23,7 @@ void drawLine(HDC dc, int x1, int y1, int x2, int y2)
 
 // A one-pixel brush: a cross with a gap instead of a dot that nobody would see. The left and top arms
 // end one pixel before the centre, the right and bottom arms start two after it.
-void drawCross(HDC dc, int x, int y)
+static void drawCross(HDC dc, int x, int y)
 {
     SelectObject(dc, GetStockObject(BLACK_PEN));
     drawLine(dc, x, y - 8, x, y - 1);
@@ -34,21 +32,21 @@ void drawCross(HDC dc, int x, int y)
     drawLine(dc, x, y + 2, x, y + 8);
 }
 
-void drawThinBrush(HDC dc, const Preview& p)
+static void drawThinBrush(HDC dc, const Preview& p)
 {
     if (p.whiteMode) FillRect(dc, &p.area, (HBRUSH)GetStockObject(WHITE_BRUSH));
     FillRect(dc, &p.box, (HBRUSH)GetStockObject(DC_BRUSH));
 }
 
 // The outline brush works on outlines, so it is shown as one.
-void drawCircleOutline(HDC dc, const RECT& box)
+static void drawCircleOutline(HDC dc, const RECT& box)
 {
     SelectObject(dc, GetStockObject(DC_PEN));
     SetDCPenColor(dc, session->paintColour == WHITE ? BLUE : session->paintColour);
     Arc(dc, box.left, box.top, box.right, box.bottom, box.left, box.top, box.left, box.top);
 }
 
-void drawShape(HDC dc, const Preview& p)
+static void drawShape(HDC dc, const Preview& p)
 {
     const uint32_t shape = session->brushShape;
     if (p.width == 1 && p.height == 1 && shape != SHAPE_NONE) {
@@ -63,8 +61,6 @@ void drawShape(HDC dc, const Preview& p)
         Ellipse(dc, p.box.left, p.box.top, p.box.right, p.box.bottom);
     }
 }
-
-}  // namespace
 
 void drawBrushPreview(HDC dc, const RECT& area, int width, int height, int paletteFlag)
 {

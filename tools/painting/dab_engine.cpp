@@ -20,8 +20,6 @@
 #include "tools/kernels/stroke_kernels.h"
 #include "tools/painting/stroke_start.h"
 
-namespace {
-
 // What a kernel is given besides the tool's own sources.
 struct Dab {
     BitsView image;
@@ -33,7 +31,7 @@ struct Dab {
 };
 
 // The image as it was when the stroke began is the undo snapshot, kept where the dab falls.
-int paintBrush(const Dab& dab)
+static int paintBrush(const Dab& dab)
 {
     const LockedMap coverage(session->strokeCoverage);
     const LockedPixels start(dab.softEdge ? session->undoSnapshot : nullptr);
@@ -46,19 +44,19 @@ int paintBrush(const Dab& dab)
     return 1;
 }
 
-int paintSmooth(const Dab& dab)
+static int paintSmooth(const Dab& dab)
 {
     return smoothKernel(dab.image, dab.place, dab.mask, dab.opacity);
 }
 
-int paintPatch(const Dab& dab)
+static int paintPatch(const Dab& dab)
 {
     const LockedPixels patch(session->maskCache);
     if (patch) patchKernel(dab.image, dab.place, dab.mask, patch.view, dab.opacity);
     return 1;
 }
 
-int paintRubber(const Dab& dab)
+static int paintRubber(const Dab& dab)
 {
     const LockedPixels original(session->originalImage);
     const auto kernel = dab.softEdge ? softRubberKernel : hardRubberKernel;
@@ -66,7 +64,7 @@ int paintRubber(const Dab& dab)
     return 1;
 }
 
-int paintSpray(const Dab& dab)
+static int paintSpray(const Dab& dab)
 {
     const auto kernel = dab.softEdge ? softSprayKernel : hardSprayKernel;
     kernel(dab.image, dab.place, dab.mask, dab.colour, dab.opacity);
@@ -88,11 +86,11 @@ struct PaintingTool {
     PickUp pickUp;
 };
 
-RECT layDabAtEnd(const PaintingTool& tool, PixelPoint from, PixelPoint to);
-RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to);
-RECT layBrushSegment(const PaintingTool& tool, PixelPoint from, PixelPoint to);
+static RECT layDabAtEnd(const PaintingTool& tool, PixelPoint from, PixelPoint to);
+static RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to);
+static RECT layBrushSegment(const PaintingTool& tool, PixelPoint from, PixelPoint to);
 
-const PaintingTool paintingTools[] = {
+static const PaintingTool paintingTools[] = {
     {TOOL_BRUSH, paintBrush, layBrushSegment, PICKS_UP_NOTHING},
     {TOOL_SMOOTH, paintSmooth, layDabAtEnd, PICKS_UP_NOTHING},
     {TOOL_STAMP, paintPatch, layDabAtEnd, PICKS_UP_ONLY},
@@ -101,7 +99,7 @@ const PaintingTool paintingTools[] = {
     {TOOL_AEROGRAPHE, paintSpray, layDabAtEnd, PICKS_UP_NOTHING},
 };
 
-const PaintingTool* findPaintingTool(uint32_t tool)
+static const PaintingTool* findPaintingTool(uint32_t tool)
 {
     for (const PaintingTool& row : paintingTools) {
         if (row.tool == tool) return &row;
@@ -109,7 +107,7 @@ const PaintingTool* findPaintingTool(uint32_t tool)
     return nullptr;
 }
 
-int paintOn(const PaintingTool& tool, const PixelRect& rect, const BitsView& image, const MapView& mask)
+static int paintOn(const PaintingTool& tool, const PixelRect& rect, const BitsView& image, const MapView& mask)
 {
     const Dab dab = {image,
                      mask,
@@ -124,18 +122,18 @@ int paintOn(const PaintingTool& tool, const PixelRect& rect, const BitsView& ima
 }
 
 // The Aerographe's halves are taken before scaling, so its soft dab stays centred.
-PixelRect dabRectAt(PixelPoint at)
+static PixelRect dabRectAt(PixelPoint at)
 {
     return dabRect(at, (int)session->brushWidth, (int)session->brushHeight, (int)session->maskScale);
 }
 
-RECT rectOfDab(PixelPoint at)
+static RECT rectOfDab(PixelPoint at)
 {
     const PixelRect rect = dabRectAt(at);
     return {rect.left, rect.top, rect.right, rect.bottom};
 }
 
-RECT layDab(const PaintingTool& tool, PixelPoint at)
+static RECT layDab(const PaintingTool& tool, PixelPoint at)
 {
     extendDirtyBox(at);
     paintDab(tool.tool, dabRectAt(at));
@@ -143,13 +141,13 @@ RECT layDab(const PaintingTool& tool, PixelPoint at)
 }
 
 // Positions only, nothing in between.
-RECT layDabAtEnd(const PaintingTool& tool, PixelPoint, PixelPoint to)
+static RECT layDabAtEnd(const PaintingTool& tool, PixelPoint, PixelPoint to)
 {
     return layDab(tool, to);
 }
 
 // A dab at every point of the digital line, both ends included.
-RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to)
+static RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to)
 {
     RECT touched = {0, 0, 0, 0};
     DigitalLine line = beginLine(from, to);
@@ -160,7 +158,7 @@ RECT layDabsAlong(const PaintingTool& tool, PixelPoint from, PixelPoint to)
     return touched;
 }
 
-void paintSegment(PixelPoint from, PixelPoint to)
+static void paintSegment(PixelPoint from, PixelPoint to)
 {
     const bool soft = session->edgeMode == EDGE_SMOOTH;
     const LockedPixels image(editedImage()), start(soft ? session->undoSnapshot : nullptr);
@@ -178,7 +176,7 @@ void paintSegment(PixelPoint from, PixelPoint to)
 }
 
 // The same dabs as layDabsAlong, with the blocks locked once for all of them.
-RECT layBrushSegment(const PaintingTool&, PixelPoint from, PixelPoint to)
+static RECT layBrushSegment(const PaintingTool&, PixelPoint from, PixelPoint to)
 {
     extendDirtyBox(from);
     extendDirtyBox(to);
@@ -189,7 +187,7 @@ RECT layBrushSegment(const PaintingTool&, PixelPoint from, PixelPoint to)
     return touched;
 }
 
-void pickUpPatch(HWND canvas, PixelPoint at)
+static void pickUpPatch(HWND canvas, PixelPoint at)
 {
     const int width = (int)session->brushWidth, height = (int)session->brushHeight;
     session->maskCache = extractRectMasked(editedImage(), session->brushMask, at.x - width / 2, at.y - height / 2,
@@ -198,13 +196,11 @@ void pickUpPatch(HWND canvas, PixelPoint at)
     rebuildOutline(canvas, 0);
 }
 
-bool isMapOf(HGLOBAL coverage, int width, int height)
+static bool isMapOf(HGLOBAL coverage, int width, int height)
 {
     const LockedMap map(coverage);
     return map && map.view.width == width && map.view.height == height;
 }
-
-}  // namespace
 
 int beginStroke()
 {

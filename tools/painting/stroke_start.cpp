@@ -10,16 +10,14 @@
 #include "session/ground/window_props.h"
 #include "tools/kernels/stroke_tiles.h"
 
-namespace {
-
-uint64_t packedSize(int width, int height)
+static uint64_t packedSize(int width, int height)
 {
     return sizeof(BITMAPINFOHEADER) + (uint64_t)rowStride(width, 24) * (uint64_t)height;
 }
 
 // The snapshot is a packed bitmap with the marks of the kept tiles behind its rows. Null when it is not one of
 // that image.
-uint8_t* tileMarks(const LockedPixels& snapshot, const BitsView& image)
+static uint8_t* tileMarks(const LockedPixels& snapshot, const BitsView& image)
 {
     if (!snapshot || snapshot.view.width != image.width || snapshot.view.height != image.height) return nullptr;
     const uint64_t marks = packedSize(image.width, image.height);
@@ -46,7 +44,7 @@ struct LockedStart {
     StrokeStart start;
 };
 
-bool forgetTiles(const BitsView& image)
+static bool forgetTiles(const BitsView& image)
 {
     const LockedPixels snapshot(session->undoSnapshot);
     uint8_t* const marks = tileMarks(snapshot, image);
@@ -54,7 +52,7 @@ bool forgetTiles(const BitsView& image)
     return marks != nullptr;
 }
 
-bool writeHeader(HGLOBAL snapshot, int width, int height)
+static bool writeHeader(HGLOBAL snapshot, int width, int height)
 {
     const LockedBlock block(snapshot);
     if (!block) return false;
@@ -64,7 +62,7 @@ bool writeHeader(HGLOBAL snapshot, int width, int height)
 }
 
 // Its pages cost no memory where the stroke does not come.
-HGLOBAL newSnapshot(const BitsView& image)
+static HGLOBAL newSnapshot(const BitsView& image)
 {
     const uint64_t size = packedSize(image.width, image.height) + strokeTileCount(image.width, image.height);
     const HGLOBAL snapshot = size <= SIZE_MAX / 2 ? takeBlock((SIZE_T)size) : nullptr;
@@ -73,13 +71,13 @@ HGLOBAL newSnapshot(const BitsView& image)
     return nullptr;
 }
 
-void dropSnapshot()
+static void dropSnapshot()
 {
     releaseBlock(session->undoSnapshot);
     session->undoSnapshot = nullptr;
 }
 
-HGLOBAL fixedBitmap(LONG width, LONG height)
+static HGLOBAL fixedBitmap(LONG width, LONG height)
 {
     const uint64_t size = packedSize((int)width, (int)height);
     BITMAPINFOHEADER* const header =
@@ -88,7 +86,7 @@ HGLOBAL fixedBitmap(LONG width, LONG height)
     return header;
 }
 
-bool fillFromStart(HGLOBAL patch, const BitsView& image, const RECT& rect)
+static bool fillFromStart(HGLOBAL patch, const BitsView& image, const RECT& rect)
 {
     const LockedPixels cut(patch), snapshot(session->undoSnapshot);
     uint8_t* const marks = tileMarks(snapshot, image);
@@ -97,13 +95,11 @@ bool fillFromStart(HGLOBAL patch, const BitsView& image, const RECT& rect)
     return true;
 }
 
-bool liesInside(const RECT& rect, const BitsView& image)
+static bool liesInside(const RECT& rect, const BitsView& image)
 {
     return rect.left >= 0 && rect.top >= 0 && rect.right <= image.width && rect.bottom <= image.height &&
            rect.left < rect.right && rect.top < rect.bottom;
 }
-
-}  // namespace
 
 void takeUndoSnapshot()
 {

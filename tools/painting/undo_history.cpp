@@ -12,19 +12,17 @@
 #include "session/ground/window_props.h"
 #include "tools/painting/stroke_start.h"
 
-namespace {
-
-HGLOBAL stepsBlock()
+static HGLOBAL stepsBlock()
 {
     return GlobalHandle(session->undoSteps);
 }
 
-int stepCapacity()
+static int stepCapacity()
 {
     return session->undoSteps ? (int)(GlobalSize(stepsBlock()) / sizeof(UndoStep)) : 0;
 }
 
-void freeSteps()
+static void freeSteps()
 {
     if (!session->undoSteps) return;
     const HGLOBAL block = stepsBlock();
@@ -36,7 +34,7 @@ void freeSteps()
 constexpr int STEPS_AT_A_TIME = 256;
 
 // The old list stays until the new one is locked: neither can get lost.
-bool growSteps(int count)
+static bool growSteps(int count)
 {
     if (count <= stepCapacity()) return true;
     const int capacity = (count / STEPS_AT_A_TIME + 1) * STEPS_AT_A_TIME;
@@ -52,7 +50,7 @@ bool growSteps(int count)
     return true;
 }
 
-void freePatches(int from)
+static void freePatches(int from)
 {
     for (int i = from; i < session->undoCount; ++i) {
         if (session->undoSteps[i].patch) GlobalFree(session->undoSteps[i].patch);
@@ -60,13 +58,13 @@ void freePatches(int from)
     }
 }
 
-RECT clampedToImage(const RECT& rect, int width, int height)
+static RECT clampedToImage(const RECT& rect, int width, int height)
 {
     return {rect.left > 0 ? rect.left : 0, rect.top > 0 ? rect.top : 0, rect.right < width ? rect.right : width,
             rect.bottom < height ? rect.bottom : height};
 }
 
-bool makeRoomForStep()
+static bool makeRoomForStep()
 {
     if (session->undoSteps) {
         if (session->undoPosition < 0) session->undoPosition = 0;
@@ -81,7 +79,7 @@ bool makeRoomForStep()
     return true;
 }
 
-bool exchangeWithImage(const UndoStep& step)
+static bool exchangeWithImage(const UndoStep& step)
 {
     const LockedPixels image(editedImage()), patch(step.patch);
     return image && patch && exchangePixels(image.view, patch.view, (int)step.rect.left, (int)step.rect.top);
@@ -89,21 +87,21 @@ bool exchangeWithImage(const UndoStep& step)
 
 // The step's patch and the image's rectangle change places, which takes no memory. Where they cannot, the step is
 // neither undone nor redone.
-bool swapWithImage(const UndoStep& step)
+static bool swapWithImage(const UndoStep& step)
 {
     if (!exchangeWithImage(step)) return false;
     if (session->canvasWindow) invalidateImageRect(session->canvasWindow, step.rect);
     return true;
 }
 
-void undoStep()
+static void undoStep()
 {
     // Stays negative after too many undos; the next redo starts at the first step.
     const int position = std::min(session->undoPosition - 1, session->undoCount - 1);
     if (position < 0 || swapWithImage(session->undoSteps[position])) session->undoPosition = position;
 }
 
-void redoStep()
+static void redoStep()
 {
     const int position = std::max(session->undoPosition, 0);
     if (position < session->undoCount && swapWithImage(session->undoSteps[position])) {
@@ -111,14 +109,14 @@ void redoStep()
     }
 }
 
-WaitingStep& waiting = sessionExtras.press.step;
+static WaitingStep& waiting = sessionExtras.press.step;
 
-int placeOf(const WaitingStep& step)
+static int placeOf(const WaitingStep& step)
 {
     return std::max(step.position, 0);
 }
 
-void hideRedo()
+static void hideRedo()
 {
     const int place = placeOf(waiting);
     if (place >= session->undoCount) return;
@@ -126,7 +124,7 @@ void hideRedo()
     session->undoCount = place;
 }
 
-int pushStep(const RECT* rect)
+static int pushStep(const RECT* rect)
 {
     int width, height;
     if (!lockBitmapInfo(editedImage(), &width, &height, nullptr)) return 0;
@@ -140,8 +138,6 @@ int pushStep(const RECT* rect)
     session->undoSteps[session->undoPosition++] = {session->currentTool, clamped, patch};
     return 1;
 }
-
-}  // namespace
 
 int pushUndoStep(const RECT* rect)
 {

@@ -13,11 +13,9 @@
 #include "session/dialogs/scroll_bars.h"
 #include "tools/settings/settings_file.h"
 
-namespace {
-
 constexpr int PREVIEW_FRAME = 2;  // an etched line around the preview, outside of it
 
-INT_PTR onInitDialog(HWND palette, WPARAM, LPARAM)
+static INT_PTR onInitDialog(HWND palette, WPARAM, LPARAM)
 {
     attachButtonPictures(palette, PICTURE_TABLE_PALETTE, moduleInstance);
     attachPicturesUnlessLibraryDoes(palette, PICTURE_TABLE_PALETTE_END, moduleInstance);
@@ -38,19 +36,19 @@ INT_PTR onInitDialog(HWND palette, WPARAM, LPARAM)
     return TRUE;
 }
 
-INT_PTR onCommand(HWND palette, WPARAM wParam, LPARAM)
+static INT_PTR onCommand(HWND palette, WPARAM wParam, LPARAM)
 {
     runPaletteCommand(palette, LOWORD(wParam));
     return FALSE;
 }
 
-INT_PTR onScroll(HWND palette, WPARAM wParam, LPARAM lParam)
+static INT_PTR onScroll(HWND palette, WPARAM wParam, LPARAM lParam)
 {
     scrollPaletteBar(palette, (HWND)lParam, wParam);
     return TRUE;
 }
 
-INT_PTR onPaint(HWND palette, WPARAM, LPARAM)
+static INT_PTR onPaint(HWND palette, WPARAM, LPARAM)
 {
     PAINTSTRUCT paint;
     const HDC dc = BeginPaint(palette, &paint);
@@ -62,7 +60,7 @@ INT_PTR onPaint(HWND palette, WPARAM, LPARAM)
     return TRUE;
 }
 
-INT_PTR onDestroy(HWND palette, WPARAM, LPARAM)
+static INT_PTR onDestroy(HWND palette, WPARAM, LPARAM)
 {
     if (session->selectionActive) clearSelection();
     saveToolSettings(session->currentTool);
@@ -72,14 +70,12 @@ INT_PTR onDestroy(HWND palette, WPARAM, LPARAM)
     return TRUE;
 }
 
-const DialogRoute routes[] = {
+static const DialogRoute routes[] = {
     {WM_INITDIALOG, onInitDialog}, {WM_COMMAND, onCommand},      {WM_HSCROLL, onScroll},
     {WM_VSCROLL, onScroll},        {WM_PAINT, onPaint},          {WM_ERASEBKGND, paintFaceBackground},
     {WM_NCHITTEST, hitFace},       {WM_NCLBUTTONDOWN, grabFace}, {WM_NCLBUTTONUP, releaseFace},
     {WM_DESTROY, onDestroy},
 };
-
-}  // namespace
 
 INT_PTR CALLBACK paletteDialogProc(HWND palette, UINT message, WPARAM wParam, LPARAM lParam)
 {

@@ -21,9 +21,7 @@
 #include "tools/palette/palette_controls.h"
 #include "tools/painting/undo_history.h"
 
-namespace {
-
-void setToolCursor(const Tool& tool)
+static void setToolCursor(const Tool& tool)
 {
     const HCURSOR cursor = LoadCursorA(moduleInstance, MAKEINTRESOURCEA(tool.cursorId));
     ShowCursor(FALSE);
@@ -31,18 +29,18 @@ void setToolCursor(const Tool& tool)
     ShowCursor(TRUE);
 }
 
-void hideOutlineOnce()
+static void hideOutlineOnce()
 {
     if (session->overlayHideCount >= 0) hideOutline(session->canvasWindow);
 }
 
-void hideOutlineFully()
+static void hideOutlineFully()
 {
     while (session->overlayHideCount >= 0)
         hideOutline(session->canvasWindow);
 }
 
-void unhideOutline()
+static void unhideOutline()
 {
     while (session->overlayHideCount < 0)
         showOutline(session->canvasWindow);
@@ -50,7 +48,7 @@ void unhideOutline()
 
 // A command that is not the current tool: the settings of the tool being left are kept, those of the
 // one chosen become the current ones. Contrast is no tool to work with, and Colors keeps no settings.
-void switchSettings(HWND palette, uint32_t id)
+static void switchSettings(HWND palette, uint32_t id)
 {
     if (id == session->currentTool) return;
     saveToolSettings(session->currentTool);
@@ -59,12 +57,12 @@ void switchSettings(HWND palette, uint32_t id)
     if (tool && tool->start.showOutline) unhideOutline();
 }
 
-void postCloseToHost()
+static void postCloseToHost()
 {
     PostMessageA(session->hostDialog, WM_CLOSE, 0, 0);
 }
 
-void closeSession(HWND, int)
+static void closeSession(HWND, int)
 {
     giveBackOriginal();
     postCloseToHost();
@@ -72,14 +70,14 @@ void closeSession(HWND, int)
     sessionExtras.leaving = LEAVING_CLOSED;
 }
 
-void saveSession(HWND, int)
+static void saveSession(HWND, int)
 {
     postCloseToHost();
     sessionResult = 1;
     sessionExtras.leaving = LEAVING_SAVED;
 }
 
-void adjustContrast(HWND palette, int id)
+static void adjustContrast(HWND palette, int id)
 {
     clearSelection();
     hideOutline(session->canvasWindow);
@@ -92,7 +90,7 @@ void adjustContrast(HWND palette, int id)
     showOutline(session->canvasWindow);
 }
 
-void makeCurrent(const Tool& tool)
+static void makeCurrent(const Tool& tool)
 {
     if (tool.clearsSelection) clearSelection();
     session->currentTool = tool.id;
@@ -101,19 +99,19 @@ void makeCurrent(const Tool& tool)
 }
 
 // Tools that show no brush: it stays as it is, out of sight.
-void makeCurrentWithoutOutline(const Tool& tool)
+static void makeCurrentWithoutOutline(const Tool& tool)
 {
     session->currentTool = tool.id;
     setToolCursor(tool);
     hideOutlineOnce();
 }
 
-void chooseSelection(HWND, int)
+static void chooseSelection(HWND, int)
 {
     makeCurrentWithoutOutline(*findTool(TOOL_SELECTION));
 }
 
-void chooseText(HWND palette, int)
+static void chooseText(HWND palette, int)
 {
     if (session->currentTool == TOOL_TEXT) {
         hideOutline(session->canvasWindow);
@@ -129,7 +127,7 @@ void chooseText(HWND palette, int)
 }
 
 // Custom colours are not kept from call to call: each call offers the paint colour sixteen times.
-COLORREF chosenColour(HWND palette)
+static COLORREF chosenColour(HWND palette)
 {
     COLORREF custom[16];
     for (COLORREF& colour : custom)
@@ -143,7 +141,7 @@ COLORREF chosenColour(HWND palette)
     return ChooseColorA(&dialog) ? dialog.rgbResult : session->paintColour;
 }
 
-void chooseColours(HWND palette, int)
+static void chooseColours(HWND palette, int)
 {
     if (session->currentTool != TOOL_COLORS) return makeCurrentWithoutOutline(*findTool(TOOL_COLORS));
     hideOutline(session->canvasWindow);
@@ -155,22 +153,22 @@ void chooseColours(HWND palette, int)
     hideOutlineFully();
 }
 
-void toggleLibrary(HWND palette, int id)
+static void toggleLibrary(HWND palette, int id)
 {
     showLibraryDialog(IsDlgButtonChecked(palette, id) == BST_CHECKED, session->hostDialog);
 }
 
-void undo(HWND, int)
+static void undo(HWND, int)
 {
     applyUndo(UNDO);
 }
 
-void redo(HWND, int)
+static void redo(HWND, int)
 {
     applyUndo(REDO);
 }
 
-void chooseShape(HWND palette, int id)
+static void chooseShape(HWND palette, int id)
 {
     if (session->currentTool == TOOL_OUTLINE_BRUSH && id == BUTTON_RECTANGLE) {
         CheckRadioButton(palette, BUTTON_CIRCLE, BUTTON_RECTANGLE, BUTTON_CIRCLE);
@@ -184,18 +182,18 @@ void chooseShape(HWND palette, int id)
     invalidateBrushPreview();
 }
 
-void chooseEdge(HWND, int id)
+static void chooseEdge(HWND, int id)
 {
     session->edgeMode = id == BUTTON_EDGE_FULL ? EDGE_FULL : EDGE_SMOOTH;
 }
 
 // Everything but tools that a click simply makes current.
-struct Command {
+struct PaletteCommand {
     int id;
     void (*run)(HWND palette, int id);
 };
 
-const Command commands[] = {
+static const PaletteCommand commands[] = {
     {BUTTON_CLOSE, closeSession},
     {BUTTON_SAVE, saveSession},
     {BUTTON_CONTRAST, adjustContrast},
@@ -211,8 +209,6 @@ const Command commands[] = {
     {BUTTON_EDGE_SMOOTH, chooseEdge},
 };
 
-}  // namespace
-
 void runPaletteCommand(HWND palette, int id)
 {
     if (sessionExtras.leaving != LEAVING_UNDECIDED) return;  // Close and Save are the last word
@@ -221,7 +217,7 @@ void runPaletteCommand(HWND palette, int id)
     endCanvasPress();
     switchSettings(palette, (uint32_t)id);
     endText(session->canvasWindow);
-    for (const Command& command : commands) {
+    for (const PaletteCommand& command : commands) {
         if (command.id == id) return command.run(palette, id);
     }
     if (const Tool* const tool = findTool((uint32_t)id)) makeCurrent(*tool);

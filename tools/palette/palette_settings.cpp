@@ -12,11 +12,9 @@
 #include "tools/palette/palette_controls.h"
 #include "session/dialogs/scroll_bars.h"
 
-namespace {
-
 constexpr uint32_t TEXT_BRUSH_WIDTH = 3;
 
-ToolSettings* findSettings(uint32_t toolId)
+static ToolSettings* findSettings(uint32_t toolId)
 {
     for (ToolSettings& settings : session->toolSettings) {
         if (settings.toolId == toolId) return &settings;
@@ -28,19 +26,19 @@ ToolSettings* findSettings(uint32_t toolId)
 constexpr int LARGEST_FONT_HEIGHT = 4096;
 
 // Settings come from a file that anybody can edit; sizes outside the range are brought inside.
-uint32_t sizeWithin(uint32_t stored, int maximum)
+static uint32_t sizeWithin(uint32_t stored, int maximum)
 {
     const int size = (int)stored;
     if (size < BRUSH_SIZE_RANGE.minimum) return (uint32_t)BRUSH_SIZE_RANGE.minimum;
     return size > maximum ? (uint32_t)maximum : stored;
 }
 
-uint32_t percent(uint32_t stored)
+static uint32_t percent(uint32_t stored)
 {
     return (int)stored < 0 ? 0 : stored > 100 ? 100 : stored;
 }
 
-void forceTextBlock(ToolSettings& settings)
+static void forceTextBlock(ToolSettings& settings)
 {
     settings.shape = SHAPE_RECTANGLE;
     settings.width = TEXT_BRUSH_WIDTH;
@@ -48,7 +46,7 @@ void forceTextBlock(ToolSettings& settings)
     settings.widthEnabled = 0;
 }
 
-void takeSettings(const ToolSettings& settings)
+static void takeSettings(const ToolSettings& settings)
 {
     session->brushShape = settings.shape == SHAPE_RECTANGLE ? SHAPE_RECTANGLE : SHAPE_CIRCLE;
     session->edgeMode = settings.edge == EDGE_SMOOTH ? EDGE_SMOOTH : EDGE_FULL;
@@ -59,12 +57,12 @@ void takeSettings(const ToolSettings& settings)
     session->opacity = percent(settings.opacity);
 }
 
-void enableControl(HWND palette, int id, bool enabled)
+static void enableControl(HWND palette, int id, bool enabled)
 {
     EnableWindow(GetDlgItem(palette, id), enabled);
 }
 
-void showSettings(HWND palette, const ToolSettings& settings)
+static void showSettings(HWND palette, const ToolSettings& settings)
 {
     const bool text = settings.toolId == TOOL_TEXT;
     enableControl(palette, CHECK_LOCK_LH, !text);
@@ -80,7 +78,7 @@ void showSettings(HWND palette, const ToolSettings& settings)
 
 // The stored opacity is the bar's position squared, in percent: 40 on the bar stores 16. The bar shows
 // the stored value when it is loaded again. Strokes and settings files depend on the stored one.
-void scrollOpacity(HWND palette, HWND bar, WPARAM message)
+static void scrollOpacity(HWND palette, HWND bar, WPARAM message)
 {
     scrollStep(bar, message, OPACITY_RANGE);
     if (LOWORD(message) != SB_ENDSCROLL) return;
@@ -88,7 +86,7 @@ void scrollOpacity(HWND palette, HWND bar, WPARAM message)
     session->opacity = position * position / 100;
 }
 
-void finishSizing()
+static void finishSizing()
 {
     endText(session->canvasWindow);
     dropPickedPatch();
@@ -96,7 +94,7 @@ void finishSizing()
     rebuildOutline(session->canvasWindow, 1);
 }
 
-void scrollSize(HWND palette, HWND bar, int id, WPARAM message)
+static void scrollSize(HWND palette, HWND bar, int id, WPARAM message)
 {
     scrollStep(bar, message, BRUSH_SIZE_RANGE);
     if (IsDlgButtonChecked(palette, CHECK_LOCK_LH) == BST_CHECKED) {
@@ -107,8 +105,6 @@ void scrollSize(HWND palette, HWND bar, int id, WPARAM message)
     invalidateBrushPreview();
     if (LOWORD(message) == SB_ENDSCROLL) finishSizing();
 }
-
-}  // namespace
 
 void saveToolSettings(uint32_t toolId)
 {

@@ -13,8 +13,6 @@
 #include "session/ground/session_record.h"
 #include "tools/settings/settings_text.h"
 
-namespace {
-
 constexpr WCHAR SECTION[] = L"Cursors";
 constexpr WCHAR FONT_KEY[] = L"Font";
 constexpr WCHAR CURRENT_FILE[] = L"KOVRTCH.INI";
@@ -27,13 +25,13 @@ static_assert(FACE_NAME_SIZE == LF_FACESIZE, "a face name fits the font record")
 
 constexpr WCHAR NOT_THERE[] = L"\x01";  // held by no file
 
-DWORD readWide(const WCHAR* path, const WCHAR* key, WCHAR (&value)[SETTINGS_VALUE_SIZE])
+static DWORD readWide(const WCHAR* path, const WCHAR* key, WCHAR (&value)[SETTINGS_VALUE_SIZE])
 {
     return GetPrivateProfileStringW(SECTION, key, NOT_THERE, value, SETTINGS_VALUE_SIZE, path);
 }
 
 // A value that is there without a character is answered as a failure is; a key that nobody writes tells the two apart.
-bool isEmptyValue(const WCHAR* path, const WCHAR* key)
+static bool isEmptyValue(const WCHAR* path, const WCHAR* key)
 {
     WCHAR value[SETTINGS_VALUE_SIZE];
     return !readWide(path, key, value) && readWide(path, L"-", value);
@@ -41,7 +39,7 @@ bool isEmptyValue(const WCHAR* path, const WCHAR* key)
 
 // The wide calls take any path; the file itself stays in the system's ANSI code page. A key that is not there
 // answers with a default that no file holds, so that it is not taken for one that could not be read.
-StoredValue readValue(const WCHAR* path, const WCHAR* key, char (&value)[SETTINGS_VALUE_SIZE])
+static StoredValue readValue(const WCHAR* path, const WCHAR* key, char (&value)[SETTINGS_VALUE_SIZE])
 {
     WCHAR wide[SETTINGS_VALUE_SIZE];
     memset(value, 0, sizeof value);
@@ -53,30 +51,30 @@ StoredValue readValue(const WCHAR* path, const WCHAR* key, char (&value)[SETTING
     return value[0] ? VALUE_READ : VALUE_UNREAD;
 }
 
-void writeValue(const WCHAR* path, const WCHAR* key, const char* value)
+static void writeValue(const WCHAR* path, const WCHAR* key, const char* value)
 {
     WCHAR wide[SETTINGS_VALUE_SIZE];
     if (!MultiByteToWideChar(CP_ACP, 0, value, -1, wide, SETTINGS_VALUE_SIZE)) return;
     WritePrivateProfileStringW(SECTION, key, wide, path);
 }
 
-void makeToolKey(WCHAR (&key)[16], uint32_t number)
+static void makeToolKey(WCHAR (&key)[16], uint32_t number)
 {
     wsprintfW(key, L"T%d", (int)number);
 }
 
-int within(int number, int minimum, int maximum)
+static int within(int number, int minimum, int maximum)
 {
     return number < minimum ? minimum : number > maximum ? maximum : number;
 }
 
 // Values stand at fixed positions: a fourth digit or a sign would move all that follow.
-int writable(int number)
+static int writable(int number)
 {
     return within(number, 0, 999);
 }
 
-FontSettings fontSettings(const LOGFONTA& font)
+static FontSettings fontSettings(const LOGFONTA& font)
 {
     FontSettings settings = {writable(abs((int)font.lfHeight)),
                              writable((int)font.lfWeight),
@@ -92,7 +90,7 @@ FontSettings fontSettings(const LOGFONTA& font)
     return settings;
 }
 
-void takeFont(const char* value)
+static void takeFont(const char* value)
 {
     FontSettings settings = {};
     parseFontValue(value, settings);
@@ -108,7 +106,7 @@ void takeFont(const char* value)
     memcpy(font.lfFaceName, settings.face, sizeof font.lfFaceName);
 }
 
-StoredValue readFont(const WCHAR* path)
+static StoredValue readFont(const WCHAR* path)
 {
     char value[SETTINGS_VALUE_SIZE];
     const StoredValue found = readValue(path, FONT_KEY, value);
@@ -117,8 +115,8 @@ StoredValue readFont(const WCHAR* path)
 }
 
 // Reads one tool's value from its key. `parse` is that of the file's layout.
-StoredValue readTool(const WCHAR* path, uint32_t number, ToolSettings& settings,
-                     void (*parse)(const char* text, ToolSettings& settings))
+static StoredValue readTool(const WCHAR* path, uint32_t number, ToolSettings& settings,
+                            void (*parse)(const char* text, ToolSettings& settings))
 {
     WCHAR key[16];
     char value[SETTINGS_VALUE_SIZE];
@@ -128,7 +126,7 @@ StoredValue readTool(const WCHAR* path, uint32_t number, ToolSettings& settings,
     return found;
 }
 
-void readCurrent(const WCHAR* path)
+static void readCurrent(const WCHAR* path)
 {
     StoredSettings& stored = sessionExtras.stored;
     for (int slot = 0; slot < TOOL_COUNT; ++slot) {
@@ -140,7 +138,7 @@ void readCurrent(const WCHAR* path)
 
 // The older file numbered the tools one lower, Contrast excepted. Once there is a current file this one is read
 // no more: so none is written while anything in this one could not be read.
-void readLegacy(const WCHAR* path)
+static void readLegacy(const WCHAR* path)
 {
     StoredSettings& stored = sessionExtras.stored;
     stored.fontValue = readFont(path);
@@ -158,7 +156,7 @@ void readLegacy(const WCHAR* path)
 enum Presence { ABSENT, READABLE, UNREADABLE };
 
 // Whatever keeps a file from being looked at or opened: it may be there.
-Presence presenceOf(const WCHAR* path)
+static Presence presenceOf(const WCHAR* path)
 {
     SetLastError(ERROR_SUCCESS);
     const DWORD attributes = GetFileAttributesW(path);
@@ -174,7 +172,7 @@ Presence presenceOf(const WCHAR* path)
     return READABLE;
 }
 
-void readWhatIsThere()
+static void readWhatIsThere()
 {
     WCHAR path[MODULE_PATH_SIZE];
     if (!pathBesideModule(path, CURRENT_FILE)) return;
@@ -184,20 +182,20 @@ void readWhatIsThere()
 }
 
 // Choosing the Text tool sets these fields of its block, whatever the user does.
-ToolSettings withoutForcedFields(ToolSettings settings)
+static ToolSettings withoutForcedFields(ToolSettings settings)
 {
     if (settings.toolId == TOOL_TEXT) settings.shape = settings.width = settings.lockLH = settings.widthEnabled = 0;
     return settings;
 }
 
-bool toolHasChanged(int slot)
+static bool toolHasChanged(int slot)
 {
     const ToolSettings before = withoutForcedFields(sessionExtras.stored.tools[slot]);
     const ToolSettings now = withoutForcedFields(session->toolSettings[slot]);
     return memcmp(&before, &now, sizeof now) != 0;
 }
 
-bool fontHasChanged()
+static bool fontHasChanged()
 {
     // Opening a line gives the font the Text tool's height.
     LOGFONTA now = session->textFont;
@@ -205,7 +203,7 @@ bool fontHasChanged()
     return memcmp(&now, &sessionExtras.stored.font, sizeof now) != 0;
 }
 
-void writeTool(const WCHAR* path, const ToolSettings& settings)
+static void writeTool(const WCHAR* path, const ToolSettings& settings)
 {
     WCHAR key[16];
     char value[SETTINGS_VALUE_SIZE];
@@ -220,7 +218,7 @@ void writeTool(const WCHAR* path, const ToolSettings& settings)
     writeValue(path, key, value);
 }
 
-uint32_t ToolSettings::*const fields[] = {
+static uint32_t ToolSettings::*const fields[] = {
     &ToolSettings::shape,         &ToolSettings::edge,   &ToolSettings::showOutline, &ToolSettings::width,
     &ToolSettings::height,        &ToolSettings::spare,  &ToolSettings::lockLH,      &ToolSettings::widthEnabled,
     &ToolSettings::heightEnabled, &ToolSettings::colour, &ToolSettings::opacity,
@@ -228,7 +226,7 @@ uint32_t ToolSettings::*const fields[] = {
 
 // What could not be read at the start is read once more, and only what was changed since goes over it. False when it
 // still cannot be read: what is stored may be more than what was changed.
-bool mergeWithStored(const WCHAR* path, const ToolSettings& before, ToolSettings& settings)
+static bool mergeWithStored(const WCHAR* path, const ToolSettings& before, ToolSettings& settings)
 {
     WCHAR key[16];
     ToolSettings there = before;
@@ -241,7 +239,7 @@ bool mergeWithStored(const WCHAR* path, const ToolSettings& before, ToolSettings
     return true;
 }
 
-void writeToolOfSlot(const WCHAR* path, int slot)
+static void writeToolOfSlot(const WCHAR* path, int slot)
 {
     ToolSettings settings = session->toolSettings[slot];
     const StoredSettings& stored = sessionExtras.stored;
@@ -249,8 +247,6 @@ void writeToolOfSlot(const WCHAR* path, int slot)
     if (unread && (!toolHasChanged(slot) || !mergeWithStored(path, stored.tools[slot], settings))) return;
     writeTool(path, settings);
 }
-
-}  // namespace
 
 int readToolSettings()
 {

@@ -5,11 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace {
-
 constexpr size_t FIELD_WIDTH = 4;
 
-int numberAt(const char* text, size_t field)
+static int numberAt(const char* text, size_t field)
 {
     const size_t position = field * FIELD_WIDTH;
     if (strlen(text) <= position) return 0;
@@ -17,12 +15,10 @@ int numberAt(const char* text, size_t field)
     return number > INT_MAX ? INT_MAX : number < INT_MIN ? INT_MIN : (int)number;
 }
 
-uint32_t fieldAt(const char* text, size_t field)
+static uint32_t fieldAt(const char* text, size_t field)
 {
     return (uint32_t)numberAt(text, field);
 }
-
-}  // namespace
 
 int formatToolValue(char* text, size_t size, const ToolSettings& s)
 {

@@ -240,14 +240,14 @@ TEST(AdjustSelection, RepeatedStepsStartFromTheSourceAndDoNotAddUp)
 
 // --- spans ---
 
-struct Outline {
+struct MaskOutline {
     Crossings crossings;
     reference::Rect rect;
 };
 
-static Outline randomOutline(std::mt19937& random, int imageWidth, int imageHeight)
+static MaskOutline randomOutline(std::mt19937& random, int imageWidth, int imageHeight)
 {
-    Outline outline;
+    MaskOutline outline;
     const int width = 1 + (int)(random() % 24), height = 1 + (int)(random() % 12);
     outline.rect.left = (int)(random() % (imageWidth - width + 1));
     outline.rect.top = (int)(random() % (imageHeight - height + 1));
@@ -276,7 +276,7 @@ static std::vector<RowSpans> rowsOf(const Crossings& crossings)
     return rows;
 }
 
-static void reshape(SelectionCase& c, const Outline& from, const Outline& onto)
+static void reshape(SelectionCase& c, const MaskOutline& from, const MaskOutline& onto)
 {
     const std::vector<RowSpans> fromRows = rowsOf(from.crossings), ontoRows = rowsOf(onto.crossings);
     reshapeSelectionSpans(MaskedPixels{viewOf(c.source), viewOf(c.sourceMask)},
@@ -287,7 +287,7 @@ static void reshape(SelectionCase& c, const Outline& from, const Outline& onto)
                                       {onto.rect.left, onto.rect.top, onto.rect.right, onto.rect.bottom}});
 }
 
-static void expectReshaped(SelectionCase c, const Outline& from, const Outline& onto, int number)
+static void expectReshaped(SelectionCase c, const MaskOutline& from, const MaskOutline& onto, int number)
 {
     SelectionCase expected = c;
     reference::reshapeSpans(expected.source, expected.sourceMask, expected.target, expected.targetMask, from.crossings,
@@ -301,7 +301,7 @@ TEST(ReshapeSpans, EqualsTheReferenceOnRandomOutlines)
 {
     std::mt19937 random(16);
     for (int i = 0; i < 2000; ++i) {
-        const Outline from = randomOutline(random, 40, 30), onto = randomOutline(random, 40, 30);
+        const MaskOutline from = randomOutline(random, 40, 30), onto = randomOutline(random, 40, 30);
         SelectionCase c = randomSelection(random, from.rect.right - from.rect.left, from.rect.bottom - from.rect.top,
                                           onto.rect.right - onto.rect.left, onto.rect.bottom - onto.rect.top);
         ASSERT_NO_FATAL_FAILURE(expectReshaped(c, from, onto, i));
@@ -313,7 +313,7 @@ TEST(ReshapeSpans, StaysInsideItsImagesWhateverTheOutlines)
 {
     std::mt19937 random(17);
     for (int i = 0; i < 2000; ++i) {
-        Outline from = randomOutline(random, 40, 30), onto = randomOutline(random, 40, 30);
+        MaskOutline from = randomOutline(random, 40, 30), onto = randomOutline(random, 40, 30);
         for (Crossings* crossings : {&from.crossings, &onto.crossings}) {
             for (std::vector<int>& row : *crossings) {
                 if (random() % 8 == 0) row = {(int)(random() % 60) - 10, (int)(random() % 60)};
@@ -326,9 +326,9 @@ TEST(ReshapeSpans, StaysInsideItsImagesWhateverTheOutlines)
     }
 }
 
-static Outline oneRow(std::vector<int> crossings, int left, int right)
+static MaskOutline oneRow(std::vector<int> crossings, int left, int right)
 {
-    return Outline{{std::move(crossings)}, {left, 0, right, 1}};
+    return MaskOutline{{std::move(crossings)}, {left, 0, right, 1}};
 }
 
 static SelectionCase countedRow(int sourceWidth, int targetWidth)

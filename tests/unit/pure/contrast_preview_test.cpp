@@ -5,8 +5,6 @@
 
 #include "color/kernels/contrast_preview.h"
 
-namespace {
-
 // A bottom-up image in plain bytes: pixel (x, stored row) starts at stride * row + 3 * x.
 struct Stored {
     int width, height;
@@ -14,13 +12,13 @@ struct Stored {
     std::vector<uint8_t> bytes;
 };
 
-Stored blank(int width, int height)
+static Stored blank(int width, int height)
 {
     const int stride = (width * 3 + 3) / 4 * 4;
     return {width, height, stride, std::vector<uint8_t>((size_t)stride * height, 0xCC)};
 }
 
-Stored randomImage(int width, int height, unsigned seed)
+static Stored randomImage(int width, int height, unsigned seed)
 {
     Stored image = blank(width, height);
     std::mt19937 random(seed);
@@ -29,12 +27,12 @@ Stored randomImage(int width, int height, unsigned seed)
     return image;
 }
 
-BitsView viewOf(Stored& image)
+static BitsView viewOf(Stored& image)
 {
     return {image.bytes.data() + (size_t)image.stride * (image.height - 1), -image.stride, image.width, image.height};
 }
 
-Stored expectedPreview(const Stored& image, int width, int height)
+static Stored expectedPreview(const Stored& image, int width, int height)
 {
     Stored preview = blank(width, height);
     for (int row = 0; row < height; ++row) {
@@ -51,8 +49,6 @@ Stored expectedPreview(const Stored& image, int width, int height)
     }
     return preview;
 }
-
-}  // namespace
 
 TEST(ContrastPreview, IsAsTallAsTheClientArea)
 {

@@ -150,10 +150,8 @@ TEST(HostPhotoRows, CopiesRowsFromTheTop)
     EXPECT_EQ(memcmp(rows, expected, 8), 0);
 }
 
-namespace {
-
 // A JPEG's beginning with one Exif segment whose only entry is the orientation.
-std::vector<uint8_t> exifFile(bool bigEndian, int orientation)
+static std::vector<uint8_t> exifFile(bool bigEndian, int orientation)
 {
     const auto number = [&](uint32_t value, int length) {
         std::vector<uint8_t> bytes(length);
@@ -169,8 +167,6 @@ std::vector<uint8_t> exifFile(bool bigEndian, int orientation)
         file.insert(file.end(), part.begin(), part.end());
     return file;
 }
-
-}  // namespace
 
 TEST(HostOrientation, IsReadInBothByteOrders)
 {

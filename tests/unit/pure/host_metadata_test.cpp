@@ -7,10 +7,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace {
-
 // Little-endian: orientation 6 and the camera's directory (size 4 x 3), then a preview of 8 bytes.
-std::vector<uint8_t> cameraData()
+static std::vector<uint8_t> cameraData()
 {
     std::vector<uint8_t> bytes = {'I', 'I', 42, 0, 8, 0, 0, 0};
     auto add = [&](std::initializer_list<int> words) {
@@ -25,8 +23,6 @@ std::vector<uint8_t> cameraData()
     bytes.insert(bytes.end(), {'o', 'l', 'd', 'f', 'a', 'c', 'e', '!'});  // 98 .. 106
     return bytes;
 }
-
-}  // namespace
 
 TEST(HostMetadata, NotesAnUprightPhotoAndItsSize)
 {

@@ -7,9 +7,7 @@
 #include "canvas/view/map_layout.h"
 #include "tests/unit/pure/guarded_image.h"
 
-namespace {
-
-CanvasView zoomed(ViewSize client, ViewSize image, int steps)
+static CanvasView zoomed(ViewSize client, ViewSize image, int steps)
 {
     CanvasView view = resizedView({}, client, image);
     for (; steps > 0; --steps)
@@ -17,20 +15,18 @@ CanvasView zoomed(ViewSize client, ViewSize image, int steps)
     return view;
 }
 
-struct Pixels {
+struct MapPixels {
     std::vector<uint8_t> bytes;
     BitsView view;
 };
 
-Pixels pixelsOf(int width, int height)
+static MapPixels pixelsOf(int width, int height)
 {
     const ptrdiff_t stride = (ptrdiff_t)rowStride(width, 24);
-    Pixels pixels = {std::vector<uint8_t>((size_t)(stride * height)), {}};
+    MapPixels pixels = {std::vector<uint8_t>((size_t)(stride * height)), {}};
     pixels.view = {pixels.bytes.data(), stride, width, height};
     return pixels;
 }
-
-}  // namespace
 
 TEST(MapLayout, AtMostAQuarterEachWayInTheLowerRightOrLeftCorner)
 {
@@ -96,9 +92,9 @@ TEST(MapLayout, APartMadeAnewIsAsIfAllWereMadeAnew)
 {
     Dice dice = {42};
     for (int round = 0; round < 300; ++round) {
-        Pixels image = pixelsOf(dice.between(1, 300), dice.between(1, 200));
-        Pixels map = pixelsOf(dice.between(1, 60), dice.between(1, 60)),
-               whole = pixelsOf(map.view.width, map.view.height);
+        MapPixels image = pixelsOf(dice.between(1, 300), dice.between(1, 200));
+        MapPixels map = pixelsOf(dice.between(1, 60), dice.between(1, 60)),
+                  whole = pixelsOf(map.view.width, map.view.height);
         for (uint8_t& byte : image.bytes)
             byte = (uint8_t)dice.next();
         const PixelRect all = {0, 0, image.view.width, image.view.height};
@@ -116,7 +112,7 @@ TEST(MapLayout, APartMadeAnewIsAsIfAllWereMadeAnew)
 
 TEST(MapLayout, AThumbnailPixelIsTheMeanOfWhatItShows)
 {
-    Pixels image = pixelsOf(6, 3), map = pixelsOf(2, 1);
+    MapPixels image = pixelsOf(6, 3), map = pixelsOf(2, 1);
     for (int i = 0; i < 9; ++i)
         rowOf(image.view, i / 3)[3 * (i % 3)] = (uint8_t)(i * 10);  // blue of the left half: 0..80
     renewThumbnail(map.view, image.view, {0, 0, 6, 3});

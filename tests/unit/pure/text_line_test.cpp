@@ -7,8 +7,6 @@
 
 #include "text/kernels/text_line.h"
 
-namespace {
-
 // The line with guard bytes around its buffer.
 struct Guarded {
     std::vector<char> bytes = std::vector<char>(TEXT_BUFFER_SIZE + 32, 0x55);
@@ -40,9 +38,7 @@ struct Guarded {
 };
 
 // Of the Japanese code page; second bytes are 0x40..0x7E and 0x80..0xFC, so they may look like first ones.
-const LeadBytes JAPANESE = {{0x81, 0x9F, 0xE0, 0xFC}};
-
-}  // namespace
+static const LeadBytes JAPANESE = {{0x81, 0x9F, 0xE0, 0xFC}};
 
 TEST(TextLine, TypingOverwritesAndExtendsAtTheEnd)
 {
@@ -221,8 +217,6 @@ TEST(TextLine, NoLeadByteStandsAloneAtTheBuffersEnd)
     }
 }
 
-namespace {
-
 // The line as a list of characters, and the caret between two of them or `behind` bytes behind the end.
 struct LineModel {
     std::vector<std::string> characters;
@@ -273,7 +267,7 @@ struct LineModel {
     }
 };
 
-std::string randomCharacterOf(const LeadBytes& leads, std::mt19937& random)
+static std::string randomCharacterOf(const LeadBytes& leads, std::mt19937& random)
 {
     const char first = (char)(32 + random() % 224);
     if (!isLeadByte(leads, first)) return std::string(1, first);
@@ -281,7 +275,7 @@ std::string randomCharacterOf(const LeadBytes& leads, std::mt19937& random)
     return {first, second};
 }
 
-void randomEdit(Guarded& g, LineModel& model, std::mt19937& random)
+static void randomEdit(Guarded& g, LineModel& model, std::mt19937& random)
 {
     switch (random() % 12) {
     case 0:
@@ -327,14 +321,12 @@ void randomEdit(Guarded& g, LineModel& model, std::mt19937& random)
     }
 }
 
-void expectEqual(Guarded& g, const LineModel& model)
+static void expectEqual(Guarded& g, const LineModel& model)
 {
     ASSERT_EQ(model.text(), g.text());
     ASSERT_EQ(model.caretByte(), g.caret);
     ASSERT_EQ(model.characters, g.characters());
 }
-
-}  // namespace
 
 // Some of the runs begin with a line that is nearly as long as its buffer.
 TEST(TextLine, RandomDoubleByteEditsFollowTheModel)

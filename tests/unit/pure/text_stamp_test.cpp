@@ -6,28 +6,26 @@
 
 #include "text/kernels/text_stamp.h"
 
-namespace {
-
-struct Picture {
+struct StampPicture {
     int width, height, stride;
     std::vector<uint8_t> bytes;
-    Picture(int w, int h) : width(w), height(h), stride((w * 3 + 3) / 4 * 4), bytes((size_t)stride * h, 0xCC) {}
+    StampPicture(int w, int h) : width(w), height(h), stride((w * 3 + 3) / 4 * 4), bytes((size_t)stride * h, 0xCC) {}
     uint8_t* at(int x, int y) { return &bytes[(size_t)stride * (height - 1 - y) + 3 * x]; }
     BitsView view() { return {at(0, 0), -stride, width, height}; }
 };
 
-Picture randomPicture(int width, int height, unsigned seed)
+static StampPicture randomPicture(int width, int height, unsigned seed)
 {
-    Picture picture(width, height);
+    StampPicture picture(width, height);
     std::mt19937 random(seed);
     for (uint8_t& byte : picture.bytes)
         byte = (uint8_t)random();
     return picture;
 }
 
-Picture randomStrip(int width, int height, unsigned seed)
+static StampPicture randomStrip(int width, int height, unsigned seed)
 {
-    Picture strip(width, height);
+    StampPicture strip(width, height);
     std::mt19937 random(seed);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
@@ -39,7 +37,7 @@ Picture randomStrip(int width, int height, unsigned seed)
     return strip;
 }
 
-Picture expected(Picture image, Picture strip, int originY, Rgb colour, int opacity)
+static StampPicture expected(StampPicture image, StampPicture strip, int originY, Rgb colour, int opacity)
 {
     const uint8_t channels[] = {colour.blue, colour.green, colour.red};
     const int rows = std::min(strip.height, image.height - 1 - originY);
@@ -56,8 +54,6 @@ Picture expected(Picture image, Picture strip, int originY, Rgb colour, int opac
     return image;
 }
 
-}  // namespace
-
 TEST(TextStamp, EqualsTheRulesAtEveryBorder)
 {
     for (unsigned seed = 1; seed <= 400; ++seed) {
@@ -67,9 +63,9 @@ TEST(TextStamp, EqualsTheRulesAtEveryBorder)
         const int originY = (int)(random() % 30) - 15;
         const int opacity = random() % 2 ? 100 : (int)(random() % 101);
         const Rgb colour = {(uint8_t)random(), (uint8_t)random(), (uint8_t)random()};
-        Picture image = randomPicture(width, height, seed);
-        Picture strip = randomStrip(width, lineHeight, seed + 1000);
-        const Picture wanted = expected(image, strip, originY, colour, opacity);
+        StampPicture image = randomPicture(width, height, seed);
+        StampPicture strip = randomStrip(width, lineHeight, seed + 1000);
+        const StampPicture wanted = expected(image, strip, originY, colour, opacity);
         stampText(image.view(), strip.view(), originY, colour, opacity);
         ASSERT_EQ(wanted.bytes, image.bytes) << "seed " << seed;
     }
@@ -77,9 +73,9 @@ TEST(TextStamp, EqualsTheRulesAtEveryBorder)
 
 TEST(TextStamp, LastImageRowIsNeverReached)
 {
-    Picture image = randomPicture(4, 6, 1);
-    const Picture before = image;
-    Picture strip(4, 6);
+    StampPicture image = randomPicture(4, 6, 1);
+    const StampPicture before = image;
+    StampPicture strip(4, 6);
     for (uint8_t& byte : strip.bytes)
         byte = 255;
     stampText(image.view(), strip.view(), 0, {1, 2, 3}, 100);

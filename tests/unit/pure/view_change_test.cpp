@@ -6,32 +6,30 @@
 #include "canvas/view/view.h"
 #include "tests/unit/pure/guarded_image.h"
 
-namespace {
+static const ViewSize canvas = {500, 375}, photo = {4000, 3000};
 
-const ViewSize canvas = {500, 375}, photo = {4000, 3000};
-
-CanvasView fitted(ViewSize client, ViewSize image)
+static CanvasView fitted(ViewSize client, ViewSize image)
 {
     return resizedView({}, client, image);
 }
 
-bool same(const CanvasView& a, const CanvasView& b)
+static bool same(const CanvasView& a, const CanvasView& b)
 {
     return a.zoomStep == b.zoomStep && a.centre.x == b.centre.x && a.centre.y == b.centre.y &&
            a.client.width == b.client.width && a.client.height == b.client.height;
 }
 
-PixelPoint firstPixel(const CanvasView& view)
+static PixelPoint firstPixel(const CanvasView& view)
 {
     return imagePointAt(view, {0, 0});
 }
 
-PixelPoint lastPixel(const CanvasView& view)
+static PixelPoint lastPixel(const CanvasView& view)
 {
     return imagePointAt(view, {view.client.width - 1, view.client.height - 1});
 }
 
-void expectInside(const CanvasView& view)
+static void expectInside(const CanvasView& view)
 {
     ASSERT_GE(firstPixel(view).x, 0);
     ASSERT_GE(firstPixel(view).y, 0);
@@ -40,7 +38,7 @@ void expectInside(const CanvasView& view)
 }
 
 // Whether one more screen pixel would lie outside the image.
-bool atBorder(const CanvasView& view, bool across)
+static bool atBorder(const CanvasView& view, bool across)
 {
     const PixelRect whole = deviceRectAt(view, {0, 0, view.image.width, view.image.height});
     return across ? whole.left >= 0 || whole.right <= view.client.width
@@ -48,20 +46,18 @@ bool atBorder(const CanvasView& view, bool across)
 }
 
 // Fitted, the nearest pixel to a point at the right or bottom may be one behind the last.
-PixelPoint hitPixel(const CanvasView& view, PixelPoint client)
+static PixelPoint hitPixel(const CanvasView& view, PixelPoint client)
 {
     const PixelPoint hit = imagePointAt(view, client);
     return {std::min(hit.x, view.image.width - 1), std::min(hit.y, view.image.height - 1)};
 }
 
-CanvasView zoomedTo(CanvasView view, int percent)
+static CanvasView zoomedTo(CanvasView view, int percent)
 {
     while (viewPercent(view) != percent)
         view = steppedAboutCentre(view, 1);
     return view;
 }
-
-}  // namespace
 
 TEST(ViewChange, OnlyStepsLargerThanFittedExist)
 {

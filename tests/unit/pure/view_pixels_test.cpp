@@ -7,18 +7,16 @@
 #include "canvas/view/view_pixels.h"
 #include "tests/unit/pure/guarded_image.h"
 
-namespace {
-
-struct Pixels {
+struct ViewPixels {
     std::vector<uint8_t> bytes;
     BitsView view;
 };
 
 // Rows in memory from the top or, as stored images have them, from the bottom.
-Pixels noise(Dice& dice, int width, int height, bool bottomUp)
+static ViewPixels noise(Dice& dice, int width, int height, bool bottomUp)
 {
     const ptrdiff_t stride = (ptrdiff_t)rowStride(width, 24);
-    Pixels pixels = {std::vector<uint8_t>((size_t)(stride * height)), {}};
+    ViewPixels pixels = {std::vector<uint8_t>((size_t)(stride * height)), {}};
     for (uint8_t& byte : pixels.bytes)
         byte = (uint8_t)dice.next();
     uint8_t* const first = pixels.bytes.data();
@@ -28,11 +26,11 @@ Pixels noise(Dice& dice, int width, int height, bool bottomUp)
 
 struct Scene {
     CanvasView view;
-    Pixels picture, before;
+    ViewPixels picture, before;
     PixelPoint corner;
 };
 
-Scene someScene(Dice& dice)
+static Scene someScene(Dice& dice)
 {
     Scene scene = {};
     scene.view =
@@ -47,19 +45,19 @@ Scene someScene(Dice& dice)
     return scene;
 }
 
-ViewPicture pictureOf(Scene& scene)
+static ViewPicture pictureOf(Scene& scene)
 {
     return {scene.picture.view, scene.corner};
 }
 
-const uint8_t* pixelOf(const BitsView& view, int x, int y)
+static const uint8_t* pixelOf(const BitsView& view, int x, int y)
 {
     return view.row0 + view.stride * y + 3 * x;
 }
 
 // Calls check(x, y of the picture, pixel of the layer or off it).
 template <typename Check>
-void forEachPixel(const Scene& scene, PixelPoint at, const Check& check)
+static void forEachPixel(const Scene& scene, PixelPoint at, const Check& check)
 {
     for (int y = 0; y < scene.picture.view.height; ++y) {
         for (int x = 0; x < scene.picture.view.width; ++x) {
@@ -69,29 +67,27 @@ void forEachPixel(const Scene& scene, PixelPoint at, const Check& check)
     }
 }
 
-bool lies(PixelPoint point, int width, int height)
+static bool lies(PixelPoint point, int width, int height)
 {
     return point.x >= 0 && point.x < width && point.y >= 0 && point.y < height;
 }
 
-void expectSame(const uint8_t* expected, const uint8_t* actual)
+static void expectSame(const uint8_t* expected, const uint8_t* actual)
 {
     ASSERT_EQ(0, memcmp(expected, actual, 3));
 }
 
-const uint8_t* oldPixel(const Scene& scene, int x, int y)
+static const uint8_t* oldPixel(const Scene& scene, int x, int y)
 {
     return scene.before.bytes.data() + scene.before.view.stride * y + 3 * x;
 }
-
-}  // namespace
 
 TEST(ViewPixels, EachScreenPixelShowsThePixelThatItHits)
 {
     Dice dice = {31};
     for (int round = 0; round < 400; ++round) {
         Scene scene = someScene(dice);
-        const Pixels image = noise(dice, scene.view.image.width, scene.view.image.height, true);
+        const ViewPixels image = noise(dice, scene.view.image.width, scene.view.image.height, true);
         showPixels(pictureOf(scene), scene.view, image.view, {0, 0});
         forEachPixel(scene, {0, 0}, [&](int x, int y, PixelPoint hit) {
             expectSame(pixelOf(image.view, hit.x, hit.y), pixelOf(scene.picture.view, x, y));
@@ -111,7 +107,7 @@ TEST(ViewPixels, AWideCanvasShowsThePixelsThatItHits)
             scene.view = steppedAboutCentre(scene.view, 1);
         scene.view = pannedView(scene.view, dice.between(-9, 1000000), dice.between(-99, 99));
         scene.picture = noise(dice, 2600 - step, 3, false);
-        const Pixels image = noise(dice, scene.view.image.width, scene.view.image.height, true);
+        const ViewPixels image = noise(dice, scene.view.image.width, scene.view.image.height, true);
         showPixels(pictureOf(scene), scene.view, image.view, {0, 0});
         forEachPixel(scene, {0, 0}, [&](int x, int y, PixelPoint hit) {
             expectSame(pixelOf(image.view, hit.x, hit.y), pixelOf(scene.picture.view, x, y));
@@ -126,7 +122,7 @@ TEST(ViewPixels, ALayerLeavesWhatItDoesNotReach)
     Dice dice = {32};
     for (int round = 0; round < 400; ++round) {
         Scene scene = someScene(dice);
-        const Pixels layer = noise(dice, dice.between(1, 90), dice.between(1, 90), round % 2);
+        const ViewPixels layer = noise(dice, dice.between(1, 90), dice.between(1, 90), round % 2);
         const PixelPoint at = imagePointAt(scene.view, {dice.between(-40, 60), dice.between(-40, 60)});
         showPixels(pictureOf(scene), scene.view, layer.view, at);
         forEachPixel(scene, at, [&](int x, int y, PixelPoint hit) {
@@ -143,8 +139,8 @@ TEST(ViewPixels, AMaskedLayerShowsWhereTheMaskIsBlack)
     Dice dice = {33};
     for (int round = 0; round < 400; ++round) {
         Scene scene = someScene(dice);
-        const Pixels layer = noise(dice, dice.between(1, 90), dice.between(1, 90), true);
-        Pixels mask = noise(dice, layer.view.width, layer.view.height, true);
+        const ViewPixels layer = noise(dice, dice.between(1, 90), dice.between(1, 90), true);
+        ViewPixels mask = noise(dice, layer.view.width, layer.view.height, true);
         for (uint8_t& byte : mask.bytes)
             byte = byte & 1 ? 255 : 0;
         const PixelPoint at = imagePointAt(scene.view, {dice.between(-40, 60), dice.between(-40, 60)});

@@ -4,10 +4,8 @@
 #include "canvas/view/view.h"
 #include "tests/unit/pure/guarded_image.h"
 
-namespace {
-
 // A canvas and an image that is shown in parts at every step, somewhere in the image.
-CanvasView someView(Dice& dice, int step)
+static CanvasView someView(Dice& dice, int step)
 {
     CanvasView view =
         resizedView({}, {dice.between(1, 60), dice.between(1, 60)}, {dice.between(300, 900), dice.between(300, 900)});
@@ -16,12 +14,10 @@ CanvasView someView(Dice& dice, int step)
     return pannedView(view, dice.between(-900, 900), dice.between(-900, 900));
 }
 
-int shownAcross(const CanvasView& view, int x)
+static int shownAcross(const CanvasView& view, int x)
 {
     return imagePointAt(view, {x, 0}).x;
 }
-
-}  // namespace
 
 TEST(ViewPoints, NoSizesChangeNothing)
 {

@@ -7,8 +7,6 @@
 #include "tools/brush/brush_preview.h"
 #include "session/ground/tool_table.h"
 
-namespace {
-
 constexpr COLORREF PAINT = 0x00204080, BLACK = 0x00000000, WHITE = 0x00FFFFFF, GREY = 0x00C0C0C0, BLUE = 0x00FF0000;
 constexpr COLORREF UNTOUCHED = 0x0012FE34;
 
@@ -78,8 +76,6 @@ struct BrushPreview : testing::Test {
         return found;
     }
 };
-
-}  // namespace
 
 // The left and top arms end one pixel before the centre, the right and bottom arms start two after it.
 TEST_F(BrushPreview, OnePixelIsACrossWithAGap)

@@ -8,8 +8,6 @@
 #include "session/frame.h"
 #include "session/ground/module_state.h"
 
-namespace {
-
 constexpr COLORREF UNTOUCHED = CLR_INVALID;
 constexpr COLORREF BLACK = 0, DARK = 0x808080, LIGHT = 0xC0C0C0, WHITE = 0xFFFFFF;
 
@@ -51,7 +49,7 @@ struct ExpectedFrame {
     }
 };
 
-ExpectedFrame expectedFrame(int w, int h)
+static ExpectedFrame expectedFrame(int w, int h)
 {
     const int fx = GetSystemMetrics(SM_CXFRAME), fy = GetSystemMetrics(SM_CYFRAME);
     const int caption = GetSystemMetrics(SM_CYCAPTION);
@@ -77,7 +75,7 @@ ExpectedFrame expectedFrame(int w, int h)
     return f;
 }
 
-LRESULT CALLBACK framedProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+static LRESULT CALLBACK framedProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_NCPAINT) {
         paintFrame(window);
@@ -91,7 +89,7 @@ LRESULT CALLBACK framedProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 }
 
 // Number of cells of the rules' frame that the window shows otherwise.
-int differences(HWND window)
+static int differences(HWND window)
 {
     RECT r;
     GetWindowRect(window, &r);
@@ -131,8 +129,6 @@ struct FrameWindow : testing::Test {
         UnregisterClassA("FramedWindow", GetModuleHandleA(nullptr));
     }
 };
-
-}  // namespace
 
 TEST_F(FrameWindow, IsDrawnByTheRules)
 {

@@ -4,38 +4,34 @@
 
 #include "tests/session/import_patch.h"
 
-namespace {
+static int allocationsLeft;  // negative: as many as are wanted
+static int allocationsMade;
 
-int allocationsLeft;  // negative: as many as are wanted
-int allocationsMade;
-
-bool mayAllocate()
+static bool mayAllocate()
 {
     ++allocationsMade;
     return allocationsLeft < 0 || allocationsLeft-- > 0;
 }
 
-ImportPatch globalPatch, mallocPatch, reallocPatch;
+static ImportPatch globalPatch, mallocPatch, reallocPatch;
 
-HGLOBAL WINAPI failingGlobalAlloc(UINT flags, SIZE_T bytes)
+static HGLOBAL WINAPI failingGlobalAlloc(UINT flags, SIZE_T bytes)
 {
     if (!mayAllocate()) return nullptr;
     return ((HGLOBAL(WINAPI*)(UINT, SIZE_T))globalPatch.before)(flags, bytes);
 }
 
-void* failingMalloc(size_t bytes)
+static void* failingMalloc(size_t bytes)
 {
     if (!mayAllocate()) return nullptr;
     return ((void* (*)(size_t))mallocPatch.before)(bytes);
 }
 
-void* failingRealloc(void* block, size_t bytes)
+static void* failingRealloc(void* block, size_t bytes)
 {
     if (!mayAllocate()) return nullptr;
     return ((void* (*)(void*, size_t))reallocPatch.before)(block, bytes);
 }
-
-}  // namespace
 
 bool runShortOfMemory(int allocations, const std::function<void()>& operation)
 {

@@ -50,7 +50,7 @@ struct PressAndCommand : SessionFixture {
 };
 
 // What a drag and a command leave behind.
-struct Outcome {
+struct PressOutcome {
     std::vector<uint8_t> image;
     int steps, position;
     RECT rect;  // of the last step
@@ -68,7 +68,7 @@ static std::vector<uint8_t> bytesOf(HGLOBAL image)
     return {bytes, bytes + bitmap.block.size};
 }
 
-static Outcome outcome(HGLOBAL image)
+static PressOutcome outcome(HGLOBAL image)
 {
     const int steps = session->undoCount;
     return {bytesOf(image),
@@ -86,7 +86,7 @@ static Outcome outcome(HGLOBAL image)
             GetCapture() == session->canvasWindow};
 }
 
-static void expectSame(const Outcome& expected, const Outcome& actual)
+static void expectSame(const PressOutcome& expected, const PressOutcome& actual)
 {
     EXPECT_TRUE(expected.image == actual.image);
     EXPECT_EQ(expected.steps, actual.steps);
@@ -112,7 +112,7 @@ TEST_F(PressAndCommand, EveryCommandFindsThePressEnded)
         for (int command : {BUTTON_BRUSH, BUTTON_AEROGRAPHE, BUTTON_SELECTION, BUTTON_COLORS, BUTTON_TEXT, BUTTON_UNDO,
                             BUTTON_REDO, BUTTON_RECTANGLE, BUTTON_EDGE_SMOOTH, BUTTON_CLOSE}) {
             SCOPED_TRACE(testing::Message() << "tool " << tool << " command " << command);
-            Outcome outcomes[2];
+            PressOutcome outcomes[2];
             for (int inMidPress = 0; inMidPress < 2; ++inMidPress) {
                 ASSERT_TRUE(start());
                 beginDrag(tool);

@@ -10,15 +10,13 @@
 #include "tests/unit/windowed/stroke_model.h"
 #include "tools/painting/undo_history.h"
 
-namespace {
-
 constexpr SIZE IMAGE = {150, 110}, CLIENT = {75, 55};  // fitted shows every second pixel
 constexpr int PERCENTS[] = {0, 100, 400};
 constexpr uint32_t PAINTING_TOOLS[] = {TOOL_BRUSH,  TOOL_RUBBER, TOOL_AEROGRAPHE,
                                        TOOL_SMOOTH, TOOL_STAMP,  TOOL_SPOONBILL};
-const std::vector<POINT> path = {{70, 50}, {95, 70}, {-20, 30}, {160, 120}, {80, 52}};
+static const std::vector<POINT> path = {{70, 50}, {95, 70}, {-20, 30}, {160, 120}, {80, 52}};
 
-std::vector<uint8_t> bytesOf(HGLOBAL block)
+static std::vector<uint8_t> bytesOf(HGLOBAL block)
 {
     if (!block) return {};
     const uint8_t* const bytes = (const uint8_t*)GlobalLock(block);
@@ -27,7 +25,7 @@ std::vector<uint8_t> bytesOf(HGLOBAL block)
     return copy;
 }
 
-std::vector<uint8_t> bytesOf(const PixelPoint* points, int count)
+static std::vector<uint8_t> bytesOf(const PixelPoint* points, int count)
 {
     return points ? std::vector<uint8_t>((const uint8_t*)points, (const uint8_t*)(points + count))
                   : std::vector<uint8_t>();
@@ -41,7 +39,7 @@ struct Everything {
     bool captured;
 };
 
-Everything everything(HGLOBAL image)
+static Everything everything(HGLOBAL image)
 {
     SessionRecord record = *session;
     record.outlineBitmap = record.saveUnderBitmap = nullptr;
@@ -69,7 +67,7 @@ Everything everything(HGLOBAL image)
     return all;
 }
 
-void expectSame(const Everything& before, const Everything& after)
+static void expectSame(const Everything& before, const Everything& after)
 {
     for (size_t i = 0; i < before.record.size(); ++i)
         EXPECT_EQ(before.record[i], after.record[i]) << "byte " << i % 4 << " of field " << i / 4;
@@ -137,8 +135,6 @@ struct PressCancel : SessionFixture, testing::WithParamInterface<int> {
         sessionRelease(50, 41);
     }
 };
-
-}  // namespace
 
 TEST_P(PressCancel, AStrokeHasNotBeen)
 {

@@ -12,10 +12,10 @@ constexpr SIZE CLIENT = {48, 40};
 constexpr double SCALES[] = {1, 1.33, 2, 4.4, 6.3};  // image pixels to a screen pixel
 constexpr uint32_t TOOLS[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE, TOOL_STAMP, TOOL_SMOOTH, TOOL_SPOONBILL};
 
-struct Drag {
+struct CanvasDrag {
     POINT from, to;  // on the screen, in tenths of a pixel
 };
-constexpr Drag DRAGS[] = {{{103, 56}, {103, 350}}, {{57, 119}, {431, 119}}, {{71, 64}, {398, 353}}};
+constexpr CanvasDrag DRAGS[] = {{{103, 56}, {103, 350}}, {{57, 119}, {431, 119}}, {{71, 64}, {398, 353}}};
 
 struct ReducedCanvas : SessionFixture, testing::WithParamInterface<double> {
     Dice dice = {1};
@@ -45,7 +45,7 @@ struct ReducedCanvas : SessionFixture, testing::WithParamInterface<double> {
         return true;
     }
     // Press, drag, release, undo and redo; the name of the first step whose result is not on the screen.
-    const char* firstUnseen(const Drag& drag)
+    const char* firstUnseen(const CanvasDrag& drag)
     {
         const POINT from = onImage(drag.from), to = onImage(drag.to);
         std::vector<uint32_t> shown = clientScreen(session->canvasWindow);
@@ -72,7 +72,7 @@ TEST_P(ReducedCanvas, EveryThinStrokeClickUndoAndRedoIsSeen)
         for (int size = 1; size <= 8; ++size) {
             for (int shape : {SHAPE_CIRCLE, SHAPE_RECTANGLE}) {
                 sessionBrush({tool, shape, size % 2 == 0, size, size, 100, {dice.upTo(255), dice.upTo(255), 7}});
-                for (const Drag& drag : DRAGS) {
+                for (const CanvasDrag& drag : DRAGS) {
                     const char* unseen = firstUnseen(drag);
                     ASSERT_EQ(nullptr, unseen) << unseen << ", tool " << tool << ", brush " << size << ", shape "
                                                << shape << ", drag to " << drag.to.x << ", " << drag.to.y;

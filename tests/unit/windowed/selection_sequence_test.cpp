@@ -18,8 +18,6 @@
 #include "tests/unit/windowed/memory_shortage.h"
 #include "tests/unit/windowed/session_fixture.h"
 
-namespace {
-
 struct SelectionSequence : SessionFixture {
     Dice dice = {31};
     reference::Picture picture;
@@ -68,19 +66,19 @@ struct SelectionSequence : SessionFixture {
     }
 };
 
-SIZE sizeOf(HGLOBAL bitmap)
+static SIZE sizeOf(HGLOBAL bitmap)
 {
     return {bitmapWidth(bitmap), bitmapHeight(bitmap)};
 }
 
-void expectSize(const char* what, const RECT& rect, HGLOBAL bitmap)
+static void expectSize(const char* what, const RECT& rect, HGLOBAL bitmap)
 {
     ASSERT_NE(nullptr, bitmap) << what;
     EXPECT_EQ(rect.right - rect.left, sizeOf(bitmap).cx) << what;
     EXPECT_EQ(rect.bottom - rect.top, sizeOf(bitmap).cy) << what;
 }
 
-void expectNothingLeft()
+static void expectNothingLeft()
 {
     const SessionRecord& s = *session;
     for (const void* part :
@@ -99,7 +97,7 @@ void expectNothingLeft()
 }
 
 // What must hold between any two operations.
-void expectWhole()
+static void expectWhole()
 {
     const SessionRecord& s = *session;
     if (!s.selectionActive) return expectNothingLeft();
@@ -124,7 +122,7 @@ void expectWhole()
 }
 
 // The floating pixels laid into the picture, cut off at its borders.
-reference::Picture withSelection(reference::Picture picture)
+static reference::Picture withSelection(reference::Picture picture)
 {
     const RECT& r = session->selectionRect;
     for (int y = r.top; y < r.bottom; ++y) {
@@ -139,11 +137,9 @@ reference::Picture withSelection(reference::Picture picture)
     return picture;
 }
 
-const int oneClickHits[] = {HIT_FLIP_HORIZONTAL, HIT_FLIP_VERTICAL, HIT_DARKER,          HIT_BRIGHTER,
-                            HIT_HUE_DOWN,        HIT_HUE_UP,        HIT_SATURATION_MORE, HIT_SATURATION_LESS,
-                            HIT_CONTRAST_MORE,   HIT_CONTRAST_LESS, HIT_LIFT_UP,         HIT_LIFT_DOWN};
-
-}  // namespace
+static const int oneClickHits[] = {HIT_FLIP_HORIZONTAL, HIT_FLIP_VERTICAL, HIT_DARKER,          HIT_BRIGHTER,
+                                   HIT_HUE_DOWN,        HIT_HUE_UP,        HIT_SATURATION_MORE, HIT_SATURATION_LESS,
+                                   HIT_CONTRAST_MORE,   HIT_CONTRAST_LESS, HIT_LIFT_UP,         HIT_LIFT_DOWN};
 
 TEST_F(SelectionSequence, RandomOperationsKeepEverythingWhole)
 {

@@ -17,8 +17,6 @@
 #include "tests/reference/outline_reference.h"
 #include "tests/session/resources_in_use.h"
 
-namespace {
-
 struct SelectionStress : SessionFixture {
     std::mt19937 random = std::mt19937(20);
     reference::Picture photo;
@@ -41,7 +39,7 @@ struct SelectionStress : SessionFixture {
     }
 };
 
-reference::Picture pixelsOf(HGLOBAL bitmap)
+static reference::Picture pixelsOf(HGLOBAL bitmap)
 {
     const LockedPixels pixels(bitmap);
     if (!pixels) return {};
@@ -49,7 +47,7 @@ reference::Picture pixelsOf(HGLOBAL bitmap)
     return reference::fromStoredRows(rowOf(view, view.height - 1), view.width, view.height);
 }
 
-void expectSame(const char* what, const reference::Picture& expected, HGLOBAL bitmap)
+static void expectSame(const char* what, const reference::Picture& expected, HGLOBAL bitmap)
 {
     const reference::Picture actual = pixelsOf(bitmap);
     EXPECT_EQ(expected.width, actual.width) << what;
@@ -57,7 +55,7 @@ void expectSame(const char* what, const reference::Picture& expected, HGLOBAL bi
     EXPECT_TRUE(expected.pixels == actual.pixels) << what;
 }
 
-void expectFloating(const reference::Picture& photo, const ReferenceOutline& outline)
+static void expectFloating(const reference::Picture& photo, const ReferenceOutline& outline)
 {
     const ReferenceBounds bounds = outline.crossings.bounds();
     ASSERT_EQ(bounds.empty, session->selectionActive == 0);
@@ -80,8 +78,6 @@ void expectFloating(const reference::Picture& photo, const ReferenceOutline& out
         expectSame("mask", mask, bitmap);
     }
 }
-
-}  // namespace
 
 TEST_F(SelectionStress, RandomOutlinesAreLiftedAsTheEvenOddRuleSays)
 {
@@ -134,9 +130,7 @@ TEST_F(SelectionStress, ElevenTurnsOfFifteenDegreesAreOneOf165)
 
 // ---- memory
 
-namespace {
-
-SIZE_T bytesInUse()
+static SIZE_T bytesInUse()
 {
     PROCESS_MEMORY_COUNTERS counters = {};
     counters.cb = sizeof counters;
@@ -144,7 +138,7 @@ SIZE_T bytesInUse()
     return counters.PagefileUsage;
 }
 
-void useSelection(int number)
+static void useSelection(int number)
 {
     const HWND canvas = session->canvasWindow;
     const int hits[] = {HIT_FLIP_HORIZONTAL, HIT_FLIP_VERTICAL, HIT_HUE_UP, HIT_BRIGHTER, HIT_LIFT_UP, HIT_APPLY};
@@ -160,8 +154,6 @@ void useSelection(int number)
         session->currentTool = TOOL_SELECTION;
     }
 }
-
-}  // namespace
 
 TEST_F(SelectionStress, AThousandSelectionsLeaveNothingInMemory)
 {

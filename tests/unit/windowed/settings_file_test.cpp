@@ -34,20 +34,20 @@ static ToolSettings* settingsOf(uint32_t tool)
     return nullptr;
 }
 
-struct Kept {
+struct KeptSettings {
     ToolSettings tools[TOOL_COUNT];
     LOGFONTA font;
 };
 
-static Kept kept()
+static KeptSettings kept()
 {
-    Kept now;
+    KeptSettings now;
     memcpy(now.tools, session->toolSettings, sizeof now.tools);
     now.font = session->textFont;
     return now;
 }
 
-static bool operator==(const Kept& a, const Kept& b)
+static bool operator==(const KeptSettings& a, const KeptSettings& b)
 {
     return memcmp(a.tools, b.tools, sizeof a.tools) == 0 && memcmp(&a.font, &b.font, sizeof a.font) == 0;
 }
@@ -76,7 +76,7 @@ TEST_F(SettingsFile, WrittenByteForByte)
 
 TEST_F(SettingsFile, WithoutAFileEverythingStaysAsItIs)
 {
-    const Kept before = kept();
+    const KeptSettings before = kept();
     EXPECT_EQ(1, readToolSettings());
     EXPECT_TRUE(before == kept());
     EXPECT_EQ("", readFile(current())) << "reading creates nothing";
@@ -96,7 +96,7 @@ TEST_F(SettingsFile, EverythingComesBack)
     session->textFont.lfItalic = 1;
     session->textFont.lfCharSet = 204;
     strcpy(session->textFont.lfFaceName, "Times New Roman");
-    const Kept written = kept();
+    const KeptSettings written = kept();
     writeToolSettings();
     const SessionExtras extras = sessionExtras;
     writeSessionDefaults();

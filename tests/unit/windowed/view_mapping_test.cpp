@@ -5,8 +5,6 @@
 #include "canvas/view/view.h"
 #include "tests/unit/pure/guarded_image.h"
 
-namespace {
-
 struct ViewMapping : testing::Test {
     HDC dc = CreateCompatibleDC(nullptr);
     CanvasView view = {};
@@ -44,8 +42,6 @@ struct ViewMapping : testing::Test {
                std::to_string(view.image.height);
     }
 };
-
-}  // namespace
 
 TEST_F(ViewMapping, SmallSizesAtEveryPoint)
 {
