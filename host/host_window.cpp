@@ -7,24 +7,22 @@
 
 #include <commctrl.h>
 
-namespace {
-
 constexpr wchar_t WINDOW_CLASS[] = L"RetouchHost";
 constexpr int BAR_STEPS = 1000;
 
-HWND window, bar;
-HACCEL keys;
-HostFace face;
-Progress* current;
-bool stoppable, leaving;
-HostCommand chosen;
+static HWND window, bar;
+static HACCEL keys;
+static HostFace face;
+static Progress* current;
+static bool stoppable, leaving;
+static HostCommand chosen;
 
-void repaint()
+static void repaint()
 {
     InvalidateRect(window, nullptr, TRUE);
 }
 
-void layOut()
+static void layOut()
 {
     RECT client;
     GetClientRect(window, &client);
@@ -34,7 +32,7 @@ void layOut()
     repaint();
 }
 
-void enableCommands()
+static void enableCommands()
 {
     HMENU menu = GetMenu(window);
     const UINT state = current ? MF_GRAYED : MF_ENABLED;
@@ -42,7 +40,7 @@ void enableCommands()
     EnableMenuItem(menu, COMMAND_SAVE_AS, face.picture ? state : MF_GRAYED);
 }
 
-LRESULT onClose(WPARAM, LPARAM)
+static LRESULT onClose(WPARAM, LPARAM)
 {
     // While a photo is being retouched, the editor's own ways out are the ways out.
     if (!IsWindowEnabled(window)) return 0;
@@ -53,7 +51,7 @@ LRESULT onClose(WPARAM, LPARAM)
     return 0;
 }
 
-LRESULT onCommand(WPARAM wide, LPARAM)
+static LRESULT onCommand(WPARAM wide, LPARAM)
 {
     const HostCommand command = (HostCommand)LOWORD(wide);
     if (command == COMMAND_GUIDE)
@@ -67,14 +65,14 @@ LRESULT onCommand(WPARAM wide, LPARAM)
     return 0;
 }
 
-LRESULT onDropFiles(WPARAM wide, LPARAM)
+static LRESULT onDropFiles(WPARAM wide, LPARAM)
 {
     addDropped((HDROP)wide);
     repaint();
     return 0;
 }
 
-LRESULT onPaint(WPARAM, LPARAM)
+static LRESULT onPaint(WPARAM, LPARAM)
 {
     RECT client;
     GetClientRect(window, &client);
@@ -86,13 +84,13 @@ LRESULT onPaint(WPARAM, LPARAM)
     return 0;
 }
 
-LRESULT onSize(WPARAM, LPARAM)
+static LRESULT onSize(WPARAM, LPARAM)
 {
     layOut();
     return 0;
 }
 
-LRESULT onSettingChange(WPARAM, LPARAM)
+static LRESULT onSettingChange(WPARAM, LPARAM)
 {
     renewFonts(&face);
     layOut();
@@ -103,19 +101,19 @@ struct Handler {
     UINT message;
     LRESULT (*handle)(WPARAM, LPARAM);
 };
-const Handler handlers[] = {
+static const Handler handlers[] = {
     {WM_CLOSE, onClose}, {WM_COMMAND, onCommand}, {WM_DROPFILES, onDropFiles},
     {WM_PAINT, onPaint}, {WM_SIZE, onSize},       {WM_SETTINGCHANGE, onSettingChange},
 };
 
-LRESULT CALLBACK hostWindowProc(HWND to, UINT message, WPARAM wide, LPARAM parameter)
+static LRESULT CALLBACK hostWindowProc(HWND to, UINT message, WPARAM wide, LPARAM parameter)
 {
     for (const Handler& handler : handlers)
         if (window && handler.message == message) return handler.handle(wide, parameter);
     return DefWindowProcW(to, message, wide, parameter);
 }
 
-void registerWindowClass()
+static void registerWindowClass()
 {
     WNDCLASSW description = {};
     description.style = CS_HREDRAW | CS_VREDRAW;
@@ -127,8 +125,6 @@ void registerWindowClass()
     description.lpszClassName = WINDOW_CLASS;
     RegisterClassW(&description);
 }
-
-}  // namespace
 
 bool openHostWindow()
 {

@@ -8,8 +8,6 @@
 
 #include <shellapi.h>
 
-namespace {
-
 constexpr wchar_t USAGE_TEXT[] =
     L"Usage: retouch.exe [PHOTO... [-o OUT] [--overwrite [--flatten]]]\r\n"
     L"       retouch.exe --window [PHOTO...]\r\n"
@@ -23,7 +21,7 @@ constexpr wchar_t USAGE_TEXT[] =
     L"Exit code: 0 saved, 1 closed without saving, 2 usage, 3 no such photo, 4 not a readable photo,\r\n"
     L"5 too large, 6 retouching library not found, 7 cannot write.";
 
-std::vector<std::wstring> commandLine()
+static std::vector<std::wstring> commandLine()
 {
     std::vector<std::wstring> words;
     int count = 0;
@@ -34,7 +32,7 @@ std::vector<std::wstring> commandLine()
     return words;
 }
 
-ExitCode retouchNamed(const HostArguments& arguments)
+static ExitCode retouchNamed(const HostArguments& arguments)
 {
     PhotoTask task;
     task.output = arguments.output;
@@ -45,7 +43,7 @@ ExitCode retouchNamed(const HostArguments& arguments)
     return retouchWaiting(task);
 }
 
-ExitCode retouchChosen()
+static ExitCode retouchChosen()
 {
     if (!openHostWindow()) {
         complain(sentence(TEXT_ERROR_NO_WINDOW));
@@ -56,7 +54,7 @@ ExitCode retouchChosen()
     return keepDesk();
 }
 
-ExitCode run()
+static ExitCode run()
 {
     const HostArguments arguments = parseArguments(commandLine());
     if (!arguments.problem.empty()) {
@@ -73,8 +71,6 @@ ExitCode run()
     closeHostWindow();
     return code;
 }
-
-}  // namespace
 
 int main()
 {

@@ -9,8 +9,6 @@
 #include <csignal>
 #include <new>
 
-namespace {
-
 constexpr wchar_t READABLE_FILES[] = L"*.jpg;*.jpeg;*.jpe;*.png;*.tif;*.tiff;*.bmp;*.dib;*.gif;*.webp";
 
 struct StatusSentence {
@@ -18,7 +16,7 @@ struct StatusSentence {
     ExitCode code;
     TextId sentence;
 };
-const StatusSentence statusSentences[] = {
+static const StatusSentence statusSentences[] = {
     {PhotoStatus::Missing, exitMissing, TEXT_ERROR_MISSING},
     {PhotoStatus::Unreadable, exitMissing, TEXT_ERROR_UNREADABLE},
     {PhotoStatus::NotAPhoto, exitNotAPhoto, TEXT_ERROR_NOT_PHOTO},
@@ -28,29 +26,29 @@ const StatusSentence statusSentences[] = {
 
 // A decoder that runs out of memory, or into a damaged file's trap, ends the program with a right word: before
 // the session there is nothing to lose.
-std::wstring pathInHand;
+static std::wstring pathInHand;
 
-[[noreturn]] void endBecause(PhotoStatus status)
+[[noreturn]] static void endBecause(PhotoStatus status)
 {
     endWithSuccessor(complainAbout(status, pathInHand));
 }
 
-void outOfMemory()
+static void outOfMemory()
 {
     endBecause(PhotoStatus::TooLarge);
 }
 
-LONG WINAPI decoderFailed(EXCEPTION_POINTERS*)
+static LONG WINAPI decoderFailed(EXCEPTION_POINTERS*)
 {
     endBecause(PhotoStatus::NotAPhoto);
 }
 
-void decoderAborted(int)
+static void decoderAborted(int)
 {
     endBecause(PhotoStatus::NotAPhoto);
 }
 
-PhotoStatus readGuarded(const std::wstring& path, HGLOBAL* image, SourcePhoto* source, Progress* progress)
+static PhotoStatus readGuarded(const std::wstring& path, HGLOBAL* image, SourcePhoto* source, Progress* progress)
 {
     pathInHand = path;
     LPTOP_LEVEL_EXCEPTION_FILTER filter = SetUnhandledExceptionFilter(decoderFailed);
@@ -66,14 +64,14 @@ PhotoStatus readGuarded(const std::wstring& path, HGLOBAL* image, SourcePhoto* s
 }
 
 // "Photos\0*.jpg;...\0All files\0*.*\0\0"
-std::wstring readableFilter()
+static std::wstring readableFilter()
 {
     const std::wstring end(1, L'\0');
     return caption(TEXT_FILTER_PHOTOS) + end + READABLE_FILES + end + caption(TEXT_FILTER_ALL) + end + L"*.*" + end;
 }
 
 // One path, or a folder and names in it, each ended by a 0 and all by another.
-std::vector<std::wstring> chosenPaths(const wchar_t* chosen)
+static std::vector<std::wstring> chosenPaths(const wchar_t* chosen)
 {
     const std::wstring first = chosen;
     std::vector<std::wstring> paths;
@@ -82,8 +80,6 @@ std::vector<std::wstring> chosenPaths(const wchar_t* chosen)
     if (paths.empty()) paths.push_back(first);
     return paths;
 }
-
-}  // namespace
 
 ExitCode complainAbout(PhotoStatus status, const std::wstring& path)
 {

@@ -3,19 +3,17 @@
 #include "host/host_window.h"
 #include "host/waiting_photos.h"
 
-namespace {
+static std::wstring successorOptions;
+static bool successorAlways;
 
-std::wstring successorOptions;
-bool successorAlways;
-
-std::wstring ownFile()
+static std::wstring ownFile()
 {
     std::wstring path(32768, L'\0');
     path.resize(GetModuleFileNameW(nullptr, &path[0], (DWORD)path.size()));
     return path;
 }
 
-void runSuccessor()
+static void runSuccessor()
 {
     std::wstring line = L"\"" + ownFile() + L"\"" + successorOptions + L" --" + lineOfWaiting();
     STARTUPINFOW startup = {};
@@ -27,8 +25,6 @@ void runSuccessor()
     if (!CreateProcessW(nullptr, &line[0], nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process)) return;
     WaitForSingleObject(process.hProcess, INFINITE);
 }
-
-}  // namespace
 
 void nameSuccessor(const std::wstring& options, bool always)
 {

@@ -3,16 +3,14 @@
 
 #include <algorithm>
 
-namespace {
-
 constexpr int BAND_ROWS = 32;
 
-PhotoStatus faultOf(const PngRows& rows)
+static PhotoStatus faultOf(const PngRows& rows)
 {
     return rows.noMemory ? PhotoStatus::TooLarge : PhotoStatus::NotAPhoto;
 }
 
-PhotoStatus handRows(PngRows* rows, const RowSink& sink)
+static PhotoStatus handRows(PngRows* rows, const RowSink& sink)
 {
     const size_t stride = (size_t)rows->width * 4;
     const int most = (int)std::max<size_t>(1, std::min<size_t>(BAND_ROWS, (16u << 20) / stride));
@@ -29,7 +27,7 @@ PhotoStatus handRows(PngRows* rows, const RowSink& sink)
     return PhotoStatus::Ok;
 }
 
-PhotoShape shapeOf(const PngRows& rows, const PhotoFacts& facts)
+static PhotoShape shapeOf(const PngRows& rows, const PhotoFacts& facts)
 {
     PhotoShape shape = {rows.width, rows.height, facts.orientation, 0, 0};
     png_uint_32 across, down;
@@ -42,7 +40,7 @@ PhotoShape shapeOf(const PngRows& rows, const PhotoFacts& facts)
 }
 
 // The size in the file's head, before anything is allocated for it.
-bool headSize(FILE* file, uint32_t size[2])
+static bool headSize(FILE* file, uint32_t size[2])
 {
     uint8_t head[24];
     if (fread(head, 1, sizeof head, file) != sizeof head || fseek(file, 0, SEEK_SET) != 0) return false;
@@ -50,8 +48,6 @@ bool headSize(FILE* file, uint32_t size[2])
         size[i] = (uint32_t)head[16 + 4 * i] << 24 | head[17 + 4 * i] << 16 | head[18 + 4 * i] << 8 | head[19 + 4 * i];
     return true;
 }
-
-}  // namespace
 
 PhotoStatus readPng(FILE* file, const RowSink& sink, PhotoFacts* facts)
 {

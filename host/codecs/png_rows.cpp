@@ -6,19 +6,17 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace {
-
 // The library tells want of memory from damage by its words alone. Before the rows it is a damaged file's fault.
-void giveUp(png_structp codec, png_const_charp why)
+static void giveUp(png_structp codec, png_const_charp why)
 {
     PngRows* rows = (PngRows*)png_get_error_ptr(codec);
     rows->noMemory = rows->noMemory || (rows->mostAtOnce == SIZE_MAX && strstr(why, "memory"));
     png_longjmp(codec, 1);
 }
 
-void noteWarning(png_structp, png_const_charp) {}
+static void noteWarning(png_structp, png_const_charp) {}
 
-void readFacts(PngRows* rows, PhotoFacts* facts)
+static void readFacts(PngRows* rows, PhotoFacts* facts)
 {
     png_charp name;
     png_bytep profile;
@@ -46,7 +44,7 @@ void readFacts(PngRows* rows, PhotoFacts* facts)
                    std::any_of(rows->paletteAlpha.begin(), rows->paletteAlpha.end(), [](uint8_t a) { return a < 255; });
 }
 
-void readColors(PngRows* rows)
+static void readColors(PngRows* rows)
 {
     png_colorp colors;
     int count = 0;
@@ -70,7 +68,7 @@ void readColors(PngRows* rows)
 // A chunk longer than the file is not there, and none unpacks to more than this.
 constexpr size_t UNPACKED_CHUNK = 16u << 20, LARGEST_CHUNK = 256u << 20;
 
-size_t chunkLimit(FILE* file)
+static size_t chunkLimit(FILE* file)
 {
     const long at = ftell(file);
     const long size = fseek(file, 0, SEEK_END) == 0 ? ftell(file) : -1;
@@ -79,18 +77,18 @@ size_t chunkLimit(FILE* file)
 }
 
 // The library takes memory for what a chunk says of its length before it reads it, whatever its own limits are.
-png_voidp takeWithin(png_structp codec, png_alloc_size_t size)
+static png_voidp takeWithin(png_structp codec, png_alloc_size_t size)
 {
     const PngRows* const rows = (const PngRows*)png_get_mem_ptr(codec);
     return size <= rows->mostAtOnce ? malloc(size) : nullptr;
 }
 
-void giveBack(png_structp, png_voidp memory)
+static void giveBack(png_structp, png_voidp memory)
 {
     free(memory);
 }
 
-bool readHeader(PngRows* rows, FILE* file)
+static bool readHeader(PngRows* rows, FILE* file)
 {
     if (setjmp(png_jmpbuf(rows->input))) return false;
     png_init_io(rows->input, file);
@@ -105,7 +103,7 @@ bool readHeader(PngRows* rows, FILE* file)
     return true;
 }
 
-bool readWhole(PngRows* rows)
+static bool readWhole(PngRows* rows)
 {
     if (setjmp(png_jmpbuf(rows->input))) return false;
     const int passes = png_set_interlace_handling(rows->input);
@@ -117,21 +115,21 @@ bool readWhole(PngRows* rows)
     return true;
 }
 
-bool startRows(PngRows* rows)
+static bool startRows(PngRows* rows)
 {
     if (setjmp(png_jmpbuf(rows->input))) return false;
     png_read_update_info(rows->input, rows->info);
     return true;
 }
 
-bool readRow(PngRows* rows, uint8_t* native)
+static bool readRow(PngRows* rows, uint8_t* native)
 {
     if (setjmp(png_jmpbuf(rows->input))) return false;
     png_read_row(rows->input, native, nullptr);
     return true;
 }
 
-bool isKey(const PngRows& rows, const uint8_t* pixel)
+static bool isKey(const PngRows& rows, const uint8_t* pixel)
 {
     for (int channel = 0; channel < rows.layout.channels; ++channel) {
         const int value = rows.layout.depth == 16 ? pixel[channel * 2] << 8 | pixel[channel * 2 + 1] : pixel[channel];
@@ -140,12 +138,10 @@ bool isKey(const PngRows& rows, const uint8_t* pixel)
     return true;
 }
 
-uint8_t seen(const PngLayout& layout, const uint8_t* pixel, int channel)
+static uint8_t seen(const PngLayout& layout, const uint8_t* pixel, int channel)
 {
     return (uint8_t)((pngSample(layout, pixel, channel) * 255 + 32895) >> 16);
 }
-
-}  // namespace
 
 PngLayout pngLayout(int type, int depth)
 {

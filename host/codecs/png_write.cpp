@@ -5,9 +5,7 @@
 
 #include <io.h>
 
-namespace {
-
-struct Writing {
+struct PngWriting {
     png_structp output = nullptr;
     png_infop info = nullptr;
     PngLayout layout;  // of the new file
@@ -17,15 +15,15 @@ struct Writing {
     std::vector<uint8_t> edited, stored, shown, line, buffer;
 };
 
-enum class Outcome { Done, Failed, NeedsColors };
+enum class PngOutcome { Done, Failed, NeedsColors };
 
-void giveUp(png_structp codec, png_const_charp)
+static void giveUp(png_structp codec, png_const_charp)
 {
     png_longjmp(codec, 1);
 }
-void noteWarning(png_structp, png_const_charp) {}
+static void noteWarning(png_structp, png_const_charp) {}
 
-bool buildRow(Writing* writing, const uint8_t* native, int width)
+static bool buildRow(PngWriting* writing, const uint8_t* native, int width)
 {
     showPngRow(writing->rows, native, writing->shown.data());
     writing->stored = writing->edited;
@@ -46,7 +44,7 @@ bool buildRow(Writing* writing, const uint8_t* native, int width)
     return true;
 }
 
-void plainRow(Writing* writing, int width)
+static void plainRow(PngWriting* writing, int width)
 {
     storeColors(writing->rows.bridge, writing->edited.data(), width);
     for (int x = 0; x < width; ++x)
@@ -54,7 +52,7 @@ void plainRow(Writing* writing, int width)
             writing->line[(size_t)x * 3 + channel] = writing->edited[(size_t)x * 3 + 2 - channel];
 }
 
-void writeHead(Writing* writing, const EditedPhoto& photo)
+static void writeHead(PngWriting* writing, const EditedPhoto& photo)
 {
     png_set_IHDR(writing->output, writing->info, (png_uint_32)photo.width, (png_uint_32)photo.height,
                  writing->layout.depth, writing->layout.type, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
@@ -79,7 +77,7 @@ void writeHead(Writing* writing, const EditedPhoto& photo)
 }
 
 // The original's samples of a row of the upright picture; null when the file is damaged.
-const uint8_t* nativeRow(Writing* writing, int orientation, int row)
+static const uint8_t* nativeRow(PngWriting* writing, int orientation, int row)
 {
     PngRows& rows = writing->rows;
     if (orientation == 1) return nextPngRow(&rows, &writing->buffer);
@@ -90,28 +88,28 @@ const uint8_t* nativeRow(Writing* writing, int orientation, int row)
 }
 
 // The new file's samples of an edited row.
-Outcome makeRow(Writing* writing, int width, int orientation, int row)
+static PngOutcome makeRow(PngWriting* writing, int width, int orientation, int row)
 {
     if (!writing->hasOriginal) {
         plainRow(writing, width);
-        return Outcome::Done;
+        return PngOutcome::Done;
     }
     const uint8_t* native = nativeRow(writing, orientation, row);
-    if (!native) return Outcome::Failed;
+    if (!native) return PngOutcome::Failed;
     const int fileWidth = writing->rows.width;
     writing->rows.width = width;
     const bool stored = buildRow(writing, native, width);
     writing->rows.width = fileWidth;
-    return stored ? Outcome::Done : Outcome::NeedsColors;
+    return stored ? PngOutcome::Done : PngOutcome::NeedsColors;
 }
 
 // One pass over all rows; the file is at its start.
-Outcome writeRows(Writing* writing, FILE* file, const EditedPhoto& photo, int orientation)
+static PngOutcome writeRows(PngWriting* writing, FILE* file, const EditedPhoto& photo, int orientation)
 {
     writing->output = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, giveUp, noteWarning);
     writing->info = writing->output ? png_create_info_struct(writing->output) : nullptr;
-    if (!writing->info) return Outcome::Failed;
-    if (setjmp(png_jmpbuf(writing->output))) return Outcome::Failed;
+    if (!writing->info) return PngOutcome::Failed;
+    if (setjmp(png_jmpbuf(writing->output))) return PngOutcome::Failed;
     png_init_io(writing->output, file);
     png_set_user_limits(writing->output, 0x7FFFFFFF, 0x7FFFFFFF);
     if (writing->layout.type != PNG_COLOR_TYPE_PALETTE) choosePngPacking(writing->output, photo, writing->layout.depth);
@@ -119,30 +117,31 @@ Outcome writeRows(Writing* writing, FILE* file, const EditedPhoto& photo, int or
     const UprightTarget upright = editedInFile(photo, 1);
     for (int row = 0; row < photo.height; ++row) {
         gatherRows(upright, row, 1, writing->edited.data(), 0);
-        const Outcome made = makeRow(writing, photo.width, orientation, row);
-        if (made != Outcome::Done) return made;
+        const PngOutcome made = makeRow(writing, photo.width, orientation, row);
+        if (made != PngOutcome::Done) return made;
         png_write_row(writing->output, writing->line.data());
     }
     writePngChunks(writing->output, writing->chunks, PngPlace::BehindPixels);
     png_write_end(writing->output, writing->info);
-    return Outcome::Done;
+    return PngOutcome::Done;
 }
 
 // The kind of pixels that can hold any colour, without giving up depth or alpha.
-PngLayout withColors(const PngRows& rows, const PhotoFacts& facts)
+static PngLayout withColors(const PngRows& rows, const PhotoFacts& facts)
 {
     return pngLayout(facts.alpha ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB, rows.layout.depth == 16 ? 16 : 8);
 }
 
-Outcome writeOnce(FILE* output, const EditedPhoto& photo, const PhotoFacts& facts, FILE* original, bool colors)
+static PngOutcome writeOnce(FILE* output, const EditedPhoto& photo, const PhotoFacts& facts, FILE* original,
+                            bool colors)
 {
-    Writing writing;
+    PngWriting writing;
     PhotoFacts again;
     if (original) {
         writing.chunks = readPngChunks(original);
         if (!openPng(&writing.rows, original, &again) || !startPngRows(&writing.rows, facts.orientation != 1)) {
             closePngRows(&writing.rows);
-            return Outcome::Failed;
+            return PngOutcome::Failed;
         }
         const UprightTarget place = editedInFile(photo, facts.orientation);
         writing.hasOriginal = place.fileWidth == writing.rows.width && place.fileHeight == writing.rows.height;
@@ -158,25 +157,23 @@ Outcome writeOnce(FILE* output, const EditedPhoto& photo, const PhotoFacts& fact
     writing.shown.resize((size_t)photo.width * 4);
     writing.line.resize((size_t)photo.width * 8);
     writing.buffer.resize((size_t)photo.width * 8);
-    Outcome outcome = original && !writing.hasOriginal
-                          ? Outcome::Failed
-                          : writeRows(&writing, output, photo, original ? facts.orientation : 1);
+    PngOutcome outcome = original && !writing.hasOriginal
+                             ? PngOutcome::Failed
+                             : writeRows(&writing, output, photo, original ? facts.orientation : 1);
     if (writing.output) png_destroy_write_struct(&writing.output, &writing.info);
     closePngRows(&writing.rows);
     return outcome;
 }
 
-}  // namespace
-
 PhotoStatus writePng(FILE* output, const EditedPhoto& photo, const PhotoFacts& facts, FILE* original)
 {
-    Outcome outcome = writeOnce(output, photo, facts, original, false);
-    if (outcome == Outcome::NeedsColors) {
+    PngOutcome outcome = writeOnce(output, photo, facts, original, false);
+    if (outcome == PngOutcome::NeedsColors) {
         rewind(output);
         rewind(original);
         _chsize_s(_fileno(output), 0);
         outcome = writeOnce(output, photo, facts, original, true);
     }
-    if (outcome == Outcome::Done) return PhotoStatus::Ok;
+    if (outcome == PngOutcome::Done) return PhotoStatus::Ok;
     return ferror(output) ? PhotoStatus::CannotWrite : PhotoStatus::CannotEncode;
 }

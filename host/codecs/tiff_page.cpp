@@ -7,12 +7,10 @@
 #include <cstdarg>
 #include <cstring>
 
-namespace {
-
 constexpr uint32_t COMFORTABLE_BAND = 64;
 constexpr uint64_t COMFORTABLE_BYTES = 64 << 20, MANY_BYTES = 256 << 20;
 
-long pelsPerMetre(TIFF* file, ttag_t tag)
+static long pelsPerMetre(TIFF* file, ttag_t tag)
 {
     float value = 0;
     uint16_t unit = RESUNIT_INCH;
@@ -23,17 +21,17 @@ long pelsPerMetre(TIFF* file, ttag_t tag)
                                         : 0;
 }
 
-bool outOfMemory;
+static bool outOfMemory;
 
 // The library tells want of memory from damage by its words alone.
-void noteError(const char*, const char* words, va_list)
+static void noteError(const char*, const char* words, va_list)
 {
     outOfMemory = outOfMemory || strstr(words, "memory") || strstr(words, "No space");
 }
 
 // Rows that are decoded together: whole strips or rows of tiles. Of very large ones a quarter, though the library
 // begins each time at the strip's first row.
-uint32_t bandHeight(TIFF* file, const TiffLayout& layout)
+static uint32_t bandHeight(TIFF* file, const TiffLayout& layout)
 {
     uint32_t unit = layout.height;
     if (TIFFIsTiled(file))
@@ -49,7 +47,7 @@ uint32_t bandHeight(TIFF* file, const TiffLayout& layout)
 }
 
 // The library gives red, green, blue and alpha, the first three multiplied by the last.
-void layOverWhite(uint8_t* pixels, size_t count)
+static void layOverWhite(uint8_t* pixels, size_t count)
 {
     for (; count > 0; --count, pixels += 4) {
         const uint8_t white = (uint8_t)(255 - pixels[3]), red = pixels[0];
@@ -60,8 +58,8 @@ void layOverWhite(uint8_t* pixels, size_t count)
     }
 }
 
-PhotoStatus handBands(TIFF* file, TIFFRGBAImage* image, const TiffLayout& layout, const ColorBridge& bridge,
-                      const RowSink& sink)
+static PhotoStatus handBands(TIFF* file, TIFFRGBAImage* image, const TiffLayout& layout, const ColorBridge& bridge,
+                             const RowSink& sink)
 {
     const uint32_t rows = bandHeight(file, layout);
     const LargeBytes memory = allocateLarge((uint64_t)layout.width * rows * 4);
@@ -84,8 +82,6 @@ PhotoStatus handBands(TIFF* file, TIFFRGBAImage* image, const TiffLayout& layout
     if (done) return PhotoStatus::Ok;
     return outOfMemory ? PhotoStatus::TooLarge : PhotoStatus::NotAPhoto;
 }
-
-}  // namespace
 
 TiffLayout tiffLayout(TIFF* file)
 {

@@ -8,12 +8,10 @@
 #include <webp/decode.h>
 #include <webp/demux.h>
 
-namespace {
-
 constexpr long LARGEST_FILE = 1l << 30;
 
 // Null and a size: there is not so much memory.
-LargeBytes readWhole(FILE* file, size_t* size)
+static LargeBytes readWhole(FILE* file, size_t* size)
 {
     *size = 0;
     const long end = fseek(file, 0, SEEK_END) == 0 ? ftell(file) : 0;
@@ -24,7 +22,7 @@ LargeBytes readWhole(FILE* file, size_t* size)
     return bytes;
 }
 
-std::vector<uint8_t> chunkOf(const WebPDemuxer* file, const char* name)
+static std::vector<uint8_t> chunkOf(const WebPDemuxer* file, const char* name)
 {
     std::vector<uint8_t> bytes;
     WebPChunkIterator chunk;
@@ -33,7 +31,7 @@ std::vector<uint8_t> chunkOf(const WebPDemuxer* file, const char* name)
     return bytes;
 }
 
-void collectFacts(const WebPDemuxer* file, PhotoFacts* facts)
+static void collectFacts(const WebPDemuxer* file, PhotoFacts* facts)
 {
     facts->profile = chunkOf(file, "ICCP");
     facts->exif = chunkOf(file, "EXIF");
@@ -46,7 +44,7 @@ void collectFacts(const WebPDemuxer* file, PhotoFacts* facts)
 }
 
 // canvas: blue, green, red, alpha; the frame lies on a transparent ground.
-PhotoStatus decodeFrame(const WebPIterator& frame, uint8_t* canvas, int width)
+static PhotoStatus decodeFrame(const WebPIterator& frame, uint8_t* canvas, int width)
 {
     WebPDecoderConfig config;
     if (!WebPInitDecoderConfig(&config)) return PhotoStatus::NotAPhoto;
@@ -62,7 +60,7 @@ PhotoStatus decodeFrame(const WebPIterator& frame, uint8_t* canvas, int width)
     }
 }
 
-PhotoStatus decode(const WebPDemuxer* file, const RowSink& sink, PhotoFacts* facts)
+static PhotoStatus decode(const WebPDemuxer* file, const RowSink& sink, PhotoFacts* facts)
 {
     collectFacts(file, facts);
     const int width = (int)WebPDemuxGetI(file, WEBP_FF_CANVAS_WIDTH);
@@ -84,8 +82,6 @@ PhotoStatus decode(const WebPDemuxer* file, const RowSink& sink, PhotoFacts* fac
     WebPDemuxReleaseIterator(&frame);
     return status;
 }
-
-}  // namespace
 
 PhotoStatus readWebp(FILE* file, const RowSink& sink, PhotoFacts* facts)
 {

@@ -217,7 +217,7 @@ static void wholeSession(int number)
 // ---- the parts
 
 // Whether the last ones take longer than the first, others' work on the machine aside.
-void tellTime(const char* part, int done, DWORD milliseconds, int deeds)
+static void tellTime(const char* part, int done, DWORD milliseconds, int deeds)
 {
     printf("TIME %s: %d done, %.1f ms each\n", part, done, (double)milliseconds / deeds);
     fflush(stdout);

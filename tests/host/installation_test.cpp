@@ -4,15 +4,13 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 // What a program file says of itself.
-IMAGE_NT_HEADERS* headersOf(std::vector<uint8_t>& file)
+static IMAGE_NT_HEADERS* headersOf(std::vector<uint8_t>& file)
 {
     return (IMAGE_NT_HEADERS*)&file[(size_t)((IMAGE_DOS_HEADER*)&file[0])->e_lfanew];
 }
 
-std::vector<uint8_t> forOtherBits(std::vector<uint8_t> file)
+static std::vector<uint8_t> forOtherBits(std::vector<uint8_t> file)
 {
     IMAGE_NT_HEADERS* headers = headersOf(file);
     const bool is64 = headers->FileHeader.Machine == IMAGE_FILE_MACHINE_AMD64;
@@ -22,7 +20,7 @@ std::vector<uint8_t> forOtherBits(std::vector<uint8_t> file)
 }
 
 // The program in a folder of its own, with those two libraries; an empty one is left out. What it says.
-std::wstring saidBeside(const std::vector<uint8_t>& library, const std::vector<uint8_t>& controls)
+static std::wstring saidBeside(const std::vector<uint8_t>& library, const std::vector<uint8_t>& controls)
 {
     TestFolder folder;
     writeBytes(folder.path + L"retouch.exe", readBytes(folderOfPrograms() + L"retouch.exe"));
@@ -42,19 +40,17 @@ struct HostInstallation : testing::Test {
     const std::vector<uint8_t> noProgram = std::vector<uint8_t>(5000, 'x');
 };
 
-bool tells(const std::wstring& text, const std::wstring& words)
+static bool tells(const std::wstring& text, const std::wstring& words)
 {
     return text.find(words) != std::wstring::npos;
 }
 
 // The smallest file of a kind that only the system decodes, so many pixels wide.
-std::vector<uint8_t> smallGif(uint8_t width)
+static std::vector<uint8_t> smallGif(uint8_t width)
 {
     return {'G', 'I',  'F', '8', '9', 'a', width, 0, 1, 0, 0x80, 0, 0, 0,    0, 0, 255, 255,
             255, 0x2C, 0,   0,   0,   0,   width, 0, 1, 0, 0,    2, 2, 0x44, 1, 0, 0x3B};
 }
-
-}  // namespace
 
 TEST_F(HostInstallation, NamesTheLibraryThatIsMissing)
 {
@@ -119,9 +115,7 @@ TEST(HostVoice, IsAMessageBoxWhereThereIsNoTerminal)
     EXPECT_EQ(program.exitCode(), exitMissing);
 }
 
-namespace {
-
-std::wstring onScreenOf(HANDLE console)
+static std::wstring onScreenOf(HANDLE console)
 {
     std::wstring text(80 * 60, L' ');
     DWORD count = 0;
@@ -129,8 +123,6 @@ std::wstring onScreenOf(HANDLE console)
     text.resize(count);
     return text;
 }
-
-}  // namespace
 
 // Started from a terminal that passes no handles on, as a command line does with programs of windows.
 TEST(HostVoice, IsHeardInTheTerminalThatItWasStartedFrom)

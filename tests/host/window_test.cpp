@@ -8,8 +8,6 @@
 #include <dlgs.h>
 #include <gtest/gtest.h>
 
-namespace {
-
 // The display's own pointer goes to where no window opens, and is heard of no more.
 struct GuardedPointer : testing::Environment {
     void SetUp() override
@@ -18,7 +16,7 @@ struct GuardedPointer : testing::Environment {
         guardPointer();
     }
 };
-const testing::Environment* const guardedPointer = testing::AddGlobalTestEnvironment(new GuardedPointer);
+static const testing::Environment* const guardedPointer = testing::AddGlobalTestEnvironment(new GuardedPointer);
 
 struct HostWindow : testing::Test {
     TestFolder folder;
@@ -29,7 +27,7 @@ struct HostWindow : testing::Test {
 };
 
 // What follows the headers of a bitmap file.
-std::vector<uint8_t> pixelsOf(const std::wstring& path)
+static std::vector<uint8_t> pixelsOf(const std::wstring& path)
 {
     std::vector<uint8_t> file = readBytes(path);
     EXPECT_GT(file.size(), 54u);
@@ -37,29 +35,29 @@ std::vector<uint8_t> pixelsOf(const std::wstring& path)
     return file;
 }
 
-bool tells(const std::wstring& text, const std::wstring& words)
+static bool tells(const std::wstring& text, const std::wstring& words)
 {
     return text.find(words) != std::wstring::npos;
 }
 
-HWND fileField(HWND dialog)
+static HWND fileField(HWND dialog)
 {
     HWND field = GetDlgItem(dialog, edt1);
     return field ? field : GetDlgItem(dialog, cmb13);
 }
 
-bool findsFileDialog(const HostProgram& program, HostWindows* windows)
+static bool findsFileDialog(const HostProgram& program, HostWindows* windows)
 {
     *windows = windowsOf(program);
     return windows->box && fileField(windows->box);
 }
 
-bool waitForFileDialog(const HostProgram& program, HostWindows* windows)
+static bool waitForFileDialog(const HostProgram& program, HostWindows* windows)
 {
     return waitUntil("a dialog for a file", [&] { return findsFileDialog(program, windows); });
 }
 
-bool waitForQuestion(const HostProgram& program, HostWindows* windows)
+static bool waitForQuestion(const HostProgram& program, HostWindows* windows)
 {
     return waitUntil("a question", [&] {
         *windows = windowsOf(program);
@@ -67,14 +65,14 @@ bool waitForQuestion(const HostProgram& program, HostWindows* windows)
     });
 }
 
-void enterFileName(HWND dialog, const std::wstring& path)
+static void enterFileName(HWND dialog, const std::wstring& path)
 {
     SendMessageW(fileField(dialog), WM_SETTEXT, 0, (LPARAM)path.c_str());
     PostMessageW(dialog, WM_COMMAND, IDOK, 0);
 }
 
 // Whether the bar was seen on its way before `end`.
-bool sawProgress(HWND bar, const std::function<bool()>& end)
+static bool sawProgress(HWND bar, const std::function<bool()>& end)
 {
     bool seen = false;
     waitUntil("the end of the work", [&] {
@@ -85,14 +83,12 @@ bool sawProgress(HWND bar, const std::function<bool()>& end)
     return seen;
 }
 
-std::wstring titleOf(HWND window)
+static std::wstring titleOf(HWND window)
 {
     wchar_t title[256] = L"";
     GetWindowTextW(window, title, 256);
     return title;
 }
-
-}  // namespace
 
 TEST_F(HostWindow, NamesThePhotoInItsTitleAndTheEditors)
 {

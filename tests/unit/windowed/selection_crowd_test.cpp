@@ -18,8 +18,6 @@
 #include "tests/reference/outline_reference.h"
 #include "tests/reference/tiff_reference.h"
 
-namespace {
-
 using reference::Picture;
 
 constexpr int WIDTH = 660, HEIGHT = 6044;
@@ -27,14 +25,14 @@ constexpr int TOP = 20, BAR = 30, BOTTOM = TOP + 6000;  // of the comb; below th
 constexpr int TEETH = 5, FIRST_TOOTH = 130, TOOTH_STEP = 80, TOOTH_WIDTH = 40, JAG = 4;
 
 // Down or up a side, to and fro on the way.
-void addSide(std::vector<ReferencePoint>& points, int x, int from, int to)
+static void addSide(std::vector<ReferencePoint>& points, int x, int from, int to)
 {
     const int step = from < to ? 1 : -1;
     for (int y = from; y != to; y += step)
         points.push_back({x + (y & 1 ? JAG : 0), y});
 }
 
-std::vector<ReferencePoint> comb()
+static std::vector<ReferencePoint> comb()
 {
     std::vector<ReferencePoint> points;
     for (int tooth = 0; tooth < TEETH; ++tooth) {
@@ -45,7 +43,7 @@ std::vector<ReferencePoint> comb()
     return points;
 }
 
-Picture pictureOf(HGLOBAL bitmap)
+static Picture pictureOf(HGLOBAL bitmap)
 {
     const LockedPixels pixels(bitmap);
     if (!pixels) return {};
@@ -53,14 +51,14 @@ Picture pictureOf(HGLOBAL bitmap)
     return reference::fromStoredRows(rowOf(view, view.height - 1), view.width, view.height);
 }
 
-void expectSame(const char* what, const Picture& expected, const Picture& actual)
+static void expectSame(const char* what, const Picture& expected, const Picture& actual)
 {
     EXPECT_EQ(expected.width, actual.width) << what;
     EXPECT_EQ(expected.height, actual.height) << what;
     EXPECT_TRUE(expected.pixels == actual.pixels) << what;
 }
 
-void expectRect(const ReferenceBounds& expected, const RECT& rect)
+static void expectRect(const ReferenceBounds& expected, const RECT& rect)
 {
     EXPECT_EQ(expected.left, rect.left);
     EXPECT_EQ(expected.top, rect.top);
@@ -68,7 +66,7 @@ void expectRect(const ReferenceBounds& expected, const RECT& rect)
     EXPECT_EQ(expected.bottom, rect.bottom);
 }
 
-std::vector<ReferencePoint> pointsOfSession()
+static std::vector<ReferencePoint> pointsOfSession()
 {
     std::vector<ReferencePoint> points;
     for (int i = 0; i < session->outlinePointCount; ++i)
@@ -76,12 +74,12 @@ std::vector<ReferencePoint> pointsOfSession()
     return points;
 }
 
-ReferenceCrossings crossingsThrough(const std::vector<ReferencePoint>& points)
+static ReferenceCrossings crossingsThrough(const std::vector<ReferencePoint>& points)
 {
     return referenceOutline(HEIGHT, WIDTH, points, points.back()).crossings;
 }
 
-reference::Crossings rowsOf(const ReferenceCrossings& crossings)
+static reference::Crossings rowsOf(const ReferenceCrossings& crossings)
 {
     reference::Crossings rows;
     for (int y = 0; y <= crossings.rowCount; ++y)
@@ -89,21 +87,21 @@ reference::Crossings rowsOf(const ReferenceCrossings& crossings)
     return rows;
 }
 
-struct Floating {
+struct CrowdFloating {
     Picture image, mask;
     RECT rect;
     std::vector<ReferencePoint> points;
 };
 
-Floating shownSelection()
+static CrowdFloating shownSelection()
 {
     return {pictureOf(session->selectionImage), pictureOf(session->selectionMask), session->selectionRect,
             pointsOfSession()};
 }
 
-void expectFloating(const char* what, const Floating& expected)
+static void expectFloating(const char* what, const CrowdFloating& expected)
 {
-    const Floating now = shownSelection();
+    const CrowdFloating now = shownSelection();
     expectSame(what, expected.image, now.image);
     expectSame(what, expected.mask, now.mask);
     EXPECT_TRUE(EqualRect(&expected.rect, &now.rect)) << what;
@@ -140,7 +138,7 @@ struct SelectionCrowd : SessionFixture {
 };
 
 // A pixel of the selection and one beside it lie at every traced point.
-void expectAlongTheEdge(const Picture& mask, const RECT& rect, const std::vector<ReferencePoint>& points)
+static void expectAlongTheEdge(const Picture& mask, const RECT& rect, const std::vector<ReferencePoint>& points)
 {
     size_t astray = 0;
     for (const ReferencePoint& point : points) {
@@ -155,7 +153,7 @@ void expectAlongTheEdge(const Picture& mask, const RECT& rect, const std::vector
 }
 
 // The points map linearly from one rectangle to the other, give or take what whole numbers lose.
-void expectScaled(const Floating& from, const std::vector<ReferencePoint>& scaled, const RECT& to)
+static void expectScaled(const CrowdFloating& from, const std::vector<ReferencePoint>& scaled, const RECT& to)
 {
     ASSERT_EQ(from.points.size(), scaled.size());
     const double across = (double)(to.right - to.left) / (from.rect.right - from.rect.left);
@@ -169,9 +167,9 @@ void expectScaled(const Floating& from, const std::vector<ReferencePoint>& scale
     EXPECT_LT(farthest, 2.5);
 }
 
-void expectResized(const Floating& from, const RECT& to)
+static void expectResized(const CrowdFloating& from, const RECT& to)
 {
-    const Floating now = shownSelection();
+    const CrowdFloating now = shownSelection();
     EXPECT_TRUE(EqualRect(&to, &now.rect));
     expectScaled(from, now.points, to);
     reference::StoredPicture image = reference::stored(Picture(to.right - to.left, to.bottom - to.top)), mask = image;
@@ -183,12 +181,10 @@ void expectResized(const Floating& from, const RECT& to)
     expectSame("resized mask", reference::shown(mask), now.mask);
 }
 
-}  // namespace
-
 TEST_F(SelectionCrowd, DISABLED_Moves)
 {
     lift();
-    Floating expected = shownSelection();
+    CrowdFloating expected = shownSelection();
     for (const POINT by : {POINT{7, 3}, POINT{-20, -9}, POINT{60, 12}}) {
         moveSelectionBy(by.x, by.y);
         OffsetRect(&expected.rect, by.x, by.y);
@@ -202,7 +198,7 @@ TEST_F(SelectionCrowd, DISABLED_Moves)
 TEST_F(SelectionCrowd, DISABLED_IsResizedByEveryHandle)
 {
     lift();
-    const Floating before = shownSelection();
+    const CrowdFloating before = shownSelection();
     const RECT changes[] = {{-30, 0, 0, 0}, {0, 0, 45, 0},   {0, -11, 0, 0},  {0, 0, 0, -900},
                             {25, 8, 0, 0},  {0, -9, -70, 0}, {-40, 0, 0, 10}, {0, 0, 33, -5}};
     for (const RECT& change : changes) {
@@ -218,9 +214,9 @@ TEST_F(SelectionCrowd, DISABLED_IsResizedByEveryHandle)
 TEST_F(SelectionCrowd, DISABLED_TurnsAndBack)
 {
     lift();
-    const Floating before = shownSelection();
+    const CrowdFloating before = shownSelection();
     rotateSelectionBy(1);
-    const Floating turned = shownSelection();
+    const CrowdFloating turned = shownSelection();
     const ReferenceCrossings crossings = crossingsThrough(turned.points);
     expectRect(crossings.bounds(), turned.rect);
     expectSame("turned mask", referenceSelectionMask(crossings, crossings.bounds()), turned.mask);
@@ -232,7 +228,7 @@ TEST_F(SelectionCrowd, DISABLED_TurnsAndBack)
 TEST_F(SelectionCrowd, DISABLED_Flips)
 {
     lift();
-    const Floating before = shownSelection();
+    const CrowdFloating before = shownSelection();
     press(HIT_FLIP_HORIZONTAL);
     expectSame("mirrored image", referenceFlipHorizontal(before.image), pictureOf(session->selectionImage));
     expectSame("mirrored mask", referenceFlipHorizontal(before.mask), pictureOf(session->selectionMask));
@@ -248,7 +244,7 @@ TEST_F(SelectionCrowd, DISABLED_Flips)
 TEST_F(SelectionCrowd, DISABLED_TakesColoursIsAppliedAndCleared)
 {
     lift();
-    const Floating before = shownSelection();
+    const CrowdFloating before = shownSelection();
     for (const int hit : {HIT_BRIGHTER, HIT_CONTRAST_MORE, HIT_HUE_UP, HIT_SATURATION_LESS, HIT_LIFT_UP})
         press(hit);
     const reference::Values values = {session->selectionContrast, session->selectionBrightness,
@@ -275,7 +271,7 @@ TEST_F(SelectionCrowd, DISABLED_TakesColoursIsAppliedAndCleared)
 TEST_F(SelectionCrowd, DISABLED_IsStoredAndFloatsAgain)
 {
     lift();
-    const Floating before = shownSelection();
+    const CrowdFloating before = shownSelection();
     WCHAR folder[MAX_PATH], path[MAX_PATH];
     ASSERT_TRUE(GetTempPathW(MAX_PATH, folder) && GetTempFileNameW(folder, L"sel", 0, path));
     ASSERT_EQ(1, writeSelectionTiff(path, session->selectionImage, session->selectionMask));
