@@ -143,7 +143,7 @@ struct Feel : SelectionSession, testing::WithParamInterface<Size> {
             if (now != shown) changed = rest = millisecondsNow();
             if (!sessionIsOpen(&host)) rest = millisecondsNow();
             shown = now;
-            Sleep(1);  // the session has threads of its own: leave them the processors
+            Sleep(1);  // leaves the session the processors
             ASSERT_LT(millisecondsNow() - start, LIMIT_MS);
         }
         ASSERT_TRUE(settle(&host));

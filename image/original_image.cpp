@@ -7,8 +7,6 @@
 #include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
-constexpr size_t WORTH_A_THREAD = 1024 * 1024;
-
 static bool lockBoth(KeptOriginal& kept)
 {
     kept.imageBytes = GlobalLock(kept.image);
@@ -20,38 +18,16 @@ static bool lockBoth(KeptOriginal& kept)
     return kept.originalBytes != nullptr;
 }
 
-static DWORD WINAPI makeCopy(void* parameter)
-{
-    const KeptOriginal& kept = *(const KeptOriginal*)parameter;
-    copyBlock(kept.originalBytes, kept.imageBytes, kept.size);
-    return 0;
-}
-
-// Its fresh pages cost much more than the copy itself.
-static void startCopy(KeptOriginal& kept)
-{
-    if (kept.size >= WORTH_A_THREAD) kept.copying = CreateThread(nullptr, 0, makeCopy, &kept, 0, nullptr);
-    if (!kept.copying) makeCopy(&kept);
-}
-
 bool keepOriginal(HGLOBAL image)
 {
-    sessionExtras.kept = {image, nullptr, nullptr, 0, nullptr};
-    if (!lockBoth(sessionExtras.kept)) {
+    KeptOriginal& kept = sessionExtras.kept;
+    kept = {image, nullptr, nullptr, 0};
+    if (!lockBoth(kept)) {
         releaseOriginal();
         return false;
     }
-    startCopy(sessionExtras.kept);
+    copyBlock(kept.originalBytes, kept.imageBytes, kept.size);
     return true;
-}
-
-void completeOriginal()
-{
-    HANDLE& copying = sessionExtras.kept.copying;
-    if (!copying) return;
-    WaitForSingleObject(copying, INFINITE);
-    CloseHandle(copying);
-    copying = nullptr;
 }
 
 // Where the host's image lies now. The system is asked, since the host may have moved or freed its block; only
@@ -77,7 +53,6 @@ static bool isStillTheImage(const KeptOriginal& kept, const void* bytes)
 void giveBackOriginal()
 {
     const KeptOriginal& kept = sessionExtras.kept;
-    completeOriginal();
     if (!kept.originalBytes) return;
     void* const bytes = presentBytes(kept);
     if (bytes && isStillTheImage(kept, bytes)) copyBlock(bytes, kept.originalBytes, kept.size);
@@ -86,7 +61,6 @@ void giveBackOriginal()
 void releaseOriginal()
 {
     KeptOriginal& kept = sessionExtras.kept;
-    completeOriginal();
     if (kept.imageBytes) GlobalUnlock(kept.image);
     if (kept.originalBytes) GlobalUnlock(session->originalImage);
     releaseBlock(session->originalImage);

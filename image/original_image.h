@@ -7,12 +7,7 @@
 #include <windows.h>
 
 // Makes the session's originalImage. False, and nothing is kept or locked, when that or a lock fails.
-// A large image is copied on another thread, while the session's windows are made: until completeOriginal nobody
-// may read originalImage or change the host's image.
 bool keepOriginal(HGLOBAL image);
-
-// Waits until the copy is made.
-void completeOriginal();
 
 // Writes the original over the host's image; nothing when no original is kept. An image that the host has
 // freed, cut short or replaced by another since is left alone.

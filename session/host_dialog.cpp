@@ -68,9 +68,7 @@ static bool prepareSession(HWND dialog, const SessionArguments& arguments)
     setWindowProp(dialog, PROP_ASPECT_HEIGHT, (HANDLE)(INT_PTR)client.cy);
     if (!keepOriginal(arguments.image)) return false;  // without it Close could not keep its promise
     placeDialog(dialog, *arguments.dialogRect, client);
-    const bool opened = openPalette(dialog, *arguments.palettePos);
-    completeOriginal();
-    return opened;
+    return openPalette(dialog, *arguments.palettePos);
 }
 
 // The host names its picture in its own title. Read without asking the window, which may belong to another thread.

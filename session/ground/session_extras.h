@@ -40,7 +40,6 @@ struct KeptOriginal {
     void* imageBytes;     // null when it is not locked
     void* originalBytes;  // null when it is not locked
     size_t size;          // bytes of the original
-    HANDLE copying;       // the thread that makes the copy; null when it is made
 };
 
 // What is known of the settings file, so that nothing in it is overwritten that was not read and that the user

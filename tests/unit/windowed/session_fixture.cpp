@@ -75,9 +75,7 @@ bool SessionFixture::openOn(HGLOBAL bitmap, SIZE client, bool visible)
     session->overlayEnabled = visible;
     session->mouseInside = 1;
     if (visible) UpdateWindow(canvas);
-    const bool kept = keepOriginal(image);
-    completeOriginal();
-    return kept;
+    return keepOriginal(image);
 }
 
 void SessionFixture::close()
