@@ -7,30 +7,28 @@
 #include "session/ground/locked_block.h"
 #include "session/ground/session_extras.h"
 
-namespace {
-
 constexpr SIZE_T LEAST_SIZE = 256 * 1024;  // smaller blocks come from the heap's own store
 constexpr int MOST_SHARED = BlockList::ROOM / 2;
 constexpr DWORDLONG LEAST_FREE = 256ull * 1024 * 1024;
 
-BlockList& used = sessionExtras.blocks.used;
-BlockList& kept = sessionExtras.blocks.kept;
-SIZE_T& mostUsed = sessionExtras.blocks.mostUsed;
+static BlockList& used = sessionExtras.blocks.used;
+static BlockList& kept = sessionExtras.blocks.kept;
+static SIZE_T& mostUsed = sessionExtras.blocks.mostUsed;
 
-void append(BlockList& list, const BlockList::Entry& entry)
+static void append(BlockList& list, const BlockList::Entry& entry)
 {
     list.entries[list.count++] = entry;
     list.bytes += entry.size;
 }
 
-void removeAt(BlockList& list, int index)
+static void removeAt(BlockList& list, int index)
 {
     list.bytes -= list.entries[index].size;
     for (--list.count; index < list.count; ++index)
         list.entries[index] = list.entries[index + 1];
 }
 
-int findBlock(const BlockList& list, HGLOBAL block)
+static int findBlock(const BlockList& list, HGLOBAL block)
 {
     int index = list.count - 1;
     while (index >= 0 && list.entries[index].block != block)
@@ -38,7 +36,7 @@ int findBlock(const BlockList& list, HGLOBAL block)
     return index;
 }
 
-int findSize(const BlockList& list, SIZE_T size)
+static int findSize(const BlockList& list, SIZE_T size)
 {
     int index = list.count - 1;
     while (index >= 0 && list.entries[index].size != size)
@@ -46,50 +44,50 @@ int findSize(const BlockList& list, SIZE_T size)
     return index;
 }
 
-void releaseOldest()
+static void releaseOldest()
 {
     GlobalFree(kept.entries[0].block);
     removeAt(kept, 0);
 }
 
-void releaseAll()
+static void releaseAll()
 {
     while (kept.count > 0)
         releaseOldest();
 }
 
-bool giveUpKept()
+static bool giveUpKept()
 {
     const bool any = kept.count > 0;
     releaseAll();
     return any;
 }
 
-void keep(const BlockList::Entry& entry)
+static void keep(const BlockList::Entry& entry)
 {
     append(kept, entry);
     giveUpReserve = giveUpKept;
 }
 
-bool isShared(const BlockList::Entry& entry)
+static bool isShared(const BlockList::Entry& entry)
 {
     return entry.owners > 1;
 }
 
-int countShared()
+static int countShared()
 {
     return (int)std::count_if(used.entries, used.entries + used.count, isShared);
 }
 
 // The oldest block is no longer known, and will be freed instead of kept. How many owners one has must not be
 // forgotten.
-void forgetOldest()
+static void forgetOldest()
 {
     removeAt(used, (int)(std::find_if_not(used.entries, used.entries + used.count, isShared) - used.entries));
 }
 
 // A block freed behind our back may have left its handle, which the system gives out again.
-void noteUsed(HGLOBAL block, SIZE_T size)
+static void noteUsed(HGLOBAL block, SIZE_T size)
 {
     const int stale = findBlock(used, block);
     if (stale >= 0) removeAt(used, stale);
@@ -100,21 +98,21 @@ void noteUsed(HGLOBAL block, SIZE_T size)
         releaseOldest();
 }
 
-bool memoryIsShort()
+static bool memoryIsShort()
 {
     MEMORYSTATUSEX memory = {};
     memory.dwLength = sizeof memory;
     return !GlobalMemoryStatusEx(&memory) || memory.ullAvailPhys < LEAST_FREE || memory.ullAvailVirtual < LEAST_FREE;
 }
 
-bool zero(HGLOBAL block, SIZE_T size)
+static bool zero(HGLOBAL block, SIZE_T size)
 {
     const LockedBlock locked(block);
     if (locked) memset(locked.bytes, 0, size);
     return (bool)locked;
 }
 
-HGLOBAL takeKept(UINT flags, SIZE_T size)
+static HGLOBAL takeKept(UINT flags, SIZE_T size)
 {
     const int index = findSize(kept, size);
     if (index < 0) return nullptr;
@@ -125,7 +123,7 @@ HGLOBAL takeKept(UINT flags, SIZE_T size)
     return nullptr;
 }
 
-HGLOBAL take(UINT flags, SIZE_T size)
+static HGLOBAL take(UINT flags, SIZE_T size)
 {
     if (size < LEAST_SIZE) return takeUnkeptBlock(flags, size);
     HGLOBAL block = takeKept(flags, size);
@@ -135,14 +133,12 @@ HGLOBAL take(UINT flags, SIZE_T size)
 }
 
 // Whether a block just taken off the used ones may be kept: as its owner left it, and within the bounds.
-bool mayKeep(const BlockList::Entry& entry)
+static bool mayKeep(const BlockList::Entry& entry)
 {
     const bool whole = GlobalSize(entry.block) == entry.real && (GlobalFlags(entry.block) & GMEM_LOCKCOUNT) == 0;
     return whole && kept.count < BlockList::ROOM && used.bytes + kept.bytes + entry.size <= mostUsed &&
            !memoryIsShort();
 }
-
-}  // namespace
 
 HGLOBAL takeUnkeptBlock(UINT flags, SIZE_T size)
 {

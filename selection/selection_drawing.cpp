@@ -17,10 +17,8 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
-namespace {
-
 // The image with the selection over it, at selectionRect; the caller releases it.
-HGLOBAL composite()
+static HGLOBAL composite()
 {
     const LockedPixels image(editedImage()), pixels(session->selectionImage), mask(session->selectionMask);
     if (!image || !pixels || !mask) return nullptr;
@@ -31,7 +29,7 @@ HGLOBAL composite()
     });
 }
 
-void drawFloatingPixels(HDC dc)
+static void drawFloatingPixels(HDC dc)
 {
     if (IsRectEmpty(&session->selectionRect) || isZoomed(sessionExtras.canvas.view))
         return;  // zoomed they are there already
@@ -42,7 +40,7 @@ void drawFloatingPixels(HDC dc)
 }
 
 // A copy of the outline from a point on, in the units that it is drawn in. The caller frees it.
-PixelPoint* drawnPoints(int first)
+static PixelPoint* drawnPoints(int first)
 {
     const int count = session->outlinePointCount - first;
     PixelPoint* const points = copyOutlinePoints(session->outlinePoints + first, count);
@@ -55,7 +53,7 @@ PixelPoint* drawnPoints(int first)
 }
 
 // White dots on black: visible on any image.
-void drawDots(HDC dc, const PixelPoint* points, int count)
+static void drawDots(HDC dc, const PixelPoint* points, int count)
 {
     const HPEN pen = CreatePen(PS_DOT, 0, RGB(255, 255, 255));
     if (!pen) return;
@@ -68,7 +66,7 @@ void drawDots(HDC dc, const PixelPoint* points, int count)
     DeleteObject(pen);
 }
 
-void drawDottedOutline(HDC dc)
+static void drawDottedOutline(HDC dc)
 {
     if (!isZoomed(sessionExtras.canvas.view)) return drawDots(dc, session->outlinePoints, session->outlinePointCount);
     PixelPoint* const zoomed = drawnPoints(0);
@@ -77,7 +75,7 @@ void drawDottedOutline(HDC dc)
 }
 
 // Inverts what lies under it: drawn twice, it is gone.
-void drawInvertedFrame(HDC dc)
+static void drawInvertedFrame(HDC dc)
 {
     const HPEN pen = CreatePen(PS_INSIDEFRAME, 2, RGB(255, 255, 255));
     if (!pen) return;
@@ -91,7 +89,7 @@ void drawInvertedFrame(HDC dc)
     DeleteObject(pen);
 }
 
-void drawCorner(HDC dc, COLORREF colour, const POINT (&points)[3])
+static void drawCorner(HDC dc, COLORREF colour, const POINT (&points)[3])
 {
     const HPEN pen = CreatePen(PS_INSIDEFRAME, 1, colour);
     if (!pen) return;
@@ -102,20 +100,20 @@ void drawCorner(HDC dc, COLORREF colour, const POINT (&points)[3])
 }
 
 // A flat raised face in the system's colours.
-void drawFace(HDC dc, const RECT& r)
+static void drawFace(HDC dc, const RECT& r)
 {
     FillRect(dc, &r, GetSysColorBrush(COLOR_BTNFACE));
     drawCorner(dc, GetSysColor(COLOR_BTNHIGHLIGHT), {{r.left, r.bottom}, {r.left, r.top}, {r.right, r.top}});
     drawCorner(dc, GetSysColor(COLOR_BTNSHADOW), {{r.right, r.top}, {r.right, r.bottom}, {r.left, r.bottom}});
 }
 
-void blacken(HDC dc, int left, int top, int right, int bottom)
+static void blacken(HDC dc, int left, int top, int right, int bottom)
 {
     PatBlt(dc, left, top, right - left, bottom - top, BLACKNESS);
 }
 
 // The rectangle of the close button's cross. Turned inside out, and beyond the button, where that is small.
-RECT crossRect()
+static RECT crossRect()
 {
     RECT r = session->closeButton;
     InflateRect(&r, -5, -1);
@@ -123,7 +121,7 @@ RECT crossRect()
 }
 
 // The corner cells and the centre of a three-by-three grid: a cross.
-void drawCloseButton(HDC dc)
+static void drawCloseButton(HDC dc)
 {
     drawFace(dc, session->closeButton);
     const RECT r = crossRect();
@@ -135,7 +133,7 @@ void drawCloseButton(HDC dc)
     blacken(dc, r.right - w, r.bottom - h, r.right, r.bottom);
 }
 
-void drawHandles(HDC dc)
+static void drawHandles(HDC dc)
 {
     SelectObject(dc, GetStockObject(WHITE_BRUSH));
     for (const RECT* r :
@@ -145,7 +143,7 @@ void drawHandles(HDC dc)
 }
 
 // All but the close button and the handles.
-void drawFaces(HDC dc)
+static void drawFaces(HDC dc)
 {
     const FrameButtons buttons = frameButtons();
     for (int button = 0; button < FRAME_BUTTON_COUNT; ++button) {
@@ -156,14 +154,14 @@ void drawFaces(HDC dc)
 
 // ---- where all this is
 
-void include(RECT& box, const RECT& part)
+static void include(RECT& box, const RECT& part)
 {
     box = {part.left < box.left ? part.left : box.left, part.top < box.top ? part.top : box.top,
            part.right > box.right ? part.right : box.right, part.bottom > box.bottom ? part.bottom : box.bottom};
 }
 
 // Buttons as deep as a large frame's stick out of a small one.
-RECT frameBox()
+static RECT frameBox()
 {
     const RECT cross = crossRect();
     RECT box = session->frameOuterRect;
@@ -177,7 +175,7 @@ RECT frameBox()
 }
 
 // Everything that drawSelection draws, but for what follows the pointer.
-RECT pictureRect()
+static RECT pictureRect()
 {
     if (!session->outlinePoints || session->outlinePointCount < 1) return {0, 0, 0, 0};
     const PointBox dots = boxOfPoints(session->outlinePoints, session->outlinePointCount);
@@ -194,7 +192,7 @@ RECT pictureRect()
 constexpr int DOT_PERIOD = 24;
 
 // The same while the image lies on the screen as it does.
-RECT placeOfImage(HDC dc)
+static RECT placeOfImage(HDC dc)
 {
     RECT place = {0, 0, 4096, 4096};
     LPtoDP(dc, (POINT*)&place, 2);
@@ -202,13 +200,13 @@ RECT placeOfImage(HDC dc)
     return isZoomed(sessionExtras.canvas.view) ? rectOf(zoomed) : place;
 }
 
-int pixelsBetween(const PixelPoint& a, const PixelPoint& b)
+static int pixelsBetween(const PixelPoint& a, const PixelPoint& b)
 {
     return std::max(abs(a.x - b.x), abs(a.y - b.y));
 }
 
 // Goes along the line from where its dots last began anew; `points` are its points from there, device units.
-void followDots(OutlineDots& dots, const PixelPoint* points, int count)
+static void followDots(OutlineDots& dots, const PixelPoint* points, int count)
 {
     const int start = dots.start;
     for (int i = dots.end - start + 1; i < count; ++i) {
@@ -218,7 +216,7 @@ void followDots(OutlineDots& dots, const PixelPoint* points, int count)
     dots.end = start + count - 1;
 }
 
-void includeNewPoints(int first)
+static void includeNewPoints(int first)
 {
     const PointBox box = boxOfPoints(session->outlinePoints + first, session->outlinePointCount - first);
     const RECT part = {box.minX - 2, box.minY - 2, box.maxX + 3, box.maxY + 3};
@@ -227,7 +225,7 @@ void includeNewPoints(int first)
     include(painted, part);
 }
 
-void drawNewDots(HDC dc)
+static void drawNewDots(HDC dc)
 {
     OutlineDots& dots = sessionExtras.selection.dots;
     const RECT place = placeOfImage(dc);
@@ -241,8 +239,6 @@ void drawNewDots(HDC dc)
     freeOutlinePoints(points);
     includeNewPoints(first);
 }
-
-}  // namespace
 
 void drawSelection(HDC dc)
 {

@@ -4,12 +4,10 @@
 #include <cstring>
 #include <windows.h>
 
-namespace {
-
 constexpr DWORD EMBEDDED_PROFILE = 0x4D424544;  // 'MBED'
 constexpr DWORD LARGEST_PROFILE = 16 << 20;
 
-std::vector<uint8_t> bytesAt(FILE* file, uint64_t place, DWORD size)
+static std::vector<uint8_t> bytesAt(FILE* file, uint64_t place, DWORD size)
 {
     std::vector<uint8_t> bytes(size <= LARGEST_PROFILE ? size : 0);
     const bool there = place <= LONG_MAX && fseek(file, (long)place, SEEK_SET) == 0;
@@ -17,8 +15,6 @@ std::vector<uint8_t> bytesAt(FILE* file, uint64_t place, DWORD size)
     if (bytes.size() != size) bytes.clear();
     return bytes;
 }
-
-}  // namespace
 
 void collectBitmapFacts(FILE* file, PhotoFacts* facts)
 {

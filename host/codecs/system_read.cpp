@@ -9,15 +9,13 @@
 #include <objbase.h>
 #include <wincodec.h>
 
-namespace {
-
 constexpr size_t COMFORTABLE_BAND = 16 << 20;
 
-IWICImagingFactory* imaging;
-bool initialized;
+static IWICImagingFactory* imaging;
+static bool initialized;
 
 template <typename T>
-void release(T*& pointer)
+static void release(T*& pointer)
 {
     if (pointer) pointer->Release();
     pointer = nullptr;
@@ -32,13 +30,13 @@ struct OpenPhoto {
     GifCanvas canvas;  // what the frame lies on; of the frame's own size except for GIF files
 };
 
-PhotoStatus statusOf(HRESULT result)
+static PhotoStatus statusOf(HRESULT result)
 {
     if (SUCCEEDED(result)) return PhotoStatus::Ok;
     return result == E_OUTOFMEMORY ? PhotoStatus::TooLarge : PhotoStatus::NotAPhoto;
 }
 
-PhotoStatus openPhoto(const wchar_t* path, OpenPhoto* photo)
+static PhotoStatus openPhoto(const wchar_t* path, OpenPhoto* photo)
 {
     HRESULT result = imaging->CreateDecoderFromFilename(path, nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
                                                         &photo->decoder);
@@ -48,14 +46,14 @@ PhotoStatus openPhoto(const wchar_t* path, OpenPhoto* photo)
     return statusOf(result);
 }
 
-void closePhoto(OpenPhoto* photo)
+static void closePhoto(OpenPhoto* photo)
 {
     release(photo->pixels);
     release(photo->frame);
     release(photo->decoder);
 }
 
-void placeOnCanvas(const wchar_t* path, OpenPhoto* photo)
+static void placeOnCanvas(const wchar_t* path, OpenPhoto* photo)
 {
     std::vector<uint8_t> head(64 * 1024);
     FILE* file = _wfopen(path, L"rb");
@@ -65,12 +63,12 @@ void placeOnCanvas(const wchar_t* path, OpenPhoto* photo)
     photo->canvas = gifCanvas(head.data(), head.size(), width, height);
 }
 
-long pelsPerMetre(double dotsPerInch)
+static long pelsPerMetre(double dotsPerInch)
 {
     return dotsPerInch > 0 && dotsPerInch < 1e6 ? std::lround(dotsPerInch / 0.0254) : 0;
 }
 
-PhotoStatus handRows(const OpenPhoto& photo, const ColorBridge& bridge, const RowSink& sink)
+static PhotoStatus handRows(const OpenPhoto& photo, const ColorBridge& bridge, const RowSink& sink)
 {
     const GifCanvas& canvas = photo.canvas;
     const size_t stride = (size_t)canvas.width * 4;
@@ -94,7 +92,7 @@ PhotoStatus handRows(const OpenPhoto& photo, const ColorBridge& bridge, const Ro
     return PhotoStatus::Ok;
 }
 
-PhotoStatus decode(const OpenPhoto& photo, const RowSink& sink, PhotoFacts* facts)
+static PhotoStatus decode(const OpenPhoto& photo, const RowSink& sink, PhotoFacts* facts)
 {
     UINT frames = 1;
     photo.decoder->GetFrameCount(&frames);
@@ -109,8 +107,6 @@ PhotoStatus decode(const OpenPhoto& photo, const RowSink& sink, PhotoFacts* fact
     closeBridge(&bridge);
     return status;
 }
-
-}  // namespace
 
 bool startImaging()
 {

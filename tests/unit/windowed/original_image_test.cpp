@@ -7,8 +7,6 @@
 
 #include "tests/unit/windowed/session_fixture.h"
 
-namespace {
-
 struct OriginalImage : SessionFixture {
     std::vector<uint8_t> bytesOfImage()
     {
@@ -26,8 +24,6 @@ struct OriginalImage : SessionFixture {
         GlobalUnlock(image);
     }
 };
-
-}  // namespace
 
 TEST_F(OriginalImage, OfAnySizeIsGivenBackWhole)
 {

@@ -21,9 +21,7 @@
 #include "tests/unit/windowed/memory_shortage.h"
 #include "tests/unit/windowed/session_fixture.h"
 
-namespace {
-
-const std::vector<POINT> shape = {{60, 50}, {110, 55}, {125, 90}, {90, 100}, {80, 75}, {55, 90}};
+static const std::vector<POINT> shape = {{60, 50}, {110, 55}, {125, 90}, {90, 100}, {80, 75}, {55, 90}};
 
 struct SelectionStates : SessionFixture {
     reference::Picture picture;
@@ -70,12 +68,12 @@ struct SelectionStates : SessionFixture {
 
 typedef std::vector<uint8_t> Bytes;
 
-void append(Bytes* all, const void* bytes, size_t size)
+static void append(Bytes* all, const void* bytes, size_t size)
 {
     all->insert(all->end(), (const uint8_t*)bytes, (const uint8_t*)bytes + size);
 }
 
-Bytes bytesOf(HGLOBAL block)
+static Bytes bytesOf(HGLOBAL block)
 {
     Bytes bytes;
     append(&bytes, GlobalLock(block), GlobalSize(block));
@@ -83,7 +81,7 @@ Bytes bytesOf(HGLOBAL block)
     return bytes;
 }
 
-void appendTable(Bytes* all, const RowHead* table)
+static void appendTable(Bytes* all, const RowHead* table)
 {
     for (int row = 0; table && row <= crossingRowCount(table); ++row) {
         for (const RowHead* node = table[row].next; node != table + row; node = node->next)
@@ -92,13 +90,13 @@ void appendTable(Bytes* all, const RowHead* table)
     }
 }
 
-void appendPoints(Bytes* all, const PixelPoint* points, int count)
+static void appendPoints(Bytes* all, const PixelPoint* points, int count)
 {
     append(all, points, (size_t)count * sizeof *points);
 }
 
 // Everything that belongs to the selection, apart from where it lies in memory.
-Bytes wholeSelection()
+static Bytes wholeSelection()
 {
     Bytes all;
     const SessionRecord& s = *session;
@@ -129,7 +127,7 @@ struct Pixels {
     bool operator==(const Pixels& other) const { return image == other.image && mask == other.mask; }
 };
 
-Pixels pixelsNow()
+static Pixels pixelsNow()
 {
     return {bytesOf(session->selectionImageSource), bytesOf(session->selectionMaskSource)};
 }
@@ -137,7 +135,7 @@ Pixels pixelsNow()
 // The same stretched pixels at another place. A column is a product of the stretch, a fraction, cut to a whole
 // number: where it should be just whole, its last bit may make it the one before, depending on the place.
 // A pixel tells its place: its column may be one off here and there, its row never.
-void expectStretchedAlike(const Pixels& wanted, const Pixels& seen)
+static void expectStretchedAlike(const Pixels& wanted, const Pixels& seen)
 {
     ASSERT_EQ(wanted.image.size(), seen.image.size());
     EXPECT_TRUE(wanted.mask == seen.mask);
@@ -150,10 +148,8 @@ void expectStretchedAlike(const Pixels& wanted, const Pixels& seen)
     EXPECT_LT(different, seen.image.size() / 100);
 }
 
-const POINT overTheBorders[] = {{-100, 0}, {0, -90},   {130, 0},     {0, 110},
-                                {-95, 85}, {117, -83}, {-200, -160}, {-61, -51}};
-
-}  // namespace
+static const POINT overTheBorders[] = {{-100, 0}, {0, -90},   {130, 0},     {0, 110},
+                                       {-95, 85}, {117, -83}, {-200, -160}, {-61, -51}};
 
 TEST_F(SelectionStates, TurnedMovedOverTheBorderAndTurnedBackNothingIsGone)
 {
@@ -366,9 +362,7 @@ TEST_F(SelectionStates, ClearingEndsADragInEveryField)
 
 // ---- large selections
 
-namespace {
-
-const std::vector<POINT> largeShape = {{20, 15}, {400, 30}, {410, 340}, {200, 180}, {30, 345}, {15, 60}};
+static const std::vector<POINT> largeShape = {{20, 15}, {400, 30}, {410, 340}, {200, 180}, {30, 345}, {15, 60}};
 
 struct LargeSelection : SelectionStates {
     // An operation does what it does to bitmaps of its own, and nothing to those that it started from.
@@ -398,8 +392,6 @@ struct LargeSelection : SelectionStates {
         return bytes;
     }
 };
-
-}  // namespace
 
 TEST_F(LargeSelection, ItsEqualBitmapsAreOneBlock)
 {
