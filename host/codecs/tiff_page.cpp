@@ -50,6 +50,10 @@ static uint32_t bandHeight(TIFF* file, const TiffLayout& layout)
 static void layOverWhite(uint8_t* pixels, size_t count)
 {
     for (; count > 0; --count, pixels += 4) {
+        if (pixels[3] == 255) {
+            std::swap(pixels[0], pixels[2]);
+            continue;
+        }
         const uint8_t white = (uint8_t)(255 - pixels[3]), red = pixels[0];
         pixels[0] = (uint8_t)std::min(pixels[2] + white, 255);
         pixels[1] = (uint8_t)std::min(pixels[1] + white, 255);

@@ -72,6 +72,10 @@ void gatherRows(const UprightTarget& from, int firstRow, int rowCount, uint8_t* 
     for (int row = 0; row < rowCount; ++row) {
         const uint8_t* pixel = steps.origin + (firstRow + row) * steps.down;
         uint8_t* to = bgr + row * stride;
+        if (steps.right == 3) {
+            memcpy(to, pixel, (size_t)from.fileWidth * 3);
+            continue;
+        }
         for (int column = 0; column < from.fileWidth; ++column, pixel += steps.right, to += 3)
             memcpy(to, pixel, 3);
     }
