@@ -2,6 +2,7 @@
 
 #include "image/bitmap_locks.h"
 #include "selection/geometry/selection_images.h"
+#include "selection/geometry/turn_angle.h"
 #include "selection/clear_selection.h"
 #include "selection/outline_drawing.h"
 #include "selection/selection_drawing.h"

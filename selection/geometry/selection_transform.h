@@ -1,12 +1,9 @@
-// The geometry of moving, resizing, turning and flipping a selection. No windows: sizes of the system's
-// frames come in as numbers. Points and rectangles are image pixels, except those of the rubber band,
-// which are client coordinates of the window that it is drawn on.
+// The geometry of moving, resizing, turning and flipping a selection: its points and its pixels. Points and
+// rectangles are image pixels.
 #pragma once
 
 #include "image/pixels/bits_view.h"
-#include "selection/geometry/frame_layout.h"
 #include "selection/geometry/outline.h"
-#include "session/ground/angle_track.h"
 
 // ---- points
 
@@ -52,38 +49,3 @@ struct PlacedImage {
 // span begins AT its crossing, and a step between two rows belongs to the lower one.
 constexpr int TURN_SEARCH = 4;
 void turnPixels(const PlacedImage& target, const PlacedImage& source, const Turn& turn);
-
-// ---- angles
-
-AngleTrack beginAngle(PixelPoint centre, PixelPoint pointer);
-
-// Takes the shorter way from the last pointer position, at most half a turn.
-void trackAngle(AngleTrack& track, PixelPoint pointer);
-
-double trackedAngle(const AngleTrack& track);
-
-// Truncated toward zero.
-int trackedDegrees(const AngleTrack& track);
-
-// The sum, less one turn when it is beyond -360..360. A selection whose rotation % 360 is 0 is unturned.
-int addRotation(int rotation, int degrees);
-
-// ---- rubber band
-
-// Distance from the pointer to what it drags: the band's corner when it is moved, else the sides that
-// the hit code drags.
-PixelPoint bandGrabOffset(PixelRect band, int hit, PixelPoint pointer);
-
-// The band with its size, following the pointer within the client rectangle. On systems whose two frame
-// sizes differ, the left side is tested with one of them and set with the other:
-// it decides where a dragged band stops.
-PixelRect moveBand(PixelRect band, PixelPoint grab, PixelPoint pointer, PixelRect client, FrameMetrics metrics);
-
-// The band with the sides that the hit code drags following the pointer. At least 6 more than
-// (extraWidth, extraHeight) in size before the client rectangle's margins are applied.
-struct BandResize {
-    int hit;
-    int extraWidth, extraHeight;
-};
-PixelRect resizeBand(PixelRect band, BandResize resize, PixelPoint grab, PixelPoint pointer, PixelRect client,
-                     FrameMetrics metrics);

@@ -1,4 +1,4 @@
-// The value that follows a turning drag: selection/geometry/selection_transform.h reads and changes it.
+// The value that follows a turning drag: selection/geometry/turn_angle.h reads and changes it.
 #pragma once
 
 #include "image/pixels/bits_view.h"

@@ -5,6 +5,7 @@
 #include "image/pixels/pixel_ops.h"
 #include "selection/geometry/selection_images.h"
 #include "selection/geometry/selection_transform.h"
+#include "selection/geometry/turn_angle.h"
 #include "tests/reference/outline_reference.h"
 #include "tests/unit/pure/stored_image.h"
 
@@ -28,14 +29,6 @@ static void expectPoint(int x, int y, PixelPoint actual)
 {
     EXPECT_EQ(x, actual.x);
     EXPECT_EQ(y, actual.y);
-}
-
-static void expectRect(PixelRect expected, PixelRect actual)
-{
-    EXPECT_EQ(expected.left, actual.left);
-    EXPECT_EQ(expected.top, actual.top);
-    EXPECT_EQ(expected.right, actual.right);
-    EXPECT_EQ(expected.bottom, actual.bottom);
 }
 
 TEST(SelectionTransform, MovedPointsStayAtOneOrMore)
@@ -266,128 +259,4 @@ TEST(SelectionTransform, WhereNothingIsInsideTheNearestInsidePixelServes)
         EXPECT_EQ(reached ? (reference::Pixel{10, 20, 30}) : (reference::Pixel{0, 0, 0}), target.picture().at(x, 0))
             << x;
     }
-}
-
-TEST(SelectionTransform, AnglesAddUpOverTheShorterWay)
-{
-    const PixelPoint centre = {500, 500};
-    AngleTrack track = beginAngle(centre, PixelPoint{600, 500});
-    trackAngle(track, PixelPoint{500, 400});  // up: counter-clockwise
-    EXPECT_EQ(90, trackedDegrees(track));
-    trackAngle(track, PixelPoint{400, 500});
-    trackAngle(track, PixelPoint{500, 600});
-    trackAngle(track, PixelPoint{500, 500});  // the centre has no angle
-    EXPECT_EQ(270, trackedDegrees(track));
-    trackAngle(track, PixelPoint{600, 500});
-    trackAngle(track, PixelPoint{600, 400});
-    EXPECT_EQ(405, trackedDegrees(track));
-    AngleTrack back = beginAngle(centre, PixelPoint{600, 500});
-    for (int degrees = -10; degrees >= -1000; degrees -= 10) {
-        const double angle = degrees * 3.14159265358979 / 180;
-        trackAngle(back, PixelPoint{500 + (int)std::lround(4000 * std::cos(angle)),
-                                    500 - (int)std::lround(4000 * std::sin(angle))});
-    }
-    EXPECT_NEAR(-1000, trackedAngle(back), 0.05);
-}
-
-TEST(SelectionTransform, AngleBeginsWhereThePointerLeavesTheCentre)
-{
-    AngleTrack track = beginAngle(PixelPoint{5, 5}, PixelPoint{5, 5});
-    trackAngle(track, PixelPoint{5, 0});
-    EXPECT_EQ(0, trackedDegrees(track));
-    trackAngle(track, PixelPoint{0, 5});
-    EXPECT_EQ(90, trackedDegrees(track));
-}
-
-TEST(SelectionTransform, DegreesAreTruncatedTowardZero)
-{
-    AngleTrack track = beginAngle(PixelPoint{0, 0}, PixelPoint{1000, 0});
-    trackAngle(track, PixelPoint{1000, -43});  // 2.46 degrees
-    EXPECT_EQ(2, trackedDegrees(track));
-    trackAngle(track, PixelPoint{1000, 52});  // -2.98
-    EXPECT_EQ(-2, trackedDegrees(track));
-}
-
-TEST(SelectionTransform, RotationLosesOneTurnBeyond360)
-{
-    EXPECT_EQ(360, addRotation(350, 10));
-    EXPECT_EQ(1, addRotation(350, 11));
-    EXPECT_EQ(-360, addRotation(-300, -60));
-    EXPECT_EQ(-1, addRotation(-300, -61));
-    EXPECT_EQ(-90, addRotation(90, -180));
-}
-
-static const FrameMetrics metrics = {3, 5};  // margins 7 and 11
-static const PixelRect client = {0, 0, 600, 400};
-
-static void expectMoved(int left, int top, int x, int y)
-{
-    expectRect(PixelRect{left, top, left + 100, top + 50},
-               moveBand(PixelRect{200, 100, 300, 150}, PixelPoint{10, 20}, PixelPoint{x, y}, client, metrics));
-}
-
-TEST(SelectionTransform, MovedBandStopsAtTheMargins)
-{
-    expectMoved(190, 130, 200, 150);
-    expectMoved(489, 130, 900, 150);  // 600 - 100 - 11
-    expectMoved(190, 339, 200, 900);  // 400 - 50 - 11
-    expectMoved(190, 11, 200, -80);
-}
-
-// Tested with the height of the system's frame, set with its width.
-TEST(SelectionTransform, LeftMarginThatIsSetDiffersFromTheOneThatIsTested)
-{
-    expectMoved(11, 130, 21, 150);
-    expectMoved(7, 130, 20, 150);
-    expectMoved(7, 130, -500, 150);
-}
-
-static void expectResized(PixelRect expected, int hit, int x, int y)
-{
-    expectRect(expected, resizeBand(PixelRect{200, 100, 300, 180}, BandResize{hit, 24, 34}, PixelPoint{2, 1},
-                                    PixelPoint{x, y}, client, metrics));
-}
-
-TEST(SelectionTransform, ResizingMovesTheDraggedSides)
-{
-    expectResized({150, 100, 300, 180}, HIT_LEFT_EDGE, 152, 999);
-    expectResized({200, 100, 350, 180}, HIT_RIGHT_EDGE, 352, 999);
-    expectResized({200, 50, 300, 180}, HIT_TOP_EDGE, 999, 51);
-    expectResized({200, 100, 300, 220}, HIT_BOTTOM_EDGE, 999, 221);
-    expectResized({150, 50, 300, 180}, HIT_TOP_LEFT, 152, 51);
-    expectResized({200, 50, 350, 180}, HIT_TOP_RIGHT, 352, 51);
-    expectResized({150, 100, 300, 220}, HIT_BOTTOM_LEFT, 152, 221);
-    expectResized({200, 100, 350, 220}, HIT_BOTTOM_RIGHT, 352, 221);
-    expectResized({200, 100, 300, 180}, HIT_NONE, 352, 221);
-}
-
-TEST(SelectionTransform, ResizedBandNeverTurnsInsideOut)
-{
-    expectResized({270, 100, 300, 180}, HIT_LEFT_EDGE, 900, 0);
-    expectResized({200, 100, 230, 180}, HIT_RIGHT_EDGE, -900, 0);
-    expectResized({200, 140, 300, 180}, HIT_TOP_EDGE, 0, 900);
-    expectResized({200, 100, 300, 140}, HIT_BOTTOM_EDGE, 0, -900);
-}
-
-TEST(SelectionTransform, ResizedBandStopsAtTheMargins)
-{
-    expectResized({7, 11, 300, 180}, HIT_TOP_LEFT, -50, -50);
-    expectResized({11, 100, 300, 180}, HIT_LEFT_EDGE, 13, 0);
-    expectResized({7, 100, 300, 180}, HIT_LEFT_EDGE, 12, 0);
-    expectResized({200, 100, 589, 389}, HIT_BOTTOM_RIGHT, 5000, 5000);
-}
-
-TEST(SelectionTransform, GrabOffsetsAreFromTheDraggedSides)
-{
-    const PixelRect band = {200, 100, 300, 180};
-    const PixelPoint at = {210, 130};
-    expectPoint(10, 30, bandGrabOffset(band, HIT_INSIDE, at));
-    expectPoint(10, 0, bandGrabOffset(band, HIT_LEFT_EDGE, at));
-    expectPoint(-90, 0, bandGrabOffset(band, HIT_RIGHT_EDGE, at));
-    expectPoint(0, 30, bandGrabOffset(band, HIT_TOP_EDGE, at));
-    expectPoint(0, -50, bandGrabOffset(band, HIT_BOTTOM_EDGE, at));
-    expectPoint(10, 30, bandGrabOffset(band, HIT_TOP_LEFT, at));
-    expectPoint(-90, 30, bandGrabOffset(band, HIT_TOP_RIGHT, at));
-    expectPoint(10, -50, bandGrabOffset(band, HIT_BOTTOM_LEFT, at));
-    expectPoint(-90, -50, bandGrabOffset(band, HIT_BOTTOM_RIGHT, at));
 }
