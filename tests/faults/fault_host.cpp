@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "tests/faults/fallible.h"
+#include "tests/faults/fault_counts.h"
 #include "tests/faults/posted_pointer.h"
 
 constexpr UINT RUN_CALL = WM_APP + 1, LOOK_AT_QUEUE = WM_APP + 2;

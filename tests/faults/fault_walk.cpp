@@ -10,122 +10,36 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <map>
-#include <random>
 #include <set>
 
 #include "tests/faults/fallible.h"
+#include "tests/faults/fault_counts.h"
+#include "tests/faults/fault_files.h"
+#include "tests/faults/fault_plan.h"
 #include "tests/faults/fault_sessions.h"
 #include "tests/session/host_image.h"
 
 typedef std::vector<uint8_t> Bytes;
-typedef std::map<std::string, std::string> Settings;
-
-struct Point {
-    int session;
-    std::vector<Fault> faults;
-};
 
 struct PlainRun {
-    std::vector<unsigned> calls;  // of each function
     Settings settings;            // afterwards
     std::set<std::string> files;  // of the library of selections, with their sizes
 };
 
 struct Options {
-    int from = 0, every = 1, perFunction = 6, pairs = 700;
-    unsigned seed = 1;
-    std::string session, plan;
+    int from = 0, every = 1;
+    std::string session;
+    PlanOptions plan;
 };
 
 static FaultHost host;
 static HostImage photo;
 static Bytes original;
-static Settings userSettings;
-static std::map<std::string, Bytes> userLibrary;
+static UserFiles user;
 static std::vector<PlainRun> plainRuns;
+static CallsMade callsMade;  // in these
 static volatile LONG pointNumber;
 static volatile LONG pointStarted;
-
-// ---- files
-
-static std::string settingsPath()
-{
-    return host.directory + "KOVRTCH.INI";
-}
-
-static std::string libraryPath()
-{
-    return host.directory + "SELDIB\\";
-}
-
-static Bytes readFile(const std::string& path)
-{
-    Bytes bytes;
-    if (FILE* file = fopen(path.c_str(), "rb")) {
-        uint8_t part[4096];
-        for (size_t got; (got = fread(part, 1, sizeof part, file)) > 0;)
-            bytes.insert(bytes.end(), part, part + got);
-        fclose(file);
-    }
-    return bytes;
-}
-
-static void writeFile(const std::string& path, const Bytes& bytes)
-{
-    if (FILE* file = fopen(path.c_str(), "wb")) {
-        fwrite(bytes.data(), 1, bytes.size(), file);
-        fclose(file);
-    }
-}
-
-static std::vector<std::string> filesIn(const std::string& directory)
-{
-    std::vector<std::string> names;
-    WIN32_FIND_DATAA found;
-    const HANDLE search = FindFirstFileA((directory + "*").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return names;
-    do
-        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.push_back(found.cFileName);
-    while (FindNextFileA(search, &found));
-    FindClose(search);
-    return names;
-}
-
-static Settings readSettings()
-{
-    const Bytes bytes = readFile(settingsPath());
-    const std::string text(bytes.begin(), bytes.end());
-    Settings settings;
-    for (size_t at = 0; at < text.size();) {
-        const size_t end = std::min(text.find_first_of("\r\n", at), text.size());
-        const std::string line = text.substr(at, end - at);
-        const size_t equals = line.find('=');
-        if (equals != std::string::npos) settings[line.substr(0, equals)] = line.substr(equals + 1);
-        at = end + 1;
-    }
-    return settings;
-}
-
-static std::map<std::string, Bytes> readLibrary()
-{
-    std::map<std::string, Bytes> files;
-    for (const std::string& name : filesIn(libraryPath()))
-        files[name] = readFile(libraryPath() + name);
-    return files;
-}
-
-static Bytes settingsFile;
-
-static void restoreFiles()
-{
-    WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());  // the system's cache
-    writeFile(settingsPath(), settingsFile);
-    for (const std::string& name : filesIn(libraryPath()))
-        if (!userLibrary.count(name)) DeleteFileA((libraryPath() + name).c_str());
-    for (const auto& file : userLibrary)
-        writeFile(libraryPath() + file.first, file.second);
-}
 
 static void restoreImage()
 {
@@ -144,16 +58,16 @@ static void play(const FaultSession& session)
 
 static PlainRun playPlain(const FaultSession& session)
 {
-    restoreFiles();
+    restoreFiles(host.directory, user);
     restoreImage();
     startCounting({});
     play(session);
-    PlainRun run;
+    callsMade.emplace_back();
     for (int function = 0; function < fallibleCount(); ++function)
-        run.calls.push_back(callsOf(function));
-    WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());
-    run.settings = readSettings();
-    for (const auto& file : readLibrary())
+        callsMade.back().push_back(callsOf(function));
+    PlainRun run;
+    run.settings = settingsIn(host.directory);
+    for (const auto& file : libraryIn(host.directory))
         run.files.insert(file.first + " " + std::to_string(file.second.size()));
     return run;
 }
@@ -186,9 +100,8 @@ static void checkImage(const FaultSession& session)
 // Every value is the user's, or what this session makes of it.
 static void checkSettings(const FaultSession& session, const PlainRun& plain)
 {
-    WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());
-    const Settings now = readSettings();
-    for (const auto& before : userSettings) {
+    const Settings now = settingsIn(host.directory);
+    for (const auto& before : user.settings) {
         const auto found = now.find(before.first);
         if (session.setting && before.first == session.setting && found != now.end()) continue;
         if (found == now.end())
@@ -207,8 +120,8 @@ static bool isKnownFile(const std::string& name, size_t size, const PlainRun& pl
 
 static void checkLibrary(const FaultSession& session, const PlainRun& plain)
 {
-    const std::map<std::string, Bytes> now = readLibrary();
-    for (const auto& before : userLibrary) {
+    const StoredFiles now = libraryIn(host.directory);
+    for (const auto& before : user.library) {
         const auto found = now.find(before.first);
         const bool mayGo = strcmp(session.name, "library") == 0;
         if (before.first.find(".lst") != std::string::npos) continue;
@@ -216,7 +129,7 @@ static void checkLibrary(const FaultSession& session, const PlainRun& plain)
             complain("the stored selection " + before.first + " is damaged");
     }
     for (const auto& file : now)
-        if (!userLibrary.count(file.first) && !isKnownFile(file.first, file.second.size(), plain) &&
+        if (!user.library.count(file.first) && !isKnownFile(file.first, file.second.size(), plain) &&
             !(strcmp(session.name, "library") == 0 && file.first.find(".tif") != std::string::npos &&
               file.second.size() > 1000))
             complain("a file stays: " + file.first + " of " + std::to_string(file.second.size()) + " bytes");
@@ -238,7 +151,7 @@ static int untilPlain;
 static void checkPlainSession()
 {
     untilPlain = 4;
-    restoreFiles();
+    restoreFiles(host.directory, user);
     restoreImage();
     startCounting({});
     const bool opened = openSession(&host);
@@ -267,7 +180,7 @@ static void takePoint(int number, const Point& point)
     fflush(stdout);
     const FaultSession& session = faultSessions[point.session];
     const PlainRun& plain = plainRuns[(size_t)point.session];
-    restoreFiles();
+    restoreFiles(host.directory, user);
     restoreImage();
     long before[KIND_COUNT];
     for (int kind = 0; kind < KIND_COUNT; ++kind)
@@ -288,92 +201,6 @@ static void takePoint(int number, const Point& point)
     fflush(stdout);
 }
 
-// Up to `count` of the calls 0 .. calls - 1, the first and the last among them.
-static std::vector<unsigned> spread(unsigned calls, int count)
-{
-    std::vector<unsigned> chosen;
-    if (calls == 0) return chosen;
-    const unsigned wanted = calls < (unsigned)count ? calls : (unsigned)count;
-    for (unsigned i = 0; i < wanted; ++i)
-        chosen.push_back(wanted == 1 ? 0 : (unsigned)((unsigned long long)i * (calls - 1) / (wanted - 1)));
-    return chosen;
-}
-
-static std::vector<Point> allPoints(const Options& options)
-{
-    std::vector<Point> points;
-    for (int session = 0; session < faultSessionCount; ++session) {
-        const std::vector<unsigned>& calls = plainRuns[(size_t)session].calls;
-        for (int function = 0; function < fallibleCount(); ++function) {
-            for (const unsigned call : spread(calls[(size_t)function], options.perFunction))
-                points.push_back({session, {{function, call, false}}});
-            for (const unsigned call : spread(calls[(size_t)function], 2))
-                points.push_back({session, {{function, call, true}}});
-        }
-    }
-    std::mt19937 random(options.seed);
-    for (int i = 0; i < options.pairs; ++i) {
-        const int session = (int)(random() % (unsigned)faultSessionCount);
-        Point point = {session, {}};
-        while (point.faults.size() < 2) {
-            const int function = (int)(random() % (unsigned)fallibleCount());
-            const unsigned calls = plainRuns[(size_t)session].calls[(size_t)function];
-            if (calls) point.faults.push_back({function, (unsigned)random() % calls, false});
-        }
-        points.push_back(point);
-    }
-    return points;
-}
-
-// A line for each: session, then function, call and persistence of each fault.
-static void writePlan(const std::string& path, const std::vector<Point>& points)
-{
-    FILE* const file = fopen(path.c_str(), "w");
-    if (!file) return;
-    for (const Point& point : points) {
-        fprintf(file, "%d", point.session);
-        for (const Fault& fault : point.faults)
-            fprintf(file, " %s %u %d", fallibleName(fault.function), fault.call, fault.persistent);
-        fprintf(file, "\n");
-    }
-    fclose(file);
-}
-
-static Point readPoint(const char* line)
-{
-    Point point = {atoi(line), {}};
-    char name[64];
-    unsigned call;
-    int persistent, length;
-    for (line += strcspn(line, " "); sscanf(line, "%63s %u %d%n", name, &call, &persistent, &length) == 3;
-         line += length)
-        point.faults.push_back({fallibleNamed(name), call, persistent != 0});
-    return point;
-}
-
-static std::vector<Point> readPlan(const std::string& path)
-{
-    std::vector<Point> points;
-    char line[256];
-    if (FILE* const file = fopen(path.c_str(), "r")) {
-        while (fgets(line, sizeof line, file))
-            points.push_back(readPoint(line));
-        fclose(file);
-    }
-    return points;
-}
-
-static std::vector<Point> plannedPoints(const Options& options)
-{
-    if (options.plan.empty()) return allPoints(options);
-    std::vector<Point> points = readPlan(options.plan);
-    if (points.empty()) {
-        points = allPoints(options);
-        writePlan(options.plan, points);
-    }
-    return points;
-}
-
 // What the user has before: settings of his own, one stored selection.
 static void prepareUser()
 {
@@ -384,10 +211,7 @@ static void prepareUser()
     play(faultSessions[faultSessionCount - 1]);
     for (int i = 0; i < faultSessionCount; ++i)
         if (strcmp(faultSessions[i].name, "library") == 0) play(faultSessions[i]);
-    WritePrivateProfileStringA(nullptr, nullptr, nullptr, settingsPath().c_str());
-    settingsFile = readFile(settingsPath());
-    userSettings = readSettings();
-    userLibrary = readLibrary();
+    user = userFilesIn(host.directory);
     for (int i = 0; i < faultSessionCount; ++i)
         plainRuns.push_back(playPlain(faultSessions[i]));
 }
@@ -424,11 +248,11 @@ static Options readOptions(int count, char** words)
         const int value = atoi(words[i + 1]);
         if (name == "--from") options.from = value;
         if (name == "--every") options.every = value > 0 ? value : 1;
-        if (name == "--per-function") options.perFunction = value;
-        if (name == "--pairs") options.pairs = value;
-        if (name == "--seed") options.seed = (unsigned)value;
+        if (name == "--per-function") options.plan.perFunction = value;
+        if (name == "--pairs") options.plan.pairs = value;
+        if (name == "--seed") options.plan.seed = (unsigned)value;
         if (name == "--session") options.session = words[i + 1];
-        if (name == "--plan") options.plan = words[i + 1];
+        if (name == "--plan") options.plan.file = words[i + 1];
     }
     return options;
 }
@@ -441,7 +265,7 @@ int main(int count, char** words)
     startFaultHost(&host);
     CloseHandle(CreateThread(nullptr, 0, watchForHangs, nullptr, 0, nullptr));
     prepareUser();
-    const std::vector<Point> points = plannedPoints(options);
+    const std::vector<Point> points = plannedPoints(options.plan, callsMade);
     printf("POINTS %d\n", (int)points.size());
     for (int i = options.from; i < (int)points.size(); i += options.every)
         if (options.session.empty() || options.session == faultSessions[points[(size_t)i].session].name)

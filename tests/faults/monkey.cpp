@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <random>
 
-#include "tests/faults/fallible.h"
+#include "tests/faults/fault_counts.h"
 #include "tests/faults/fault_host.h"
 #include "tests/faults/posted_pointer.h"
 #include "tests/session/host_image.h"

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "selection/geometry/frame_layout.h"
-#include "tests/faults/fallible.h"
+#include "tests/faults/fault_counts.h"
 #include "tests/faults/fault_host.h"
 #include "tests/faults/posted_pointer.h"
 #include "tests/session/host_image.h"
