@@ -163,8 +163,11 @@ static ExitCode openAndEdit(const EditorLibrary& library, const PhotoTask& task,
     return code == exitSaved ? editAndSave(library, task.ask, request) : code;
 }
 
-ExitCode retouchPhoto(const PhotoTask& task, SaveRequest* done)
+ExitCode retouchPhoto(const PhotoTask& named, SaveRequest* done)
 {
+    PhotoTask task = named;
+    task.photo = fileBehind(named.photo);
+    task.output = fileBehind(named.output);
     SaveRequest request = requestFor(task);
     ExitCode code = checkTask(task, request);
     if (code != exitSaved) return code;

@@ -2,6 +2,7 @@
 
 #include "host/file_names.h"
 
+#include <iterator>
 #include <vector>
 #include <windows.h>
 
@@ -120,4 +121,35 @@ bool sameFile(const std::wstring& one, const std::wstring& other)
     if (first != INVALID_HANDLE_VALUE) CloseHandle(first);
     if (second != INVALID_HANDLE_VALUE) CloseHandle(second);
     return same;
+}
+
+// Where links lead to, in letters that are always the same; empty when there is no such file.
+static std::wstring finalPath(const std::wstring& path)
+{
+    HANDLE file = openForIdentity(path);
+    if (file == INVALID_HANDLE_VALUE) return L"";
+    std::wstring result(GetFinalPathNameByHandleW(file, nullptr, 0, FILE_NAME_NORMALIZED), L'\0');
+    result.resize(GetFinalPathNameByHandleW(file, &result[0], (DWORD)result.size(), FILE_NAME_NORMALIZED));
+    CloseHandle(file);
+    return result;
+}
+
+static std::wstring withoutPrefix(const std::wstring& path)
+{
+    constexpr wchar_t SHARE[] = L"\\\\?\\UNC\\", LOCAL[] = L"\\\\?\\";
+    if (path.rfind(SHARE, 0) == 0) return L"\\\\" + path.substr(std::size(SHARE) - 1);
+    return path.rfind(LOCAL, 0) == 0 ? path.substr(std::size(LOCAL) - 1) : path;
+}
+
+std::wstring fileBehind(const std::wstring& path)
+{
+    const std::wstring folder = folderOfPath(path), target = finalPath(path);
+    const std::wstring place = finalPath(folder.empty() ? L"." : folder);
+    if (target.empty() || place.empty()) return path;
+    // What is no link has its folder's final path and its own name: then the user's words stay, as they do where
+    // there is no other name that Windows can say.
+    const std::wstring own = place + (place.back() == L'\\' ? L"" : L"\\") + nameOfPath(path);
+    const bool itself = CompareStringOrdinal(own.c_str(), -1, target.c_str(), -1, TRUE) == CSTR_EQUAL;
+    const std::wstring file = withoutPrefix(target);
+    return itself || !sameFile(path, file) ? path : file;
 }

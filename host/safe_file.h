@@ -25,5 +25,8 @@ bool canBeWritten(const std::wstring& path, unsigned long* error);
 
 bool fileExists(const std::wstring& path);
 
+// The file that a symbolic link leads to; any other path as it is. Folders among its parts may be links.
+std::wstring fileBehind(const std::wstring& path);
+
 // Whether two names lead to one existing file.
 bool sameFile(const std::wstring& one, const std::wstring& other);

@@ -61,9 +61,10 @@ static void tellSaved(const SaveRequest& request, const std::wstring& output, co
     tell(words);
 }
 
-// And tells it.
-static bool trySave(const SaveRequest& request, const std::wstring& output, std::wstring* problem)
+// And tells it. A link stays one: what it leads to is written.
+static bool trySave(const SaveRequest& request, const std::wstring& name, std::wstring* problem)
 {
+    const std::wstring output = fileBehind(name);
     bool done = false;
     PhotoFacts written;
     Progress progress;

@@ -1,3 +1,4 @@
+#include "host/file_names.h"
 #include "host/safe_file.h"
 #include "tests/host/test_folder.h"
 
@@ -92,6 +93,41 @@ TEST(HostSafeFile, FurtherNamesOfAFileStayItsNames)
     EXPECT_EQ(readBytes(other), newBytes);
     EXPECT_TRUE(sameFile(name, other));
     EXPECT_EQ(namesIn(folder).size(), 2u);
+}
+
+// What Wine lacks, its system has: `command` of it runs in the folder, until the name exists or does not.
+static bool runUntil(const TestFolder& folder, std::wstring command, const wchar_t* name, bool exists)
+{
+    command = L"Z:\\bin\\" + command;
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION program = {};
+    if (!CreateProcessW(nullptr, &command[0], nullptr, nullptr, FALSE, 0, nullptr, folder.path.c_str(), &startup,
+                        &program))
+        return false;
+    CloseHandle(program.hThread);
+    CloseHandle(program.hProcess);
+    const ULONGLONG end = GetTickCount64() + 60000;
+    while (fileExists(folder.path + name) != exists && GetTickCount64() < end)
+        Sleep(10);
+    return fileExists(folder.path + name) == exists;
+}
+
+TEST(HostSafeFile, FollowsLinksAndLeavesOtherNamesAsTheyAre)
+{
+    TestFolder folder;
+    const std::wstring photo = folder.path + L"photo.png", link = folder.path + L"link.png";
+    writeBytes(photo, oldBytes);
+    ASSERT_TRUE(runUntil(folder, L"ln -s photo.png link.png", L"link.png", true));
+    EXPECT_EQ(nameOfPath(fileBehind(link)), L"photo.png");
+    EXPECT_TRUE(sameFile(fileBehind(link), photo));
+    for (const std::wstring& name : {photo, folder.path + L".\\PHOTO.png", folder.path + L"none.png", std::wstring()})
+        EXPECT_EQ(fileBehind(name), name);
+    ASSERT_TRUE(runUntil(folder, L"ln -s . folder", L"folder", true));
+    EXPECT_EQ(fileBehind(folder.path + L"folder\\photo.png"), folder.path + L"folder\\photo.png");
+    EXPECT_EQ(nameOfPath(fileBehind(folder.path + L"folder\\link.png")), L"photo.png");
+    EXPECT_TRUE(runUntil(folder, L"rm link.png", L"link.png", false));
+    EXPECT_TRUE(runUntil(folder, L"rm folder", L"folder", false));
 }
 
 TEST(HostSafeFile, KnowsOneFileUnderTwoNames)

@@ -70,9 +70,12 @@ expect "it ends as its user wants" test "$(ended one)" = 1
 
 cp "$folder/demo.jpg" "$folder/private.jpg"
 chmod 600 "$folder/private.jpg"
-start_editor private "$folder/private.jpg" --overwrite
+ln -s private.jpg "$folder/shown.jpg"
+start_editor private "$folder/shown.jpg" --overwrite
 expect "a private photo is edited" drive spot private.jpg
 expect "a private photo is saved" test "$(ended private)" = 0
+expect "a link to it stays one" test -L "$folder/shown.jpg"
+expect "and is followed" sh -c "! cmp -s '$folder/demo.jpg' '$folder/private.jpg'"
 expect "a private photo keeps its mode" test "$(stat -c %a "$folder/private.jpg")" = 600
 
 odd=$'odd "q"?\nb\\s.jpg'

@@ -75,7 +75,7 @@ expect "what has the name stays" grep -q taken "$folder/photo-retouched.jpg"
 expect "the result has another name" test -s "$folder/photo-retouched-2.jpg"
 expect "no temporary files" no_temporaries "$folder"
 
-# The rights of a private photo, and its other names.
+# The rights of a private photo, and its other names, links among them.
 cp "$photo" "$folder/private.jpg"
 chmod 600 "$folder/private.jpg"
 start_host "$folder/private.jpg" --overwrite
@@ -84,9 +84,13 @@ expect_end "a private photo is saved" 0
 expect "a private photo stays private" test "$((0$(stat -c %a "$folder/private.jpg") & 7))" = 0
 cp "$photo" "$folder/linked.jpg"
 ln "$folder/linked.jpg" "$folder/other-name.jpg"
-start_host "$folder/linked.jpg" --overwrite
-expect "a photo with two names is edited" drive save linked.jpg
+ln -s linked.jpg "$folder/link.jpg"
+before=$(md5sum <"$folder/linked.jpg")
+start_host "$folder/link.jpg" --overwrite
+expect "a photo with two names is edited" drive spot linked.jpg
 expect_end "a photo with two names is saved" 0
+expect "a link to it is followed" test "$(md5sum <"$folder/linked.jpg")" != "$before"
+expect "and stays a link" test -L "$folder/link.jpg"
 expect "it still has two names" test "$folder/linked.jpg" -ef "$folder/other-name.jpg"
 
 # The program is killed in a session: the next start offers what a minute before was there.
