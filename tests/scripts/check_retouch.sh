@@ -36,5 +36,29 @@ if [ "$(id -u)" -ne 0 ]; then
     expect 3 "This file may not be read: a photo ä.jpg" "a photo ä.jpg"
 fi
 
+# A checkout that was moved throws away what was built at its old place, and nothing else. What installs and
+# builds is played: the build always fails.
+checkout=$folder/checkout
+mkdir -p "$checkout/scripts" "$checkout/build/i686" "$checkout/tools"
+cp "$script" "$checkout/retouch"
+printf '#!/bin/sh\nexit 0\n' >"$checkout/scripts/install-packages"
+printf 'retouch_desktop_size=none\nstart_virtual_display() { :; }\nprepare_wine_prefix() { :; }\nstop_wine() { :; }\nstop_virtual_display() { :; }\n' \
+    >"$checkout/scripts/wine-environment"
+printf '#!/bin/sh\necho "played: $*"\nexit 1\n' >"$checkout/tools/cmake"
+chmod +x "$checkout/scripts/install-packages" "$checkout/tools/cmake"
+home=$(readlink -f "$checkout")
+build_in_checkout() {   # build_in_checkout HOME: with what was configured for a checkout at HOME
+    echo "CMAKE_HOME_DIRECTORY:INTERNAL=$1" >"$checkout/build/i686/CMakeCache.txt"
+    : >"$checkout/build/i686/built"
+    said=$(env -u DISPLAY PATH="$checkout/tools:$PATH" "$checkout/retouch" "a photo ä.jpg" 2>&1)
+    [ "$?" -eq 6 ] && [[ $said == *"played: --preset i686"*"The build failed."* ]] ||
+        { echo "a build for $1 was to fail, and said: $said"; failures=$((failures + 1)); }
+}
+chmod 644 "a photo ä.jpg"
+build_in_checkout "$home"
+[ -e "$checkout/build/i686/built" ] || { echo "the build of this checkout is gone"; failures=$((failures + 1)); }
+build_in_checkout "$home-before"
+[ ! -e "$checkout/build/i686/built" ] || { echo "the build of another place is still there"; failures=$((failures + 1)); }
+
 "$script" --help | grep -q "^Usage:" || { echo "retouch --help tells no usage"; failures=$((failures + 1)); }
 [ "$failures" -eq 0 ]
