@@ -10,7 +10,7 @@ TEST(HostGuide, LiesBesideTheProgram)
     EXPECT_FALSE(readBytes(folderOfPrograms() + L"guide\\brush.png").empty());
 }
 
-// A page that opened would be another program's. So the guide is taken away: the key then tells where it should be.
+// Without its guide the program tells where it should be.
 TEST(HostGuide, IsWantedByF1AlsoInASession)
 {
     TestFolder folder;
@@ -37,4 +37,47 @@ TEST(HostGuide, IsWantedByF1AlsoInASession)
     ASSERT_TRUE(endSession(program, CLOSE_BUTTON));
     PostMessageW(windows.host, WM_CLOSE, 0, 0);
     EXPECT_EQ(program.exitCode(), exitNothingSaved);
+}
+
+// What opens pages, for one test: a program that copies the page that it is given. The kind of pages, a name of the
+// test's own, is taken away again.
+struct PageOpener {
+    wchar_t before[64] = L"";
+
+    explicit PageOpener(const std::wstring& copy)
+    {
+        DWORD size = sizeof before;
+        RegGetValueW(HKEY_CLASSES_ROOT, L".html", nullptr, RRF_RT_REG_SZ, nullptr, before, &size);
+        set(L"RetouchTestPage\\shell\\open\\command", L"cmd.exe /c copy /y \"%1\" \"" + copy + L"\"");
+        set(L".html", L"RetouchTestPage");
+    }
+    ~PageOpener()
+    {
+        set(L".html", before);
+        RegDeleteTreeW(HKEY_CLASSES_ROOT, L"RetouchTestPage");
+    }
+    static void set(const wchar_t* key, const std::wstring& value)
+    {
+        const DWORD size = (DWORD)((value.size() + 1) * sizeof(wchar_t));
+        EXPECT_EQ(RegSetKeyValueW(HKEY_CLASSES_ROOT, key, nullptr, REG_SZ, value.c_str(), size), 0);
+    }
+};
+
+TEST(HostGuide, IsOpenedByF1)
+{
+    TestFolder folder;
+    HostProgram program;
+    HostWindows windows = {};
+    const std::vector<uint8_t> page = {'t', 'h', 'e', ' ', 'p', 'a', 'g', 'e'};
+    const std::wstring guide = folder.path + L"guide", copy = folder.path + L"opened.html";
+    writeBytes(folder.path + L"retouch.exe", readBytes(folderOfPrograms() + L"retouch.exe"));
+    CreateDirectoryW(guide.c_str(), nullptr);
+    writeBytes(guide + L"\\guide.html", page);
+    const PageOpener opener(copy);
+    program.start(folder.path + L"retouch.exe", std::wstring(), folder);
+    ASSERT_TRUE(waitForHost(program, &windows));
+    ASSERT_TRUE(pressKeyUntil(windows.host, VK_F1, false, [&] { return readBytes(copy) == page; }));
+    PostMessageW(windows.host, WM_CLOSE, 0, 0);
+    EXPECT_EQ(program.exitCode(), exitNothingSaved);
+    DeleteFileW((guide + L"\\guide.html").c_str());
 }
