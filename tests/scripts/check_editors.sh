@@ -78,10 +78,10 @@ expect "a link to it stays one" test -L "$folder/shown.jpg"
 expect "and is followed" sh -c "! cmp -s '$folder/demo.jpg' '$folder/private.jpg'"
 expect "a private photo keeps its mode" test "$(stat -c %a "$folder/private.jpg")" = 600
 
-odd=$'odd "q"?\nb\\s.jpg'
+odd=$'odd "q"?\nb\\s.jpg'   # and a dot at its end, where it is still a JPEG photo
 mkdir "$folder/dot."
-cp "$folder/demo.jpg" "$folder/dot./$odd"
-start_editor odd "$folder/dot./$odd"
+cp "$folder/demo.jpg" "$folder/dot./$odd."
+start_editor odd "$folder/dot./$odd."
 expect "a photo with an odd name opens" drive save photo.jpg
 expect "a photo with an odd name is saved" test "$(ended odd)" = 0
 expect "its result has the name that belongs to it" test -s "$folder/dot./${odd%.jpg}-retouched.jpg"
