@@ -225,8 +225,8 @@ static LONG WINAPI onCrash(EXCEPTION_POINTERS* exception)
     return EXCEPTION_EXECUTE_HANDLER;
 }
 
-// Milliseconds; a point among many others on a busy machine has taken more than a minute.
-constexpr LONG HANG_LIMIT = 180000;
+// Milliseconds. On an overloaded machine a point may take longer: then it is walked again, alone.
+constexpr LONG HANG_LIMIT = 60000;
 
 static DWORD WINAPI watchForHangs(void*)
 {
