@@ -1,42 +1,28 @@
-// What is done with a floating selection in a session, for outlines of 1,000, 10,000, 20,000 and 100,000 points;
-// and a move of the pointer while an outline of so many points is being drawn. The
-// area that they lie in grows with them, so a steady value means time in proportion to outline plus area.
+// What is done with a floating selection in a session, for outlines of 1,000 to 200,000 points and for long thin ones,
+// and what they cost what is drawn beside them: a move of the pointer while an outline of so many points is being
+// drawn, and a small part of the canvas painted anew.
 #include "bench/bench_session.h"
 #include "bench/keys.h"
+#include "bench/outline_shapes.h"
 #include "bench/synthetic.h"
-#include "image/bitmap_block.h"
+#include "canvas/view/canvas_coordinates.h"
+#include "image/bitmap_locks.h"
 #include "selection/clear_selection.h"
-#include "selection/selection.h"
-#include "selection/selection_operations.h"
-#include "selection/selection_drawing.h"
+#include "selection/geometry/frame_layout.h"
 #include "selection/outline_drawing.h"
+#include "selection/selection.h"
+#include "selection/selection_drawing.h"
+#include "selection/selection_operations.h"
 #include "selection/working_outline.h"
 #include "session/ground/session_record.h"
 
-static const int SIDES[] = {250, 790, 2500, 1114};  // of the area, pixels
 static int runs;
 
-// Straight lines to and fro, until there are as many points as wanted.
-static Outline drawnOutline(int variant)
-{
-    const uint32_t side = (uint32_t)SIDES[variant];
-    const int wanted = (int)(side * side / 62);
-    Outline outline = {};
-    if (!startOutline(outline, 4000, {1500, 700})) return outline;
-    PixelPoint corner = outline.start;
-    for (uint32_t n = 0; outline.pointCount < wanted; ++n) {
-        corner = {1500 + (int)(hashPoint(n, 1, 5) % side), 700 + (int)(hashPoint(n, 2, 5) % side)};
-        extendOutline(outline, corner);
-    }
-    closeOutline(outline, corner);
-    return outline;
-}
-
-static void drawAgain(int variant)
+static void drawAgain(int size)
 {
     clearSelection();
     session->rowCount = 4000;
-    putOutline(drawnOutline(variant));
+    putOutline(makeOutline(outlineShape(size)));
     runs = 0;
 }
 
@@ -47,10 +33,10 @@ static bool closeOnce(int)
     return true;
 }
 
-static void floatAgain(int variant)
+static void floatAgain(int size)
 {
-    drawAgain(variant);
-    closeOnce(variant);
+    drawAgain(size);
+    closeOnce(size);
 }
 
 static bool prepareDrawing(int)
@@ -58,10 +44,10 @@ static bool prepareDrawing(int)
     return openBenchSession();
 }
 
-static bool prepareFloating(int variant)
+static bool prepareFloating(int size)
 {
     if (!openBenchSession()) return false;
-    floatAgain(variant);
+    floatAgain(size);
     return session->selectionActive;
 }
 
@@ -72,10 +58,12 @@ static bool moveOnce(int)
     return true;
 }
 
-static bool resizeOnce(int variant)
+static bool resizeOnce(int size)
 {
-    const int side = SIDES[variant] + (++runs % 2 ? 40 : 20);
-    resizeSelectionTo({1490, 690, 1490 + side, 690 + side});
+    const OutlineShape& shape = outlineShape(size);
+    const int more = ++runs % 2 ? 40 : 20;
+    const LONG left = shape.corner.x - 10, top = shape.corner.y - 10;
+    resizeSelectionTo({left, top, left + shape.width + more, top + shape.height + more});
     return true;
 }
 
@@ -85,16 +73,49 @@ static bool turnOnce(int)
     return true;
 }
 
+static bool flipOnce(int)
+{
+    runSelectionOperation(session->canvasWindow, ++runs % 2 ? HIT_FLIP_VERTICAL : HIT_FLIP_HORIZONTAL);
+    return true;
+}
+
+// To and fro around 3: never neutral, and never at its limit.
+static bool prepareSteps(int size)
+{
+    if (!prepareFloating(size)) return false;
+    for (int n = 0; n < 3; ++n)
+        runSelectionOperation(session->canvasWindow, HIT_HUE_UP);
+    return true;
+}
+
+static bool stepOnce(int)
+{
+    runSelectionOperation(session->canvasWindow, ++runs % 2 ? HIT_HUE_UP : HIT_HUE_DOWN);
+    return true;
+}
+
+static bool applyOnce(int)
+{
+    runSelectionOperation(session->canvasWindow, HIT_APPLY);
+    return true;
+}
+
 static bool clearOnce(int)
 {
     clearSelection();
     return !session->outlinePoints;
 }
 
-static bool prepareMoves(int variant)
+static uint32_t crcOfFloating(int)
+{
+    const LockedPixels pixels(session->selectionImage), mask(session->selectionMask);
+    return pixels && mask ? crcOfImage(pixels.view) ^ crcOfImage(mask.view) : 0;
+}
+
+static bool prepareMoves(int size)
 {
     if (!openBenchSession()) return false;
-    drawAgain(variant);
+    drawAgain(size);
     return drawingRuns();
 }
 
@@ -106,28 +127,52 @@ static bool drawOn(int)
     return true;
 }
 
+// As much as a dab of 48 x 48 changes, in the middle of the selection.
+static bool repaintDab(int size)
+{
+    const OutlineShape& shape = outlineShape(size);
+    const LONG x = shape.corner.x + shape.width / 2, y = shape.corner.y + shape.height / 2;
+    invalidateImageRect(session->canvasWindow, {x - 24, y - 24, x + 24, y + 24});
+    return UpdateWindow(session->canvasWindow) != FALSE;
+}
+
 static void release(int)
 {
     closeBenchSession();
 }
 
-#define FOUR_SIZES(name, prepare, reset, run)                                                                          \
-    {name "_1k", "Kpoints/s", 1.008, 0, prepare, reset, run, nullptr, release},                                        \
-        {name "_10k", "Kpoints/s", 10.07, 1, prepare, reset, run, nullptr, release},                                   \
-        {name "_20k", "Kpoints/s", 20.02, 3, prepare, reset, run, nullptr, release},                                   \
+#define KEY(name, suffix, points, size, prepare, reset, run, check)                                                    \
     {                                                                                                                  \
-        name "_100k", "Kpoints/s", 100.8, 2, prepare, reset, run, nullptr, release                                     \
+        name suffix, "Kpoints/s", points, size, prepare, reset, run, check, release                                    \
     }
 
+#define ALL_SIZES(name, prepare, reset, run, check)                                                                    \
+    KEY(name, "_1k", 1.008, OUTLINE_1K, prepare, reset, run, check),                                                   \
+        KEY(name, "_10k", 10.07, OUTLINE_10K, prepare, reset, run, check),                                             \
+        KEY(name, "_20k", 20.02, OUTLINE_20K, prepare, reset, run, check),                                             \
+        KEY(name, "_100k", 100.8, OUTLINE_100K, prepare, reset, run, check),                                           \
+        KEY(name, "_200k", 200.2, OUTLINE_200K, prepare, reset, run, check),                                           \
+        KEY(name, "_thin_1k", 1.008, THIN_1K, prepare, reset, run, check),                                             \
+        KEY(name, "_thin_10k", 8.608, THIN_10K, prepare, reset, run, check)
+
 static const BenchKey keys[] = {
-    FOUR_SIZES("select_close", prepareDrawing, drawAgain, closeOnce),
-    FOUR_SIZES("select_move", prepareFloating, nullptr, moveOnce),
-    FOUR_SIZES("select_resize", prepareFloating, nullptr, resizeOnce),
-    FOUR_SIZES("select_turn", prepareFloating, nullptr, turnOnce),
-    FOUR_SIZES("select_clear", prepareFloating, floatAgain, clearOnce),
-    {"outline_move_1k", "moves/s", 1, 0, prepareMoves, nullptr, drawOn, nullptr, release},
-    {"outline_move_20k", "moves/s", 1, 3, prepareMoves, nullptr, drawOn, nullptr, release},
-    {"outline_move_100k", "moves/s", 1, 2, prepareMoves, nullptr, drawOn, nullptr, release},
+    ALL_SIZES("select_close", prepareDrawing, drawAgain, closeOnce, crcOfFloating),
+    ALL_SIZES("select_move", prepareFloating, nullptr, moveOnce, nullptr),
+    ALL_SIZES("select_resize", prepareFloating, nullptr, resizeOnce, crcOfFloating),
+    ALL_SIZES("select_turn", prepareFloating, nullptr, turnOnce, crcOfFloating),
+    ALL_SIZES("select_flip", prepareFloating, nullptr, flipOnce, crcOfFloating),
+    ALL_SIZES("select_colour", prepareSteps, nullptr, stepOnce, crcOfFloating),
+    ALL_SIZES("select_apply", prepareFloating, nullptr, applyOnce, nullptr),
+    ALL_SIZES("select_clear", prepareFloating, floatAgain, clearOnce, nullptr),
+    {"outline_move_1k", "moves/s", 1, OUTLINE_1K, prepareMoves, nullptr, drawOn, nullptr, release},
+    {"outline_move_20k", "moves/s", 1, OUTLINE_20K, prepareMoves, nullptr, drawOn, nullptr, release},
+    {"outline_move_100k", "moves/s", 1, OUTLINE_100K, prepareMoves, nullptr, drawOn, nullptr, release},
+    {"outline_move_200k", "moves/s", 1, OUTLINE_200K, prepareMoves, nullptr, drawOn, nullptr, release},
+    {"repaint_dab_floating_1k", "repaints/s", 1, OUTLINE_1K, prepareFloating, nullptr, repaintDab, nullptr, release},
+    {"repaint_dab_floating_20k", "repaints/s", 1, OUTLINE_20K, prepareFloating, nullptr, repaintDab, nullptr, release},
+    {"repaint_dab_floating_200k", "repaints/s", 1, OUTLINE_200K, prepareFloating, nullptr, repaintDab, nullptr,
+     release},
+    {"repaint_dab_plain", "repaints/s", 1, OUTLINE_20K, prepareDrawing, nullptr, repaintDab, nullptr, release},
 };
 
 const BenchGroup floatingKeys = {keys, sizeof keys / sizeof keys[0]};

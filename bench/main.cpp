@@ -3,11 +3,12 @@
 //     BENCH <key> <value> <unit>
 //     CHECK <key> <CRC-32 of the result>
 //
-// Unknown keys are ignored. kovbench --list prints the keys' names. The exit code is 1 when a key could not be
-// measured.
+// Unknown keys are ignored. kovbench --list prints each key's name, its unit and what it measures. The exit code is 1
+// when a key could not be measured.
 #include <cstdio>
 #include <cstring>
 
+#include "bench/key_texts.h"
 #include "bench/keys.h"
 
 static bool wanted(const char* name, int argc, char** argv)
@@ -19,10 +20,16 @@ static bool wanted(const char* name, int argc, char** argv)
 
 static int listKeys()
 {
-    for (const BenchGroup* group : benchGroups)
-        for (size_t k = 0; k < group->count; ++k)
-            printf("%s\n", group->keys[k].name);
-    return 0;
+    int undescribed = 0;
+    for (const BenchGroup* group : benchGroups) {
+        for (size_t k = 0; k < group->count; ++k) {
+            const BenchKey& key = group->keys[k];
+            const char* const text = textOfKey(key.name);
+            printf("%-32s %-11s %s\n", key.name, key.unit, text ? text : "?");
+            undescribed += !text;
+        }
+    }
+    return undescribed ? 1 : 0;
 }
 
 int main(int argc, char** argv)
