@@ -86,12 +86,11 @@ static ExitCode runRecordedSession(const EditorLibrary& library, const SaveReque
         complain(sentence(TEXT_ERROR_NO_WINDOW));
         return exitNoLibrary;
     }
+    if (!keepMemoryForSaving()) return complainAbout(PhotoStatus::TooLarge, request.source.path);
     showTitle(nameOfPath(request.source.path));
     openWorkRecord(request.source.path);
     startRescue(request.image);
-    const bool edited = runSession(library.retouch, request.image);
-    stopRescue();
-    if (edited) return exitSaved;
+    if (runSession(library.retouch, request.image)) return exitSaved;
     mention(sentence(TEXT_NOTHING_SAVED));
     return exitNothingSaved;
 }
@@ -100,6 +99,7 @@ static ExitCode editAndSave(const EditorLibrary& library, bool asking, SaveReque
 {
     ExitCode code = runRecordedSession(library, *request);
     if (code == exitSaved) code = asking ? saveAsking(request, false) : savePhoto(*request);
+    stopRescue();
     closeWorkRecord();
     return code;
 }

@@ -1,13 +1,12 @@
 #include "host/open_photo.h"
 
 #include "host/background.h"
+#include "host/codec_guard.h"
 #include "host/host_window.h"
 #include "host/successor.h"
 #include "host/texts.h"
 
 #include <commdlg.h>
-#include <csignal>
-#include <new>
 
 constexpr wchar_t READABLE_FILES[] = L"*.jpg;*.jpeg;*.jpe;*.png;*.tif;*.tiff;*.bmp;*.dib;*.gif;*.webp";
 
@@ -38,12 +37,7 @@ static void outOfMemory()
     endBecause(PhotoStatus::TooLarge);
 }
 
-static LONG WINAPI decoderFailed(EXCEPTION_POINTERS*)
-{
-    endBecause(PhotoStatus::NotAPhoto);
-}
-
-static void decoderAborted(int)
+static void decoderFailed()
 {
     endBecause(PhotoStatus::NotAPhoto);
 }
@@ -51,15 +45,11 @@ static void decoderAborted(int)
 static PhotoStatus readGuarded(const std::wstring& path, HGLOBAL* image, SourcePhoto* source, Progress* progress)
 {
     pathInHand = path;
-    LPTOP_LEVEL_EXCEPTION_FILTER filter = SetUnhandledExceptionFilter(decoderFailed);
-    std::new_handler handler = std::set_new_handler(outOfMemory);
-    void (*aborted)(int) = signal(SIGABRT, decoderAborted);
+    guardCodecs(outOfMemory, decoderFailed);
     startImaging();  // without it only the formats that need it are missing
     const PhotoStatus status = readPhoto(path, image, source, progress);
     stopImaging();
-    signal(SIGABRT, aborted);
-    std::set_new_handler(handler);
-    SetUnhandledExceptionFilter(filter);
+    unguardCodecs();
     return status;
 }
 

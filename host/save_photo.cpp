@@ -1,10 +1,12 @@
 #include "host/save_photo.h"
 
 #include "host/background.h"
+#include "host/codec_guard.h"
 #include "host/host_window.h"
 #include "host/locked_photo.h"
 #include "host/rescue.h"
 #include "host/safe_file.h"
+#include "host/successor.h"
 #include "host/texts.h"
 #include "host/work_record.h"
 
@@ -12,6 +14,7 @@
 
 constexpr wchar_t WRITABLE_FILTER[] = L"JPEG\0*.jpg;*.jpeg;*.jpe\0PNG\0*.png\0TIFF\0*.tif;*.tiff\0BMP\0*.bmp;*.dib\0";
 constexpr int NAMES_TO_TRY = 3;
+constexpr size_t MEMORY_FOR_SAVING = 16 << 20, LAST_WORD_SIZE = 16 << 10;
 
 static std::wstring reasonOf(PhotoStatus status)
 {
@@ -61,27 +64,8 @@ static void tellSaved(const SaveRequest& request, const std::wstring& output, co
     tell(words);
 }
 
-// And tells it. A link stays one: what it leads to is written.
-static bool trySave(const SaveRequest& request, const std::wstring& name, std::wstring* problem)
-{
-    const std::wstring output = fileBehind(name);
-    bool done = false;
-    PhotoFacts written;
-    Progress progress;
-    mention(sentence(TEXT_SAVING, output));
-    runInBackground(caption(TEXT_SAVING, nameOfPath(output)), &progress, false,
-                    [&] { done = writeFile(request, output, &progress, &written, problem); });
-    if (done) tellSaved(request, output, written);
-    return done;
-}
-
-static void complainNotWritten(const std::wstring& output, const std::wstring& problem)
-{
-    complain(sentence(TEXT_ERROR_NOT_WRITTEN, output, problem));
-}
-
 // Where nothing else has taken the picture.
-static ExitCode leaveRescueFile(const SaveRequest& request)
+static bool leaveRescueFile(const SaveRequest& request)
 {
     const LockedPhoto photo(request.image);
     const std::wstring name =
@@ -92,10 +76,74 @@ static ExitCode leaveRescueFile(const SaveRequest& request)
     for (const std::wstring& folder : folders) {
         if (!writeRescueFile(folder + name, photo.header, false)) continue;
         complain(sentence(TEXT_ERROR_RESCUED, folder + name));
-        return exitCannotWrite;
+        return true;
     }
     complain(sentence(TEXT_ERROR_LOST));
-    return exitCannotWrite;
+    return false;
+}
+
+// Kept back while there is enough, for when there is none. Small blocks stay the program's own when they are let go.
+static LargeBytes memoryForSaving, memoryForLastWords[16];
+static const SaveRequest* inHand;
+
+// An encoder that finds no memory, or crashes, has not the last word on the picture.
+static void saveCannotGoOn()
+{
+    for (LargeBytes& block : memoryForLastWords)
+        block.reset();
+    if (leaveRescueFile(*inHand)) DeleteFileW(rescueFileName().c_str());  // which is older
+    endWithSuccessor(exitCannotWrite);
+}
+
+static bool writeGuarded(const SaveRequest& request, const std::wstring& output, Progress* progress,
+                         PhotoFacts* written, std::wstring* problem)
+{
+    memoryForSaving.reset();
+    inHand = &request;
+    guardCodecs(saveCannotGoOn, saveCannotGoOn);
+    const bool done = writeFile(request, output, progress, written, problem);
+    unguardCodecs();
+    return done;
+}
+
+// Nobody knows how the dialogs end that follow a failure.
+static void notePicture(const SaveRequest& request)
+{
+    const LockedPhoto photo(request.image);
+    if (photo.header) writeRescueFile(rescueFileName(), photo.header, false);
+}
+
+// And tells it. A link stays one: what it leads to is written.
+static bool trySave(const SaveRequest& request, const std::wstring& name, std::wstring* problem)
+{
+    const std::wstring output = fileBehind(name);
+    bool done = false;
+    PhotoFacts written;
+    Progress progress;
+    mention(sentence(TEXT_SAVING, output));
+    runInBackground(caption(TEXT_SAVING, nameOfPath(output)), &progress, false,
+                    [&] { done = writeGuarded(request, output, &progress, &written, problem); });
+    if (done)
+        tellSaved(request, output, written);
+    else
+        notePicture(request);
+    return done;
+}
+
+static void complainNotWritten(const std::wstring& output, const std::wstring& problem)
+{
+    complain(sentence(TEXT_ERROR_NOT_WRITTEN, output, problem));
+}
+
+bool keepMemoryForSaving()
+{
+    if (!memoryForSaving) memoryForSaving = allocateLarge(MEMORY_FOR_SAVING);
+    bool kept = memoryForSaving != nullptr;
+    for (LargeBytes& block : memoryForLastWords) {
+        if (!block) block = allocateLarge(LAST_WORD_SIZE);
+        kept = kept && block;
+    }
+    return kept;
 }
 
 std::wstring inOneLine(const Losses& losses)
@@ -154,7 +202,8 @@ ExitCode savePhoto(const SaveRequest& request)
             complainNotWritten(current.output, problem);
         }
     }
-    return leaveRescueFile(request);
+    leaveRescueFile(request);
+    return exitCannotWrite;
 }
 
 ExitCode saveAsking(SaveRequest* request, bool mayLeave)

@@ -12,6 +12,9 @@ struct SaveRequest {
     bool ownName = false;  // the name was made up here: another one is as good
 };
 
+// Before a session: keeps memory back for its save. False when there is not so much.
+bool keepMemoryForSaving();
+
 // Tries the file that was meant, then another name, then asks, and at last leaves a rescue file; says what
 // happened.
 ExitCode savePhoto(const SaveRequest& request);

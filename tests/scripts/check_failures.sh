@@ -52,12 +52,14 @@ expect_end() {   # expect_end DESCRIPTION CODE: waits for the host's end
     code=$?
     [ "$code" -eq "$2" ] || { echo "Wrong: $1: code $code"; cat "$folder/said"; failures=$((failures + 1)); }
 }
-kill_host() {   # as a crash would: the Windows process itself
+host_processes() {   # the Windows process itself among them
     local process
     for process in /proc/[0-9]*; do
-        { tr '\0' ' ' <"$process/cmdline"; } 2>/dev/null | grep -q "retouch\.exe.*${folder##*/}" || continue
-        kill -KILL "${process#/proc/}" 2>/dev/null
+        ! { tr '\0' ' ' <"$process/cmdline"; } 2>/dev/null | grep -q "retouch\.exe.*${folder##*/}" || echo "${process#/proc/}"
     done
+}
+kill_host() {   # as a crash would
+    kill -KILL $(host_processes) 2>/dev/null
     wait "$host" 2>/dev/null
 }
 no_temporaries() { ! ls "$1"/retouch-*.tmp >/dev/null 2>&1; }
@@ -125,6 +127,20 @@ rmdir "$folder/share"
 expect "the session over a lost share ends" drive spot photo.jpg
 gone
 
+# Not even a byte of memory is left when it comes to saving.
+convert "$photo" "$folder/poor.png"
+mkdir "$folder/poor"
+start_host "$folder/poor.png" -o "$(windows_path "$folder/poor/out.png")"
+expect "the editor opens before memory runs out" drive wait poor.png
+for process in $(host_processes); do
+    [[ $(readlink "/proc/$process/exe") != *wine* ]] || prlimit --pid "$process" --data=1
+done
+expect "the session without memory ends" drive save poor.png
+expect_end "that it could not be saved is told" 7
+expect "the picture is all there" test "$(convert "$(ls "$rescue"/rescued-*.bmp)" rgb:- | md5sum)" = "$(convert "$folder/poor.png" rgb:- | md5sum)"
+expect "and its place is told" grep -q "rescued-" "$folder/said"
+rm -f "$rescue"/rescued-*.bmp
+
 # The program is killed in a save: the next start takes away what was half written.
 cp "$root/samples/seeding.jpg" "$folder/large.jpg"   # long enough in the making as a PNG
 before=$(md5sum <"$folder/large.jpg")
@@ -140,7 +156,7 @@ expect "the large photo is as it was" test "$(md5sum <"$folder/large.jpg")" = "$
 start_host "$photo"
 expect "the next start opens" drive close photo.jpg
 expect_end "its end without a save is told" 1
-expect "nothing half written is left" test -z "$(ls "$folder/half")"
+expect "nothing half written is left" test -z "$(find "$folder/half" "$folder/poor" -type f)"
 expect "and nothing of its record" test -z "$(ls "$rescue")"
 
 # What would go with --overwrite is told at once, and goes only when that is asked for.
