@@ -3,6 +3,7 @@
 #include "canvas/view/canvas_coordinates.h"
 #include "image/packed_bitmap.h"
 #include "selection/clear_selection.h"
+#include "selection/dotted_outline.h"
 #include "selection/selection_drawing.h"
 #include "selection/selection_frame.h"
 #include "selection/selection_state.h"
@@ -42,8 +43,10 @@ void continueDrawing(HWND canvas, POINT at)
     const PixelPoint point = clampOutlinePoint({(int)at.x, (int)at.y}, pixelRectOf(canvasArea(canvas)));
     Outline outline = workingOutline();
     if (point.x == outline.last.x && point.y == outline.last.y) return;
+    const int last = outline.pointCount - 1;
     extendOutline(outline, point);
     putOutline(outline);
+    noteOutlinePainted(last);
     showNewDots(canvas);
 }
 

@@ -1,7 +1,5 @@
 // Drawing the floating selection, its dotted outline and its frame of buttons. Logical units of the
 // canvas, that is image pixels.
-#include <algorithm>
-#include <cstdlib>
 #include <initializer_list>
 
 #include "canvas/view/canvas_coordinates.h"
@@ -9,6 +7,7 @@
 #include "image/kept_blocks.h"
 #include "image/made_bitmap.h"
 #include "selection/selection_drawing.h"
+#include "selection/dotted_outline.h"
 #include "selection/geometry/outline.h"
 #include "selection/geometry/selection_images.h"
 #include "selection/selection_frame.h"
@@ -37,41 +36,6 @@ static void drawFloatingPixels(HDC dc)
     if (!composed) return;
     drawBitmap(dc, composed, &session->selectionRect, SRCCOPY);
     releaseBlock(composed);
-}
-
-// A copy of the outline from a point on, in the units that it is drawn in. The caller frees it.
-static PixelPoint* drawnPoints(int first)
-{
-    const int count = session->outlinePointCount - first;
-    PixelPoint* const points = copyOutlinePoints(session->outlinePoints + first, count);
-    for (int i = 0; points && isZoomed(sessionExtras.canvas.view) && i < count; ++i) {
-        const PixelRect at =
-            deviceRectAt(sessionExtras.canvas.view, {points[i].x, points[i].y, points[i].x, points[i].y});
-        points[i] = {at.left, at.top};
-    }
-    return points;
-}
-
-// White dots on black: visible on any image.
-static void drawDots(HDC dc, const PixelPoint* points, int count)
-{
-    const HPEN pen = CreatePen(PS_DOT, 0, RGB(255, 255, 255));
-    if (!pen) return;
-    SelectObject(dc, pen);
-    SetBkColor(dc, RGB(0, 0, 0));
-    SetBkMode(dc, OPAQUE);
-    static_assert(sizeof(PixelPoint) == sizeof(POINT), "outline points are drawn as they are");
-    Polyline(dc, (const POINT*)points, count);
-    SelectObject(dc, GetStockObject(WHITE_PEN));
-    DeleteObject(pen);
-}
-
-static void drawDottedOutline(HDC dc)
-{
-    if (!isZoomed(sessionExtras.canvas.view)) return drawDots(dc, session->outlinePoints, session->outlinePointCount);
-    PixelPoint* const zoomed = drawnPoints(0);
-    if (zoomed) drawDots(dc, zoomed, session->outlinePointCount);
-    freeOutlinePoints(zoomed);
 }
 
 // Inverts what lies under it: drawn twice, it is gone.
@@ -186,60 +150,6 @@ static RECT pictureRect()
     return box;
 }
 
-// ---- what is new of an outline being drawn
-
-// After so many pixels of the line, a multiple of every system's dot and gap, its dots begin anew.
-constexpr int DOT_PERIOD = 24;
-
-// The same while the image lies on the screen as it does.
-static RECT placeOfImage(HDC dc)
-{
-    RECT place = {0, 0, 4096, 4096};
-    LPtoDP(dc, (POINT*)&place, 2);
-    const PixelRect zoomed = deviceRectAt(sessionExtras.canvas.view, {0, 0, 4096, 4096});
-    return isZoomed(sessionExtras.canvas.view) ? rectOf(zoomed) : place;
-}
-
-static int pixelsBetween(const PixelPoint& a, const PixelPoint& b)
-{
-    return std::max(abs(a.x - b.x), abs(a.y - b.y));
-}
-
-// Goes along the line from where its dots last began anew; `points` are its points from there, device units.
-static void followDots(OutlineDots& dots, const PixelPoint* points, int count)
-{
-    const int start = dots.start;
-    for (int i = dots.end - start + 1; i < count; ++i) {
-        dots.length += pixelsBetween(points[i - 1], points[i]);
-        if (dots.length % DOT_PERIOD == 0) dots.start = start + i;
-    }
-    dots.end = start + count - 1;
-}
-
-static void includeNewPoints(int first)
-{
-    const PointBox box = boxOfPoints(session->outlinePoints + first, session->outlinePointCount - first);
-    const RECT part = {box.minX - 2, box.minY - 2, box.maxX + 3, box.maxY + 3};
-    RECT& painted = sessionExtras.selection.painted;
-    if (IsRectEmpty(&painted)) painted = part;
-    include(painted, part);
-}
-
-static void drawNewDots(HDC dc)
-{
-    OutlineDots& dots = sessionExtras.selection.dots;
-    const RECT place = placeOfImage(dc);
-    if (!EqualRect(&place, &dots.place)) dots = {place, 0, 0, 0};
-    const int first = dots.start, count = session->outlinePointCount - first;
-    PixelPoint* const points = drawnPoints(first);
-    if (!points) return;
-    drawDots(dc, points, count);
-    LPtoDP(dc, (POINT*)points, count);
-    followDots(dots, points, count);
-    freeOutlinePoints(points);
-    includeNewPoints(first);
-}
-
 void drawSelection(HDC dc)
 {
     if (!session->outlinePoints || session->outlinePointCount < 1) return;
@@ -256,13 +166,13 @@ void drawSelection(HDC dc)
     drawTracking(dc);
 }
 
-void showNewDots(HWND canvas)
+void noteOutlinePainted(int first)
 {
-    const HDC dc = GetDC(canvas);
-    const int saved = SaveDC(dc);
-    drawNewDots(dc);
-    RestoreDC(dc, saved);
-    ReleaseDC(canvas, dc);
+    const PointBox box = boxOfPoints(session->outlinePoints + first, session->outlinePointCount - first);
+    const RECT part = {box.minX - 2, box.minY - 2, box.maxX + 3, box.maxY + 3};
+    RECT& painted = sessionExtras.selection.painted;
+    if (IsRectEmpty(&painted)) painted = part;
+    include(painted, part);
 }
 
 void noteSelectionPainted()

@@ -9,9 +9,8 @@
 // the canvas.
 void drawSelection(HDC dc);
 
-// Draws on the canvas what is new of the outline being drawn, at once: the time is that of the new points, however
-// many there are.
-void showNewDots(HWND canvas);
+// The shown outline is on the canvas from this point on.
+void noteOutlinePainted(int first);
 
 // All of the canvas is about to be painted.
 void noteSelectionPainted();

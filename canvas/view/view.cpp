@@ -1,7 +1,5 @@
 #include "canvas/view/view.h"
 
-#include <cmath>
-
 static const ViewScale scales[] = {
     {1, 4}, {1, 3}, {1, 2}, {2, 3}, {1, 1}, {3, 2}, {2, 1}, {3, 1}, {4, 1}, {6, 1}, {8, 1}, {12, 1}, {16, 1}, {32, 1},
 };
@@ -50,9 +48,12 @@ static bool isMapped(const CanvasView& view)
     return view.client.width > 0 && view.client.height > 0 && view.image.width > 0 && view.image.height > 0;
 }
 
+// Rounded down, without the library's floor: outlines have many points.
 static int nearest(double value)
 {
-    return (int)floor(value + 0.5);
+    const double moved = value + 0.5;
+    const int towardZero = (int)moved;
+    return towardZero - (towardZero > moved);
 }
 
 static PixelPoint fittedImagePoint(const CanvasView& view, PixelPoint client)
@@ -125,6 +126,20 @@ PixelRect deviceRectAt(const CanvasView& view, const PixelRect& image)
     const ViewAxes axes = viewAxes(view);
     return {firstShowing(axes.x, image.left), firstShowing(axes.y, image.top), firstShowing(axes.x, image.right),
             firstShowing(axes.y, image.bottom)};
+}
+
+void devicePointsAt(const CanvasView& view, PixelPoint* points, int count)
+{
+    if (!isMapped(view)) return;
+    if (isZoomed(view)) {
+        const ViewAxes axes = viewAxes(view);
+        for (int i = 0; i < count; ++i)
+            points[i] = {firstShowing(axes.x, points[i].x), firstShowing(axes.y, points[i].y)};
+    } else {
+        const FittedScale scale = fittedScale(view);
+        for (int i = 0; i < count; ++i)
+            points[i] = {nearest(points[i].x * (double)scale.x), nearest(points[i].y * (double)scale.y)};
+    }
 }
 
 static PixelRect scaledOutward(const PixelRect& rect, ViewSize from, ViewSize to)

@@ -35,6 +35,9 @@ PixelPoint imagePointAt(const CanvasView& view, PixelPoint client);
 // below 100 % may be none; fitted the nearest.
 PixelRect deviceRectAt(const CanvasView& view, const PixelRect& image);
 
+// Puts each point where deviceRectAt shows the corner of a rectangle that begins there.
+void devicePointsAt(const CanvasView& view, PixelPoint* points, int count);
+
 // Every screen pixel that the rectangle reaches into.
 PixelRect deviceCover(const CanvasView& view, const PixelRect& image);
 

@@ -33,6 +33,10 @@ struct ViewMapping : testing::Test {
         ASSERT_EQ(rect.top, device.top) << describe(image.top);
         ASSERT_EQ(rect.right, device.right) << describe(image.right);
         ASSERT_EQ(rect.bottom, device.bottom) << describe(image.bottom);
+        PixelPoint corner = {image.left, image.top};
+        devicePointsAt(view, &corner, 1);
+        ASSERT_EQ(rect.left, corner.x) << describe(image.left);
+        ASSERT_EQ(rect.top, corner.y) << describe(image.top);
     }
 
     std::string describe(int value) const
