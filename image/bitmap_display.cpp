@@ -24,6 +24,22 @@ void drawBitmap(HDC dc, HGLOBAL image, const RECT* destination, DWORD rop)
     if (oldMode) SetStretchBltMode(dc, oldMode);
 }
 
+// A bitmap of the part's rows is told to the system, in the middle of the image's: so it does not matter from which end
+// a system counts the rows of a part.
+void drawBitmapPart(HDC dc, HGLOBAL image, const RECT& part, const RECT& destination, DWORD rop)
+{
+    const LockedPixels locked(image);
+    if (!locked) return;
+    const int width = (int)(part.right - part.left), height = (int)(part.bottom - part.top);
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof info.bmiHeader, locked.view.width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    const int oldMode = SetStretchBltMode(dc, COLORONCOLOR);
+    StretchDIBits(dc, destination.left, destination.top, destination.right - destination.left,
+                  destination.bottom - destination.top, part.left, 0, width, height,
+                  rowOf(locked.view, (int)part.bottom - 1), &info, DIB_RGB_COLORS, rop);
+    if (oldMode) SetStretchBltMode(dc, oldMode);
+}
+
 // Draws the image as the canvas shows it, black where it has no pixels; the memory DC's corner stands for
 // `corner` on the canvas. It is the whole image that is stretched, and the bitmap that clips it: so a pixel of
 // the screen takes the same image pixel however small the repainted part is, and no repaint leaves a seam.

@@ -6,6 +6,10 @@
 // Draws the whole image stretched (COLORONCOLOR, no averaging) into the destination rectangle.
 void drawBitmap(HDC dc, HGLOBAL image, const RECT* destination, DWORD rop);
 
+// The same with a part of a 24-bit image (pixels, y downward), which must lie inside it: each pixel of the screen takes
+// the pixel that it would take from a bitmap of that part alone.
+void drawBitmapPart(HDC dc, HGLOBAL image, const RECT& part, const RECT& destination, DWORD rop);
+
 // Draws over a picture that is still off screen; the device context has the canvas's mapping.
 typedef void (*OverlayPainter)(HDC dc);
 

@@ -6,6 +6,7 @@
 #include "image/bitmap_display.h"
 #include "image/kept_blocks.h"
 #include "image/made_bitmap.h"
+#include "image/packed_bitmap.h"
 #include "selection/selection_drawing.h"
 #include "selection/dotted_outline.h"
 #include "selection/geometry/outline.h"
@@ -16,7 +17,7 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
-// The image with the selection over it, at selectionRect; the caller releases it.
+// The image with the selection over it, at selectionRect; the caller releases it. For where the image does not reach.
 static HGLOBAL composite()
 {
     const LockedPixels image(editedImage()), pixels(session->selectionImage), mask(session->selectionMask);
@@ -28,14 +29,36 @@ static HGLOBAL composite()
     });
 }
 
-static void drawFloatingPixels(HDC dc)
+static void drawComposite(HDC dc)
 {
-    if (IsRectEmpty(&session->selectionRect) || isZoomed(sessionExtras.canvas.view))
-        return;  // zoomed they are there already
     const HGLOBAL composed = composite();
     if (!composed) return;
     drawBitmap(dc, composed, &session->selectionRect, SRCCOPY);
     releaseBlock(composed);
+}
+
+static bool liesInImage(const RECT& rect)
+{
+    return rect.left >= 0 && rect.top >= 0 && rect.right <= bitmapWidth(editedImage()) &&
+           rect.bottom <= bitmapHeight(editedImage());
+}
+
+// What a bitmap of the image with the selection in it would show, without making one: only what is seen of it is
+// read. The mask is white outside and black inside, the floating pixels the other way round.
+static void drawThroughMask(HDC dc)
+{
+    const RECT& rect = session->selectionRect;
+    drawBitmapPart(dc, editedImage(), rect, rect, SRCCOPY);
+    drawBitmap(dc, session->selectionMask, &rect, SRCAND);
+    drawBitmap(dc, session->selectionImage, &rect, SRCPAINT);
+}
+
+static void drawFloatingPixels(HDC dc)
+{
+    if (IsRectEmpty(&session->selectionRect) || isZoomed(sessionExtras.canvas.view))
+        return;  // zoomed they are there already
+    if (!session->selectionImage || !session->selectionMask) return;
+    (liesInImage(session->selectionRect) ? drawThroughMask : drawComposite)(dc);
 }
 
 // Inverts what lies under it: drawn twice, it is gone.

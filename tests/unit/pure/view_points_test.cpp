@@ -104,6 +104,23 @@ TEST(ViewPoints, ARectangleIsShownByTheScreenPixelsThatShowItsPixels)
     }
 }
 
+TEST(ViewPoints, PointsLieWhereTheCornersOfRectanglesDo)
+{
+    Dice dice = {9};
+    for (int round = 0; round < 300; ++round) {
+        const CanvasView view = someView(dice, dice.between(0, ZOOM_STEP_COUNT));
+        for (int i = 0; i < 20; ++i) {
+            const PixelPoint at = {dice.between(-300, 900), dice.between(-300, 900)};
+            const PixelRect shown = deviceRectAt(view, {at.x, at.y, at.x + 1, at.y + 1});
+            PixelPoint points[] = {at, at};
+            devicePointsAt(view, points, 1);
+            ASSERT_EQ(shown.left, points[0].x);
+            ASSERT_EQ(shown.top, points[0].y);
+            ASSERT_EQ(at.x, points[1].x) << "only as many as told";
+        }
+    }
+}
+
 TEST(ViewPoints, ThePixelsOfAPartOfTheCanvas)
 {
     Dice dice = {4};
