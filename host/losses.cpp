@@ -21,6 +21,7 @@ static bool keepsAll(const SourcePhoto& source, PhotoFormat format, const PhotoF
     const PhotoFacts& facts = source.facts;
     const bool turnsInks = facts.inks && facts.uneven && facts.orientation != 1;
     return (format == PhotoFormat::Jpeg && source.kind == PhotoKind::Jpeg && !turnsInks) ||
+           (format == PhotoFormat::Bmp && source.kind == PhotoKind::Bmp && facts.inPlace) ||
            (format == PhotoFormat::Png && source.kind == PhotoKind::Png);
 }
 

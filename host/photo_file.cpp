@@ -1,6 +1,6 @@
 #include "host/photo_file.h"
 
-#include "host/codecs/bitmap_facts.h"
+#include "host/codecs/bitmap_file.h"
 #include "host/codecs/jpeg_file.h"
 #include "host/codecs/png_file.h"
 #include "host/codecs/tiff_file.h"
@@ -31,9 +31,13 @@ struct Signature {
     PhotoKind kind;
 };
 static const Signature signatures[] = {
-    {"\xFF\xD8\xFF", 3, PhotoKind::Jpeg}, {"\x89PNG\r\n\x1A\n", 8, PhotoKind::Png},
-    {"II*\0", 4, PhotoKind::Tiff},        {"MM\0*", 4, PhotoKind::Tiff},
-    {"II+\0", 4, PhotoKind::Tiff},        {"MM\0+", 4, PhotoKind::Tiff},
+    {"\xFF\xD8\xFF", 3, PhotoKind::Jpeg},
+    {"\x89PNG\r\n\x1A\n", 8, PhotoKind::Png},
+    {"II*\0", 4, PhotoKind::Tiff},
+    {"MM\0*", 4, PhotoKind::Tiff},
+    {"II+\0", 4, PhotoKind::Tiff},
+    {"MM\0+", 4, PhotoKind::Tiff},
+    {"BM", 2, PhotoKind::Bmp},
 };
 
 static PhotoKind kindOfFile(FILE* file)
@@ -46,6 +50,13 @@ static PhotoKind kindOfFile(FILE* file)
     return memcmp(head, "RIFF", 4) == 0 && memcmp(head + 8, "WEBP", 4) == 0 ? PhotoKind::Webp : PhotoKind::Other;
 }
 
+static PhotoStatus readAnyBitmap(FILE* file, const std::wstring& path, const RowSink& sink, PhotoFacts* facts)
+{
+    BitmapLayout layout;
+    return openBitmap(file, &layout, facts) ? readBitmap(file, layout, sink, *facts)
+                                            : readBySystem(path.c_str(), sink, facts);
+}
+
 static PhotoStatus readKind(FILE* file, const std::wstring& path, PhotoKind kind, const RowSink& sink,
                             PhotoFacts* facts)
 {
@@ -54,9 +65,9 @@ static PhotoStatus readKind(FILE* file, const std::wstring& path, PhotoKind kind
     case PhotoKind::Png: return readPng(file, sink, facts);
     case PhotoKind::Tiff: return readTiff(path.c_str(), sink, facts);
     case PhotoKind::Webp: return readWebp(file, sink, facts);
+    case PhotoKind::Bmp: return readAnyBitmap(file, path, sink, facts);
     case PhotoKind::Other: break;
     }
-    collectBitmapFacts(file, facts);
     return readBySystem(path.c_str(), sink, facts);
 }
 
@@ -122,54 +133,23 @@ static EditedPhoto editedPhoto(const LockedPhoto& locked, Progress* progress)
             header->biXPelsPerMeter, header->biYPelsPerMeter, progress ? &progress->rows : nullptr};
 }
 
-// A bitmap file is the packed bitmap with a few bytes before it.
-static BITMAPFILEHEADER bitmapHead(const EditedPhoto& photo)
-{
-    const DWORD size = packedPhotoSize(photo.width, photo.height);
-    return {0x4D42, (DWORD)sizeof(BITMAPFILEHEADER) + size, 0, 0, sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER)};
-}
-
-static PhotoStatus writeBitmap(FILE* file, const EditedPhoto& photo)
-{
-    const BITMAPFILEHEADER head = bitmapHead(photo);
-    const size_t size = packedPhotoSize(photo.width, photo.height);
-    const bool written = fwrite(&head, sizeof head, 1, file) == 1 &&
-                         fwrite(photo.bits - sizeof(BITMAPINFOHEADER), 1, size, file) == size;
-    return written ? PhotoStatus::Ok : PhotoStatus::CannotWrite;
-}
-
-static bool verifyBitmap(FILE* file, const EditedPhoto& photo)
-{
-    BITMAPFILEHEADER head;
-    const BITMAPFILEHEADER meant = bitmapHead(photo);
-    if (fread(&head, sizeof head, 1, file) != 1 || memcmp(&head, &meant, sizeof head) != 0) return false;
-    const uint8_t* bytes = photo.bits - sizeof(BITMAPINFOHEADER);
-    std::vector<uint8_t> part(1 << 20);
-    for (size_t left = packedPhotoSize(photo.width, photo.height); left > 0;) {
-        const size_t size = std::min(left, part.size());
-        if (fread(part.data(), 1, size, file) != size || memcmp(part.data(), bytes, size) != 0) return false;
-        bytes += size;
-        left -= size;
-    }
-    return fgetc(file) == EOF;
-}
-
 static PhotoStatus writeFormat(FILE* file, PhotoFormat format, const EditedPhoto& photo, const SourcePhoto& source)
 {
     const bool same = (format == PhotoFormat::Jpeg && source.kind == PhotoKind::Jpeg) ||
-                      (format == PhotoFormat::Png && source.kind == PhotoKind::Png);
+                      (format == PhotoFormat::Png && source.kind == PhotoKind::Png) ||
+                      (format == PhotoFormat::Bmp && source.kind == PhotoKind::Bmp);
     FILE* original = same ? _wfopen(source.path.c_str(), L"rb") : nullptr;
     FILE* again = original ? _wfopen(source.path.c_str(), L"rb") : nullptr;
     PhotoStatus status = PhotoStatus::CannotEncode;
     if (format == PhotoFormat::Jpeg) status = writeJpeg(file, photo, source.facts, again ? original : nullptr, again);
     if (format == PhotoFormat::Png) status = writePng(file, photo, source.facts, original);
-    if (format == PhotoFormat::Bmp) status = writeBitmap(file, photo);
+    if (format == PhotoFormat::Bmp) status = writeBitmap(file, photo, source.facts, original);
     if (original) fclose(original);
     if (again) fclose(again);
     return status;
 }
 
-// JPEG and PNG once more, everything anew: the original may be gone, or too large to keep its blocks.
+// Once more, everything anew: the original may be gone, or too large to keep its blocks.
 static bool tryAnew(FILE* file, PhotoStatus status, const SourcePhoto& source)
 {
     if (status == PhotoStatus::Ok || status == PhotoStatus::CannotWrite || source.kind == PhotoKind::Other)
@@ -276,24 +256,17 @@ bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, co
     comparing.photo = editedPhoto(locked, progress);
     comparing.upright = editedInFile(comparing.photo, 1);
     comparing.row.resize((size_t)comparing.photo.width * 3);
-    bool good = false;
-    if (format == PhotoFormat::Bmp) {
-        FILE* file = _wfopen(path.c_str(), L"rb");
-        good = file && verifyBitmap(file, comparing.photo);
-        if (file) fclose(file);
-    } else {
-        PhotoKind kind;
-        PhotoFacts facts;
-        const uint64_t count = (uint64_t)comparing.photo.width * comparing.photo.height * 3;
-        // What an encoder may change: nothing; or what a profile, alpha or JPEG costs, which on the mean of
-        // many pixels is little even for noise.
-        const bool exact =
-            format != PhotoFormat::Jpeg && !(source && (source->facts.alpha || !source->facts.profile.empty()));
-        const uint64_t most = exact ? 0 : 48;
-        good = readRows(path, {&comparing, beginComparing, takeComparing}, &kind, &facts) == PhotoStatus::Ok &&
-               comparing.rows == comparing.photo.height && comparing.difference <= most * count &&
-               comparing.lastBand <= most * comparing.lastCount;
-        if (written) *written = facts;
-    }
+    PhotoKind kind;
+    PhotoFacts facts;
+    const uint64_t count = (uint64_t)comparing.photo.width * comparing.photo.height * 3;
+    // What an encoder may change: nothing; or what a profile, alpha or JPEG costs, which on the mean of many pixels is
+    // little even for noise.
+    const bool exact =
+        format != PhotoFormat::Jpeg && !(source && (source->facts.alpha || !source->facts.profile.empty()));
+    const uint64_t most = exact ? 0 : 48;
+    const bool good = readRows(path, {&comparing, beginComparing, takeComparing}, &kind, &facts) == PhotoStatus::Ok &&
+                      comparing.rows == comparing.photo.height && comparing.difference <= most * count &&
+                      comparing.lastBand <= most * comparing.lastCount;
+    if (written) *written = facts;
     return good;
 }

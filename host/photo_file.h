@@ -8,7 +8,7 @@
 
 #include <windows.h>
 
-enum class PhotoKind { Jpeg, Png, Tiff, Webp, Other };
+enum class PhotoKind { Jpeg, Png, Tiff, Webp, Bmp, Other };
 
 // The photo in the editor, as far as its file matters.
 struct SourcePhoto {

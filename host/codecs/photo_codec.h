@@ -40,7 +40,7 @@ struct PhotoFacts {
     bool notes = false;     // comments and captions that only its own kind of file can take
     bool camera = false;    // camera data in parts of a TIFF file
     bool uneven = false;    // a JPEG file that ends inside a block: it cannot be turned as it is
-    bool inPlace = false;   // a TIFF file whose pixels can be changed with everything else left as it is
+    bool inPlace = false;   // a TIFF or bitmap file whose pixels can be changed with everything else left as it is
     int pages = 1;
     int orientation = 1;
     std::vector<uint8_t> profile;  // ICC

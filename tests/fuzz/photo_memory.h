@@ -20,3 +20,4 @@ std::vector<Bytes> jpegPhotos();
 std::vector<Bytes> pngPhotos();
 std::vector<Bytes> tiffPhotos();
 std::vector<Bytes> webpPhotos();
+std::vector<Bytes> bitmapPhotos();

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "host/codecs/bitmap_file.h"
 #include "host/codecs/jpeg_file.h"
 #include "host/codecs/png_file.h"
 #include "host/codecs/tiff_page.h"
@@ -88,6 +89,17 @@ static void readWebpPhoto(const uint8_t* bytes, size_t size)
     readStream(bytes, size, readWebp);
 }
 
+static PhotoStatus readOwnBitmap(FILE* file, const RowSink& sink, PhotoFacts* facts)
+{
+    BitmapLayout layout;
+    return openBitmap(file, &layout, facts) ? readBitmap(file, layout, sink, *facts) : PhotoStatus::NotAPhoto;
+}
+
+static void readBitmapPhoto(const uint8_t* bytes, size_t size)
+{
+    readStream(bytes, size, readOwnBitmap);
+}
+
 static void readTiffPhoto(const uint8_t* bytes, size_t size)
 {
     PhotoMemory memory = {Bytes(bytes, bytes + size), 0};
@@ -147,9 +159,8 @@ TIFF* openTiffInMemory(PhotoMemory* memory, const char* mode)
 }
 
 const FuzzReader fuzzReaders[] = {
-    {"jpeg photo", readJpegPhoto, jpegPhotos},
-    {"png photo", readPngPhoto, pngPhotos},
-    {"tiff photo", readTiffPhoto, tiffPhotos},
-    {"webp photo", readWebpPhoto, webpPhotos},
+    {"jpeg photo", readJpegPhoto, jpegPhotos},       {"png photo", readPngPhoto, pngPhotos},
+    {"tiff photo", readTiffPhoto, tiffPhotos},       {"webp photo", readWebpPhoto, webpPhotos},
+    {"bitmap photo", readBitmapPhoto, bitmapPhotos},
 };
 const int fuzzReaderCount = (int)(sizeof fuzzReaders / sizeof fuzzReaders[0]);

@@ -228,3 +228,38 @@ std::vector<Bytes> webpPhotos()
 {
     return {webpSeed(false, false), webpSeed(true, false), webpSeed(true, true)};
 }
+
+// headSize: of the part behind the file's own head; with masks and a profile where it has room for them.
+static Bytes bitmapSeed(uint8_t headSize, uint8_t bits)
+{
+    const Bytes profile = headSize == 124 ? profileBytes() : Bytes();
+    const size_t pixels = (WIDTH * (size_t)bits / 8 + 3) / 4 * 4 * HEIGHT;
+    Bytes file(14 + (size_t)headSize + pixels);
+    const auto put = [&](size_t at, uint32_t value) {
+        for (size_t i = 0; i < 4; ++i)
+            file[at + i] = (uint8_t)(value >> 8 * i);
+    };
+    memcpy(file.data(), "BM", 2);
+    put(10, 14u + headSize);
+    put(14, headSize);
+    put(18, WIDTH);
+    put(22, headSize == 40 ? HEIGHT : (uint32_t)-HEIGHT);
+    put(26, 1u | (uint32_t)bits << 16);
+    if (headSize >= 108) {
+        put(30, 3);
+        for (size_t i = 0; i < 4; ++i)
+            put(54 + 4 * i, i == 3 ? 0xFF000000u : 0xFF0000u >> 8 * i);
+    }
+    if (headSize == 124) {
+        put(70, 0x4D424544);
+        put(126, (uint32_t)(headSize + pixels));
+        put(130, (uint32_t)profile.size());
+    }
+    file.insert(file.end(), profile.begin(), profile.end());
+    return file;
+}
+
+std::vector<Bytes> bitmapPhotos()
+{
+    return {bitmapSeed(40, 24), bitmapSeed(40, 32), bitmapSeed(108, 32), bitmapSeed(124, 32)};
+}

@@ -82,33 +82,63 @@ TEST_F(HostPhotoKinds, AGreyTiffFilesDepthAndPagesMayBeLostToColours)
     EXPECT_TRUE(lossesOf(source, PhotoFormat::Tiff).names.empty());
 }
 
-TEST_F(HostPhotoKinds, ABitmapFilesProfileAndAlphaAreKnown)
+// A bitmap file of 3 x 2 pixels from red, green, blue and alpha bytes, the upper row first, with a profile behind them.
+static std::vector<uint8_t> richBitmap(const std::vector<uint8_t>& rgba, const std::vector<uint8_t>& profile)
 {
-    constexpr size_t headSize = 14, profileSize = 10;
+    constexpr size_t headSize = 14;
     BITMAPV5HEADER info = {};
     info.bV5Size = sizeof info;
-    info.bV5Width = info.bV5Height = info.bV5Planes = 1;
+    info.bV5Width = 3;
+    info.bV5Height = -2;
+    info.bV5Planes = 1;
     info.bV5BitCount = 32;
     info.bV5Compression = BI_BITFIELDS;
-    info.bV5RedMask = 0xFF0000;
+    info.bV5RedMask = 0xFF;
     info.bV5GreenMask = 0xFF00;
-    info.bV5BlueMask = 0xFF;
+    info.bV5BlueMask = 0xFF0000;
     info.bV5AlphaMask = 0xFF000000;
     info.bV5CSType = 0x4D424544;  // embedded
-    info.bV5ProfileData = sizeof info + 4;
-    info.bV5ProfileSize = profileSize;
-    std::vector<uint8_t> file(headSize + sizeof info + 4 + profileSize, 'p');
-    const uint8_t head[headSize] = {'B', 'M', (uint8_t)file.size(), 0, 0, 0, 0, 0, 0, 0, headSize + sizeof info};
-    memcpy(&file[0], head, headSize);
-    memcpy(&file[headSize], &info, sizeof info);
-    writeBytes(folder.path + L"a.bmp", file);
-    ASSERT_TRUE(startImaging());
+    info.bV5ProfileData = (DWORD)(sizeof info + rgba.size());
+    info.bV5ProfileSize = (DWORD)profile.size();
+    const uint8_t head[headSize] = {'B', 'M', 0, 0, 0, 0, 0, 0, 0, 0, headSize + sizeof info};
+    std::vector<uint8_t> file(head, head + headSize);
+    file.insert(file.end(), (uint8_t*)&info, (uint8_t*)&info + sizeof info);
+    file.insert(file.end(), rgba.begin(), rgba.end());
+    file.insert(file.end(), profile.begin(), profile.end());
+    return file;
+}
+
+// All of it stays but the colours of edited pixels, which are seen on white.
+TEST_F(HostPhotoKinds, ABitmapFileIsEditedInsideACopyOfIt)
+{
+    const std::vector<uint8_t> profile(10, 'p');
+    std::vector<uint8_t> rgba = {10, 20, 30, 255, 40, 50, 60, 255, 70, 80, 90, 0,
+                                 1,  2,  3,  128, 4,  5,  6,  255, 7,  8,  9,  200};
+    const std::wstring name = folder.path + L"a.bmp", result = folder.path + L"b.bmp";
+    writeBytes(name, richBitmap(rgba, profile));
     SourcePhoto source;
     HGLOBAL image = nullptr;
-    EXPECT_EQ(readPhoto(folder.path + L"a.bmp", &image, &source), PhotoStatus::Ok);
-    GlobalFree(image);
-    stopImaging();
+    ASSERT_EQ(readPhoto(name, &image, &source), PhotoStatus::Ok);
     EXPECT_TRUE(source.facts.alpha);
-    EXPECT_EQ(source.facts.profile, std::vector<uint8_t>(profileSize, 'p'));
-    EXPECT_EQ(lossesOf(source, PhotoFormat::Bmp).names, (std::vector<TextId>{TEXT_LOSS_ALPHA, TEXT_LOSS_PROFILE}));
+    EXPECT_EQ(source.facts.profile, profile);
+    EXPECT_TRUE(lossesOf(source, PhotoFormat::Bmp).names.empty());
+    EXPECT_TRUE(lossesOf(source, PhotoFormat::Jpeg).severe);
+
+    // The editor's rows: the lower one first, 12 bytes each.
+    uint8_t* bits = (uint8_t*)((BITMAPINFOHEADER*)GlobalLock(image) + 1);
+    const std::vector<uint8_t> lower = {128, 128, 128, 6, 5, 4, 62, 61, 60},
+                               upper = {30, 20, 10, 60, 50, 40, 255, 255, 255};
+    for (int i = 0; i < 9; ++i) {
+        EXPECT_NEAR(bits[i], lower[(size_t)i], 1) << i;
+        EXPECT_EQ(bits[12 + i], upper[(size_t)i]) << i;
+    }
+    const uint8_t painted[] = {99, 98, 97};
+    memcpy(bits + 12 + 3, painted, sizeof painted);
+    std::reverse_copy(painted, painted + 3, rgba.begin() + 4);
+    GlobalUnlock(image);
+    writeBytes(result, {});
+    EXPECT_EQ(writePhoto(result, PhotoFormat::Bmp, image, &source), PhotoStatus::Ok);
+    EXPECT_TRUE(verifyPhoto(result, PhotoFormat::Bmp, image, &source));
+    EXPECT_EQ(readBytes(result), richBitmap(rgba, profile));
+    GlobalFree(image);
 }
