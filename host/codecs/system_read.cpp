@@ -95,8 +95,11 @@ static PhotoStatus handRows(const OpenPhoto& photo, const ColorBridge& bridge, c
 static PhotoStatus decode(const OpenPhoto& photo, const RowSink& sink, PhotoFacts* facts)
 {
     UINT frames = 1;
+    GUID kind = {};
     photo.decoder->GetFrameCount(&frames);
+    photo.decoder->GetContainerFormat(&kind);
     facts->pages = (int)frames;
+    facts->animated = frames > 1 && IsEqualGUID(kind, GUID_ContainerFormatGif);
     double across = 0, down = 0;
     photo.frame->GetResolution(&across, &down);
     const PhotoShape shape = {photo.canvas.width, photo.canvas.height, 1, pelsPerMetre(across), pelsPerMetre(down)};
