@@ -64,12 +64,13 @@ static HANDLE openAlone(const WCHAR* path)
 }
 
 // A list that is new starts with the number 000.
+static const char newListText[] = "000\r\n";
+constexpr DWORD NEW_LIST_SIZE = sizeof newListText - 1;
+
 static bool beginNewList(ListFile* list)
 {
-    static const char text[] = "000\r\n";
-    const DWORD length = sizeof text - 1;
-    if (!writeBytes(list->handle, 0, text, length)) return false;
-    list->size = length;
+    if (!writeBytes(list->handle, 0, newListText, NEW_LIST_SIZE)) return false;
+    list->size = NEW_LIST_SIZE;
     return true;
 }
 
@@ -83,11 +84,24 @@ static bool readListStart(ListFile* list)
     return moveTo(list->handle, 0) && ReadFile(list->handle, list->start, COUNTER_DIGITS, &list->startLength, nullptr);
 }
 
+// Leaves a list in which somebody has saved: by its name alone it could be another session's by now.
+static void removeUnusedList(const WCHAR* path)
+{
+    const HANDLE file =
+        CreateFileW(path, GENERIC_READ | DELETE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return;
+    LARGE_INTEGER size;
+    FILE_DISPOSITION_INFO gone = {TRUE};
+    if (GetFileSizeEx(file, &size) && size.QuadPart <= NEW_LIST_SIZE)
+        SetFileInformationByHandle(file, FileDispositionInfo, &gone, sizeof gone);
+    CloseHandle(file);
+}
+
 // A save that failed leaves no list where there was none.
 static void closeList(const ListFile& list, bool saved)
 {
     CloseHandle(list.handle);
-    if (list.isNew && !saved) DeleteFileW(list.path.text);
+    if (list.isNew && !saved) removeUnusedList(list.path.text);
 }
 
 static bool openList(ListFile* list)

@@ -370,6 +370,43 @@ TEST_F(SelectionLibrary, AListThatAnotherSessionHoldsIsWaitedFor)
     EXPECT_EQ(fileText(list()), "002\r\nseld_001.tif\r\nseld_002.tif\r\n");
 }
 
+// The other session saves as soon as it can open the list.
+static Path listOfBoth;
+static const char othersList[] = "001\r\nseld_001.tif\r\n";
+static bool otherHasSaved;
+static ImportPatch closePatch;
+
+static BOOL WINAPI closeAndLetTheOtherSave(HANDLE handle)
+{
+    const auto close = (BOOL(WINAPI*)(HANDLE))closePatch.before;
+    const BOOL closed = close(handle);
+    if (otherHasSaved) return closed;
+    const HANDLE file = CreateFileW(listOfBoth.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return closed;
+    DWORD written;
+    otherHasSaved = WriteFile(file, othersList, sizeof othersList - 1, &written, nullptr);
+    close(file);
+    return closed;
+}
+
+TEST_F(SelectionLibrary, ANewListThatAnotherSessionHasSavedInStaysWhenTheFirstSaveFails)
+{
+    setSelection(randomSelection(29, 4, 4));
+    GlobalFree(record.selectionMask);
+    record.selectionMask = createBitmap(3, 3, 24);  // cannot be written
+    listOfBoth = list();
+    otherHasSaved = false;
+    ASSERT_TRUE(patchImport(&closePatch, GetModuleHandleA(nullptr), "CloseHandle", (void*)closeAndLetTheOtherSave));
+    EXPECT_EQ(0, saveSelectionToLibrary());
+    undoPatch(&closePatch);
+    EXPECT_TRUE(otherHasSaved);
+    EXPECT_EQ(fileText(list()), othersList);
+    removeTree(library);
+    EXPECT_EQ(0, saveSelectionToLibrary());
+    EXPECT_FALSE(exists(library)) << "nobody saved in it";
+}
+
 static void collect(void* context, const LibraryPath& path, HGLOBAL thumbnail)
 {
     ((std::vector<Path>*)context)->push_back(path.text);
