@@ -63,14 +63,15 @@ static void onSize(HWND canvas)
 }
 
 // The invalid part of the client area. Taken as a region, because it is in device units on every
-// system, whatever the mapping of the canvas's own device context is.
+// system, whatever the mapping of the canvas's own device context is. All of the area when there is no telling: what
+// is validated has to be painted.
 static RECT updateBox(HWND canvas)
 {
     RECT box = {0, 0, 0, 0};
+    GetClientRect(canvas, &box);
     const HRGN region = CreateRectRgn(0, 0, 0, 0);
     if (!region) return box;
-    GetUpdateRgn(canvas, region, FALSE);
-    GetRgnBox(region, &box);
+    if (GetUpdateRgn(canvas, region, FALSE) != ERROR) GetRgnBox(region, &box);
     DeleteObject(region);
     return box;
 }
@@ -83,7 +84,7 @@ static void paintOverlays(HDC dc)
 
 static void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, RECT box)
 {
-    RECT client;
+    RECT client = {0, 0, 0, 0};
     GetClientRect(canvas, &client);
     if (isZoomed(sessionExtras.canvas.view)) return paintZoomed(dc, box);
     // At an odd scale a changed image pixel may show one screen pixel outside of its own, rounded place.
@@ -98,6 +99,7 @@ static void drawImagePart(HWND canvas, HDC dc, HGLOBAL image, RECT box)
 static LRESULT onPaint(HWND canvas)
 {
     hideOutline(canvas);
+    if (!sessionExtras.canvas.mapped) mapDeviceContext(canvas);
     const RECT box = updateBox(canvas);
     PAINTSTRUCT paint;
     const HDC dc = BeginPaint(canvas, &paint);

@@ -17,16 +17,23 @@ static RECT rectOfMap()
     return {rect.left, rect.top, rect.right, rect.bottom};
 }
 
-static void renew(const PixelRect& part)
+static bool fillThumbnail(const PixelRect& part)
 {
     const LockedPixels image(editedImage()), thumbnail(map.thumbnail);
     if (image && thumbnail) renewThumbnail(thumbnail.view, image.view, part);
+    return image && thumbnail;
 }
 
 static void freeThumbnail()
 {
     if (map.thumbnail) GlobalFree(map.thumbnail);
     map.thumbnail = nullptr;
+}
+
+// One that could not be brought up to date is made again at the next painting.
+static void renew(const PixelRect& part)
+{
+    if (!fillThumbnail(part)) freeThumbnail();
 }
 
 static void makeThumbnail(int width, int height)

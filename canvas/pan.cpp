@@ -19,12 +19,8 @@ static PanDrag& drag = sessionExtras.canvas.pan;
 static void runBorderTimer(HWND canvas, bool run)
 {
     if (run == sessionExtras.canvas.borderTimerRuns) return;
-    sessionExtras.canvas.borderTimerRuns = run;
-    if (run) {
-        SetTimer(canvas, BORDER_TIMER, BORDER_INTERVAL, nullptr);
-    } else {
-        KillTimer(canvas, BORDER_TIMER);
-    }
+    if (!run) KillTimer(canvas, BORDER_TIMER);
+    sessionExtras.canvas.borderTimerRuns = run && SetTimer(canvas, BORDER_TIMER, BORDER_INTERVAL, nullptr) != 0;
 }
 
 static bool spaceIsHeld(HWND canvas)

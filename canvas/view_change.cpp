@@ -15,20 +15,19 @@ static bool sameView(const CanvasView& a, const CanvasView& b)
            a.image.height == b.image.height;
 }
 
+static bool setScale(HDC dc, const CanvasView& view)
+{
+    if (isZoomed(view)) return SetMapMode(dc, MM_TEXT) != 0;
+    return SetMapMode(dc, MM_ANISOTROPIC) && SetWindowExtEx(dc, view.image.width, view.image.height, nullptr) &&
+           SetViewportExtEx(dc, view.client.width, view.client.height, nullptr);
+}
+
 void mapDeviceContext(HWND canvas)
 {
-    const CanvasView& view = sessionExtras.canvas.view;
     const HDC dc = GetDC(canvas);
-    if (isZoomed(view)) {
-        SetMapMode(dc, MM_TEXT);
-    } else {
-        SetMapMode(dc, MM_ANISOTROPIC);
-        SetWindowExtEx(dc, view.image.width, view.image.height, nullptr);
-        SetViewportExtEx(dc, view.client.width, view.client.height, nullptr);
-    }
-    SetWindowOrgEx(dc, 0, 0, nullptr);
-    SetViewportOrgEx(dc, 0, 0, nullptr);
-    ReleaseDC(canvas, dc);
+    sessionExtras.canvas.mapped = dc && setScale(dc, sessionExtras.canvas.view) && SetWindowOrgEx(dc, 0, 0, nullptr) &&
+                                  SetViewportOrgEx(dc, 0, 0, nullptr);
+    if (dc) ReleaseDC(canvas, dc);
 }
 
 void followView(HWND canvas, const CanvasView& before)

@@ -12,5 +12,5 @@ void showView(HWND canvas, const CanvasView& view);
 void followView(HWND canvas, const CanvasView& before);
 
 // Gives the canvas's own device context the view's mapping: fitted, one logical unit is one image pixel; zoomed,
-// one client pixel.
+// one client pixel. What fails is tried again before the next painting.
 void mapDeviceContext(HWND canvas);

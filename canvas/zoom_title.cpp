@@ -18,7 +18,8 @@ static void keepName()
 {
     const int length = GetWindowTextLengthW(session->hostDialog);
     nameOfWindow = (wchar_t*)takeZeroedMemory((size_t)length + 1, sizeof *nameOfWindow);
-    if (nameOfWindow) GetWindowTextW(session->hostDialog, nameOfWindow, length + 1);
+    if (!nameOfWindow || length == 0 || GetWindowTextW(session->hostDialog, nameOfWindow, length + 1) > 0) return;
+    forgetTitle();  // better no number in the title than no name
 }
 
 static void showPercent(int percent)

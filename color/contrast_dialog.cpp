@@ -80,7 +80,7 @@ static int createContrastPreview(const RECT& client)
 // Flush right, at the top of the client area.
 static RECT previewRect(HWND dialog)
 {
-    RECT client;
+    RECT client = {};
     GetClientRect(dialog, &client);
     return {client.right - bitmapWidth(session->previewImage), 0, client.right, bitmapHeight(session->previewImage)};
 }
@@ -101,7 +101,7 @@ static void recomputePreview(HWND dialog, const ColourValues& values)
 static int widthWithPreview(HWND dialog, int height)
 {
     const HWND lastBar = GetDlgItem(dialog, BAR_HUE);
-    RECT bar;
+    RECT bar = {};
     GetClientRect(lastBar, &bar);
     MapWindowPoints(lastBar, dialog, (POINT*)&bar, 2);
     int imageWidth, imageHeight;
@@ -120,7 +120,7 @@ static int onScreen(int start, int length, int screen)
 static void layoutContrastDialog(HWND dialog, const RECT& button)
 {
     attachButtonPictures(dialog, PICTURE_TABLE_CONTRAST_RESET, moduleInstance);
-    RECT window;
+    RECT window = {};
     GetWindowRect(dialog, &window);
     const int height = window.bottom - window.top;
     const int width = widthWithPreview(dialog, height);
@@ -130,7 +130,7 @@ static void layoutContrastDialog(HWND dialog, const RECT& button)
         setScrollBar(dialog, bar.barId, rangeOf(bar), neutralOf(bar));
         nameScrollBar(dialog, bar.barId, (UINT)bar.nameId);
     }
-    RECT client;
+    RECT client = {};
     GetClientRect(dialog, &client);
     createContrastPreview(client);
 }
@@ -228,7 +228,7 @@ static void enableSessionWindows(BOOL enable)
 
 void openContrastDialog(HWND palette, int buttonId)
 {
-    RECT button;
+    RECT button = {};
     GetWindowRect(GetDlgItem(palette, buttonId), &button);
     readLocaleLanguage();
     enableSessionWindows(FALSE);

@@ -34,7 +34,7 @@ static void fitCanvas(HWND dialog)
     const HWND canvas = (HWND)windowProp(dialog, PROP_CANVAS);
     if (!IsWindow(canvas)) return;
     RECT client;
-    GetClientRect(dialog, &client);
+    if (!GetClientRect(dialog, &client)) return;
     SetWindowPos(canvas, nullptr, client.left, client.top, client.right - client.left, client.bottom - client.top,
                  SWP_NOZORDER);
 }
@@ -99,7 +99,7 @@ static INT_PTR onSize(HWND dialog, WPARAM, LPARAM)
 
 static AspectRatio aspectOf(HWND dialog, WindowSize& current)
 {
-    RECT window, client;
+    RECT window = {}, client = {};
     GetWindowRect(dialog, &window);
     GetClientRect(dialog, &client);
     current = {(uint32_t)(window.right - window.left), (uint32_t)(window.bottom - window.top)};
@@ -160,9 +160,9 @@ static INT_PTR onPaint(HWND dialog, WPARAM, LPARAM)
 
 static INT_PTR onEraseBackground(HWND dialog, WPARAM wParam, LPARAM)
 {
-    RECT clip;
+    RECT clip = {};
     GetClipBox((HDC)wParam, &clip);
-    if (!windowProp(dialog, PROP_IMAGE)) {
+    if (!windowProp(dialog, PROP_IMAGE) || !session->canvasWindow) {
         FillRect((HDC)wParam, &clip, (HBRUSH)GetStockObject(BLACK_BRUSH));
     } else {
         InflateRect(&clip, 1, 1);

@@ -33,6 +33,7 @@ struct CanvasState {
     OverviewMap map;
     PanDrag pan;
     bool borderTimerRuns;  // BORDER_TIMER is armed
+    bool mapped;           // the canvas's device context has the view's mapping
     WheelRest wheel;
     wchar_t* nameOfWindow;  // owned: the title while fitted; null while that is what the window shows
 };
