@@ -8,84 +8,12 @@
 #include <cstdio>
 #include <cstring>
 
+#include "bench/feel_measures.h"
 #include "tests/session/selection_fixture.h"
-
-#include <psapi.h>
 
 static const Size feltSizes[] = {
     {"6mp", 3000, 2000, 900, 600}, {"24mp", 6000, 4000, 900, 600}, {"48mp", 8000, 6000, 800, 600}};
-constexpr double LIMIT_MS = 20000;
 constexpr int MOVES = 25, ROUNDS = 9;
-
-static double millisecondsNow()
-{
-    LARGE_INTEGER count, frequency;
-    QueryPerformanceCounter(&count);
-    QueryPerformanceFrequency(&frequency);
-    return 1000.0 * (double)count.QuadPart / (double)frequency.QuadPart;
-}
-
-static double medianOf(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? -1 : values[values.size() / 2];
-}
-
-// ---- input, without waiting for anything
-
-static void sendMouse(DWORD flags, POINT at = {0, 0})
-{
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    const LONG width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
-    input.mi.dx = (at.x * 65536 + width - 1) / width;
-    input.mi.dy = (at.y * 65536 + height - 1) / height;
-    SendInput(1, &input, sizeof input);
-}
-
-static void sendMove(POINT screen)
-{
-    sendMouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, screen);
-}
-
-// ---- the screen
-
-static std::vector<uint8_t> around(POINT screen)
-{
-    return screenPart({screen.x - 3, screen.y - 3, screen.x + 4, screen.y + 4}).bytes;
-}
-
-template <typename Action>
-static double untilPixelsChange(POINT screen, Action action)
-{
-    const std::vector<uint8_t> before = around(screen);
-    const double start = millisecondsNow();
-    action();
-    while (around(screen) == before)
-        if (millisecondsNow() - start > LIMIT_MS) {
-            ADD_FAILURE() << "nothing changes at " << screen.x << ", " << screen.y;
-            return -1;
-        }
-    return millisecondsNow() - start;
-}
-
-// ---- the process
-
-static double processorMilliseconds()
-{
-    FILETIME made, ended, kernel, user;
-    GetProcessTimes(GetCurrentProcess(), &made, &ended, &kernel, &user);
-    const auto whole = [](FILETIME time) { return ((ULONGLONG)time.dwHighDateTime << 32 | time.dwLowDateTime) / 1e4; };
-    return whole(kernel) + whole(user);
-}
-
-static PROCESS_MEMORY_COUNTERS memoryNow()
-{
-    PROCESS_MEMORY_COUNTERS counters = {};
-    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
-    return counters;
-}
 
 struct Feel : SelectionSession, testing::WithParamInterface<Size> {
     double megapixels() const { return photo.width * 1e-6 * photo.height; }
@@ -188,7 +116,7 @@ struct Feel : SelectionSession, testing::WithParamInterface<Size> {
     void drawOutline()
     {
         ASSERT_TRUE(clickControl(&host, ID_SELECTION));
-        model = beginModel(host, photo);
+        model.scale = scaleOf(host, photo);
         const size_t first = seenCount();
         ASSERT_TRUE(movePointer(&host, zigzag(0)));
         ASSERT_TRUE(pressButton(&host));
@@ -199,7 +127,63 @@ struct Feel : SelectionSession, testing::WithParamInterface<Size> {
         tell("selection_close_20k", untilPainted(host.canvas, WM_LBUTTONUP, [] { sendMouse(MOUSEEVENTF_LEFTUP); }),
              "ms");
         ASSERT_TRUE(settle(&host));
-        floatDrawnOutline(&model, host, first);
+        model.shown.rect = rectOfDrawnOutline(model.scale, host, first);
+    }
+
+    // Three steps to one side, to pixels of the band's left side, and let go; the next time back.
+    void dragSelection()
+    {
+        std::vector<double> moves, drops;
+        for (int n = 0; n < ROUNDS; ++n) {
+            const int step = n % 2 ? -9 : 9;
+            const POINT grip = clientOfHit(INSIDE);
+            const RECT band = toClient(model.scale, model.shown.rect);
+            ASSERT_TRUE(movePointerOnCanvas(&host, grip.x, grip.y - 4));  // it may be there already
+            ASSERT_TRUE(movePointerOnCanvas(&host, grip.x, grip.y));
+            ASSERT_TRUE(pressButton(&host));
+            for (int by = step; by != 4 * step; by += step) {
+                const POINT side = onCanvas(host, band.left + by + 1, (band.top + band.bottom) / 2);
+                moves.push_back(untilPixelsChange(side, [&] { sendMove(onCanvas(host, grip.x + by, grip.y)); }));
+            }
+            drops.push_back(untilPainted(host.canvas, WM_LBUTTONUP, [] { sendMouse(MOUSEEVENTF_LEFTUP); }));
+            ASSERT_TRUE(settle(&host));
+            const LONG left = toImage(model.scale, POINT{band.left + 3 * step, 0}).x;
+            OffsetRect(&model.shown.rect, left - model.shown.rect.left, 0);
+        }
+        tell("move_to_pixel_selection_20k", medianOf(moves), "ms");
+        tell("drop_of_selection_20k", medianOf(drops), "ms");
+    }
+
+    // As much as a dab of 48 x 48 image pixels changes, in the middle of the selection.
+    void repaintPart(const char* name)
+    {
+        const POINT middle = {GetParam().clientWidth / 2, GetParam().clientHeight / 2};
+        const RECT part = toClient(scaleOf(host, photo), RECT{0, 0, 48, 48});
+        std::vector<double> times;
+        for (int n = 0; n < ROUNDS; ++n) {
+            runOnHost(&host, [&] {
+                RECT box = part;
+                OffsetRect(&box, middle.x, middle.y);
+                const double start = millisecondsNow();
+                InvalidateRect(host.canvas, &box, FALSE);
+                UpdateWindow(host.canvas);
+                times.push_back(millisecondsNow() - start);
+            });
+        }
+        tell(name, medianOf(times), "ms");
+    }
+
+    void nudgeSelection()
+    {
+        std::vector<double> steps;
+        for (int n = 0; n < ROUNDS; ++n) {
+            const WORD key = n % 2 ? VK_LEFT : VK_RIGHT;
+            steps.push_back(untilPainted(host.canvas, WM_KEYDOWN, [&] { sendKey(key, 0); }));
+            sendKey(key, KEYEVENTF_KEYUP);
+            ASSERT_TRUE(settle(&host));
+        }
+        if (ROUNDS % 2) OffsetRect(&model.shown.rect, 1, 0);
+        tell("nudge_of_selection_20k", medianOf(steps), "ms");
     }
 
     void stepColour()
@@ -262,8 +246,8 @@ struct Feel : SelectionSession, testing::WithParamInterface<Size> {
         ASSERT_TRUE(waitForReturn(&host));
     }
 
-    // To be asked before an outline is drawn: the model of it takes more than the session.
-    void tellMemory(const char* name, SIZE_T bytes, SIZE_T before) const
+    // What the session takes beside the host's photo and all else that was there before the call.
+    void tellMemory(const char* name, size_t bytes, size_t before) const
     {
         tell(name, ((double)bytes - (double)before) / 1e6 / megapixels(), "MB/MP");
     }
@@ -274,16 +258,22 @@ TEST_P(Feel, Session)
     const Size& size = GetParam();
     usePhoto(size.photoWidth, size.photoHeight, size.clientWidth, size.clientHeight);
     plainCopy();
-    const SIZE_T before = memoryNow().WorkingSetSize;
+    const size_t before = memoryNow().resting;
     enter();
-    tellMemory("memory_after_entry", memoryNow().WorkingSetSize, before);
+    tellMemory("memory_after_entry", memoryNow().resting, before);
     takeLargeSoftBrush();
     paint();
-    tellMemory("memory_after_stroke", memoryNow().WorkingSetSize, before);
+    tellMemory("memory_after_stroke", memoryNow().resting, before);
+    repaintPart("repaint_48x48_plain");
     drawOutline();
+    repaintPart("repaint_48x48_selection_20k");
+    dragSelection();
+    nudgeSelection();
     stepColour();
     stepContrast();
     idle();
+    tellMemory("memory_at_rest", memoryNow().resting, before);
+    tellMemory("memory_peak", memoryNow().peak, before);
     leave();
 }
 

@@ -153,13 +153,37 @@ void reverseAllButLastRow(uint8_t* storedRows, ptrdiff_t rowBytes, int height)
     }
 }
 
+// Four pixels in three words, the first pixel in the lowest bytes.
+struct FourPixels {
+    uint32_t words[3];
+};
+
+static FourPixels loadFour(const uint8_t* pixels)
+{
+    FourPixels four;
+    memcpy(four.words, pixels, sizeof four.words);
+    return four;
+}
+
+static void storeReversed(uint8_t* pixels, const FourPixels& four)
+{
+    const uint32_t a = four.words[0], b = four.words[1], c = four.words[2];
+    const uint32_t first = a & 0xFFFFFF, second = a >> 24 | (b & 0xFFFF) << 8, third = b >> 16 | (c & 0xFF) << 16;
+    const uint32_t reversed[3] = {c >> 8 | third << 24, third >> 8 | second << 16, second >> 16 | first << 8};
+    memcpy(pixels, reversed, sizeof reversed);
+}
+
 void mirrorRows(const BitsView& image)
 {
+    constexpr ptrdiff_t FOUR = 4 * BYTES_PER_PIXEL;
     for (int y = 0; y < image.height; ++y) {
-        uint8_t* left = rowOf(image, y);
-        uint8_t* right = left + (ptrdiff_t)(image.width - 1) * BYTES_PER_PIXEL;
-        for (; left < right; left += BYTES_PER_PIXEL, right -= BYTES_PER_PIXEL) {
-            std::swap_ranges(left, left + BYTES_PER_PIXEL, right);
+        uint8_t *left = rowOf(image, y), *end = left + (ptrdiff_t)image.width * BYTES_PER_PIXEL;
+        for (; end - left >= 2 * FOUR; left += FOUR, end -= FOUR) {
+            const FourPixels atLeft = loadFour(left), atEnd = loadFour(end - FOUR);
+            storeReversed(left, atEnd);
+            storeReversed(end - FOUR, atLeft);
         }
+        for (end -= BYTES_PER_PIXEL; left < end; left += BYTES_PER_PIXEL, end -= BYTES_PER_PIXEL)
+            std::swap_ranges(left, left + BYTES_PER_PIXEL, end);
     }
 }

@@ -79,17 +79,17 @@ static int pulledInside(int value, int size)
 }
 
 // Points are pulled inside the canvas.
-static ReferencePoint pulledInside(const SelectionModel& model, ReferencePoint point)
+static ReferencePoint pulledInside(const CanvasScale& scale, ReferencePoint point)
 {
-    const POINT corner = toImage(model.scale, POINT{model.scale.client.cx, model.scale.client.cy});
+    const POINT corner = toImage(scale, POINT{scale.client.cx, scale.client.cy});
     return {pulledInside(point.x, (int)corner.x), pulledInside(point.y, (int)corner.y)};
 }
 
 // All but the first are at least 1 besides.
-static ReferencePoint outlinePoint(const SelectionModel& model, LPARAM lp, bool first)
+static ReferencePoint outlinePoint(const CanvasScale& scale, LPARAM lp, bool first)
 {
-    const POINT at = toImage(model.scale, POINT{GET_X_LPARAM(lp), GET_Y_LPARAM(lp)});
-    const ReferencePoint point = pulledInside(model, {(int)at.x, (int)at.y});
+    const POINT at = toImage(scale, POINT{GET_X_LPARAM(lp), GET_Y_LPARAM(lp)});
+    const ReferencePoint point = pulledInside(scale, {(int)at.x, (int)at.y});
     return first ? point : ReferencePoint{std::max(point.x, 1), std::max(point.y, 1)};
 }
 
@@ -106,26 +106,38 @@ static void cutShape(SelectionModel* model)
     shape.mask = referenceSelectionMask(shape.crossings, bounds);
 }
 
-void floatDrawnOutline(SelectionModel* model, const Host& host, size_t first)
+static ReferenceOutline drawnOutline(const CanvasScale& scale, const Host& host, size_t first)
 {
     std::vector<ReferencePoint> given;
     ReferencePoint release = {0, 0};
     for (const SeenMessage& seen : seenSince(first)) {
         if (seen.sent || seen.window != host.canvas) continue;
-        if (seen.message == WM_LBUTTONDOWN) given = {outlinePoint(*model, seen.lParam, true)};
+        if (seen.message == WM_LBUTTONDOWN) given = {outlinePoint(scale, seen.lParam, true)};
         if (seen.message == WM_MOUSEMOVE && !given.empty() && (seen.wParam & MK_LBUTTON)) {
-            given.push_back(outlinePoint(*model, seen.lParam, false));
+            given.push_back(outlinePoint(scale, seen.lParam, false));
         }
-        if (seen.message == WM_LBUTTONUP) release = outlinePoint(*model, seen.lParam, false);
+        if (seen.message == WM_LBUTTONUP) release = outlinePoint(scale, seen.lParam, false);
     }
-    ASSERT_FALSE(given.empty());
-    const ReferenceOutline outline = referenceOutline(model->photo.height, model->photo.width, given, release);
+    if (given.empty()) return {{}, ReferenceCrossings(0, 0)};
+    return referenceOutline(scale.image.cy, scale.image.cx, given, release);
+}
+
+void floatDrawnOutline(SelectionModel* model, const Host& host, size_t first)
+{
+    const ReferenceOutline outline = drawnOutline(model->scale, host, first);
+    ASSERT_FALSE(outline.points.empty());
     model->shown = FloatingShape();
     model->shown.points = outline.points;
     model->shown.crossings = outline.crossings;
     cutShape(model);
     model->base = model->shown;
     model->values = {0, 0, 50, 0, 0};
+}
+
+RECT rectOfDrawnOutline(const CanvasScale& scale, const Host& host, size_t first)
+{
+    const ReferenceBounds bounds = drawnOutline(scale, host, first).crossings.bounds();
+    return {bounds.left, bounds.top, bounds.right, bounds.bottom};
 }
 
 // ---- operations
@@ -215,7 +227,7 @@ void turnModel(SelectionModel* model, int degrees)
     for (const ReferencePoint& p : model->base.points) {
         const ReferencePoint to = {(int)(cx + cosine * (p.x - cx) - sine * (cy - p.y)),
                                    (int)(cy - (cosine * (cy - p.y) + sine * (p.x - cx)))};
-        turned.push_back(pulledInside(*model, to));
+        turned.push_back(pulledInside(model->scale, to));
     }
     const ReferenceOutline outline = referenceOutline(model->photo.height, model->photo.width, turned, turned.back());
     model->shown.points = outline.points;

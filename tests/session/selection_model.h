@@ -38,6 +38,9 @@ SelectionModel beginModel(const Host& host, const HostImage& photo);
 // Closes the outline whose press, moves and release were retrieved since message `first`.
 void floatDrawnOutline(SelectionModel* model, const Host& host, size_t first);
 
+// Only where that outline lies. No picture of the photo is needed, which takes several times its memory.
+RECT rectOfDrawnOutline(const CanvasScale& scale, const Host& host, size_t first);
+
 void moveModel(SelectionModel* model, int dx, int dy);
 void resizeModel(SelectionModel* model, const RECT& to);
 void flipModel(SelectionModel* model, bool vertically);  // pixels and mask; not to be resized afterwards

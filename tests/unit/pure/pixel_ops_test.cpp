@@ -183,7 +183,7 @@ TEST(PixelOps, FillWhereMapIsZeroLeavesOtherPixels)
 TEST(PixelOps, MirrorRowsKeepsPadding)
 {
     std::mt19937 random(16);
-    for (int width = 1; width <= 9; ++width) {
+    for (int width = 1; width <= 130; ++width) {
         const reference::Picture image = randomReference(random, width, 3);
         StoredImage stored(image);
         mirrorRows(stored.view());
