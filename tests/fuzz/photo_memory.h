@@ -15,6 +15,9 @@ struct PhotoMemory {
 // Closed by TIFFClose; memory must live as long. mode as for TIFFOpen.
 TIFF* openTiffInMemory(PhotoMemory* memory, const char* mode);
 
+// How many photos the readers have accepted so far.
+int photosAccepted();
+
 // Sound photos, a few of each kind that matters.
 std::vector<Bytes> jpegPhotos();
 std::vector<Bytes> pngPhotos();

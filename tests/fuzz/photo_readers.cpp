@@ -56,8 +56,16 @@ static bool take(void* context, const uint8_t* bgra, ptrdiff_t stride, int first
     return true;
 }
 
+static int accepted;
+
+int photosAccepted()
+{
+    return accepted;
+}
+
 static void check(PhotoStatus status, const Taken& taken, const PhotoFacts& facts)
 {
+    accepted += status == PhotoStatus::Ok;
     if (status == PhotoStatus::Ok)
         expect(taken.begun && taken.rows == taken.target.fileHeight, "an accepted photo has all its rows");
     expect(facts.orientation >= 1 && facts.orientation <= 8, "an orientation from 1 to 8");

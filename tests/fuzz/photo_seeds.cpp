@@ -151,7 +151,9 @@ static Bytes tiffSeed(const TiffKind& kind)
         for (uint32_t tile = 0; tile < TIFFNumberOfTiles(file); ++tile)
             TIFFWriteEncodedTile(file, tile, samples.data(), TIFFTileSize(file));
     } else {
-        TIFFSetField(file, TIFFTAG_ROWSPERSTRIP, (uint32_t)5);
+        const bool jpeg = kind.compression == COMPRESSION_JPEG;
+        if (jpeg) TIFFSetField(file, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+        TIFFSetField(file, TIFFTAG_ROWSPERSTRIP, (uint32_t)(jpeg ? 16 : 5));  // whole blocks
         for (uint16_t plane = 0; plane < planes; ++plane)
             for (uint32_t row = 0; row < (uint32_t)HEIGHT; ++row)
                 TIFFWriteScanline(file, samples.data() + row, row, plane);

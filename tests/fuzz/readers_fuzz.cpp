@@ -2,13 +2,10 @@
 // what the inputs reach.
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-
-#include <cstdio>
 #include <random>
-#include <string>
 
 #include "tests/fuzz/readers.h"
+#include "tests/fuzz/regression_files.h"
 
 typedef std::vector<uint8_t> Bytes;
 
@@ -62,20 +59,5 @@ TEST(FuzzReaders, SeedsAndSeededDamageAreSurvived)
 
 TEST(FuzzReaders, WhatWasOnceFoundIsSurvived)
 {
-    const std::string folder = RETOUCH_FUZZ_REGRESSIONS;
-    DIR* const directory = opendir(folder.c_str());
-    ASSERT_TRUE(directory);
-    int files = 0;
-    while (const dirent* const entry = readdir(directory)) {
-        if (entry->d_name[0] == '.') continue;
-        FILE* const file = fopen((folder + "/" + entry->d_name).c_str(), "rb");
-        ASSERT_TRUE(file) << entry->d_name;
-        Bytes bytes(1 << 20);
-        bytes.resize(fread(bytes.data(), 1, bytes.size(), file));
-        fclose(file);
-        read(bytes);
-        ++files;
-    }
-    closedir(directory);
-    EXPECT_LT(0, files);
+    EXPECT_LT(0, readEveryFile(RETOUCH_FUZZ_REGRESSIONS));
 }
