@@ -75,6 +75,12 @@ void turnPoints(const PixelPoint* points, int count, const Turn& turn, PixelPoin
 
 // ---- pixels of a turned selection
 
+static int roundedDown(double value)
+{
+    const int towardZero = (int)value;
+    return towardZero - (towardZero > value);
+}
+
 static bool isInside(const PlacedImage& image, int column, int row)
 {
     if (column < 0 || row < 0 || column >= image.mask.width || row >= image.mask.height) return false;
@@ -103,7 +109,7 @@ static void addPixel(WeightedSum& sum, const PlacedImage& source, int column, in
 // The nearest inside pixel to (x, y), by the straight distance; null beyond TURN_SEARCH rows or columns.
 static const uint8_t* nearestInside(const PlacedImage& source, double x, double y)
 {
-    const int column = (int)floor(x + 0.5), row = (int)floor(y + 0.5);
+    const int column = roundedDown(x + 0.5), row = roundedDown(y + 0.5);
     const uint8_t* nearest = nullptr;
     double best = 0;
     for (int v = row - TURN_SEARCH; v <= row + TURN_SEARCH; ++v) {
@@ -123,11 +129,29 @@ static void copyPixel(uint8_t* pixel, const uint8_t* from)
         pixel[c] = from ? from[c] : 0;
 }
 
+static bool allFourInside(const PlacedImage& image, int column, int row)
+{
+    if (column < 0 || row < 0 || column + 1 >= image.mask.width || row + 1 >= image.mask.height) return false;
+    const uint8_t *upper = rowOf(image.mask, row) + (ptrdiff_t)column * 3, *lower = upper + image.mask.stride;
+    return (upper[2] | upper[5] | lower[2] | lower[5]) == 0;
+}
+
+// Nearly all pixels have four inside: the same sums, in the same order, without asking for each.
+static void weighFour(uint8_t* pixel, const PlacedImage& source, int column, int row, double right, double below)
+{
+    const uint8_t *upper = pixelAt(source, column, row), *lower = upper + source.pixels.stride;
+    const double a = (1 - right) * (1 - below), b = right * (1 - below), c = (1 - right) * below, d = right * below;
+    const double weight = a + b + c + d;
+    for (int n = 0; n < 3; ++n)
+        pixel[n] = (uint8_t)((a * upper[n] + b * upper[n + 3] + c * lower[n] + d * lower[n + 3]) / weight + 0.5);
+}
+
 // x and y count pixels of the source from its top left pixel.
 static void fetchPixel(uint8_t* pixel, const PlacedImage& source, double x, double y)
 {
-    const int column = (int)floor(x), row = (int)floor(y);
+    const int column = roundedDown(x), row = roundedDown(y);
     const double right = x - column, below = y - row;
+    if (allFourInside(source, column, row)) return weighFour(pixel, source, column, row, right, below);
     WeightedSum sum = {};
     addPixel(sum, source, column, row, (1 - right) * (1 - below));
     addPixel(sum, source, column + 1, row, right * (1 - below));
