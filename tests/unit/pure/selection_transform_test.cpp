@@ -7,6 +7,7 @@
 #include "selection/geometry/selection_transform.h"
 #include "selection/geometry/turn_angle.h"
 #include "tests/reference/outline_reference.h"
+#include "tests/reference/turn_reference.h"
 #include "tests/unit/pure/stored_image.h"
 
 static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& points)
@@ -156,32 +157,6 @@ static bool makeFloating(std::mt19937& random, int shape, int size, std::vector<
     return true;
 }
 
-static bool insideAt(const Floating& f, int column, int row)
-{
-    return column >= 0 && row >= 0 && column < f.mask.width && row < f.mask.height && f.mask.at(column, row).red == 0;
-}
-
-// The four pixels around the place, weighted; false when none of them is inside.
-static bool bilinear(const Floating& f, double x, double y, double* channels)
-{
-    double weights = 0;
-    channels[0] = channels[1] = channels[2] = 0;
-    for (int v = (int)std::floor(y); v <= (int)std::floor(y) + 1; ++v) {
-        for (int u = (int)std::floor(x); u <= (int)std::floor(x) + 1; ++u) {
-            const double weight = (1 - std::fabs(x - u)) * (1 - std::fabs(y - v));
-            if (!insideAt(f, u, v) || weight <= 0) continue;
-            const reference::Pixel p = f.pixels.at(u, v);
-            weights += weight;
-            channels[0] += weight * p.blue;
-            channels[1] += weight * p.green;
-            channels[2] += weight * p.red;
-        }
-    }
-    for (int c = 0; c < 3 && weights > 0; ++c)
-        channels[c] /= weights;
-    return weights > 0;
-}
-
 TEST(SelectionTransform, TurnedPixelsComeFromInsideTheOutline)
 {
     std::mt19937 random(53);
@@ -203,7 +178,7 @@ TEST(SelectionTransform, TurnedPixelsComeFromInsideTheOutline)
             fillSelectionMask(mask.view(), table, rect);
             turnPixels(PlacedImage{target.view(), mask.view(), rect},
                        PlacedImage{source.view(), sourceMask.view(), a.rect}, turn);
-            const double angle = degrees * 3.1415926 / 180;
+            const ReferencePatch from = {a.rect.left, a.rect.top, a.pixels, a.mask};
             const reference::Picture result = target.picture(), resultMask = mask.picture();
             for (int y = 0; y < target.height; ++y) {
                 for (int x = 0; x < target.width; ++x) {
@@ -212,12 +187,10 @@ TEST(SelectionTransform, TurnedPixelsComeFromInsideTheOutline)
                         ASSERT_TRUE((p == reference::Pixel{0, 0, 0}));
                         continue;
                     }
-                    // Turned back by the opposite angle.
-                    const double right = rect.left + x + 0.5 - turn.centreX, down = rect.top + y - 0.5 - turn.centreY;
-                    const double sx = turn.centreX + std::cos(angle) * right - std::sin(angle) * down;
-                    const double sy = turn.centreY + std::sin(angle) * right + std::cos(angle) * down;
                     double expected[3];
-                    if (!bilinear(a, sx - 0.5 - a.rect.left, sy + 0.5 - a.rect.top, expected)) continue;
+                    if (!referenceTurnedPixel(from, {turn.centreX, turn.centreY, degrees}, rect.left + x, rect.top + y,
+                                              expected))
+                        continue;
                     ASSERT_NEAR(expected[0], p.blue, 0.5001);
                     ASSERT_NEAR(expected[1], p.green, 0.5001);
                     ASSERT_NEAR(expected[2], p.red, 0.5001);

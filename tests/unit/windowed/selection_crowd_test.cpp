@@ -17,6 +17,7 @@
 #include "tests/reference/colour_reference.h"
 #include "tests/reference/outline_reference.h"
 #include "tests/reference/tiff_reference.h"
+#include "tests/reference/turn_reference.h"
 
 using reference::Picture;
 
@@ -211,17 +212,59 @@ TEST_F(SelectionCrowd, DISABLED_IsResizedByEveryHandle)
     expectFloating("resized and back", before);
 }
 
+static bool isNear(const double* colours, const reference::Pixel& pixel)
+{
+    const double farthest = std::max(
+        {std::fabs(colours[0] - pixel.blue), std::fabs(colours[1] - pixel.green), std::fabs(colours[2] - pixel.red)});
+    return farthest < 0.5001;
+}
+
+// About the middle of the points' box.
+static ReferenceTurn turnOf(const std::vector<ReferencePoint>& points, int degrees)
+{
+    int left = points[0].x, right = left, top = points[0].y, bottom = top;
+    for (const ReferencePoint& point : points) {
+        left = std::min(left, point.x), right = std::max(right, point.x);
+        top = std::min(top, point.y), bottom = std::max(bottom, point.y);
+    }
+    return {(left + right) / 2.0, (top + bottom) / 2.0, degrees};
+}
+
+static void expectTurned(const CrowdFloating& before, int degrees)
+{
+    const CrowdFloating now = shownSelection();
+    const ReferenceCrossings crossings = crossingsThrough(now.points);
+    expectRect(crossings.bounds(), now.rect);
+    expectSame("turned mask", referenceSelectionMask(crossings, crossings.bounds()), now.mask);
+    const ReferencePatch from = {(int)before.rect.left, (int)before.rect.top, before.image, before.mask};
+    const ReferenceTurn turn = turnOf(before.points, degrees);
+    size_t compared = 0, unlike = 0, atTheEdge = 0;
+    for (int y = 0; y < now.mask.height; ++y) {
+        for (int x = 0; x < now.mask.width; ++x) {
+            const bool inside = now.mask.at(x, y).red == 0;
+            double colours[3] = {0, 0, 0};
+            const bool known =
+                !inside || referenceTurnedPixel(from, turn, (int)now.rect.left + x, (int)now.rect.top + y, colours);
+            compared += inside && known;
+            atTheEdge += !known;  // a rounded outline has pixels that come from outside
+            unlike += known && !isNear(colours, now.image.at(x, y));
+        }
+    }
+    EXPECT_EQ(0u, unlike) << degrees;
+    EXPECT_LT(40u * (atTheEdge + 1), compared) << degrees;
+}
+
 TEST_F(SelectionCrowd, DISABLED_TurnsAndBack)
 {
     lift();
     const CrowdFloating before = shownSelection();
-    rotateSelectionBy(1);
-    const CrowdFloating turned = shownSelection();
-    const ReferenceCrossings crossings = crossingsThrough(turned.points);
-    expectRect(crossings.bounds(), turned.rect);
-    expectSame("turned mask", referenceSelectionMask(crossings, crossings.bounds()), turned.mask);
-    EXPECT_FALSE(turned.image.pixels == before.image.pixels);
-    rotateSelectionBy(359);
+    int turned = 0;
+    for (const int by : {1, 2, 86, 91}) {
+        turned += by;
+        rotateSelectionBy(by);
+        expectTurned(before, turned);
+    }
+    rotateSelectionBy(360 - turned);
     expectFloating("turned once", before);
 }
 
