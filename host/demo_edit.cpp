@@ -4,11 +4,11 @@
 //
 // Wherever a picture of the screen is wanted it prints a line "picture NAME" and waits for a line on
 // standard input. With two arguments it does one thing in the editor of one photo, for scripts that check:
-//     retouch_demo save|spot|paint|close|wait PHOTO    PHOTO: the file's name without its folder
+//     retouch_demo save|spot|paint|dab|close|wait PHOTO    PHOTO: the file's name without its folder
 //     retouch_demo answer yes|no|cancel                in the dialog that the program asks with
-// save presses Save, spot first lays one dab into the photo's middle, paint lays it and leaves the editor open,
-// close leaves without saving, wait only waits until the editor is open. Exit code: 0 done, 1 no session found, 2 it
-// could not be done, 3 usage.
+// save presses Save, spot first lays one dab into the photo's middle, paint lays it and leaves the editor open, dab
+// lays one somewhere with the tool that is chosen, close leaves without saving, wait only waits until the editor is
+// open. Exit code: 0 done, 1 no session found, 2 it could not be done, 3 usage.
 #include <cmath>
 #include <cstdio>
 #include <string>
@@ -233,6 +233,12 @@ static bool laySpot(const DemoEditor& editor)
     return false;
 }
 
+static int laySomewhere(const DemoEditor& editor)
+{
+    const DWORD now = GetTickCount();
+    return click(editor.canvas, 0.1 + now % 809 / 1011.0, 0.1 + now % 907 / 1133.0) ? 0 : 2;
+}
+
 static int closeEditor(const DemoEditor& editor)
 {
     PostMessageW(editor.dialog, WM_CLOSE, 0, 0);
@@ -282,6 +288,7 @@ static int doOneThing(const std::wstring& action, const std::wstring& photo)
     if (!open) return 1;
     if ((action == L"spot" || action == L"paint") && !laySpot(editor)) return 2;
     if (action == L"spot" || action == L"save") return pressSave(editor);
+    if (action == L"dab") return laySomewhere(editor);
     if (action == L"close") return closeEditor(editor);
     return action == L"wait" || action == L"paint" ? 0 : 3;
 }

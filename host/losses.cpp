@@ -10,6 +10,9 @@ static void add(Losses* losses, bool lost, TextId name, bool severe)
 // A grey TIFF file that gets colours becomes a plain one.
 static bool keepsTiff(const PhotoFacts& facts, const PhotoFacts* written)
 {
+    const bool missing =
+        written && (written->pages < facts.pages || (facts.deep && !written->deep) || (facts.alpha && !written->alpha));
+    if (missing) return false;  // the photo's file was gone
     if (!facts.grey || !(facts.pages > 1 || facts.deep || facts.alpha)) return facts.inPlace;
     return facts.inPlace && written && written->grey;
 }

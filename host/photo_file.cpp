@@ -149,11 +149,12 @@ static PhotoStatus writeFormat(FILE* file, PhotoFormat format, const EditedPhoto
     return status;
 }
 
-// Once more, everything anew: the original may be gone, or too large to keep its blocks.
-static bool tryAnew(FILE* file, PhotoStatus status, const SourcePhoto& source)
+// Once more, everything anew: the original may be gone, or too large to keep its blocks. Not where more than that would
+// go without a word.
+static bool tryAnew(FILE* file, PhotoStatus status, const PhotoFacts& facts)
 {
-    if (status == PhotoStatus::Ok || status == PhotoStatus::CannotWrite || source.kind == PhotoKind::Other)
-        return false;
+    if (status == PhotoStatus::Ok || status == PhotoStatus::CannotWrite) return false;
+    if (facts.alpha || facts.deep || facts.inks) return false;
     rewind(file);
     return _chsize_s(_fileno(file), 0) == 0;
 }
@@ -164,11 +165,10 @@ static PhotoStatus writeStream(const std::wstring& path, PhotoFormat format, con
     FILE* file = _wfopen(path.c_str(), L"r+b");
     if (!file) return PhotoStatus::CannotWrite;
     PhotoStatus status = writeFormat(file, format, photo, source);
-    if (tryAnew(file, status, source)) {
-        SourcePhoto facts = source;
-        facts.kind = PhotoKind::Other;
-        status = writeFormat(file, format, photo, facts);
-    }
+    SourcePhoto anew = source;
+    anew.kind = PhotoKind::Other;
+    if (source.kind != PhotoKind::Other && tryAnew(file, status, anew.facts))
+        status = writeFormat(file, format, photo, anew);
     const bool flushed = fflush(file) == 0 && !ferror(file) && _commit(_fileno(file)) == 0;
     const DWORD error = GetLastError();
     fclose(file);

@@ -110,7 +110,9 @@ bool canEditSamples(const TiffLayout& layout)
     static const uint16_t exact[] = {COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_PACKBITS, COMPRESSION_DEFLATE,
                                      COMPRESSION_ADOBE_DEFLATE};
     const bool grey = layout.photometric == PHOTOMETRIC_MINISBLACK || layout.photometric == PHOTOMETRIC_MINISWHITE;
-    return (layout.bits == 8 || layout.bits == 16) && layout.format == SAMPLEFORMAT_UINT && layout.orientation == 1 &&
+    // Of separate planes those with alpha, which are laid over white, cannot be changed one by one here, nor turned.
+    const bool together = layout.planar == PLANARCONFIG_CONTIG || (!layout.alpha && layout.orientation <= 1);
+    return (layout.bits == 8 || layout.bits == 16) && layout.format == SAMPLEFORMAT_UINT && together &&
            (grey || (layout.photometric == PHOTOMETRIC_RGB && layout.samples >= 3)) &&
            std::find(std::begin(exact), std::end(exact), layout.compression) != std::end(exact);
 }
@@ -124,7 +126,7 @@ void collectTiffFacts(TIFF* file, PhotoFacts* facts)
     facts->inks = layout.photometric == PHOTOMETRIC_SEPARATED;
     facts->deep = layout.bits > 8;
     facts->alpha = layout.alpha;
-    facts->inPlace = canEditSamples(layout) && !(layout.planar == PLANARCONFIG_SEPARATE && layout.alpha);
+    facts->inPlace = canEditSamples(layout);
     uint32_t size = 0;
     void* bytes = nullptr;
     if (TIFFGetField(file, TIFFTAG_ICCPROFILE, &size, &bytes) && bytes)

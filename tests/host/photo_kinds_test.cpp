@@ -4,6 +4,7 @@
 #include "tests/host/test_folder.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <functional>
 #include <gtest/gtest.h>
@@ -141,4 +142,124 @@ TEST_F(HostPhotoKinds, ABitmapFileIsEditedInsideACopyOfIt)
     EXPECT_TRUE(verifyPhoto(result, PhotoFormat::Bmp, image, &source));
     EXPECT_EQ(readBytes(result), richBitmap(rgba, profile));
     GlobalFree(image);
+}
+
+// A little-endian TIFF file of 16 bits: 3 x 2 pixels that must be turned clockwise, with an entry of somebody's own,
+// and a grey page of one pixel behind. shared: that has its pixel where the first page's are.
+static std::vector<uint8_t> turnedTiff(const std::vector<uint16_t>& samples, bool shared)
+{
+    std::vector<uint8_t> file = {'I', 'I', 42, 0};
+    const auto put = [&](uint32_t value, int size) {
+        for (int i = 0; i < size; ++i)
+            file.push_back((uint8_t)(value >> 8 * i));
+    };
+    const auto putPage = [&](const std::vector<std::array<uint32_t, 3>>& entries, uint32_t next) {
+        put((uint32_t)entries.size(), 2);
+        for (const auto& entry : entries) {
+            put(entry[0], 2);
+            put(4, 2);
+            put(entry[1], 4);
+            put(entry[2], 4);
+        }
+        put(next, 4);
+    };
+    const uint32_t pixels = 8, depths = pixels + 36, first = depths + 12, second = first + 2 + 11 * 12 + 4;
+    put(first, 4);
+    for (uint16_t sample : samples)
+        put(sample, 2);
+    for (int i = 0; i < 3; ++i)
+        put(16, 4);
+    putPage({{256, 1, 3},
+             {257, 1, 2},
+             {258, 3, depths},
+             {259, 1, 1},
+             {262, 1, 2},
+             {273, 1, pixels},
+             {274, 1, 6},
+             {277, 1, 3},
+             {278, 1, 2},
+             {279, 1, 36},
+             {65000, 1, 0x12345678}},
+            second);
+    putPage({{256, 1, 1},
+             {257, 1, 1},
+             {258, 1, 8},
+             {259, 1, 1},
+             {262, 1, 1},
+             {273, 1, shared ? pixels : depths},
+             {277, 1, 1},
+             {279, 1, 1}},
+            0);
+    return file;
+}
+
+static bool contains(const std::vector<uint8_t>& file, const void* bytes, size_t size)
+{
+    return std::search(file.begin(), file.end(), (const uint8_t*)bytes, (const uint8_t*)bytes + size) != file.end();
+}
+
+static void setPixel(HGLOBAL image, int x, int rowFromBottom, uint8_t value)
+{
+    BITMAPINFOHEADER* header = (BITMAPINFOHEADER*)GlobalLock(image);
+    memset((uint8_t*)(header + 1) + rowFromBottom * (ptrdiff_t)packedRowSize(header->biWidth) + x * 3, value, 3);
+    GlobalUnlock(image);
+}
+
+// What becomes of a TIFF file by an edit.
+static std::vector<uint8_t> editedTiff(const TestFolder& folder, const std::vector<uint8_t>& file,
+                                       const std::function<void(HGLOBAL)>& edit, PhotoFacts* written)
+{
+    const std::wstring name = folder.path + L"a.tif", result = folder.path + L"b.tif";
+    SourcePhoto source;
+    HGLOBAL image = nullptr;
+    writeBytes(name, file);
+    writeBytes(result, {});
+    EXPECT_EQ(readPhoto(name, &image, &source), PhotoStatus::Ok);
+    EXPECT_TRUE(lossesOf(source, PhotoFormat::Tiff).names.empty());
+    edit(image);
+    EXPECT_EQ(writePhoto(result, PhotoFormat::Tiff, image, &source), PhotoStatus::Ok);
+    EXPECT_TRUE(verifyPhoto(result, PhotoFormat::Tiff, image, &source, nullptr, written));
+    GlobalFree(image);
+    return readBytes(result);
+}
+
+TEST_F(HostPhotoKinds, ATurnedTiffFileKeepsItsDepthAndAllElse)
+{
+    std::vector<uint16_t> samples(18), upright;
+    for (size_t i = 0; i < samples.size(); ++i)
+        samples[i] = (uint16_t)(1000 + 3001 * i);
+    // Clockwise: the upright photo's rows are the file's columns, from the bottom.
+    for (size_t column = 0; column < 3; ++column)
+        for (size_t row : {1u, 0u})
+            for (size_t channel = 0; channel < 3; ++channel)
+                upright.push_back(column == 2 && row == 1 ? 77 * 257 : samples[(row * 3 + column) * 3 + channel]);
+    for (bool shared : {false, true}) {
+        PhotoFacts written;
+        const std::vector<uint8_t> file = editedTiff(
+            folder, turnedTiff(samples, shared), [](HGLOBAL image) { setPixel(image, 0, 0, 77); }, &written);
+        const uint32_t own = 0x12345678;
+        EXPECT_EQ(written.pages, 2);
+        EXPECT_TRUE(written.deep);
+        EXPECT_EQ(written.orientation, 1);
+        EXPECT_TRUE(contains(file, upright.data(), 36));
+        EXPECT_TRUE(contains(file, &own, 4));
+        EXPECT_EQ(contains(file, samples.data(), 36), shared);  // wiped, unless another page needs them
+    }
+}
+
+// A strip that has become longer moves to the file's end; the old one must not stay as it was.
+TEST_F(HostPhotoKinds, WhatWasRetouchedDoesNotLiveOnInATiffFile)
+{
+    const std::vector<uint8_t> before =
+        written(folder.path + L"c.tif", makePhoto(64, 48, [](int x, int y, int) { return x / 7 * 30 + y; }));
+    PhotoFacts facts;
+    const std::vector<uint8_t> after = editedTiff(
+        folder, before,
+        [](HGLOBAL image) {
+            for (int i = 0; i < 64 * 48; ++i)
+                setPixel(image, i % 64, i / 64, (uint8_t)(i * 2654435761u >> 24));
+        },
+        &facts);
+    EXPECT_GT(after.size(), before.size());
+    EXPECT_FALSE(contains(after, &before[100], 64));
 }
