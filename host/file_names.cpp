@@ -1,5 +1,7 @@
 #include "host/file_names.h"
 
+constexpr size_t LONGEST_NAME = 255;
+
 struct FormatName {
     const wchar_t* extension;
     PhotoFormat format;
@@ -33,6 +35,19 @@ static bool sameLetters(const std::wstring& text, const wchar_t* lowerCase)
     return i == text.size() && !lowerCase[i];
 }
 
+static bool isSecondHalf(wchar_t letter)  // of a pair that is one letter
+{
+    return letter >= 0xDC00 && letter <= 0xDFFF;
+}
+
+static size_t bytesIn(const std::wstring& text)
+{
+    size_t bytes = 0;
+    for (wchar_t letter : text)  // both halves of a pair: 4
+        bytes += letter < 0x80 ? 1 : letter < 0x800 || (letter >= 0xD800 && letter <= 0xDFFF) ? 2 : 3;
+    return bytes;
+}
+
 PhotoFormat formatOfName(const std::wstring& path)
 {
     const std::wstring extension = path.substr(extensionStart(path));
@@ -48,6 +63,19 @@ std::wstring retouchedName(const std::wstring& path, int number)
     std::wstring name = path.substr(0, end) + L"-retouched";
     if (number > 1) name += L"-" + std::to_wstring(number);
     return name + extension;
+}
+
+std::wstring shortRetouchedName(const std::wstring& path, int number)
+{
+    std::wstring stem = path.substr(0, extensionStart(path));
+    const std::wstring extension = path.substr(stem.size());
+    std::wstring name = retouchedName(path, number);
+    while (bytesIn(nameOfPath(name)) > LONGEST_NAME && stem.size() > nameStart(path) + 1) {
+        if (isSecondHalf(stem.back())) stem.pop_back();
+        stem.pop_back();
+        name = retouchedName(stem + extension, number);
+    }
+    return name;
 }
 
 std::wstring folderOfPath(const std::wstring& path)

@@ -12,6 +12,10 @@ PhotoFormat formatOfName(const std::wstring& path);
 // when the photo's own format cannot be written.
 std::wstring retouchedName(const std::wstring& path, int number);
 
+// The same, with as much of the name left out before "-retouched" as makes the rest fit into 255 bytes of UTF-8, which
+// every system takes.
+std::wstring shortRetouchedName(const std::wstring& path, int number);
+
 // The folder part with its separator at the end; empty when the path is a bare name.
 std::wstring folderOfPath(const std::wstring& path);
 

@@ -154,12 +154,19 @@ std::wstring inOneLine(const Losses& losses)
     return line;
 }
 
-std::wstring freeRetouchedName(const std::wstring& photo)
+static std::wstring firstFree(const std::wstring& photo, std::wstring (*name)(const std::wstring& path, int number))
 {
     int number = 1;
-    while (fileExists(retouchedName(photo, number)))
+    while (fileExists(name(photo, number)))
         number++;
-    return retouchedName(photo, number);
+    return name(photo, number);
+}
+
+std::wstring freeRetouchedName(const std::wstring& photo)
+{
+    unsigned long error;
+    const std::wstring usual = firstFree(photo, retouchedName), shorter = firstFree(photo, shortRetouchedName);
+    return shorter != usual && !canBeWritten(usual, &error) ? shorter : usual;
 }
 
 bool askForOutput(std::wstring* suggestion)

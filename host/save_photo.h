@@ -27,7 +27,8 @@ ExitCode saveAsking(SaveRequest* request, bool mayLeave);
 // "the alpha channel, further pages"
 std::wstring inOneLine(const Losses& losses);
 
-// "photo-retouched.jpg", or the first of its followers that is not there yet.
+// "photo-retouched.jpg", or the first of its followers that is not there yet; shorter where the place takes no such
+// name.
 std::wstring freeRetouchedName(const std::wstring& photo);
 
 // suggestion: the name the dialog starts with, replaced by the one chosen. False when the user cancels.

@@ -100,3 +100,22 @@ TEST(HostCommandLine, NothingIsReplacedUnasked)
     EXPECT_EQ(runRetouch(photo + L" --overwrite -o " + other, folder).code, exitNotAPhoto);
     EXPECT_EQ(readBytes(folder.path + L"b.png"), std::vector<uint8_t>(100, 'y'));
 }
+
+// A photo whose sides no JPEG file takes, found before the work is done.
+TEST(HostCommandLine, ASideThatIsTooLongForTheFormatIsTold)
+{
+    TestFolder folder;
+    constexpr LONG WIDTH = 65501;
+    constexpr DWORD ROW = (WIDTH * 3 + 3) / 4 * 4, HEADS = sizeof(BITMAPFILEHEADER) + sizeof(BITMAPINFOHEADER);
+    const BITMAPFILEHEADER head = {0x4D42, HEADS + ROW, 0, 0, HEADS};
+    const BITMAPINFOHEADER info = {sizeof info, WIDTH, 1, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    std::vector<uint8_t> file((const uint8_t*)&head, (const uint8_t*)(&head + 1));
+    file.insert(file.end(), (const uint8_t*)&info, (const uint8_t*)(&info + 1));
+    file.resize(HEADS + ROW);
+    writeBytes(folder.path + L"long.bmp", file);
+    const CommandOutcome outcome =
+        runRetouch(L"\"" + folder.path + L"long.bmp\" -o \"" + folder.path + L"long.jpg\"", folder);
+    EXPECT_EQ(outcome.code, exitCannotWrite);
+    EXPECT_NE(outcome.said.find(L"65500"), std::wstring::npos);
+    EXPECT_EQ(namesIn(folder).size(), 1u);
+}

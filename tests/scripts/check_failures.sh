@@ -67,14 +67,16 @@ no_temporaries() { ! ls "$1"/retouch-*.tmp >/dev/null 2>&1; }
 photo=$folder/photo.jpg
 djpeg -scale 1/8 "$root/samples/seeding.jpg" | cjpeg -quality 90 >"$photo"   # small: what counts is not the size
 
-# The name is taken while the session runs.
-start_host "$photo"
-expect "the editor opens" drive wait photo.jpg
-echo taken >"$folder/photo-retouched.jpg"
-expect "the session ends" drive spot photo.jpg
+# The name is taken while the session runs; and it is so long that nothing can be added to it.
+letters() { printf "%$1s" | tr ' ' n; }
+cp "$photo" "$folder/$(letters 247).jpg"
+start_host "$folder/$(letters 247).jpg"
+expect "the editor opens" drive wait "$(letters 247).jpg"
+echo taken >"$folder/$(letters 241)-retouched.jpg"
+expect "the session ends" drive spot "$(letters 247).jpg"
 expect_end "another name was found" 0
-expect "what has the name stays" grep -q taken "$folder/photo-retouched.jpg"
-expect "the result has another name" test -s "$folder/photo-retouched-2.jpg"
+expect "what has the name stays" grep -q taken "$folder/$(letters 241)-retouched.jpg"
+expect "the result has another name" test -s "$folder/$(letters 239)-retouched-2.jpg"
 expect "no temporary files" no_temporaries "$folder"
 
 # The rights of a private photo, and its other names, links among them.
@@ -109,7 +111,7 @@ expect "the rescued work is offered" drive answer yes
 expect "it can be gone on with" drive save photo.jpg
 expect "the photo itself opens after it" drive close photo.jpg
 expect_end "its end is told" 1
-expect "the rescued work is saved" grep -q "^Saved: .*photo-retouched-3.jpg" "$folder/said"
+expect "the rescued work is saved" grep -q "^Saved: .*photo-retouched.jpg" "$folder/said"
 expect "nothing is left of it" test -z "$(ls "$rescue" 2>/dev/null)"
 
 # The folder of the result goes while the session runs, as a share does.
@@ -177,10 +179,11 @@ small=$folder/small
 mkdir "$small"
 if mount -t tmpfs -o size=64k tmpfs "$small" 2>/dev/null; then
     mounted=$small
-    start_host "$photo" -o "$(windows_path "$small/out.png")"
+    echo old >"$small/out.png"
+    start_host "$photo" -o "$(windows_path "$small/out.png")" --overwrite
     expect "the editor opens for a full disk" drive spot photo.jpg
     gone
-    expect "nothing half is left there" test -z "$(ls "$small")"
+    expect "nothing half is left there, and the old file" test "$(ls "$small"):$(cat "$small/out.png")" = out.png:old
 fi
 [ "$failures" -eq 0 ] || cat "$folder/said"
 [ "$failures" -eq 0 ]

@@ -82,6 +82,20 @@ TEST(HostFileNames, RetouchedNameStandsBeforeTheExtension)
     EXPECT_EQ(retouchedName(L"C:\\a.b\\photo", 3), L"C:\\a.b\\photo-retouched-3.png");
 }
 
+// What is left out goes in whole letters.
+TEST(HostFileNames, LongNamesCanBeShortened)
+{
+    EXPECT_EQ(shortRetouchedName(L"a\\b.jpg", 1), L"a\\b-retouched.jpg");
+    EXPECT_EQ(shortRetouchedName(L"a\\" + std::wstring(251, L'n') + L".jpg", 2),
+              L"a\\" + std::wstring(239, L'n') + L"-retouched-2.jpg");
+    EXPECT_EQ(shortRetouchedName(std::wstring(125, L'\u017C') + L".jpg", 1),
+              std::wstring(120, L'\u017C') + L"-retouched.jpg");
+    std::wstring pairs;
+    for (int i = 0; i < 62; ++i)
+        pairs += L"\xD83D\xDE00";
+    EXPECT_EQ(shortRetouchedName(pairs + L".jpg", 1), pairs.substr(0, 120) + L"-retouched.jpg");
+}
+
 TEST(HostFileNames, FolderAndNameTakeThePathApart)
 {
     for (const wchar_t* path : {L"C:\\a\\b.jpg", L"a/b.jpg", L"C:b.jpg", L"b.jpg"}) {
