@@ -84,6 +84,8 @@ cp "$folder/demo.jpg" "$folder/dot./$odd."
 start_editor odd "$folder/dot./$odd."
 expect "a photo with an odd name opens" drive save photo.jpg
 expect "a photo with an odd name is saved" test "$(ended odd)" = 0
+expect "that is said once" test "$(grep -c "^Saved: " "$folder/odd.log")" = 1
+expect "by the name that it has" grep -qF "Opening $folder/dot./odd " "$folder/odd.log"
 expect "its result has the name that belongs to it" test -s "$folder/dot./${odd%.jpg}-retouched.jpg"
 [ "$failures" -eq 0 ] || tail -n 5 "$folder"/*.log
 [ "$failures" -eq 0 ]
