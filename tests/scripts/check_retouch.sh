@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# check_retouch.sh SCRIPT: what the script says, and how it ends, when it is called wrongly.
+# check_retouch.sh SCRIPT: what the script says, and how it ends, when it is called wrongly; which build it runs; and what it
+# has installed.
 set -uo pipefail
 script=$1
 folder=$(mktemp -d)
@@ -59,6 +60,49 @@ build_in_checkout "$home"
 [ -e "$checkout/build/i686/built" ] || { echo "the build of this checkout is gone"; failures=$((failures + 1)); }
 build_in_checkout "$home-before"
 [ ! -e "$checkout/build/i686/built" ] || { echo "the build of another place is still there"; failures=$((failures + 1)); }
+
+# What does not fit into the 32-bit build's memory goes to the other one, and nothing else does. The programs are played.
+printf '#!/bin/sh\nexit 0\n' | tee "$checkout/tools/cmake" >"$checkout/tools/xdpyinfo"
+chmod +x "$checkout/tools/xdpyinfo"
+run_with_code() {   # run_with_code CODE: what is said where the 32-bit build ends with it, and at last the code
+    printf '#!/bin/sh\necho "runs $1"\ncase $1 in */i686/*) exit %s ;; esac\n' "$1" >"$checkout/scripts/run-windows"
+    chmod +x "$checkout/scripts/run-windows"
+    DISPLAY=:played PATH="$checkout/tools:$PATH" "$checkout/retouch" "a photo ä.jpg" 2>&1
+    echo "ends with $?"
+}
+if [ "$(uname -m)" = x86_64 ]; then
+    said=$(run_with_code 5)
+    [[ $said == *"runs $home/build/i686/bin/retouch.exe"*"runs $home/build/x86_64/bin/retouch.exe"*"ends with 0" ]] ||
+        { echo "a photo too large for 32 bits: $said"; failures=$((failures + 1)); }
+fi
+said=$(run_with_code 4)
+[[ $said == *"runs $home/build/i686/bin/retouch.exe"*"ends with 4" && $said != */x86_64/* ]] ||
+    { echo "a damaged photo: $said"; failures=$((failures + 1)); }
+
+# Packages: where they do not fit to what is installed nothing becomes older unasked, and opening a photo wants no more
+# than that needs. The system's own tools are played; nothing is installed.
+system=$folder/system
+mkdir "$system"
+printf '#!/bin/sh\necho i386\n' >"$system/dpkg"
+printf '#!/bin/sh\nexit 1\n' >"$system/dpkg-query"
+printf '#!/bin/sh\nexec "$@"\n' >"$system/sudo"
+printf '#!/bin/sh\necho "$@" >>"%s/asked"\n[ "$2" != install ]\n' "$folder" >"$system/apt-get"
+chmod +x "$system"/*
+install_played() {   # install_played [open]: the lines that apt-get is called with
+    rm -f "$folder/asked"
+    env -u CI DISPLAY=:played PATH="$system:$PATH" "$(dirname "$script")/scripts/install-packages" "$@" </dev/null >/dev/null 2>&1
+    cat "$folder/asked"
+}
+all=$(install_played)
+few=$(install_played open)
+grep -q -- "-q install -y .*fp-compiler" <<<"$all" || { echo "not all packages are asked for: $all"; failures=$((failures + 1)); }
+for tool in fp-compiler clang-format python3-pil libtiff-tools locales xvfb; do
+    ! grep -q "$tool" <<<"$few" || { echo "opening a photo wants $tool"; failures=$((failures + 1)); }
+done
+for line in "$all" "$few"; do
+    grep -q -- "install -s .*--allow-downgrades" <<<"$line" || { echo "not looked what would become older: $line"; failures=$((failures + 1)); }
+    ! grep -- "--allow-downgrades" <<<"$line" | grep -qv -- "install -s" || { echo "made older unasked: $line"; failures=$((failures + 1)); }
+done
 
 "$script" --help | grep -q "^Usage:" || { echo "retouch --help tells no usage"; failures=$((failures + 1)); }
 [ "$failures" -eq 0 ]
