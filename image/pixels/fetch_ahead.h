@@ -2,13 +2,16 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
-// Asks for the bytes of a row that is worked on soon. A hint: any address will do.
+// Asks for the bytes of a row that is worked on soon, by the lines of the cache that they lie in. A hint: any address
+// will do.
 inline void fetchAhead(const void* row, size_t count)
 {
 #ifdef __GNUC__
-    for (size_t i = 0; i < count; i += 64)
-        __builtin_prefetch((const char*)row + i);
+    const char* const end = (const char*)row + count;
+    for (const char* at = (const char*)((uintptr_t)row & ~(uintptr_t)63); at < end; at += 64)
+        __builtin_prefetch(at);
 #else
     (void)row;
     (void)count;

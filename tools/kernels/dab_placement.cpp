@@ -53,8 +53,8 @@ DabPlacement placeDab(PixelRect dab, int maskWidth, int maskHeight, int imageWid
     return placed;
 }
 
-void fetchLineAhead(const BitsView& image, const DabPlacement& dab, int j)
+void fetchDabLine(const BitsView& image, const DabPlacement& dab, int j)
 {
-    if (j + 2 >= dab.height) return;
-    fetchAhead(rowOf(image, dab.imageY + j + 2) + (ptrdiff_t)dab.imageX * 3, (size_t)dab.width * 3);
+    if (j >= dab.height) return;
+    fetchAhead(rowOf(image, dab.imageY + j) + (ptrdiff_t)dab.imageX * 3, (size_t)dab.width * 3);
 }

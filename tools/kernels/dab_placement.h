@@ -28,5 +28,7 @@ struct DabPlacement {
 // `dab` is the dab's rectangle in image pixels, of which left and top place the mask.
 DabPlacement placeDab(PixelRect dab, int maskWidth, int maskHeight, int imageWidth, int imageHeight);
 
-// Asks for the image's pixels under the dab two lines below its line j.
-void fetchLineAhead(const BitsView& image, const DabPlacement& dab, int j);
+// Asks for the image's pixels under line j of the dab, if it has one; what a line asks for in time is DAB_LINES_AHEAD
+// further on.
+void fetchDabLine(const BitsView& image, const DabPlacement& dab, int j);
+constexpr int DAB_LINES_AHEAD = 3;

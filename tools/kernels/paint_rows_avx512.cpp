@@ -68,14 +68,10 @@ LANES_INLINE Vector loadFirst(const uint8_t* at, int count)
 
 #include "tools/kernels/paint_rows_lanes.h"
 
-VECTOR_FUNCTION void mixBytes(uint8_t* pixels, const uint8_t* over, size_t count, int opacity)
+// Painted runs are short and begin anywhere: vectors of 64 bytes would nearly always straddle two lines of the cache.
+static void mixBytes(uint8_t* pixels, const uint8_t* over, size_t count, int opacity)
 {
-    const size_t done = mixWholeVectors(pixels, over, count, opacity);
-    if (done == count) return;
-    const __mmask64 rest = firstBytes((int)(count - done));
-    const Vector under = _mm512_maskz_loadu_epi8(rest, pixels + done),
-                 last = _mm512_maskz_loadu_epi8(rest, over + done);
-    _mm512_mask_storeu_epi8(pixels + done, rest, mixedBytes(under, last, allBytes(opacity)));
+    PAINT_ROWS_AVX2.mixBytes(pixels, over, count, opacity);
 }
 
 // In the rest of a row the cells that do not count are read as 0: they are not written.

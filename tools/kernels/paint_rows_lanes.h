@@ -76,16 +76,6 @@ LANES_INLINE void raiseBlock(uint8_t* pixels, const uint8_t* under, uint8_t* cel
     mixCells(pixels, under, colour, pickWhereZero(above, above, wanted), place);
 }
 
-// Mixing a byte twice would show, so what is left of a row goes to the narrower way.
-LANES_INLINE size_t mixWholeVectors(uint8_t* pixels, const uint8_t* over, size_t count, int opacity)
-{
-    const Vector weight = allBytes(opacity);
-    size_t i = 0;
-    for (; i + VECTOR_SIZE <= count; i += VECTOR_SIZE)
-        store(pixels + i, mixedBytes(load(pixels + i), load(over + i), weight));
-    return i;
-}
-
 // ---- blur. The words of a block lie as lowBytes and highBytes give them; only the rows of one width read them.
 
 struct Sums {

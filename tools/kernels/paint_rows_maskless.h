@@ -17,10 +17,14 @@ LANES_INLINE Vector loadFirst(const uint8_t* at, int count)
 
 constexpr int BLOCK = (int)VECTOR_SIZE;
 
+// Mixing a byte twice would show, so what is left of a row goes to the narrower way.
 VECTOR_FUNCTION void mixBytes(uint8_t* pixels, const uint8_t* over, size_t count, int opacity)
 {
-    const size_t done = mixWholeVectors(pixels, over, count, opacity);
-    NARROWER.mixBytes(pixels + done, over + done, count - done, opacity);
+    const Vector weight = allBytes(opacity);
+    size_t i = 0;
+    for (; i + VECTOR_SIZE <= count; i += VECTOR_SIZE)
+        store(pixels + i, mixedBytes(load(pixels + i), load(over + i), weight));
+    NARROWER.mixBytes(pixels + i, over + i, count - i, opacity);
 }
 
 VECTOR_FUNCTION void mixFresh(uint8_t* pixels, uint8_t* cells, int count, const ColourRow& colour, int opacity)

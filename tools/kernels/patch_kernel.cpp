@@ -14,7 +14,7 @@ void patchKernel(BitsView image, const DabPlacement& dab, MapView mask, BitsView
         const uint8_t* cells = rowOf(mask, dab.maskY + j) + dab.maskX;
         const uint8_t* over = rowOf(patch, dab.maskY + j) + dab.maskX * 3;
         uint8_t* pixels = rowOf(image, dab.imageY + j) + dab.imageX * 3;
-        fetchLineAhead(image, dab, j);
+        fetchDabLine(image, dab, j + DAB_LINES_AHEAD);
         for (CellRun run = {}; nextRun(cells, width, run);) {
             const ptrdiff_t at = (ptrdiff_t)run.first * 3;
             paintRows().mixBytes(pixels + at, over + at, (size_t)(run.end - run.first) * 3, opacity);

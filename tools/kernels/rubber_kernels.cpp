@@ -39,8 +39,8 @@ void hardRubberKernel(BitsView image, const DabPlacement& dab, MapView mask, Bit
         const uint8_t* cells = rowOf(mask, dab.maskY + j) + dab.maskX;
         uint8_t* pixels = rowOf(image, dab.imageY + j) + dab.imageX * 3;
         const int x = dab.left + dab.maskX, y = dab.top + dab.maskY + j;
-        fetchLineAhead(image, dab, j);
-        fetchLineAhead(original, dab, j);
+        fetchDabLine(image, dab, j + DAB_LINES_AHEAD);
+        fetchDabLine(original, dab, j + DAB_LINES_AHEAD);
         for (CellRun run = {}; nextRun(cells, dab.width, run);) {
             bringBackRun(pixels + (ptrdiff_t)run.first * 3, original, x + run.first, y, run.end - run.first, opacity);
         }

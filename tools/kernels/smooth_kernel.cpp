@@ -9,7 +9,7 @@
 #include "tools/kernels/paint_rows.h"
 
 // Small dabs are bound by the way to their pixels: each line of a large image lies in a page of its own.
-constexpr int LINES_AHEAD = 8;
+constexpr int LINES_AHEAD = 10;
 
 // Sums are written and soon read again, which is slow for words that lie across two lines of the cache.
 constexpr size_t LINE_BYTES = 64;
@@ -30,7 +30,7 @@ bool smoothKernel(BitsView image, const DabPlacement& dab, MapView mask, int opa
     if (!workspace) return false;
 
     for (int j = 0; j < LINES_AHEAD; ++j)
-        fetchLineAhead(image, dab, j);
+        fetchDabLine(image, dab, j);
     // A line's sums are made before it changes, so that all are of unfiltered values.
     uint8_t* line = rowOf(image, dab.imageY) + (ptrdiff_t)(dab.imageX + 1) * 3;
     uint16_t *above = firstWholeLine(workspace), *here = above + room;
@@ -38,7 +38,7 @@ bool smoothKernel(BitsView image, const DabPlacement& dab, MapView mask, int opa
     line += image.stride;
     rows.sumLine(here, line, bytes);
     for (int j = 1; j <= lastLine; ++j, line += image.stride) {
-        fetchLineAhead(image, dab, j + LINES_AHEAD);
+        fetchDabLine(image, dab, j + LINES_AHEAD);
         // The mask line that decides is the one above, its first cell for the pixel in column 1, where `line` begins.
         const uint8_t* const cells = rowOf(mask, dab.maskY + j - 1) + dab.maskX;
         rows.blurLine(line, line + image.stride, {above, here}, cells, count, opacity);

@@ -14,7 +14,7 @@ void hardSprayKernel(BitsView image, const DabPlacement& dab, MapView mask, Rgb 
     for (int j = 0; j < dab.height; ++j) {
         const uint8_t* cells = rowOf(mask, dab.maskY + j) + dab.maskX;
         uint8_t* pixels = rowOf(image, dab.imageY + j) + dab.imageX * 3;
-        fetchLineAhead(image, dab, j);
+        fetchDabLine(image, dab, j + DAB_LINES_AHEAD);
         for (CellRun run = {}; nextRun(cells, dab.width, run);)
             mixColourOver(pixels + (ptrdiff_t)run.first * 3, over, run.end - run.first, opacity);
     }

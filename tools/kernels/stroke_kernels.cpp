@@ -41,13 +41,15 @@ static bool insideImage(const BrushStroke& stroke, PixelPoint at)
 
 // ---- the fast way: picture line by picture line, each pixel once
 
-static void fetchLineAhead(const BrushStroke& stroke, int y, int left, int count)
+constexpr int STROKE_LINES_AHEAD = 8;
+
+static void fetchLine(const BrushStroke& stroke, int y, int left, int count)
 {
-    if (y + 2 >= stroke.image.height) return;
+    if (y >= stroke.image.height) return;
     const ptrdiff_t at = (ptrdiff_t)left * 3;
-    fetchAhead(rowOf(stroke.coverage, y + 2) + left, (size_t)count);
-    fetchAhead(rowOf(stroke.image, y + 2) + at, (size_t)count * 3);
-    if (stroke.soft) fetchAhead(rowOf(stroke.start, y + 2) + at, (size_t)count * 3);
+    fetchAhead(rowOf(stroke.coverage, y) + left, (size_t)count);
+    fetchAhead(rowOf(stroke.image, y) + at, (size_t)count * 3);
+    if (stroke.soft) fetchAhead(rowOf(stroke.start, y) + at, (size_t)count * 3);
 }
 
 static void paintLine(const BrushStroke& stroke, const PaintRows& rows, const ColourRow& colour, int y, int left,
@@ -55,7 +57,7 @@ static void paintLine(const BrushStroke& stroke, const PaintRows& rows, const Co
 {
     const ptrdiff_t at = (ptrdiff_t)left * 3;
     uint8_t *const pixels = rowOf(stroke.image, y) + at, *const cells = rowOf(stroke.coverage, y) + left;
-    fetchLineAhead(stroke, y, left, shape.count);
+    fetchLine(stroke, y + STROKE_LINES_AHEAD, left, shape.count);
     if (stroke.soft) {
         rows.raise(pixels, rowOf(stroke.start, y) + at, cells, shape.weights, shape.count, colour);
     } else {
