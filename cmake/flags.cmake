@@ -40,6 +40,6 @@ target_compile_options(retouch_product_flags INTERFACE -fno-exceptions -fno-rtti
 add_library(retouch_test_flags INTERFACE)
 target_compile_options(retouch_test_flags INTERFACE -O1)
 if(RETOUCH_SANITIZE)
-  target_compile_options(retouch_test_flags INTERFACE
+  target_compile_options(retouch_test_flags INTERFACE -g1  # lines are all that a report needs
     -fno-sanitize=null,alignment,vptr,object-size,return,nonnull-attribute,returns-nonnull-attribute,unreachable)
 endif()

@@ -7,7 +7,11 @@
 # The suites are asked of the program when ctest starts, so a new suite needs no new configuration.
 function(retouch_add_gtest target name)
   target_link_libraries(${target} PRIVATE retouch_test_flags)
-  target_precompile_headers(${target} PRIVATE <gtest/gtest.h>)
+  get_target_property(sources ${target} SOURCES)
+  list(LENGTH sources source_count)
+  if(source_count GREATER 7)  # fewer do not pay for it
+    target_precompile_headers(${target} PRIVATE <gtest/gtest.h>)
+  endif()
   cmake_parse_arguments(arg "SESSION" "TIMEOUT" "" ${ARGN})
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
