@@ -1,6 +1,6 @@
-# cmake -DEMULATOR= -DOWN= -DOTHER= -DDIRECTORY= -P exchange.cmake
-# Selection files go from this build to the other and back; both write the same bytes. The other build's program
-# may not have been built: then this build checks its own.
+# cmake -DEMULATOR= -DOWN= [-DOTHER=] -DDIRECTORY= -P exchange.cmake
+# Selection files go from this build to the other and back; both write the same bytes. Without another build this one
+# checks its own.
 function(run program action directory)
   execute_process(COMMAND ${EMULATOR} "${program}" ${action} "${directory}" RESULT_VARIABLE result)
   if(NOT result EQUAL 0)
@@ -11,8 +11,7 @@ endfunction()
 file(REMOVE_RECURSE "${DIRECTORY}")
 file(MAKE_DIRECTORY "${DIRECTORY}/own" "${DIRECTORY}/other")
 run("${OWN}" write "${DIRECTORY}/own")
-if(NOT EXISTS "${OTHER}")
-  message(STATUS "${OTHER} is not built")
+if(NOT DEFINED OTHER)
   run("${OWN}" check "${DIRECTORY}/own")
   return()
 endif()
