@@ -11,6 +11,7 @@ reference::StoredPicture screenPart(const RECT& part)
     header.biHeight = height;
     header.biPlanes = 1;
     header.biBitCount = 24;
+    letScreenFollow();
     const HDC screen = GetDC(nullptr), copy = CreateCompatibleDC(screen);
     const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
     const HGDIOBJ old = SelectObject(copy, bitmap);

@@ -260,6 +260,7 @@ void stopHost(Host* host)
     CloseHandle(host->thread);
     CloseHandle(host->ready);
     host->thread = nullptr;
+    currentHost = nullptr;
 }
 
 void beginCall(Host* host, const CallArguments& arguments)
@@ -351,6 +352,19 @@ bool settle(Host* host)
         }
         return queueState == QUEUE_EMPTY;
     });
+}
+
+static void sendPaintedToScreen()
+{
+    MsgWaitForMultipleObjectsEx(0, nullptr, 0, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    const HDC screen = GetDC(nullptr);
+    GetPixel(screen, 0, 0);  // comes back after all that was sent before
+    ReleaseDC(nullptr, screen);
+}
+
+void letScreenFollow()
+{
+    if (currentHost && currentHost->thread && currentHost->running) runOnHost(currentHost, sendPaintedToScreen);
 }
 
 void runOnHost(Host* host, const std::function<void()>& function)

@@ -95,5 +95,9 @@ bool settle(Host* host);
 // Runs the function on the host's thread, from its message loop (also one inside the library), and waits for it.
 void runOnHost(Host* host, const std::function<void()>& function);
 
+// Returns when the screen shows what the session's thread has painted so far. Under Wine that reaches the screen when
+// the thread waits for messages, and by a connection of its own.
+void letScreenFollow();
+
 // Class name of a window.
 std::string classOf(HWND window);
