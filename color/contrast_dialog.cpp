@@ -226,12 +226,16 @@ static void enableSessionWindows(BOOL enable)
     if (IsWindow(session->libraryDialog)) EnableWindow(session->libraryDialog, enable);
 }
 
+// One that has been ended while a bar was being dragged is there until the bar is let go, and the palette enabled.
 void openContrastDialog(HWND palette, int buttonId)
 {
+    if (sessionExtras.contrastRuns) return;
     RECT button = {};
     GetWindowRect(GetDlgItem(palette, buttonId), &button);
     readLocaleLanguage();
     enableSessionWindows(FALSE);
+    sessionExtras.contrastRuns = true;
     runLocalDialog(moduleInstance, CONTRAST_TEMPLATE, palette, contrastDialogProc, (LPARAM)&button);
+    sessionExtras.contrastRuns = false;
     if (sessionGoesOn()) enableSessionWindows(TRUE);
 }

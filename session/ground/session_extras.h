@@ -80,6 +80,7 @@ struct SessionExtras {
     BrushMaskKey brushMaskKey;
     CanvasState canvas;
     SelectionProgress selection;
+    bool contrastRuns;              // the contrast dialog is there, open or ended
     ColourValues selectionColours;  // all of them; those that have a field in the record are its: selection_state.h
     BlockStore blocks;
     PressState press;

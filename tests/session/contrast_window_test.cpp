@@ -92,6 +92,25 @@ TEST_F(ContrastWindow, CommandFromOutsideOpensNoSecondOne)
     closeDialog(ID_CONTRAST_CANCEL);
 }
 
+// Ended under a held bar it goes when the bar is let go, and until then no other comes.
+TEST_F(ContrastWindow, EndedUnderAHeldBarItIsStillTheOnlyOne)
+{
+    ASSERT_TRUE(open());
+    openDialog();
+    const HWND contrast = dialog();
+    const RECT bar = rectOf(ID_CONTRAST_BAR);
+    ASSERT_TRUE(movePointer(&host, {(bar.left + bar.right) / 2, bar.bottom - 3}));
+    ASSERT_TRUE(pressButton(&host));
+    PostMessageA(contrast, WM_COMMAND, ID_CONTRAST_CANCEL, 0);
+    PostMessageA(host.palette, WM_COMMAND, ID_CONTRAST, 0);
+    ASSERT_TRUE(settle(&host));
+    int windows = 0;
+    EnumThreadWindows(host.threadId, countContrastWindow, (LPARAM)&windows);
+    EXPECT_EQ(1, windows);
+    ASSERT_TRUE(releaseButton(&host));
+    ASSERT_TRUE(waitUntil("the contrast dialog to go", [&] { return !IsWindow(contrast); }));
+}
+
 static HCURSOR dragCursor;
 static bool dragCursorShown;
 
