@@ -18,7 +18,9 @@ static int change(const Fallible& entry, const intptr_t* arguments, intptr_t res
 
 void bookCall(const Fallible& entry, const intptr_t* arguments, intptr_t result)
 {
-    book(entry.kind, change(entry, arguments, result));
+    const int by = change(entry, arguments, result);
+    book(entry.kind, by);
+    if (by && entry.kind == MEMORY_BLOCKS) bookBlock((HGLOBAL)(by > 0 ? result : arguments[0]), by);
 }
 
 // Wide enough for a character of either width.

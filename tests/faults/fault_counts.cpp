@@ -1,12 +1,15 @@
 #include "tests/faults/fault_counts.h"
 
 #include <cstring>
+#include <map>
 
 static unsigned calls[256];
 static std::vector<Fault> armed;
 static std::vector<bool> struck;
 static long books[KIND_COUNT];
 static DWORD watchedThread;
+static std::map<HGLOBAL, unsigned> blocks;  // and as the how manieth they were made
+static unsigned made;
 
 static bool watched()
 {
@@ -60,6 +63,26 @@ unsigned callsCounted(int function)
 void book(Kind kind, int change)
 {
     if (watched()) books[kind] += change;
+}
+
+void bookBlock(HGLOBAL block, int change)
+{
+    if (!watched()) return;
+    if (change > 0) blocks[block] = made++;
+    if (change < 0) blocks.erase(block);
+}
+
+unsigned blocksMade()
+{
+    return made;
+}
+
+std::vector<SIZE_T> sizesLeft(unsigned madeBefore)
+{
+    std::vector<SIZE_T> sizes;
+    for (const auto& [block, number] : blocks)
+        if (number >= madeBefore) sizes.push_back(GlobalSize(block));
+    return sizes;
 }
 
 const char* kindName(int kind)

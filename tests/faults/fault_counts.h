@@ -31,3 +31,9 @@ enum Kind { MEMORY_BLOCKS, GRAPHICS_OBJECTS, DEVICE_CONTEXTS, HEAP_BLOCKS, FILES
 const char* kindName(int kind);
 void book(Kind kind, int change);
 long outstanding(int kind);
+
+// Memory blocks one by one: which they are.
+void bookBlock(HGLOBAL block, int change);
+unsigned blocksMade();
+// Sizes of those of the blocks made behind the first so many that are still there.
+std::vector<SIZE_T> sizesLeft(unsigned madeBefore);

@@ -214,6 +214,28 @@ static void playSession(unsigned seed)
     if (host.result == 0 && !adjusted && snapshot(photo) != original) found("0 returned with a changed image");
 }
 
+static long books[KIND_COUNT];
+
+static void noteBooks()
+{
+    for (int kind = 0; kind < KIND_COUNT; ++kind)
+        books[kind] = outstanding(kind);
+}
+
+// `made`: so many memory blocks had been made before the session.
+static void compareBooks(unsigned made)
+{
+    for (int kind = 0; kind < KIND_COUNT; ++kind) {
+        if (outstanding(kind) <= books[kind]) continue;
+        std::string left = "left: " + std::to_string(outstanding(kind) - books[kind]) + " " + kindName(kind);
+        if (kind == MEMORY_BLOCKS)
+            for (const SIZE_T size : sizesLeft(made))
+                left += ", of " + std::to_string(size) + " bytes";
+        found(left.c_str());
+        books[kind] = outstanding(kind);
+    }
+}
+
 static DWORD WINAPI watchForHangs(void*)
 {
     for (;;) {
@@ -247,20 +269,12 @@ int main(int count, char** words)
     host.image = photo.block;
     original = snapshot(photo);
     startCounting({});
-    long before[KIND_COUNT];
     const DWORD start = GetTickCount();
     for (int session = 0; GetTickCount() - start < seconds * 1000; ++session) {
+        const unsigned made = blocksMade();
         playSession(seed++);
-        if (session == 4)  // what is made once is there by then
-            for (int kind = 0; kind < KIND_COUNT; ++kind)
-                before[kind] = outstanding(kind);
-        if (session > 4)
-            for (int kind = 0; kind < KIND_COUNT; ++kind)
-                if (outstanding(kind) > before[kind]) {
-                    printf("FOUND left: %ld %s\n", outstanding(kind) - before[kind], kindName(kind));
-                    ++findings;
-                    before[kind] = outstanding(kind);
-                }
+        if (session == 4) noteBooks();  // what is made once is there by then
+        if (session > 4) compareBooks(made);
     }
     printf("MONKEY %llu steps, %u findings\n", steps, findings);
     return findings ? 1 : 0;
