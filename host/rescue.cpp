@@ -44,9 +44,9 @@ static uint64_t sumOf(const void* packed)
 static DWORD waitingTime()
 {
     wchar_t seconds[16];
-    const DWORD length = GetEnvironmentVariableW(L"RETOUCH_RESCUE_SECONDS", seconds, 16);
-    const DWORD value = length > 0 && length < 16 ? (DWORD)wcstoul(seconds, nullptr, 10) : 0;
-    return value ? value * 1000 : EVERY_MINUTE;
+    const DWORD length = GetEnvironmentVariableW(L"RETOUCH_RESCUE_SECONDS", seconds, 16);  // for tests: also "0.05"
+    const double value = length > 0 && length < 16 ? wcstod(seconds, nullptr) : 0;
+    return value > 0 && value < 60 ? (DWORD)(value * 1000) : EVERY_MINUTE;
 }
 
 static uint64_t processorTime()  // of this thread, in milliseconds

@@ -81,6 +81,47 @@ TEST(HostSafeFile, FailsInAFolderThatIsNotThere)
     EXPECT_TRUE(namesIn(folder).empty());
 }
 
+static std::vector<uint8_t> accessListOf(const std::wstring& path)
+{
+    DWORD size = 0;
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<uint8_t> descriptor(size);
+    EXPECT_TRUE(GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), size, &size));
+    return descriptor;
+}
+
+// Nobody but its owner may do anything with it.
+static void makePrivate(const std::wstring& path)
+{
+    uint8_t owner[512], list[512];
+    DWORD size;
+    SECURITY_DESCRIPTOR descriptor;
+    PSID user = nullptr;
+    BOOL byDefault;
+    ASSERT_TRUE(GetFileSecurityW(path.c_str(), OWNER_SECURITY_INFORMATION, owner, sizeof owner, &size));
+    ASSERT_TRUE(GetSecurityDescriptorOwner(owner, &user, &byDefault));
+    ASSERT_TRUE(InitializeAcl((ACL*)list, sizeof list, ACL_REVISION));
+    ASSERT_TRUE(AddAccessAllowedAce((ACL*)list, ACL_REVISION, FILE_ALL_ACCESS, user));
+    ASSERT_TRUE(InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION));
+    ASSERT_TRUE(SetSecurityDescriptorDacl(&descriptor, TRUE, (ACL*)list, FALSE));
+    ASSERT_TRUE(SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, &descriptor));
+}
+
+TEST(HostSafeFile, TheAccessListOfAFileStays)
+{
+    TestFolder folder;
+    const std::wstring name = folder.path + L"a.png", other = folder.path + L"b.png";
+    writeBytes(name, oldBytes);
+    writeBytes(other, oldBytes);
+    makePrivate(name);
+    const std::vector<uint8_t> before = accessListOf(name);
+    EXPECT_NE(before, accessListOf(other));
+    unsigned long error;
+    EXPECT_TRUE(write(name, true, &error));
+    EXPECT_EQ(readBytes(name), newBytes);
+    EXPECT_EQ(accessListOf(name), before);
+}
+
 TEST(HostSafeFile, FurtherNamesOfAFileStayItsNames)
 {
     TestFolder folder;

@@ -1,4 +1,5 @@
 // The window of retouch.exe, with real sessions in it.
+#include "host/host_menu.h"
 #include "host/report.h"
 #include "tests/host/host_program.h"
 #include "tests/session/pointer_guard.h"
@@ -173,6 +174,10 @@ TEST_F(HostWindow, StaysForMorePhotosWhenItWasOpenedEmpty)
     ASSERT_TRUE(waitForHost(program, &windows));
     EXPECT_EQ(titleOf(windows.host), L"Retouch");
     EXPECT_EQ(windows.editor, nullptr);
+    PostMessageW(windows.host, WM_COMMAND, COMMAND_ABOUT, 0);
+    ASSERT_TRUE(waitForBox(program, &windows));
+    EXPECT_TRUE(tells(textIn(windows.box), L"" RETOUCH_VERSION));
+    ASSERT_TRUE(answerBox(program, IDOK));
     dropOn(program, windows.host, {folder.path + L"photo.bmp"});
     ASSERT_TRUE(waitForEditor(program, &windows));
     ASSERT_TRUE(endSession(program, CLOSE_BUTTON));

@@ -75,6 +75,7 @@ expect "the editor opens" drive wait "$(letters 247).jpg"
 echo taken >"$folder/$(letters 241)-retouched.jpg"
 expect "the session ends" drive spot "$(letters 247).jpg"
 expect_end "another name was found" 0
+expect "each step is told" test "$(grep -cE "^(Opening|Saving|Saved:) " "$folder/said")" = 4
 expect "what has the name stays" grep -q taken "$folder/$(letters 241)-retouched.jpg"
 expect "the result has another name" test -s "$folder/$(letters 239)-retouched-2.jpg"
 expect "no temporary files" no_temporaries "$folder"
