@@ -64,12 +64,12 @@ static HANDLE openAlone(const WCHAR* path)
 }
 
 // A list that is new starts with the number 000.
-static const char newListText[] = "000\r\n";
-constexpr DWORD NEW_LIST_SIZE = sizeof newListText - 1;
+constexpr char NEW_LIST_TEXT[] = "000\r\n";
+constexpr DWORD NEW_LIST_SIZE = sizeof NEW_LIST_TEXT - 1;
 
 static bool beginNewList(ListFile* list)
 {
-    if (!writeBytes(list->handle, 0, newListText, NEW_LIST_SIZE)) return false;
+    if (!writeBytes(list->handle, 0, NEW_LIST_TEXT, NEW_LIST_SIZE)) return false;
     list->size = NEW_LIST_SIZE;
     return true;
 }

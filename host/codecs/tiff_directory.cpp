@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-enum TiffTag {
+enum DirectoryTag {
     WIDTH = 256,
     HEIGHT = 257,
     FILL_ORDER = 266,
@@ -38,7 +38,7 @@ struct TiffBytes {
 
 using Entry = std::vector<uint8_t>;
 
-struct Directory {
+struct ImageDirectory {
     std::vector<Entry> entries;
     uint64_t entriesAt = 0, next = 0, nextAt = 0;
 };
@@ -100,7 +100,7 @@ static bool writeNumber(const TiffBytes& tiff, uint64_t place, int size, uint64_
     return writeAt(tiff.file, place, bytes, (size_t)size);
 }
 
-static bool readDirectory(const TiffBytes& tiff, uint64_t at, Directory* directory)
+static bool readDirectory(const TiffBytes& tiff, uint64_t at, ImageDirectory* directory)
 {
     uint64_t count = 0;
     if (!readNumber(tiff, at, tiff.count(), &count) || count > MOST_ENTRIES) return false;
@@ -117,7 +117,7 @@ static int tagOf(const TiffBytes& tiff, const Entry& entry)
     return (int)number(tiff, entry.data(), 2);
 }
 
-static const Entry* find(const TiffBytes& tiff, const Directory& directory, int tag)
+static const Entry* find(const TiffBytes& tiff, const ImageDirectory& directory, int tag)
 {
     for (const Entry& entry : directory.entries)
         if (tagOf(tiff, entry) == tag) return &entry;
@@ -137,8 +137,8 @@ static bool isOfOldPixels(int tag)
     return std::find(std::begin(tags), std::end(tags), tag) != std::end(tags);
 }
 
-static std::vector<Entry> entriesTogether(const TiffBytes& tiff, const Directory& old, const Directory& turned,
-                                          bool sidesSwapped)
+static std::vector<Entry> entriesTogether(const TiffBytes& tiff, const ImageDirectory& old,
+                                          const ImageDirectory& turned, bool sidesSwapped)
 {
     std::vector<Entry> entries;
     for (Entry entry : old.entries) {
@@ -167,10 +167,10 @@ static bool writeDirectory(const TiffBytes& tiff, const std::vector<Entry>& entr
 }
 
 // The camera's note of the size.
-static bool swapCameraSides(const TiffBytes& tiff, const Directory& page)
+static bool swapCameraSides(const TiffBytes& tiff, const ImageDirectory& page)
 {
     const Entry* link = find(tiff, page, EXIF_DIRECTORY);
-    Directory camera;
+    ImageDirectory camera;
     if (!link ||
         !readDirectory(tiff, number(tiff, link->data() + tiff.entry() - tiff.offset(), tiff.offset()), &camera))
         return true;
@@ -197,7 +197,7 @@ static bool openTiffBytes(FILE* file, TiffBytes* tiff)
 }
 
 // The last page of the chain, and where the link to it is.
-static bool findLast(const TiffBytes& tiff, const Directory& first, Directory* last, uint64_t* linkAt)
+static bool findLast(const TiffBytes& tiff, const ImageDirectory& first, ImageDirectory* last, uint64_t* linkAt)
 {
     *linkAt = first.nextAt;
     uint64_t place = first.next;
@@ -214,7 +214,7 @@ bool putTurnedPageFirst(FILE* file, bool sidesSwapped)
 {
     TiffBytes tiff;
     uint64_t firstAt = 0, linkAt = 0, place = 0;
-    Directory first, turned;
+    ImageDirectory first, turned;
     if (!openTiffBytes(file, &tiff)) return false;
     const uint64_t head = tiff.large ? 8 : 4;
     if (!readNumber(tiff, head, tiff.offset(), &firstAt) || !readDirectory(tiff, firstAt, &first)) return false;

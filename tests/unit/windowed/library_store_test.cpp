@@ -372,7 +372,7 @@ TEST_F(SelectionLibrary, AListThatAnotherSessionHoldsIsWaitedFor)
 
 // The other session saves as soon as it can open the list.
 static Path listOfBoth;
-static const char othersList[] = "001\r\nseld_001.tif\r\n";
+constexpr char OTHERS_LIST[] = "001\r\nseld_001.tif\r\n";
 static bool otherHasSaved;
 static ImportPatch closePatch;
 
@@ -385,7 +385,7 @@ static BOOL WINAPI closeAndLetTheOtherSave(HANDLE handle)
                                     OPEN_EXISTING, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) return closed;
     DWORD written;
-    otherHasSaved = WriteFile(file, othersList, sizeof othersList - 1, &written, nullptr);
+    otherHasSaved = WriteFile(file, OTHERS_LIST, sizeof OTHERS_LIST - 1, &written, nullptr);
     close(file);
     return closed;
 }
@@ -401,7 +401,7 @@ TEST_F(SelectionLibrary, ANewListThatAnotherSessionHasSavedInStaysWhenTheFirstSa
     EXPECT_EQ(0, saveSelectionToLibrary());
     undoPatch(&closePatch);
     EXPECT_TRUE(otherHasSaved);
-    EXPECT_EQ(fileText(list()), othersList);
+    EXPECT_EQ(fileText(list()), OTHERS_LIST);
     removeTree(library);
     EXPECT_EQ(0, saveSelectionToLibrary());
     EXPECT_FALSE(exists(library)) << "nobody saved in it";
