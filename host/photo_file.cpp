@@ -176,6 +176,15 @@ static PhotoStatus writeStream(const std::wstring& path, PhotoFormat format, con
     return status == PhotoStatus::Ok && !flushed ? PhotoStatus::CannotWrite : status;
 }
 
+// What the system has put off until now may fail, too.
+static bool reachesDisk(const std::wstring& path)
+{
+    HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const bool flushed = file != INVALID_HANDLE_VALUE && FlushFileBuffers(file);
+    if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+    return flushed;
+}
+
 // The written file against the picture, row by row.
 struct Comparing {
     EditedPhoto photo;
@@ -242,10 +251,10 @@ PhotoStatus writePhoto(const std::wstring& path, PhotoFormat format, HGLOBAL ima
     if (progress) progress->allRows = 2 * photo.height;  // written, and read again
     static const SourcePhoto none;
     const SourcePhoto& from = source ? *source : none;
+    if (format != PhotoFormat::Tiff) return writeStream(path, format, photo, from);
     const wchar_t* original = from.kind == PhotoKind::Tiff ? from.path.c_str() : nullptr;
-    const PhotoStatus status = format == PhotoFormat::Tiff ? writeTiff(path.c_str(), photo, from.facts, original)
-                                                           : writeStream(path, format, photo, from);
-    return status;
+    const PhotoStatus status = writeTiff(path.c_str(), photo, from.facts, original);
+    return status == PhotoStatus::Ok && !reachesDisk(path) ? PhotoStatus::CannotWrite : status;
 }
 
 bool verifyPhoto(const std::wstring& path, PhotoFormat format, HGLOBAL image, const SourcePhoto* source,

@@ -196,6 +196,19 @@ static bool openTiffBytes(FILE* file, TiffBytes* tiff)
     return true;
 }
 
+bool pagesEnd(FILE* file)
+{
+    TiffBytes tiff;
+    uint64_t place = 0, count = 0;
+    if (!openTiffBytes(file, &tiff) || !readNumber(tiff, tiff.large ? 8 : 4, tiff.offset(), &place)) return false;
+    for (int page = 0; page < MOST_PAGES && place; ++page) {
+        if (!readNumber(tiff, place, tiff.count(), &count) || count > MOST_ENTRIES) return false;
+        const uint64_t nextAt = place + (uint64_t)tiff.count() + count * (uint64_t)tiff.entry();
+        if (!readNumber(tiff, nextAt, tiff.offset(), &place)) return false;
+    }
+    return place == 0;
+}
+
 // The last page of the chain, and where the link to it is.
 static bool findLast(const TiffBytes& tiff, const ImageDirectory& first, ImageDirectory* last, uint64_t* linkAt)
 {

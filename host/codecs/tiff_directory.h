@@ -5,6 +5,9 @@
 #include <cstdint>
 #include <cstdio>
 
+// Whether the list of pages has an end: one that leads back to itself would be followed for ever.
+bool pagesEnd(FILE* file);
+
 // The last page of the file has the first one's pixels, upright. It becomes the first one, with the other entries of
 // that, which is a page no more. sidesSwapped: width and height have changed places. False: the file is unsound.
 bool putTurnedPageFirst(FILE* file, bool sidesSwapped);

@@ -85,9 +85,18 @@ static bool finish(const wchar_t* output, bool swapped)
     return file && fclose(file) == 0 && done;
 }
 
+static bool hasSoundPages(const wchar_t* path)
+{
+    FILE* file = _wfopen(path, L"rb");
+    const bool sound = file && pagesEnd(file);
+    if (file) fclose(file);
+    return sound;
+}
+
 PhotoStatus turnTiffPage(const wchar_t* output, const wchar_t* original, const PhotoFacts& facts,
                          const Changes& changes)
 {
+    if (!hasSoundPages(original)) return PhotoStatus::NotAPhoto;
     TIFF* file = openTiff(original, "r");
     if (!file) return PhotoStatus::Missing;
     NativePage page;

@@ -7,6 +7,7 @@
 #include "host/codecs/bitmap_file.h"
 #include "host/codecs/jpeg_file.h"
 #include "host/codecs/png_file.h"
+#include "host/codecs/tiff_directory.h"
 #include "host/codecs/tiff_page.h"
 #include "host/codecs/webp_file.h"
 #include "tests/fuzz/photo_memory.h"
@@ -119,6 +120,17 @@ static void readTiffPhoto(const uint8_t* bytes, size_t size)
     TIFFClose(file);
 }
 
+// The directories as bytes, with room behind them for another one.
+static void turnTiffPages(const uint8_t* bytes, size_t size)
+{
+    Bytes copy(bytes, bytes + size);
+    copy.resize(size + 65536);
+    FILE* const file = size ? fmemopen(copy.data(), copy.size(), "r+b") : nullptr;
+    if (!file) return;
+    if (pagesEnd(file)) putTurnedPageFirst(file, true);
+    fclose(file);
+}
+
 // ---- TIFF in memory
 
 static tmsize_t readMemory(thandle_t handle, void* to, tmsize_t size)
@@ -167,8 +179,8 @@ TIFF* openTiffInMemory(PhotoMemory* memory, const char* mode)
 }
 
 const FuzzReader fuzzReaders[] = {
-    {"jpeg photo", readJpegPhoto, jpegPhotos},       {"png photo", readPngPhoto, pngPhotos},
-    {"tiff photo", readTiffPhoto, tiffPhotos},       {"webp photo", readWebpPhoto, webpPhotos},
-    {"bitmap photo", readBitmapPhoto, bitmapPhotos},
+    {"jpeg photo", readJpegPhoto, jpegPhotos}, {"png photo", readPngPhoto, pngPhotos},
+    {"tiff photo", readTiffPhoto, tiffPhotos}, {"webp photo", readWebpPhoto, webpPhotos},
+    {"tiff pages", turnTiffPages, tiffPhotos}, {"bitmap photo", readBitmapPhoto, bitmapPhotos},
 };
 const int fuzzReaderCount = (int)(sizeof fuzzReaders / sizeof fuzzReaders[0]);

@@ -247,6 +247,19 @@ TEST_F(HostPhotoKinds, ATurnedTiffFileKeepsItsDepthAndAllElse)
     }
 }
 
+TEST_F(HostPhotoKinds, ATiffFileWhosePagesHaveNoEndIsNotFollowedForEver)
+{
+    std::vector<uint8_t> file = turnedTiff(std::vector<uint16_t>(18), false);
+    std::copy_n(&file[4], 4, file.end() - 4);  // the second page leads to the first
+    SourcePhoto source;
+    HGLOBAL image = nullptr;
+    writeBytes(folder.path + L"a.tif", file);
+    writeBytes(folder.path + L"b.tif", {});
+    ASSERT_EQ(readPhoto(folder.path + L"a.tif", &image, &source), PhotoStatus::Ok);
+    EXPECT_EQ(writePhoto(folder.path + L"b.tif", PhotoFormat::Tiff, image, &source), PhotoStatus::NotAPhoto);
+    GlobalFree(image);
+}
+
 // A strip that has become longer moves to the file's end; the old one must not stay as it was.
 TEST_F(HostPhotoKinds, WhatWasRetouchedDoesNotLiveOnInATiffFile)
 {
