@@ -163,7 +163,7 @@ static bool onMouse(ButtonMessage& message)
 
 static bool onMouseMove(ButtonMessage& message)
 {
-    RECT client;
+    RECT client = {};
     GetClientRect(message.window, &client);
     const POINT at = {GET_X_LPARAM(message.lp), GET_Y_LPARAM(message.lp)};
     setHot(message.window, message.button, PtInRect(&client, at) != FALSE);  // a captured pointer may be outside

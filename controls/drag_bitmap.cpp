@@ -1,5 +1,7 @@
 // The modal drag of a bitmap (ordinal 242).
 #include <stdint.h>
+#include <windows.h>
+#include <windowsx.h>
 
 #include "controls/kovctrl32.h"
 #include "controls/locked_dib.h"
@@ -88,7 +90,10 @@ static HRGN shapeOf(const BYTE* bits, SIZE size, COLORREF background)
 static POINT pictureOrigin(const DragPicture& picture)
 {
     POINT at;
-    GetCursorPos(&at);
+    if (!GetCursorPos(&at)) {  // as under a prompt of the system's
+        const DWORD place = GetMessagePos();
+        at = {GET_X_LPARAM(place), GET_Y_LPARAM(place)};
+    }
     return {at.x - picture.grab.x, at.y - picture.grab.y};
 }
 

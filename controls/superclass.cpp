@@ -48,7 +48,7 @@ void muteWindow(HWND window, bool muted)
 
 void printOwnWindow(HWND window, HDC dc, DrawWindow draw)
 {
-    RECT client;
+    RECT client = {};
     GetClientRect(window, &client);
     HDC memory = CreateCompatibleDC(dc);
     HBITMAP bitmap = CreateCompatibleBitmap(dc, client.right, client.bottom);

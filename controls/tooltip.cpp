@@ -144,7 +144,7 @@ static TOOLINFOW trackedEntry(HWND dialog, const wchar_t* text)
 // Below a lying control; for a standing one beside the dialog, which may show at its right what the value does.
 static LPARAM placeBeside(HWND control)
 {
-    RECT rect, dialog;
+    RECT rect = {}, dialog = {};
     GetWindowRect(control, &rect);
     GetWindowRect(GetAncestor(control, GA_PARENT), &dialog);
     const bool lying = rect.right - rect.left > rect.bottom - rect.top;

@@ -58,8 +58,8 @@ static void drawImageUnder(HDC memory, HDC canvas, HGLOBAL image, POINT corner, 
 // Gives the memory DC, whose corner stands for `corner` on the canvas, the canvas's mapping.
 static void mapLikeCanvas(HDC memory, HDC canvas, POINT corner)
 {
-    SIZE window, viewport;
-    POINT windowOrigin, viewportOrigin;
+    SIZE window = {}, viewport = {};
+    POINT windowOrigin = {}, viewportOrigin = {};
     GetWindowExtEx(canvas, &window);
     GetViewportExtEx(canvas, &viewport);
     GetWindowOrgEx(canvas, &windowOrigin);

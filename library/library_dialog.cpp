@@ -25,7 +25,7 @@ static HWND listOf(HWND dialog)
 
 static RECT listRect(HWND dialog)
 {
-    RECT rect;
+    RECT rect = {};
     GetWindowRect(listOf(dialog), &rect);
     MapWindowPoints(nullptr, dialog, (POINT*)&rect, 2);
     return rect;
@@ -34,7 +34,7 @@ static RECT listRect(HWND dialog)
 static void stretchList(HWND dialog)
 {
     RECT client;
-    GetClientRect(dialog, &client);
+    if (!GetClientRect(dialog, &client)) return;
     const RECT rect = listRect(dialog);
     SetWindowPos(listOf(dialog), nullptr, rect.left, rect.top, client.right - rect.left, client.bottom - rect.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
@@ -57,7 +57,7 @@ static INT_PTR onInitDialog(HWND dialog, WPARAM, LPARAM lParam)
 // the metrics of a frame say.
 static LONG borderWidth(HWND dialog)
 {
-    RECT window, client;
+    RECT window = {}, client = {};
     GetWindowRect(dialog, &window);
     GetClientRect(dialog, &client);
     return window.right - window.left - client.right;
@@ -97,7 +97,7 @@ static INT_PTR onDeleteItem(HWND, WPARAM, LPARAM lParam)
 
 static int confirmDelete(HWND dialog)
 {
-    WCHAR question[CONFIRMATION_SIZE];
+    WCHAR question[CONFIRMATION_SIZE] = L"";
     loadLocalString(moduleInstance, STRING_CONFIRM_DELETE, question, CONFIRMATION_SIZE);
     return MessageBoxW(dialog, question, L"", MB_YESNO | MB_ICONHAND | MB_DEFBUTTON2) == IDYES;
 }
@@ -178,7 +178,7 @@ static INT_PTR CALLBACK libraryDialogProc(HWND dialog, UINT message, WPARAM wPar
 // Beside the palette, on the side where it leaves the middle of the photo free; where it was if there is none.
 static void placeBesidePalette(HWND dialog)
 {
-    RECT own, palette, photo;
+    RECT own = {}, palette, photo = {};
     GetWindowRect(dialog, &own);
     GetWindowRect(session->hostDialog, &photo);
     if (!GetWindowRect(session->paletteDialog, &palette)) return;

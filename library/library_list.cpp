@@ -114,7 +114,7 @@ static bool grabItem(HWND list, Grab& grab)
     if (!grab.item || SendMessageA(list, LB_GETITEMRECT, (WPARAM)index, (LPARAM)&grab.rect) == LB_ERR) return false;
     InflateRect(&grab.rect, -DRAG_MARGIN, -DRAG_MARGIN);
     MapWindowPoints(list, nullptr, (POINT*)&grab.rect, 2);
-    GetCursorPos(&grab.pointer);
+    grab.pointer = pointerOnScreen();
     return PtInRect(&grab.rect, grab.pointer);
 }
 
@@ -131,11 +131,10 @@ static bool dragItem(HWND list, const Grab& grab)
 // Only inside the editing window, and not on a window that lies over it.
 static bool droppedOnCanvas()
 {
-    POINT at;
-    GetCursorPos(&at);
+    POINT at = pointerOnScreen();
     const HWND under = WindowFromPoint(at);
     if (under != session->hostDialog && under != session->canvasWindow) return false;
-    RECT client;
+    RECT client = {};
     GetClientRect(session->hostDialog, &client);
     MapWindowPoints(nullptr, session->hostDialog, &at, 1);
     return PtInRect(&client, at);

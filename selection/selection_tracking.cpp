@@ -66,7 +66,7 @@ static bool isStillPressed(PixelPoint pointer)
 // What a band is kept in: all of the image, whether it is seen or not.
 static RECT roomForBand(HWND canvas)
 {
-    RECT client;
+    RECT client = {};
     GetClientRect(session->hostDialog, &client);
     return isZoomed(sessionExtras.canvas.view) ? hostRectOf(canvas, {0, 0, sessionExtras.canvas.view.image.width,
                                                                      sessionExtras.canvas.view.image.height})

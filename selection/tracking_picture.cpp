@@ -20,7 +20,7 @@ static void drawBand(HDC dc, RECT band)
 // The point of the canvas that the corner of `dc` stands for.
 static POINT cornerOf(HDC dc)
 {
-    POINT origin, canvasOrigin;
+    POINT origin = {}, canvasOrigin = {};
     GetViewportOrgEx(dc, &origin);
     const HDC canvas = GetDC(session->canvasWindow);
     GetViewportOrgEx(canvas, &canvasOrigin);

@@ -74,7 +74,7 @@ static void paintBorder(HWND dialog)
 {
     const HDC dc = GetWindowDC(dialog);
     if (!dc) return;
-    RECT window;
+    RECT window = {};
     GetWindowRect(dialog, &window);
     const FrameSizes m = {window.right - window.left, window.bottom - window.top, GetSystemMetrics(SM_CXFRAME),
                           GetSystemMetrics(SM_CYFRAME), GetSystemMetrics(SM_CYCAPTION)};

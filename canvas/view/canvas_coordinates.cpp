@@ -1,5 +1,7 @@
 #include "canvas/view/canvas_coordinates.h"
 
+#include <windowsx.h>
+
 #include <algorithm>
 
 #include "session/ground/session_extras.h"
@@ -41,10 +43,17 @@ RECT coveringDeviceRect(const RECT& image, SIZE imageSize, SIZE client)
     return rectFrom(deviceCover(fittedViewOf(client, imageSize), pixelRectFrom(image)));
 }
 
-POINT pointerIn(HWND window)
+POINT pointerOnScreen()
 {
     POINT at;
-    GetCursorPos(&at);
+    if (GetCursorPos(&at)) return at;
+    const DWORD place = GetMessagePos();
+    return {GET_X_LPARAM(place), GET_Y_LPARAM(place)};
+}
+
+POINT pointerIn(HWND window)
+{
+    POINT at = pointerOnScreen();
     MapWindowPoints(nullptr, window, &at, 1);
     return at;
 }

@@ -20,6 +20,8 @@ RECT coveringDeviceRect(const RECT& image, SIZE imageSize, SIZE client);
 
 // The screen position of the pointer in the client coordinates of a window.
 POINT pointerIn(HWND window);
+// Where the newest message found it while the system does not tell, as under a prompt of its own.
+POINT pointerOnScreen();
 
 // Invalidates every pixel of the client area that shows something of a rectangle of image pixels, without
 // erasing: a column of the image that is narrower than a pixel of the screen has its pixel repainted, too.

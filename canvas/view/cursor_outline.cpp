@@ -192,7 +192,7 @@ static void moveOverlapping(const RECT& all, const RECT& from, POINT newCorner)
 // What two places of the picture cover of the client area; false when that is nothing.
 static bool seenOf(const RECT& from, const RECT& to, RECT* seen)
 {
-    RECT all, client;
+    RECT all, client = {};
     UnionRect(&all, &from, &to);
     GetClientRect(session->hostDialog, &client);
     return IntersectRect(seen, &all, &client) != 0;

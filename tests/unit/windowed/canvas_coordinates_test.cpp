@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "canvas/view/canvas_coordinates.h"
+#include "tests/session/import_patch.h"
 
 static RECT cover(RECT device, SIZE client, SIZE image)
 {
@@ -13,6 +14,30 @@ static void expectRect(const RECT& expected, const RECT& actual)
     EXPECT_EQ(expected.top, actual.top);
     EXPECT_EQ(expected.right, actual.right);
     EXPECT_EQ(expected.bottom, actual.bottom);
+}
+
+static BOOL WINAPI noPosition(POINT*)
+{
+    return FALSE;
+}
+
+static DWORD WINAPI placeOfMessage()
+{
+    return (DWORD)MAKELPARAM(-20, 70);
+}
+
+TEST(CanvasCoordinates, ThePointerIsWhereTheNewestMessageFoundItWhenTheSystemDoesNotTell)
+{
+    ImportPatch position, place;
+    ASSERT_TRUE(patchImport(&position, GetModuleHandleA(nullptr), "GetCursorPos", (void*)noPosition));
+    ASSERT_TRUE(patchImport(&place, GetModuleHandleA(nullptr), "GetMessagePos", (void*)placeOfMessage));
+    const POINT at = pointerOnScreen(), inDesktop = pointerIn(GetDesktopWindow());
+    undoPatch(&place);
+    undoPatch(&position);
+    EXPECT_EQ(-20, at.x);
+    EXPECT_EQ(70, at.y);
+    EXPECT_EQ(-20, inDesktop.x);
+    EXPECT_EQ(70, inDesktop.y);
 }
 
 TEST(CanvasCoordinates, SameSizeIsOneToOne)
