@@ -65,3 +65,60 @@ TEST_F(HostRescue, WritesWhatHasChangedAndOnlyThat)
     closeWorkRecord();
     EXPECT_TRUE(RemoveDirectoryW((folder.path + L"Retouch").c_str()));  // empty: the work has come to a good end
 }
+
+// What a program leaves that does not come to its end: its record, in UTF-16, and the files that it names.
+struct HostAbandonedWork : testing::Test {
+    TestFolder folder;
+    const std::wstring records = folder.path + L"Retouch\\", temporary = folder.path + L"retouch-7-0.tmp",
+                       target = folder.path + L"two names.jpg";
+    const std::vector<uint8_t> half = {1, 2, 3}, whole = {4, 5, 6, 7};
+
+    void SetUp() override
+    {
+        SetEnvironmentVariableW(L"RETOUCH_RESCUE_FOLDER", folder.path.c_str());
+        CreateDirectoryW(records.c_str(), nullptr);
+        writeBytes(temporary, whole);
+        writeBytes(target, half);
+    }
+    void TearDown() override { SetEnvironmentVariableW(L"RETOUCH_RESCUE_FOLDER", nullptr); }
+    void leaveRecord(const std::wstring& copiedOver)
+    {
+        const std::wstring text = L"Z:\\photo.jpg\n" + temporary + L"\n" + copiedOver + L"\n";
+        writeBytes(records + L"7-1.work", {(const uint8_t*)text.data(), (const uint8_t*)(text.data() + text.size())});
+    }
+};
+
+TEST_F(HostAbandonedWork, WhatWasHalfWrittenGoes)
+{
+    leaveRecord(L"");
+    writeBytes(records + L"7-1.tmp", half);
+    EXPECT_TRUE(findAbandonedWork().empty());
+    EXPECT_FALSE(fileExists(temporary));
+    EXPECT_EQ(readBytes(target), half);
+    EXPECT_TRUE(RemoveDirectoryW(records.c_str()));
+}
+
+// A file with further names is written over, which can be cut off; then the finished one is still beside it.
+TEST_F(HostAbandonedWork, WhatWasFinishedIsBroughtToItsPlace)
+{
+    leaveRecord(target);
+    EXPECT_TRUE(findAbandonedWork().empty());
+    EXPECT_FALSE(fileExists(temporary));
+    EXPECT_EQ(readBytes(target), whole);
+    EXPECT_TRUE(RemoveDirectoryW(records.c_str()));
+}
+
+TEST_F(HostAbandonedWork, APictureIsOfferedUntilItIsForgotten)
+{
+    leaveRecord(L"");
+    writeBytes(records + L"7-1.bmp", whole);
+    for (int start = 0; start < 2; ++start) {
+        const std::vector<AbandonedWork> found = findAbandonedWork();
+        ASSERT_EQ(found.size(), 1u);
+        EXPECT_EQ(found[0].photo, L"Z:\\photo.jpg");
+        EXPECT_EQ(readBytes(found[0].picture), whole);
+        if (start == 1) forgetAbandonedWork(found[0]);
+    }
+    EXPECT_TRUE(findAbandonedWork().empty());
+    EXPECT_TRUE(RemoveDirectoryW(records.c_str()));
+}
