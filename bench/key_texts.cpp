@@ -44,6 +44,7 @@ static const KeyText texts[] = {
     {"press_", "from the press of the button to its first dab on the canvas; counted are the photo's pixels"},
     {"moves_", "a Brush stroke of 48 x 48 in moves of 3 to 12 pixels, each shown at once, undo step included"},
     {"repaint_quarter", "a quarter of the canvas invalidated and painted again"},
+    {"pan_step_floating_", "the same over a floating selection of so many points"},
     {"pan_step", "a step of panning at 200 %, up to the screen"},
     {"pan_", "the pixels of a canvas of 1000 x 700 at 200 %, from a photo of that size"},
     {"copy_canvas", "one copy of as many bytes, to compare with"},

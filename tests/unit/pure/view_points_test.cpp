@@ -110,7 +110,8 @@ TEST(ViewPoints, PointsLieWhereTheCornersOfRectanglesDo)
     for (int round = 0; round < 300; ++round) {
         const CanvasView view = someView(dice, dice.between(0, ZOOM_STEP_COUNT));
         for (int i = 0; i < 20; ++i) {
-            const PixelPoint at = {dice.between(-300, 900), dice.between(-300, 900)};
+            const int reach = i % 4 ? 900 : 40000000;
+            const PixelPoint at = {dice.between(-reach, reach), dice.between(-reach, reach)};
             const PixelRect shown = deviceRectAt(view, {at.x, at.y, at.x + 1, at.y + 1});
             PixelPoint points[] = {at, at};
             devicePointsAt(view, points, 1);
