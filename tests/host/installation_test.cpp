@@ -71,7 +71,6 @@ TEST_F(HostInstallation, NamesTheLibraryThatIsDamaged)
     EXPECT_TRUE(tells(saidBeside(controls, controls), L"KOVRTCH32.dll is damaged"));
 }
 
-// A program of windows: a double click opens no console.
 // A decoder that crashes or finds no memory costs its own photo, not those behind it.
 TEST_F(HostInstallation, SurvivesItsDecoders)
 {
@@ -97,6 +96,14 @@ TEST_F(HostInstallation, SurvivesItsDecoders)
     RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Wine\\AppDefaults\\failing.exe");
 }
 
+// A large photo may have all 4 GB that a 64-bit Windows gives to a 32-bit program.
+TEST(HostMemory, IsAllThatThereIs)
+{
+    std::vector<uint8_t> program = readBytes(folderOfPrograms() + L"retouch.exe");
+    EXPECT_TRUE(headersOf(program)->FileHeader.Characteristics & IMAGE_FILE_LARGE_ADDRESS_AWARE);
+}
+
+// A program of windows: a double click opens no console.
 TEST(HostVoice, IsNotThatOfAConsole)
 {
     std::vector<uint8_t> program = readBytes(folderOfPrograms() + L"retouch.exe");
