@@ -17,7 +17,7 @@
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 
-// The image with the selection over it, at selectionRect; the caller releases it. For where the image does not reach.
+// The image with the selection over it, at selectionRect; the caller releases it.
 static HGLOBAL composite()
 {
     const LockedPixels image(editedImage()), pixels(session->selectionImage), mask(session->selectionMask);
@@ -53,12 +53,36 @@ static void drawThroughMask(HDC dc)
     drawBitmap(dc, session->selectionImage, &rect, SRCPAINT);
 }
 
+// To stretch a pixel of the screen takes the system about as long as making six pixels of the composite, and there are
+// two more pictures to be stretched.
+constexpr LONGLONG COMPOSED_PER_STRETCHED = 12;
+
+static LONGLONG areaOf(const RECT& rect)
+{
+    return (LONGLONG)(rect.right - rect.left) * (rect.bottom - rect.top);
+}
+
+// Of the rectangle, on the screen.
+static LONGLONG pixelsSeen(HDC dc)
+{
+    RECT seen;
+    GetClipBox(dc, &seen);
+    if (!IntersectRect(&seen, &seen, &session->selectionRect)) return 0;
+    LPtoDP(dc, (POINT*)&seen, 2);
+    return areaOf(seen);
+}
+
+static bool compositeCostsMore(HDC dc)
+{
+    return pixelsSeen(dc) * COMPOSED_PER_STRETCHED < areaOf(session->selectionRect);
+}
+
 static void drawFloatingPixels(HDC dc)
 {
     if (IsRectEmpty(&session->selectionRect) || isZoomed(sessionExtras.canvas.view))
         return;  // zoomed they are there already
     if (!session->selectionImage || !session->selectionMask) return;
-    (liesInImage(session->selectionRect) ? drawThroughMask : drawComposite)(dc);
+    (liesInImage(session->selectionRect) && compositeCostsMore(dc) ? drawThroughMask : drawComposite)(dc);
 }
 
 // Inverts what lies under it: drawn twice, it is gone.
