@@ -4,10 +4,30 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstring>
+
 // What a program file says of itself.
 static IMAGE_NT_HEADERS* headersOf(std::vector<uint8_t>& file)
 {
     return (IMAGE_NT_HEADERS*)&file[(size_t)((IMAGE_DOS_HEADER*)&file[0])->e_lfanew];
+}
+
+// The header's optional part for the other number of bits. It names no tables of the file, which lie elsewhere there:
+// a system that maps such a file before it looks at its kind must find nothing to follow.
+template <typename Other, typename Own>
+static void rewriteOptional(Own* own, WORD magic)
+{
+    Other other = {};
+    other.Magic = magic;
+    other.ImageBase = 0x10000000;
+    other.SectionAlignment = own->SectionAlignment;
+    other.FileAlignment = own->FileAlignment;
+    other.MajorSubsystemVersion = own->MajorSubsystemVersion;
+    other.SizeOfImage = own->SizeOfImage;
+    other.SizeOfHeaders = own->SizeOfHeaders;
+    other.Subsystem = own->Subsystem;
+    memcpy((void*)own, &other, offsetof(Other, DataDirectory));
 }
 
 static std::vector<uint8_t> forOtherBits(std::vector<uint8_t> file)
@@ -15,7 +35,10 @@ static std::vector<uint8_t> forOtherBits(std::vector<uint8_t> file)
     IMAGE_NT_HEADERS* headers = headersOf(file);
     const bool is64 = headers->FileHeader.Machine == IMAGE_FILE_MACHINE_AMD64;
     headers->FileHeader.Machine = is64 ? IMAGE_FILE_MACHINE_I386 : IMAGE_FILE_MACHINE_AMD64;
-    headers->OptionalHeader.Magic = is64 ? IMAGE_NT_OPTIONAL_HDR32_MAGIC : IMAGE_NT_OPTIONAL_HDR64_MAGIC;
+    if (is64)
+        rewriteOptional<IMAGE_OPTIONAL_HEADER32>(&headers->OptionalHeader, IMAGE_NT_OPTIONAL_HDR32_MAGIC);
+    else
+        rewriteOptional<IMAGE_OPTIONAL_HEADER64>(&headers->OptionalHeader, IMAGE_NT_OPTIONAL_HDR64_MAGIC);
     return file;
 }
 
