@@ -26,7 +26,8 @@ struct Painting : SessionTest {
     {
         const reference::StoredPicture shown = shownBy(host.canvas);
         runOnHost(&host, [&] { RedrawWindow(host.canvas, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); });
-        EXPECT_TRUE(shown.bytes == shownBy(host.canvas).bytes);
+        const reference::StoredPicture again = shownBy(host.canvas);
+        EXPECT_TRUE(shown.bytes == again.bytes) << "differs in " << placeOfDifferences(shown, again);
     }
 
     void saveAndExpectEqual(int atLeastChanged)
@@ -308,12 +309,14 @@ TEST_F(Painting, AfterTheWindowIsResized)
     openWithBrush();
     stroke({{30, 30}, {60, 60}});
     replayNew(&replay, host);
+    ASSERT_TRUE(placePointer(&host, onCanvas(host, 70, 50)));  // the brush's picture stays where it is
     SetWindowPos(host.dialog, nullptr, 0, 0, 640, 400, SWP_NOMOVE | SWP_NOZORDER);
     ASSERT_TRUE(settle(&host));
     const SIZE small = replay.client;
     takeCanvasSize(&replay, host);
     EXPECT_GT(replay.client.cx, small.cx);
     expectNoSeams();  // all of the canvas shows the new scale
+    restPointer();
     stroke({{100, 200}, {500, 300}});
     saveAndExpectEqual(1500);
 }

@@ -1,5 +1,7 @@
 #include "tests/session/screen_part.h"
 
+#include <algorithm>
+
 reference::StoredPicture screenPart(const RECT& part)
 {
     const int width = part.right - part.left, height = part.bottom - part.top;
@@ -30,6 +32,25 @@ reference::StoredPicture shownBy(HWND window)
     GetClientRect(window, &client);
     MapWindowPoints(window, nullptr, (POINT*)&client, 2);
     return screenPart(client);
+}
+
+std::string placeOfDifferences(const reference::StoredPicture& one, const reference::StoredPicture& other)
+{
+    RECT box = {one.width, one.height, -1, -1};
+    int count = 0;
+    for (int y = 0; y < one.height; ++y) {
+        const size_t row = (size_t)(one.height - 1 - y) * (size_t)reference::strideOf(one.width);
+        for (int x = 0; x < one.width; ++x) {
+            if (std::equal(&one.bytes[row + (size_t)x * 3], &one.bytes[row + (size_t)x * 3] + 3,
+                           &other.bytes[row + (size_t)x * 3]))
+                continue;
+            box = {std::min<LONG>(box.left, x), std::min<LONG>(box.top, y), std::max<LONG>(box.right, x),
+                   std::max<LONG>(box.bottom, y)};
+            ++count;
+        }
+    }
+    return std::to_string(count) + " pixels from " + std::to_string(box.left) + ", " + std::to_string(box.top) +
+           " to " + std::to_string(box.right) + ", " + std::to_string(box.bottom);
 }
 
 bool showsWhatAFullRepaintShows(Host* host)
