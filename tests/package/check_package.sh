@@ -8,7 +8,7 @@ trap 'rm -rf "$work"' EXIT
 fail() { echo "$1" >&2; exit 1; }
 
 twice=()
-[ "$preset" != x86_64 ] || twice=(--check)
+[ "$preset" != i686 ] || twice=(--check)
 "$root/scripts/package" "$preset" "${twice[@]}"
 version=$(sed -n 's/^project(.*VERSION \([0-9.]*\).*/\1/p' "$root/CMakeLists.txt")
 name=retouch-$version-$preset
