@@ -1,8 +1,5 @@
 // What a hand feels: whole sessions with real windows and a real pointer, over photos of 6, 24 and 48 megapixels.
-// Prints
-//
 //     FEEL <name> <value> <unit>
-//
 // Where a time ends with a picture, it ends when the pixels on the screen change, not when a function returns. Who
 // waits sleeps in between: the session, the display and the system's server need the processors.
 #include <algorithm>
