@@ -120,14 +120,16 @@ static void readTiffPhoto(const uint8_t* bytes, size_t size)
     TIFFClose(file);
 }
 
-// The directories as bytes, with room behind them for another one.
+// The directories as bytes, with room behind them for another one. Accepted are those that come to an end.
 static void turnTiffPages(const uint8_t* bytes, size_t size)
 {
     Bytes copy(bytes, bytes + size);
     copy.resize(size + 65536);
     FILE* const file = size ? fmemopen(copy.data(), copy.size(), "r+b") : nullptr;
     if (!file) return;
-    if (pagesEnd(file)) putTurnedPageFirst(file, true);
+    const bool ends = pagesEnd(file);
+    accepted += ends;
+    if (ends) putTurnedPageFirst(file, true);
     fclose(file);
 }
 
