@@ -34,14 +34,34 @@ static std::vector<FilePart> partsOf(const wchar_t* path, bool allPages)
     return parts;
 }
 
+// Overlapping ones become one, so that both their beginnings and their ends ascend.
+static std::vector<FilePart> inOrder(std::vector<FilePart> parts)
+{
+    std::sort(parts.begin(), parts.end(), [](const FilePart& one, const FilePart& other) { return one.at < other.at; });
+    std::vector<FilePart> joined;
+    for (const FilePart& part : parts) {
+        if (joined.empty() || joined.back().end < part.at)
+            joined.push_back(part);
+        else
+            joined.back().end = std::max(joined.back().end, part.end);
+    }
+    return joined;
+}
+
+static bool reachesInto(const std::vector<FilePart>& joined, const FilePart& part)
+{
+    const auto next = std::upper_bound(joined.begin(), joined.end(), part.at,
+                                       [](uint64_t at, const FilePart& other) { return at < other.end; });
+    return next != joined.end() && next->at < part.end;
+}
+
 bool wipeUnused(const wchar_t* output, const wchar_t* original)
 {
-    const std::vector<FilePart> used = partsOf(output, true);
+    const std::vector<FilePart> used = inOrder(partsOf(output, true));
     FILE* file = _wfopen(output, L"r+b");
     bool done = file != nullptr;
     for (const FilePart& part : partsOf(original, false)) {
-        const auto overlaps = [&](const FilePart& other) { return other.at < part.end && part.at < other.end; };
-        if (std::any_of(used.begin(), used.end(), overlaps)) continue;
+        if (reachesInto(used, part)) continue;
         done = done && wipeBytes(file, part.at, part.end - part.at);
     }
     return file && fclose(file) == 0 && done;
