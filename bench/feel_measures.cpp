@@ -51,7 +51,7 @@ void sendMove(POINT screen)
 
 std::vector<uint8_t> around(POINT screen)
 {
-    return screenPart({screen.x - 3, screen.y - 3, screen.x + 4, screen.y + 4}).bytes;
+    return screenPartNow({screen.x - 3, screen.y - 3, screen.x + 4, screen.y + 4}).bytes;
 }
 
 // ---- the process

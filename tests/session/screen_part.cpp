@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-reference::StoredPicture screenPart(const RECT& part)
+reference::StoredPicture screenPartNow(const RECT& part)
 {
     const int width = part.right - part.left, height = part.bottom - part.top;
     reference::StoredPicture shown = {width, height,
@@ -13,7 +13,6 @@ reference::StoredPicture screenPart(const RECT& part)
     header.biHeight = height;
     header.biPlanes = 1;
     header.biBitCount = 24;
-    letScreenFollow();
     const HDC screen = GetDC(nullptr), copy = CreateCompatibleDC(screen);
     const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
     const HGDIOBJ old = SelectObject(copy, bitmap);
@@ -24,6 +23,12 @@ reference::StoredPicture screenPart(const RECT& part)
     DeleteDC(copy);
     ReleaseDC(nullptr, screen);
     return shown;
+}
+
+reference::StoredPicture screenPart(const RECT& part)
+{
+    letScreenFollow();
+    return screenPartNow(part);
 }
 
 reference::StoredPicture shownBy(HWND window)

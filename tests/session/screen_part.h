@@ -8,8 +8,11 @@
 #include "tests/reference/colour_reference.h"
 #include "tests/session/session_driver.h"
 
-// Rows bottom-up.
+// Rows bottom-up. What the session has painted is there.
 reference::StoredPicture screenPart(const RECT& part);
+
+// The same at this moment, without waiting for the session: for measurements.
+reference::StoredPicture screenPartNow(const RECT& part);
 
 // The client area of a window.
 reference::StoredPicture shownBy(HWND window);
