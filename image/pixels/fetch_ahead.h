@@ -9,6 +9,8 @@
 inline void fetchAhead(const void* row, size_t count)
 {
 #ifdef __GNUC__
+    // Nothing, so that GCC does not take a function that only asks ahead for one without effects and drop its calls.
+    __asm__ volatile("");
     const char* const end = (const char*)row + count;
     for (const char* at = (const char*)((uintptr_t)row & ~(uintptr_t)63); at < end; at += 64)
         __builtin_prefetch(at);
