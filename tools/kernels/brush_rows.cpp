@@ -22,16 +22,21 @@ static void fillWeightRow(uint8_t* weights, const SoftFalloff& falloff, int j, i
     }
 }
 
+static size_t roomForWeights(int width, int height)
+{
+    return (size_t)(width + WEIGHT_BLOCK) * (size_t)height + WEIGHT_BLOCK;
+}
+
 static void fillWeights(const BrushRows& rows, int opacity)
 {
-    memset(rows.weights, 0, (size_t)rows.width * (size_t)rows.height);
+    memset(rows.weights, 0, roomForWeights(rows.width, rows.height));
     const SoftFalloff falloff = softFalloff(rows.width, rows.height);
     if (!hasRoom(falloff)) return;
     for (int j = falloff.halfHeight; j < rows.height; ++j) {
-        uint8_t* row = rows.weights + (ptrdiff_t)rows.width * j;
+        uint8_t* const row = weightRow(rows, j);
         fillWeightRow(row, falloff, j, rows.width, opacity);
         const int opposite = 2 * falloff.halfHeight - 1 - j;
-        if (opposite >= 0) memcpy(rows.weights + (ptrdiff_t)rows.width * opposite, row, (size_t)rows.width);
+        if (opposite >= 0) memcpy(weightRow(rows, opposite), row, (size_t)rows.width);
     }
 }
 
@@ -68,7 +73,7 @@ static bool fillSoftRows(const BrushRows& rows, const BrushStroke& stroke)
 {
     fillWeights(rows, stroke.opacity);
     for (int j = 0; j < rows.height; ++j) {
-        uint8_t* const row = rows.weights + (ptrdiff_t)rows.width * j;
+        uint8_t* const row = weightRow(rows, j);
         clearOutside(row, rowOf(stroke.mask, j), rows.width);
         if (!singleRun(row, rows.width, &rows.runs[j]) || !risesAndFalls(row, rows.runs[j], &rows.peaks[j]))
             return false;
@@ -109,9 +114,10 @@ static bool fillHardRows(const BrushRows& rows, const BrushStroke& stroke)
 
 bool makeBrushRows(BrushRows* rows, const BrushStroke& stroke)
 {
-    const size_t width = (size_t)stroke.mask.width, height = (size_t)stroke.mask.height;
+    const size_t height = (size_t)stroke.mask.height;
+    const size_t weights = stroke.soft ? roomForWeights(stroke.mask.width, stroke.mask.height) : 0;
     *rows = {stroke.mask.width, stroke.mask.height, nullptr, nullptr, nullptr, nullptr};
-    rows->memory = takeMemory(height * (sizeof(CellRun) + sizeof(int)) + (stroke.soft ? width * height : 0));
+    rows->memory = takeMemory(height * (sizeof(CellRun) + sizeof(int)) + weights);
     if (!rows->memory) return false;
     rows->runs = (CellRun*)rows->memory;
     rows->peaks = (int*)(rows->runs + height);

@@ -4,10 +4,12 @@
 #include "tools/kernels/brush_stroke.h"
 #include "tools/kernels/cell_runs.h"
 
+constexpr int WEIGHT_BLOCK = 16;  // weights that are looked at together
+
 struct BrushRows {
     int width, height;
     CellRun* runs;     // of each row, the cells that lay anything; first == end: none
-    uint8_t* weights;  // Smooth edge: `width` weights a row, each rising to its peak and then falling; else null
+    uint8_t* weights;  // Smooth edge: see weightRow; each row rises to its peak and then falls. Else null
     int* peaks;        // the column of each row's highest weight
     void* memory;
 };
@@ -17,7 +19,8 @@ struct BrushRows {
 bool makeBrushRows(BrushRows* rows, const BrushStroke& stroke);
 void freeBrushRows(BrushRows* rows);
 
-inline const uint8_t* weightRow(const BrushRows& rows, int j)
+// The weights of a row. There is a block of zeros before the first one and another one behind the last.
+inline uint8_t* weightRow(const BrushRows& rows, int j)
 {
-    return rows.weights + (ptrdiff_t)rows.width * j;
+    return rows.weights + (ptrdiff_t)(rows.width + WEIGHT_BLOCK) * j + WEIGHT_BLOCK;
 }

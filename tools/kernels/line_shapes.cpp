@@ -8,26 +8,29 @@
 #include "image/pixels/scarce_memory.h"
 
 constexpr int MOST_ROWS = 64;  // of a brush whose arrangements fit a word
-constexpr int SLOTS = 256;     // a power of two
-constexpr int MOST_KEPT = 96;  // far below SLOTS, so that a search ends soon
+constexpr int MOST_KEPT = 96;
 constexpr size_t MOST_COLUMNS = 1024;
-
-struct Kept {
-    uint64_t arrangement;
-    LineShape shape;
-    bool taken;
-};
 
 static int halfHeight(const LineShapes& shapes)
 {
     return shapes.brush->height / 2;
 }
 
-LineRange pointLinesAround(const LineShapes& shapes, int y)
+// Point lines that reach a picture line.
+struct LineRange {
+    int first, end;
+};
+
+static LineRange pointLinesAround(const LineShapes& shapes, int y)
 {
     const int lowest = y + halfHeight(shapes);
     return {std::max(lowest - shapes.brush->height + 1, shapes.lines->firstY),
             std::min(lowest, shapes.lines->lastY) + 1};
+}
+
+static const LineSpan& spanOfLine(const LineShapes& shapes, int line)
+{
+    return shapes.lines->spans[line - shapes.lines->firstY];
 }
 
 int firstTouched(const LineShapes& shapes)
@@ -52,23 +55,26 @@ static int widestReach(const StrokeLines& lines, int brushWidth)
     return std::max(one.last, other.last) - std::min(one.first, other.first) + brushWidth;
 }
 
+// Room for the weights of that many columns, which are worked out in whole blocks.
+static size_t roomForWeights(size_t columns)
+{
+    return columns + WEIGHT_BLOCK;
+}
+
 bool beginLineShapes(LineShapes* shapes, const BrushRows& brush, const StrokeLines& lines)
 {
     *shapes = {};
     shapes->brush = &brush;
     shapes->lines = &lines;
-    shapes->mostColumns = (size_t)brush.height * (size_t)lines.mostPoints + (size_t)brush.width;
-    const bool keep =
-        brush.height <= MOST_ROWS && lineCount(lines) > 2 * brush.height && shapes->mostColumns <= MOST_COLUMNS;
-    const size_t kept = keep ? SLOTS * sizeof(Kept) : 0;
-    const size_t keptWeights = keep && brush.weights ? MOST_KEPT * shapes->mostColumns : 0;
-    const size_t scratch = brush.weights ? (size_t)widestReach(lines, brush.width) : 0;
+    const size_t mostColumns = (size_t)brush.height * (size_t)lines.mostPoints + (size_t)brush.width;
+    const bool keep = brush.height <= MOST_ROWS && lineCount(lines) > 2 * brush.height && mostColumns <= MOST_COLUMNS;
+    shapes->roomForShape = brush.weights ? roomForWeights(mostColumns) : 0;
+    const size_t kept = keep ? MOST_KEPT * sizeof(KeptShape) : 0;
+    const size_t keptWeights = keep ? MOST_KEPT * shapes->roomForShape : 0;
+    const size_t scratch = brush.weights ? roomForWeights((size_t)widestReach(lines, brush.width)) : 0;
     shapes->memory = takeMemory(kept + keptWeights + scratch + 1);
     if (!shapes->memory) return false;
-    if (keep) {
-        shapes->kept = (Kept*)shapes->memory;
-        memset(shapes->kept, 0, kept);
-    }
+    if (keep) shapes->kept = (KeptShape*)shapes->memory;
     shapes->keptWeights = (uint8_t*)shapes->memory + kept;
     shapes->scratch = shapes->keptWeights + keptWeights;
     return true;
@@ -82,54 +88,54 @@ void endLineShapes(LineShapes* shapes)
 
 // ---- working a shape out
 
-static const CellRun& runFor(const LineShapes& shapes, int y, int line)
-{
-    return shapes.brush->runs[y - (line - halfHeight(shapes))];
-}
-
 static CellRun columnsOf(const LineShapes& shapes, int y, LineRange around)
 {
     const int halfWidth = shapes.brush->width / 2;
     CellRun columns = {INT_MAX, INT_MIN};
     for (int line = around.first; line < around.end; ++line) {
-        const CellRun& run = runFor(shapes, y, line);
+        const CellRun& run = shapes.brush->runs[y - (line - halfHeight(shapes))];
         if (run.first == run.end) continue;
-        const LineSpan& span = shapes.lines->spans[line - shapes.lines->firstY];
+        const LineSpan& span = spanOfLine(shapes, line);
         columns.first = std::min(columns.first, span.first - halfWidth + run.first);
         columns.end = std::max(columns.end, span.last - halfWidth + run.end);
     }
     return columns;
 }
 
-static void raiseTo(uint8_t* weights, const uint8_t* others, int count)
+static void raiseBlock(uint8_t* weights, const uint8_t* others)
 {
-    for (int i = 0; i < count; ++i)
-        weights[i] = std::max(weights[i], others[i]);
+    uint8_t highest[WEIGHT_BLOCK], other[WEIGHT_BLOCK];
+    memcpy(highest, weights, sizeof highest);
+    memcpy(other, others, sizeof other);
+    for (int i = 0; i < WEIGHT_BLOCK; ++i)
+        highest[i] = std::max(highest[i], other[i]);
+    memcpy(weights, highest, sizeof highest);
 }
 
-// A row that is moved along a line of points: its rise lies at the first one, its fall at the last, and between
-// them its peak.
-static void raiseAlong(uint8_t* weights, const uint8_t* row, const CellRun& run, int peak, int points)
+// A brush row whose first cell lies at column `at`. The blocks are the same for all rows, as a processor waits when
+// it reads bytes that were just written as parts of two others.
+static void raiseRow(uint8_t* weights, const uint8_t* row, const CellRun& run, int at)
 {
-    const int count = run.end - run.first, top = peak - run.first;
-    raiseTo(weights, row + run.first, count);
-    if (points == 1) return;
-    raiseTo(weights + points - 1, row + run.first, count);
-    for (int i = top; i < top + points; ++i)
-        weights[i] = std::max(weights[i], row[peak]);
+    for (int i = (at + run.first) & -WEIGHT_BLOCK; i < at + run.end; i += WEIGHT_BLOCK)
+        raiseBlock(weights + i, row + (i - at));
 }
 
 static void fillWeights(const LineShapes& shapes, int y, LineRange around, const CellRun& columns, uint8_t* weights)
 {
     const BrushRows& brush = *shapes.brush;
-    memset(weights, 0, (size_t)(columns.end - columns.first));
+    memset(weights, 0, roomForWeights((size_t)(columns.end - columns.first)));
     for (int line = around.first; line < around.end; ++line) {
         const int j = y - (line - halfHeight(shapes));
         const CellRun& run = brush.runs[j];
         if (run.first == run.end) continue;
-        const LineSpan& span = shapes.lines->spans[line - shapes.lines->firstY];
-        const int at = span.first - brush.width / 2 + run.first - columns.first;
-        raiseAlong(weights + at, weightRow(brush, j), run, brush.peaks[j], span.last - span.first + 1);
+        const LineSpan& span = spanOfLine(shapes, line);
+        const int at = span.first - brush.width / 2 - columns.first, points = span.last - span.first + 1;
+        const uint8_t* const row = weightRow(brush, j);
+        // Moved along several points, a row rises at the first one and falls at the last; between them is its peak.
+        raiseRow(weights, row, run, at);
+        if (points > 1) raiseRow(weights, row, run, at + points - 1);
+        for (int i = at + brush.peaks[j] + 1; i < at + brush.peaks[j] + points - 1; ++i)
+            weights[i] = std::max(weights[i], row[brush.peaks[j]]);
     }
 }
 
@@ -138,19 +144,10 @@ static LineShape makeShape(const LineShapes& shapes, int y, LineRange around, ui
     const CellRun columns = columnsOf(shapes, y, around);
     if (columns.first >= columns.end) return {0, 0, weights};
     if (shapes.brush->weights) fillWeights(shapes, y, around, columns, weights);
-    const int anchor = shapes.lines->spans[around.first - shapes.lines->firstY].first;
-    return {columns.first - anchor, columns.end - columns.first, weights};
+    return {columns.first, columns.end - columns.first, weights};
 }
 
 // ---- finding it again
-
-static Kept* slotFor(const LineShapes& shapes, uint64_t arrangement)
-{
-    uint32_t slot = (uint32_t)((arrangement * 0x9E3779B97F4A7C15u) >> 56);
-    while (shapes.kept[slot].taken && shapes.kept[slot].arrangement != arrangement)
-        slot = (slot + 1) % SLOTS;
-    return &shapes.kept[slot];
-}
 
 // Complete, and without the segment's ends, whose lengths are their own.
 static bool isWhole(const LineShapes& shapes, LineRange around)
@@ -159,19 +156,51 @@ static bool isWhole(const LineShapes& shapes, LineRange around)
            around.end <= shapes.lines->lastY;
 }
 
+static KeptShape* findKept(const LineShapes& shapes, uint64_t arrangement)
+{
+    for (int i = 0; i < shapes.keptCount; ++i)
+        if (shapes.kept[i].arrangement == arrangement) return &shapes.kept[i];
+    return nullptr;
+}
+
+// Null when there is no room for one more.
+static KeptShape* keepShape(LineShapes& shapes, uint64_t arrangement, int y, LineRange around)
+{
+    if (shapes.keptCount == MOST_KEPT) return nullptr;
+    uint8_t* const weights = shapes.keptWeights + shapes.roomForShape * (size_t)shapes.keptCount;
+    KeptShape* const kept = &shapes.kept[shapes.keptCount++];
+    *kept = {arrangement, makeShape(shapes, y, around, weights), {nullptr, nullptr}};
+    kept->shape.left -= spanOfLine(shapes, around.first).first;
+    return kept;
+}
+
+static KeptShape* keptShapeOf(LineShapes& shapes, int y, LineRange around)
+{
+    const uint64_t arrangement = shapes.arrangement << (MOST_ROWS - shapes.brush->height);
+    KeptShape* const kept = findKept(shapes, arrangement);
+    return kept ? kept : keepShape(shapes, arrangement, y, around);
+}
+
+// The shape after the present one, from what is known to follow it if that came before.
+static KeptShape* nextKeptShape(LineShapes& shapes, int y, LineRange around, uint8_t newestKind)
+{
+    KeptShape* const before = shapes.present;
+    if (before && before->after[newestKind]) return before->after[newestKind];
+    KeptShape* const next = keptShapeOf(shapes, y, around);
+    if (before) before->after[newestKind] = next;
+    return next;
+}
+
 LineShape nextLineShape(LineShapes& shapes, int y)
 {
     const LineRange around = pointLinesAround(shapes, y);
     const int newest = y + halfHeight(shapes);
-    if (newest <= shapes.lines->lastY)
-        shapes.arrangement = shapes.arrangement << 1 | shapes.lines->kinds[newest - shapes.lines->firstY];
-    if (!shapes.kept || !isWhole(shapes, around)) return makeShape(shapes, y, around, shapes.scratch);
-
-    const uint64_t arrangement = shapes.arrangement << (MOST_ROWS - shapes.brush->height);
-    Kept* const kept = slotFor(shapes, arrangement);
-    if (kept->taken) return kept->shape;
-    if (shapes.keptCount == MOST_KEPT) return makeShape(shapes, y, around, shapes.scratch);
-    uint8_t* const weights = shapes.keptWeights + shapes.mostColumns * (size_t)shapes.keptCount++;
-    *kept = {arrangement, makeShape(shapes, y, around, weights), true};
-    return kept->shape;
+    const uint8_t kind = newest <= shapes.lines->lastY ? shapes.lines->kinds[newest - shapes.lines->firstY] : 0;
+    shapes.arrangement = shapes.arrangement << 1 | kind;
+    if (shapes.kept && isWhole(shapes, around)) {
+        shapes.present = nextKeptShape(shapes, y, around, kind);
+        if (const KeptShape* const kept = shapes.present)
+            return {spanOfLine(shapes, around.first).first + kept->shape.left, kept->shape.count, kept->shape.weights};
+    }
+    return makeShape(shapes, y, around, shapes.scratch);
 }

@@ -9,27 +9,28 @@
 #include "tools/kernels/stroke_lines.h"
 
 struct LineShape {
-    int left, count;         // columns, from the first point of the first point line around
+    int left, count;         // picture columns
     const uint8_t* weights;  // Smooth edge: one a column
+};
+
+struct KeptShape {
+    uint64_t arrangement;
+    LineShape shape;      // its left from the first point of the first point line around
+    KeptShape* after[2];  // the shape of the next line, for each kind of its newest point line; null: not yet known
 };
 
 struct LineShapes {
     const BrushRows* brush;
     const StrokeLines* lines;
-    uint8_t* scratch;   // weights of a shape that is not kept
-    struct Kept* kept;  // null: no shape comes twice
+    uint8_t* scratch;  // weights of a shape that is not kept
+    KeptShape* kept;   // null: no shape comes twice
     int keptCount;
     uint8_t* keptWeights;
-    size_t mostColumns;    // of a kept shape
+    size_t roomForShape;   // weights of a kept one
     uint64_t arrangement;  // of the point lines around the present line, a bit each
+    KeptShape* present;    // the present line's; null: it is not kept
     void* memory;
 };
-
-// Point lines that reach picture line y.
-struct LineRange {
-    int first, end;
-};
-LineRange pointLinesAround(const LineShapes& shapes, int y);
 
 // Brush and lines must stay until endLineShapes. False without memory.
 bool beginLineShapes(LineShapes* shapes, const BrushRows& brush, const StrokeLines& lines);

@@ -41,7 +41,7 @@ static bool insideImage(const BrushStroke& stroke, PixelPoint at)
 
 // ---- the fast way: picture line by picture line, each pixel once
 
-constexpr int STROKE_LINES_AHEAD = 8;
+constexpr int STROKE_LINES_AHEAD = 4;
 
 static void fetchLine(const BrushStroke& stroke, int y, int left, int count)
 {
@@ -52,12 +52,12 @@ static void fetchLine(const BrushStroke& stroke, int y, int left, int count)
     if (stroke.soft) fetchAhead(rowOf(stroke.start, y) + at, (size_t)count * 3);
 }
 
-static void paintLine(const BrushStroke& stroke, const PaintRows& rows, const ColourRow& colour, int y, int left,
+static void paintLine(const BrushStroke& stroke, const PaintRows& rows, const ColourRow& colour, int y,
                       const LineShape& shape)
 {
-    const ptrdiff_t at = (ptrdiff_t)left * 3;
-    uint8_t *const pixels = rowOf(stroke.image, y) + at, *const cells = rowOf(stroke.coverage, y) + left;
-    fetchLine(stroke, y + STROKE_LINES_AHEAD, left, shape.count);
+    const ptrdiff_t at = (ptrdiff_t)shape.left * 3;
+    uint8_t *const pixels = rowOf(stroke.image, y) + at, *const cells = rowOf(stroke.coverage, y) + shape.left;
+    fetchLine(stroke, y + STROKE_LINES_AHEAD, shape.left, shape.count);
     if (stroke.soft) {
         rows.raise(pixels, rowOf(stroke.start, y) + at, cells, shape.weights, shape.count, colour);
     } else {
@@ -71,10 +71,10 @@ static bool paintLines(const BrushStroke& stroke, const BrushRows& brush, const 
     if (!beginLineShapes(&shapes, brush, lines)) return false;
     const ColourRow colour = colourRow(stroke.colour);
     const PaintRows& rows = paintRows();
-    for (int y = firstTouched(shapes); y < endTouched(shapes); ++y) {
+    const int end = endTouched(shapes);
+    for (int y = firstTouched(shapes); y < end; ++y) {
         const LineShape shape = nextLineShape(shapes, y);
-        const int anchor = lines.spans[pointLinesAround(shapes, y).first - lines.firstY].first;
-        if (shape.count > 0) paintLine(stroke, rows, colour, y, anchor + shape.left, shape);
+        if (shape.count > 0) paintLine(stroke, rows, colour, y, shape);
     }
     endLineShapes(&shapes);
     return true;
