@@ -32,7 +32,8 @@ struct PaintRows {
     void (*mixFresh)(uint8_t* pixels, uint8_t* cells, int count, const ColourRow& colour, int opacity);
 
     // Smooth edge: where the weight (percent) is above the coverage cell, the cell takes it, and the pixel becomes
-    // the colour laid over the pixel of `under` with it. The others keep every bit.
+    // the colour laid over the pixel of `under` with it. The others keep every bit. Where the cell is 0 the pixel must
+    // be that of `under`, as either may be read.
     void (*raise)(uint8_t* pixels, const uint8_t* under, uint8_t* cells, const uint8_t* weights, int count,
                   const ColourRow& colour);
 

@@ -73,6 +73,8 @@ LANES_INLINE void raiseBlock(uint8_t* pixels, const uint8_t* under, uint8_t* cel
     const Vector above = subtractBytesDownToZero(wanted, covered);
     if (allZero(above)) return;
     storeCells(cells, largerBytes(covered, wanted), place);
+    // Pixels that the stroke meets for the first time are still those under it, which then need not be fetched.
+    if (allZero(covered)) under = pixels;
     mixCells(pixels, under, colour, pickWhereZero(above, above, wanted), place);
 }
 

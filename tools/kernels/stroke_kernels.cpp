@@ -49,7 +49,6 @@ static void fetchLine(const BrushStroke& stroke, int y, int left, int count)
     const ptrdiff_t at = (ptrdiff_t)left * 3;
     fetchAhead(rowOf(stroke.coverage, y) + left, (size_t)count);
     fetchAhead(rowOf(stroke.image, y) + at, (size_t)count * 3);
-    if (stroke.soft) fetchAhead(rowOf(stroke.start, y) + at, (size_t)count * 3);
 }
 
 static void paintLine(const BrushStroke& stroke, const PaintRows& rows, const ColourRow& colour, int y,

@@ -81,6 +81,16 @@ static std::vector<uint8_t> randomRow(Dice& dice, int count)
     return bytes;
 }
 
+// Pixels that were painted where the cells tell so, and the others as they were before.
+static std::vector<uint8_t> pixelsOver(Dice& dice, const std::vector<uint8_t>& under, const std::vector<uint8_t>& cells,
+                                       size_t from)
+{
+    std::vector<uint8_t> pixels = under;
+    for (size_t k = from; k < pixels.size(); ++k)
+        if (from + (k - from) / 3 >= cells.size() || cells[from + (k - from) / 3]) pixels[k] = (uint8_t)dice.upTo(255);
+    return pixels;
+}
+
 TEST_P(PaintRowsTest, RaisedPixelsOfEveryByteColourAndWeight)
 {
     for (int weight = 0; weight <= 100; ++weight) {
@@ -88,12 +98,12 @@ TEST_P(PaintRowsTest, RaisedPixelsOfEveryByteColourAndWeight)
             uint8_t under[256 * 3], pixels[256 * 3], cells[256] = {}, weights[256];
             for (int k = 0; k < 256 * 3; ++k)
                 under[k] = (uint8_t)(k / 3);
-            memset(pixels, 7, sizeof pixels);
+            memcpy(pixels, under, sizeof pixels);
             memset(weights, weight, sizeof weights);
             paintRows().raise(pixels, under, cells, weights, 256,
                               colourRow(Rgb{(uint8_t)over, (uint8_t)over, (uint8_t)over}));
             for (int k = 0; k < 256 * 3; ++k)
-                ASSERT_EQ(weight == 0 ? 7 : mixed(under[k], over, weight), pixels[k]);
+                ASSERT_EQ(mixed(under[k], over, weight), pixels[k]);
             ASSERT_EQ(weight, cells[0]);
             ASSERT_EQ(0, memcmp(cells, weights, sizeof cells));
         }
@@ -108,9 +118,9 @@ TEST_P(PaintRowsTest, RaisedRowsMatchTheFormulaAndStayInside)
         const std::vector<uint8_t> weights = randomCells(dice, count, dice.upTo(5), 100);
         std::vector<uint8_t> cells = randomCells(dice, count, dice.upTo(3), 100), expectedCells = cells;
         const std::vector<uint8_t> under = randomRow(dice, count);
-        std::vector<uint8_t> pixels = randomRow(dice, count), expected = pixels;
-        const int over[] = {dice.upTo(255), dice.upTo(255), dice.upTo(255)};
         const size_t from = GUARD + (size_t)count % 7;
+        std::vector<uint8_t> pixels = pixelsOver(dice, under, cells, from), expected = pixels;
+        const int over[] = {dice.upTo(255), dice.upTo(255), dice.upTo(255)};
         const int inside = count > 6 ? count - 6 : 0;
         for (int i = 0; i < inside; ++i) {
             const int weight = weights[from + i];

@@ -185,6 +185,8 @@ TEST_P(VectorRows, WeightsAreRaised)
         const int over[] = {colour.blue, colour.green, colour.red};
         Row pixels = row((size_t)width * 3), under = row((size_t)width * 3);
         Row covered = cells(width, dice.upTo(10), 100), weights = cells(width, dice.upTo(10), 100);
+        for (size_t k = 0; k < (size_t)width * 3; ++k)
+            if (!covered.at(k / 3)) pixels.at(k) = under.at(k);
         Row expected = pixels, expectedCells = covered;
         for (size_t n = 0; n < (size_t)width; ++n) {
             if (weights.at(n) <= covered.at(n)) continue;
