@@ -13,24 +13,48 @@ struct SomePixels {
     __mmask64 cells, parts[3];
 };
 
+// No more is touched than need be: a line of the cache is fetched for a vector that reaches into it even if none of the
+// bytes there count.
+LANES_INLINE Vector loadSome(const uint8_t* at, __mmask64 bytes)
+{
+    if (bytes >> 32) return _mm512_maskz_loadu_epi8(bytes, at);
+    if (!((uint32_t)bytes >> 16)) return _mm512_zextsi128_si512(_mm_maskz_loadu_epi8((__mmask16)bytes, at));
+    return _mm512_zextsi256_si512(_mm256_maskz_loadu_epi8((__mmask32)bytes, at));
+}
+
+LANES_INLINE void storeSome(uint8_t* at, __mmask64 bytes, Vector vector)
+{
+    if (bytes >> 32)
+        _mm512_mask_storeu_epi8(at, bytes, vector);
+    else if (!((uint32_t)bytes >> 16))
+        _mm_mask_storeu_epi8(at, (__mmask16)bytes, _mm512_castsi512_si128(vector));
+    else
+        _mm256_mask_storeu_epi8(at, (__mmask32)bytes, _mm512_castsi512_si256(vector));
+}
+
 LANES_INLINE Vector loadCells(const uint8_t* at, const SomePixels& some)
 {
-    return _mm512_maskz_loadu_epi8(some.cells, at);
+    return loadSome(at, some.cells);
 }
 
 LANES_INLINE void storeCells(uint8_t* at, Vector cells, const SomePixels& some)
 {
-    _mm512_mask_storeu_epi8(at, some.cells, cells);
+    storeSome(at, some.cells, cells);
+}
+
+LANES_INLINE bool anyInPart(int part, const SomePixels& some)
+{
+    return some.parts[part] != 0;
 }
 
 LANES_INLINE Vector loadPart(const uint8_t* at, int part, const SomePixels& some)
 {
-    return _mm512_maskz_loadu_epi8(some.parts[part], at + part * 64);
+    return loadSome(at + part * 64, some.parts[part]);
 }
 
 LANES_INLINE void storePart(uint8_t* at, Vector bytes, int part, const SomePixels& some)
 {
-    _mm512_mask_storeu_epi8(at + part * 64, some.parts[part], bytes);
+    storeSome(at + part * 64, some.parts[part], bytes);
 }
 
 // Masks of the first bytes of a vector: none for counts below 1, all from 64 on. From a table, because 32-bit
@@ -63,7 +87,7 @@ LANES_INLINE SomePixels somePixels(int count)
 
 LANES_INLINE Vector loadFirst(const uint8_t* at, int count)
 {
-    return _mm512_maskz_loadu_epi8(firstBytes(count), at);
+    return loadSome(at, firstBytes(count));
 }
 
 #include "tools/kernels/paint_rows_lanes.h"

@@ -3,6 +3,7 @@
 // No ordinary header: a source includes this after the words of its width, and after WholeBlock or other places
 // of its own for which there are
 //   loadCells(at, place)              the cells of VECTOR_SIZE pixels, storeCells(at, cells, place)
+//   anyInPart(part, place)            whether there is any byte of theirs in that third
 //   loadPart(at, part, place)         the third of their bytes, and storePart(at, bytes, part, place)
 // and loadFirst(at, count), the first bytes of a vector alone.
 #pragma once
@@ -17,6 +18,11 @@ LANES_INLINE Vector loadCells(const uint8_t* at, const WholeBlock&)
 LANES_INLINE void storeCells(uint8_t* at, Vector cells, const WholeBlock&)
 {
     store(at, cells);
+}
+
+LANES_INLINE bool anyInPart(int, const WholeBlock&)
+{
+    return true;
 }
 
 LANES_INLINE Vector loadPart(const uint8_t* at, int part, const WholeBlock&)
@@ -49,7 +55,7 @@ LANES_INLINE void mixCells(uint8_t* pixels, const uint8_t* under, const ColourRo
 {
     Vector weights[3];
     threeTimesEach(cells, weights);
-    for (int part = 0; part < 3; ++part) {
+    for (int part = 0; part < 3 && anyInPart(part, place); ++part) {
         const Vector over = load(colour.bytes + part * (int)VECTOR_SIZE);
         const Vector mixed = mixedBytes(loadPart(under, part, place), over, weights[part]);
         storePart(pixels, pickWhereZero(weights[part], loadPart(pixels, part, place), mixed), part, place);
