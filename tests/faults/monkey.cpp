@@ -159,7 +159,11 @@ static void odd(HWND window)
                                     WM_SIZE,           WM_TIMER,      1025,          1026,          WM_LBUTTONUP,
                                     WM_LBUTTONDOWN,    WM_MOUSEMOVE,  WM_ENABLE,     WM_SETCURSOR,  WM_SYSCOLORCHANGE,
                                     WM_DISPLAYCHANGE,  WM_ACTIVATE,   WM_NCACTIVATE, WM_MOUSELEAVE, WM_QUERYNEWPALETTE};
-    post(window, messages[below(20)], below(4), MAKELPARAM(below(400), below(400)));
+    const UINT message = messages[below(20)];
+    const LPARAM parameter = MAKELPARAM(below(400), below(400));
+    // A timer's is a function to call: Windows looks whether there is such a timer, Wine calls it, wherever it may
+    // lead.
+    post(window, message, below(4), message == WM_TIMER ? 0 : parameter);
 }
 
 static void closeSomething(HWND window)
