@@ -1,8 +1,8 @@
 // What every dab of a Brush stroke shares; the same through all segments of the stroke.
 //
 // `start` and `coverage` are made ready only where the stroke comes: a segment may read and write them inside the
-// rectangles of its own dabs, and nowhere else. Where the coverage is 0 the image is still as in `start`, and either may
-// be read.
+// rectangles of its own dabs, and nowhere else. Where the coverage is 0 the image is still as in `start`, and either
+// may be read.
 #pragma once
 
 #include "image/pixels/bits_view.h"

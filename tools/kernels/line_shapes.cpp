@@ -116,26 +116,32 @@ static void raiseBlock(uint8_t* weights, const uint8_t* others)
 // it reads bytes that were just written as parts of two others.
 static void raiseRow(uint8_t* weights, const uint8_t* row, const CellRun& run, int at)
 {
-    for (int i = (at + run.first) & -WEIGHT_BLOCK; i < at + run.end; i += WEIGHT_BLOCK)
+    const int end = at + run.end;
+    for (int i = (at + run.first) & -WEIGHT_BLOCK; i < end; i += WEIGHT_BLOCK)
         raiseBlock(weights + i, row + (i - at));
+}
+
+// A row that is moved along a line of points: it rises at the first one and falls at the last, and between them is its
+// peak.
+static void raiseAlong(uint8_t* weights, const uint8_t* row, const CellRun& run, int peak, int at, int points)
+{
+    raiseRow(weights, row, run, at);
+    if (points > 1) raiseRow(weights, row, run, at + points - 1);
+    for (int i = at + peak + 1; i < at + peak + points - 1; ++i)
+        weights[i] = std::max(weights[i], row[peak]);
 }
 
 static void fillWeights(const LineShapes& shapes, int y, LineRange around, const CellRun& columns, uint8_t* weights)
 {
     const BrushRows& brush = *shapes.brush;
+    const int left = columns.first + brush.width / 2;
     memset(weights, 0, roomForWeights((size_t)(columns.end - columns.first)));
     for (int line = around.first; line < around.end; ++line) {
         const int j = y - (line - halfHeight(shapes));
-        const CellRun& run = brush.runs[j];
+        const CellRun run = brush.runs[j];
         if (run.first == run.end) continue;
         const LineSpan& span = spanOfLine(shapes, line);
-        const int at = span.first - brush.width / 2 - columns.first, points = span.last - span.first + 1;
-        const uint8_t* const row = weightRow(brush, j);
-        // Moved along several points, a row rises at the first one and falls at the last; between them is its peak.
-        raiseRow(weights, row, run, at);
-        if (points > 1) raiseRow(weights, row, run, at + points - 1);
-        for (int i = at + brush.peaks[j] + 1; i < at + brush.peaks[j] + points - 1; ++i)
-            weights[i] = std::max(weights[i], row[brush.peaks[j]]);
+        raiseAlong(weights, weightRow(brush, j), run, brush.peaks[j], span.first - left, span.last - span.first + 1);
     }
 }
 
