@@ -11,7 +11,7 @@
 
 #include "control_dialog.h"
 
-static const std::vector<ControlSpec> sample = {
+static const std::vector<ControlSpec> accessibleControls = {
     {L"Bouton", L"BB:&Save && go BMP:[\xA3]#1215|#1216", 8, BS_PUSHBUTTON, 4, 4, 40, 14},
     {L"Bouton", L"BB:L = H", 206, BS_AUTOCHECKBOX, 50, 4, 40, 14},
     {L"statique", L"BB:Edge", 300, SS_LEFT, 100, 4, 40, 14},
@@ -44,7 +44,7 @@ static std::wstring told(HWND control, HRESULT (STDMETHODCALLTYPE IAccessible::*
 }
 
 struct Accessible : testing::Test {
-    HWND dialog = openDialog(sample);
+    HWND dialog = openDialog(accessibleControls);
     void SetUp() override
     {
         ASSERT_TRUE(dialog);

@@ -5,7 +5,7 @@
 #include "control_dialog.h"
 #include "tests/session/import_patch.h"
 
-static const std::vector<ControlSpec> sample = {
+static const std::vector<ControlSpec> buttonControls = {
     {L"Bouton", L"BB:&Close BMP:[\xA3]#1443|1444|#1445|#1446", 2, BS_PUSHBUTTON | WS_TABSTOP, 4, 4, 40, 14},
     {L"bouton", L"BB:L = H", 206, BS_AUTOCHECKBOX | WS_TABSTOP, 50, 4, 40, 12},
     {L"Bouton", L"BB:Cercle", 208, BS_AUTORADIOBUTTON | WS_GROUP | WS_TABSTOP, 4, 30, 24, 24},
@@ -16,7 +16,7 @@ static const std::vector<ControlSpec> sample = {
 };
 
 struct Buttons : testing::Test {
-    HWND dialog = (movePointer({5, 5}), openDialog(sample));  // no button is hot yet
+    HWND dialog = (movePointer({5, 5}), openDialog(buttonControls));  // no button is hot yet
     void SetUp() override
     {
         ASSERT_TRUE(dialog);
@@ -32,7 +32,7 @@ TEST_F(Buttons, AreUnicodeWindowsWithTheirFullText)
     EXPECT_TRUE(IsWindowUnicode(item(2)));
     wchar_t text[100];
     GetWindowTextW(item(2), text, 100);
-    EXPECT_STREQ(sample[0].text, text);
+    EXPECT_STREQ(buttonControls[0].text, text);
     SetWindowTextW(item(2), L"BB:\x0417\x0430\x043A\x0440");
     GetWindowTextW(item(2), text, 100);
     EXPECT_STREQ(L"BB:\x0417\x0430\x043A\x0440", text);

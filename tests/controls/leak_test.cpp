@@ -2,7 +2,7 @@
 
 #include "control_dialog.h"
 
-static const std::vector<ControlSpec> sample = {
+static const std::vector<ControlSpec> countedControls = {
     {L"Bouton", L"BB:Brush", 117, BS_AUTORADIOBUTTON | BS_PUSHLIKE, 4, 4, 24, 24},
     {L"Bouton", L"BB:Close BMP:1", 2, BS_PUSHBUTTON, 30, 4, 24, 24},
     {L"Bouton", L"BB:Box", 206, BS_AUTOCHECKBOX, 60, 4, 40, 12},
@@ -37,7 +37,7 @@ static size_t heapInUse()
 
 static void useDialog()
 {
-    HWND dialog = openDialog(sample, false);
+    HWND dialog = openDialog(countedControls, false);
     ASSERT_TRUE(dialog);
     for (int id : {117, 2, 206}) {
         HWND button = GetDlgItem(dialog, id);

@@ -4,7 +4,7 @@
 
 constexpr uint32_t RED = 0xE01020, GREEN = 0x10C020, BLUE = 0x2030D0;
 
-static const std::vector<ControlSpec> sample = {
+static const std::vector<ControlSpec> pictureControls = {
     {L"Bouton", L"BB:Brush", 117, BS_AUTORADIOBUTTON | BS_PUSHLIKE, 4, 4, 24, 24},
     {L"Bouton", L"BB:Undo", 190, BS_PUSHBUTTON, 30, 4, 24, 24},
     {L"Bouton", L"BB:Box", 206, BS_AUTOCHECKBOX, 60, 4, 40, 12},
@@ -13,7 +13,7 @@ static const std::vector<ControlSpec> sample = {
 
 struct Pictures : testing::Test {
     const ControlLibrary& library = controlLibrary();
-    HWND dialog = openDialog(sample);
+    HWND dialog = openDialog(pictureControls);
     void SetUp() override { ASSERT_TRUE(dialog); }
     void TearDown() override { closeDialog(dialog); }
     HWND item(int id) const { return GetDlgItem(dialog, id); }

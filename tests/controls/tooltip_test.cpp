@@ -8,7 +8,7 @@
 
 #include "control_dialog.h"
 
-static const std::vector<ControlSpec> sample = {
+static const std::vector<ControlSpec> tooltipControls = {
     {L"Bouton", L"BB:&Save && go BMP:[\xA3]#1215|#1216", 8, BS_PUSHBUTTON, 4, 4, 40, 14},
     {L"Bouton", L"BB:Undo", 190, BS_PUSHBUTTON, 50, 4, 40, 14},
     {L"Bouton", L"", 191, BS_PUSHBUTTON, 100, 4, 40, 14},
@@ -51,7 +51,7 @@ static int entryCount(HWND tooltip)
 struct Tooltips : testing::Test {
     int tries = 0;
     DWORD triedAt = 0;
-    HWND dialog = (movePointer({5, 5}), openDialog(sample));  // the pointer is on no button yet
+    HWND dialog = (movePointer({5, 5}), openDialog(tooltipControls));  // the pointer is on no button yet
     void SetUp() override
     {
         ASSERT_TRUE(dialog);

@@ -66,3 +66,8 @@ bool pressKeyUntil(HWND window, WORD key, bool control, const std::function<bool
 
 // A bitmap file, 50 by 35 pixels in many colours.
 std::vector<uint8_t> smallPhoto();
+
+inline bool tells(const std::wstring& text, const std::wstring& words)
+{
+    return text.find(words) != std::wstring::npos;
+}

@@ -63,11 +63,6 @@ struct HostInstallation : testing::Test {
     const std::vector<uint8_t> noProgram = std::vector<uint8_t>(5000, 'x');
 };
 
-static bool tells(const std::wstring& text, const std::wstring& words)
-{
-    return text.find(words) != std::wstring::npos;
-}
-
 // The smallest file of a kind that only the system decodes, so many pixels wide.
 static std::vector<uint8_t> smallGif(uint8_t width)
 {

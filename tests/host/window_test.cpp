@@ -36,11 +36,6 @@ static std::vector<uint8_t> pixelsOf(const std::wstring& path)
     return file;
 }
 
-static bool tells(const std::wstring& text, const std::wstring& words)
-{
-    return text.find(words) != std::wstring::npos;
-}
-
 static HWND fileField(HWND dialog)
 {
     HWND field = GetDlgItem(dialog, edt1);

@@ -6,8 +6,6 @@
 #include "tests/session/library_fixture.h"
 #include "tests/session/resources_in_use.h"
 
-static const Corners pentagon = {{100, 100}, {200, 80}, {260, 200}, {150, 240}, {90, 160}};
-
 // How the disk fails.
 enum WriteFailure {
     FAILS_ONCE,  // one write

@@ -5,6 +5,9 @@
 
 #include "tests/session/screen_part.h"
 
+const Corners pentagon = {{100, 100}, {200, 80}, {260, 200}, {150, 240}, {90, 160}};
+const Corners triangle = {{40, 50}, {120, 60}, {70, 130}};
+
 constexpr int ITEM_MARGIN = 6;  // between a list item's border and its picture
 
 void LibrarySession::TearDown()

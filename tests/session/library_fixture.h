@@ -9,6 +9,8 @@
 // A closed outline in image pixels, no corner twice.
 typedef std::vector<ReferencePoint> Corners;
 
+extern const Corners pentagon, triangle;
+
 struct LibrarySession : SessionTest {
     FileBytes before;  // the host's image when the session opened
 

@@ -3,9 +3,6 @@
 
 #include "tests/session/library_fixture.h"
 
-static const Corners pentagon = {{100, 100}, {200, 80}, {260, 200}, {150, 240}, {90, 160}};
-static const Corners triangle = {{40, 50}, {120, 60}, {70, 130}};
-
 constexpr int SAVES = 25;  // of each program
 constexpr DWORD PROCESS_LIMIT_MS = 60000;
 

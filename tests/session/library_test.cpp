@@ -1,9 +1,6 @@
 // The library's window: saving, deleting, its list and thumbnails, and what a later session finds.
 #include "tests/session/library_fixture.h"
 
-static const Corners pentagon = {{100, 100}, {200, 80}, {260, 200}, {150, 240}, {90, 160}};
-static const Corners triangle = {{40, 50}, {120, 60}, {70, 130}};
-
 struct LibraryWindow : LibrarySession {
     void expectFiles(const std::vector<std::string>& names) { EXPECT_EQ(names, filesOfLibrary(library)); }
     void expectShown(int index, const ReferenceSelection& selection)

@@ -4,7 +4,7 @@
 
 #include "tests/session/zoom_fixture.h"
 
-constexpr int ID_SELECTION_TOOL = 116, ID_TEXT_TOOL = 123, HAND = 15001;
+constexpr int HAND = 15001;
 constexpr POINT OUTSIDE = {1590, 600};
 
 struct ZoomDetails : ZoomSession {
@@ -124,7 +124,7 @@ TEST_F(ZoomDetails, ArrowsLeaveNoStepAndNothingCompounds)
     ASSERT_TRUE(drawStroke(&host, {{40, 40}, {90, 60}}));
     EXPECT_FALSE(before == snapshot(photo));
     ASSERT_TRUE(turnWheel(120 * 6));
-    ASSERT_TRUE(clickControl(&host, ID_SELECTION_TOOL));
+    ASSERT_TRUE(clickControl(&host, ID_SELECTION));
     ASSERT_TRUE(drawStroke(&host, {{60, 60}, {160, 60}, {160, 120}, {60, 120}, {60, 60}}));
     leaveCanvas();
     const reference::StoredPicture unturned = shownBy(host.canvas);
@@ -150,7 +150,7 @@ TEST_F(ZoomDetails, AnOpenLineOfTextKeepsWhatIsUndoneAndTheBrushsSize)
     ASSERT_TRUE(clickControl(&host, ID_BRUSH));
     ASSERT_TRUE(drawStroke(&host, {{40, 40}, {90, 60}}));
     const std::vector<uint8_t> painted = snapshot(photo);
-    ASSERT_TRUE(clickControl(&host, ID_TEXT_TOOL));
+    ASSERT_TRUE(clickControl(&host, ID_TEXT));
     ASSERT_TRUE(drawStroke(&host, {{60, 100}}));
     const int height = scrollPosition(host, ID_HEIGHT);
     ASSERT_TRUE(tapKey('Z', {VK_CONTROL}));

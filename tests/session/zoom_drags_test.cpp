@@ -1,7 +1,6 @@
 // Drags on a zoomed canvas with the real pointer and keys: taken back by Escape, and held at the border.
 #include "tests/session/zoom_fixture.h"
 
-constexpr int ID_SELECTION_TOOL = 116, ID_COLOURS_TOOL = 124, ID_TEXT_TOOL = 123;
 static const int STROKE_TOOLS[] = {ID_BRUSH, 118, ID_AEROGRAPHE, 121, 122};
 
 struct ZoomDrags : ZoomSession {
@@ -71,7 +70,7 @@ TEST_F(ZoomDrags, AMoveAResizeAndATurnPanOnAtTheBorder)
         {"a move", {110, 90}}, {"a resize", {160 + fx + 2, 120 + fy + 2}}, {"a turn", {160 + fx, 60 + 2 * fy}}};
     for (const auto& drag : drags) {
         SCOPED_TRACE(drag.name);
-        openAt200(ID_SELECTION_TOOL);
+        openAt200(ID_SELECTION);
         ASSERT_TRUE(drawStroke(&host, {{60, 60}, {160, 60}, {160, 120}, {60, 120}, {60, 60}}));
         press(drag.grip.x, drag.grip.y);
         expectPansOn(drag.name);
@@ -83,7 +82,7 @@ TEST_F(ZoomDrags, AMoveAResizeAndATurnPanOnAtTheBorder)
 // The colour under the tip becomes the paint colour: a dab of the Brush shows it.
 TEST_F(ZoomDrags, ColorsPicksThePixelUnderItsTip)
 {
-    openAt200(ID_COLOURS_TOOL);
+    openAt200(ID_COLORS);
     const ShownPixel under = shownAt(143, 77);
     ASSERT_TRUE(drawStroke(&host, {{100, 60}, {143, 77}}));
     ASSERT_TRUE(clickControl(&host, ID_BRUSH));
@@ -118,7 +117,7 @@ TEST_F(ZoomDrags, AStrokeHeldAtTheBorderLeavesTheView)
 // The caret stands behind what was typed, at the foot of where it will be stamped.
 TEST_F(ZoomDrags, TheCaretStandsWhereTheNextLetterWillBeStamped)
 {
-    openAt200(ID_TEXT_TOOL);
+    openAt200(ID_TEXT);
     ASSERT_TRUE(drawStroke(&host, {{61, 101}}));
     const auto caret = [&] {
         GUITHREADINFO info = {};

@@ -4,8 +4,6 @@
 
 #include "tests/session/zoom_fixture.h"
 
-constexpr int ID_SELECTION_TOOL = 116;
-
 struct ZoomSequence : ZoomSession {
     std::mt19937 random;
 
@@ -54,7 +52,7 @@ struct ZoomSequence : ZoomSession {
 
     bool chooseTool()
     {
-        static const int tools[] = {ID_BRUSH, ID_SELECTION_TOOL, ID_SELECTION_TOOL, ID_AEROGRAPHE};
+        static const int tools[] = {ID_BRUSH, ID_SELECTION, ID_SELECTION, ID_AEROGRAPHE};
         return clickControl(&host, tools[upTo(3)]);
     }
 

@@ -1,8 +1,6 @@
 // The tools on a zoomed canvas: strokes, the selection, text and the keys, with the real pointer and keyboard.
 #include "tests/session/zoom_fixture.h"
 
-constexpr int ID_SELECTION_TOOL = 116, ID_TEXT_TOOL = 123;
-
 struct ZoomTools : ZoomSession {
     StrokeReplay replay;
 
@@ -124,7 +122,7 @@ TEST_F(ZoomTools, BracketsStepBothBrushBars)
 TEST_F(ZoomTools, AnOpenLineOfTextHasAllTheKeys)
 {
     openLarge();
-    ASSERT_TRUE(clickControl(&host, ID_TEXT_TOOL));
+    ASSERT_TRUE(clickControl(&host, ID_TEXT));
     click(60, 100);
     ASSERT_TRUE(tapKey(VK_ADD));
     ASSERT_TRUE(tapKey('1'));
@@ -142,7 +140,7 @@ TEST_F(ZoomTools, AnOpenLineOfTextHasAllTheKeys)
 TEST_F(ZoomTools, TextShowsWhereItIsStamped)
 {
     openLarge();
-    ASSERT_TRUE(clickControl(&host, ID_TEXT_TOOL));
+    ASSERT_TRUE(clickControl(&host, ID_TEXT));
     ASSERT_TRUE(movePointerOnCanvas(&host, 130, 97));
     ASSERT_TRUE(turnWheel(120 * 6));
     EXPECT_EQ(200, percent());
@@ -168,7 +166,7 @@ TEST_F(ZoomTools, TextShowsWhereItIsStamped)
 TEST_F(ZoomTools, ArrowsMoveAFloatingSelectionAndEnterAppliesIt)
 {
     openLarge();
-    ASSERT_TRUE(clickControl(&host, ID_SELECTION_TOOL));
+    ASSERT_TRUE(clickControl(&host, ID_SELECTION));
     ASSERT_TRUE(movePointerOnCanvas(&host, 130, 97));
     ASSERT_TRUE(turnWheel(120 * 4));
     const std::vector<uint8_t> before = snapshot(photo);
@@ -190,7 +188,7 @@ TEST_F(ZoomTools, ArrowsMoveAFloatingSelectionAndEnterAppliesIt)
 TEST_F(ZoomTools, EscapeEndsADragThenClosesTheSelection)
 {
     openLarge();
-    ASSERT_TRUE(clickControl(&host, ID_SELECTION_TOOL));
+    ASSERT_TRUE(clickControl(&host, ID_SELECTION));
     ASSERT_TRUE(movePointerOnCanvas(&host, 130, 97));
     ASSERT_TRUE(turnWheel(120 * 4));
     const reference::StoredPicture bare = shownBy(host.canvas);
@@ -219,7 +217,7 @@ TEST_F(ZoomTools, EscapeEndsADragThenClosesTheSelection)
 TEST_F(ZoomTools, ADragHeldAtTheBorderPansOn)
 {
     openLarge();
-    ASSERT_TRUE(clickControl(&host, ID_SELECTION_TOOL));
+    ASSERT_TRUE(clickControl(&host, ID_SELECTION));
     ASSERT_TRUE(movePointerOnCanvas(&host, 130, 97));
     ASSERT_TRUE(turnWheel(120 * 4));
     const ShownPixel start = shownAt(5, 5);
@@ -241,7 +239,7 @@ TEST_F(ZoomTools, AZoomedEditOfASelectionIsThatOfAFittedOne)
     std::vector<uint8_t> edited[2];
     for (int zoomed = 0; zoomed < 2; ++zoomed) {
         openOwnColours(500, 375, zoomed ? 260 : 500, zoomed ? 195 : 375);
-        ASSERT_TRUE(clickControl(&host, ID_SELECTION_TOOL));
+        ASSERT_TRUE(clickControl(&host, ID_SELECTION));
         if (zoomed) {
             ASSERT_TRUE(movePointerOnCanvas(&host, 130, 97));
             while (percent() != 100)

@@ -11,15 +11,11 @@
 #include "color/kernels/lift.h"
 #include "color/kernels/tone_table.h"
 #include "tests/reference/colour_reference.h"
+#include "tests/unit/pure/given_values.h"
 #include "tests/unit/vector_levels.h"
 
 using reference::Colour;
 using reference::Values;
-
-static ColourValues given(const Values& v)
-{
-    return {v.contrast, v.brightness, v.saturation, v.hue, v.lift};
-}
 
 #ifdef __SANITIZE_ADDRESS__
 constexpr int RED_STEP = 51;

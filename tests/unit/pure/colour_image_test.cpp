@@ -9,16 +9,12 @@
 #include "color/kernels/adjust_selection.h"
 #include "color/kernels/span_reshape.h"
 #include "tests/reference/colour_reference.h"
+#include "tests/unit/pure/given_values.h"
 #include "tests/unit/vector_levels.h"
 
 using reference::Crossings;
 using reference::StoredPicture;
 using reference::Values;
-
-static ColourValues given(const Values& v)
-{
-    return {v.contrast, v.brightness, v.saturation, v.hue, v.lift};
-}
 
 static StoredPicture randomImage(std::mt19937& random, int width, int height)
 {

@@ -5,17 +5,10 @@
 
 #include "selection/geometry/outline_brush.h"
 #include "tests/reference/outline_reference.h"
+#include "tests/unit/pure/pixel_points.h"
 
 constexpr int SIDE_LENGTH = 140;
 static const PixelRect canvas = {0, 0, SIDE_LENGTH, SIDE_LENGTH};
-
-static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& points)
-{
-    std::vector<PixelPoint> pixels;
-    for (ReferencePoint p : points)
-        pixels.push_back(PixelPoint{p.x, p.y});
-    return pixels;
-}
 
 static std::vector<ReferencePoint> asReference(const PixelPoint* points, int count)
 {

@@ -6,15 +6,8 @@
 #include "selection/geometry/outline.h"
 #include "selection/geometry/selection_images.h"
 #include "tests/reference/outline_reference.h"
+#include "tests/unit/pure/pixel_points.h"
 #include "tests/unit/pure/stored_image.h"
-
-static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& points)
-{
-    std::vector<PixelPoint> pixels;
-    for (ReferencePoint p : points)
-        pixels.push_back(PixelPoint{p.x, p.y});
-    return pixels;
-}
 
 static std::vector<ReferencePoint> pointsOf(const Outline& outline)
 {
@@ -193,12 +186,6 @@ TEST(Outline, PointArraysGrowAndCopiesGrowOn)
         freeOutlinePoints(copy);
     }
     EXPECT_EQ(nullptr, copyOutlinePoints(nullptr, 0));
-}
-
-static void expectPoint(int x, int y, PixelPoint actual)
-{
-    EXPECT_EQ(x, actual.x);
-    EXPECT_EQ(y, actual.y);
 }
 
 TEST(Outline, PointsAtTheCanvasEdgeArePulledOnePixelInside)

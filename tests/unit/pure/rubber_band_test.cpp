@@ -2,11 +2,7 @@
 
 #include <gtest/gtest.h>
 
-static void expectPoint(int x, int y, PixelPoint actual)
-{
-    EXPECT_EQ(x, actual.x);
-    EXPECT_EQ(y, actual.y);
-}
+#include "tests/unit/pure/pixel_points.h"
 
 static void expectRect(PixelRect expected, PixelRect actual)
 {

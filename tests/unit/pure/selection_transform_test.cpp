@@ -8,15 +8,8 @@
 #include "selection/geometry/turn_angle.h"
 #include "tests/reference/outline_reference.h"
 #include "tests/reference/turn_reference.h"
+#include "tests/unit/pure/pixel_points.h"
 #include "tests/unit/pure/stored_image.h"
-
-static std::vector<PixelPoint> asPixels(const std::vector<ReferencePoint>& points)
-{
-    std::vector<PixelPoint> pixels;
-    for (ReferencePoint p : points)
-        pixels.push_back(PixelPoint{p.x, p.y});
-    return pixels;
-}
 
 static std::vector<PixelPoint> randomPoints(std::mt19937& random, int count, int range)
 {
@@ -24,12 +17,6 @@ static std::vector<PixelPoint> randomPoints(std::mt19937& random, int count, int
     for (int n = 0; n < count; ++n)
         points.push_back(PixelPoint{(int)(random() % (unsigned)range), (int)(random() % (unsigned)range)});
     return points;
-}
-
-static void expectPoint(int x, int y, PixelPoint actual)
-{
-    EXPECT_EQ(x, actual.x);
-    EXPECT_EQ(y, actual.y);
 }
 
 TEST(SelectionTransform, MovedPointsStayAtOneOrMore)

@@ -8,7 +8,7 @@
 #include "session/ground/tool_table.h"
 
 constexpr COLORREF PAINT = 0x00204080, BLACK = 0x00000000, WHITE = 0x00FFFFFF, GREY = 0x00C0C0C0, BLUE = 0x00FF0000;
-constexpr COLORREF UNTOUCHED = 0x0012FE34;
+constexpr COLORREF BACKGROUND = 0x0012FE34;
 
 struct BrushPreview : testing::Test {
     HDC dc = nullptr;
@@ -38,7 +38,7 @@ struct BrushPreview : testing::Test {
 
     void draw(const RECT& area, int width, int height, bool palette)
     {
-        const HBRUSH fill = CreateSolidBrush(UNTOUCHED);
+        const HBRUSH fill = CreateSolidBrush(BACKGROUND);
         const RECT all = {0, 0, 64, 64};
         FillRect(dc, &all, fill);
         DeleteObject(fill);

@@ -7,6 +7,7 @@
 #include "color/colour_adjustment.h"
 #include "image/packed_bitmap.h"
 #include "tests/reference/colour_reference.h"
+#include "tests/unit/windowed/block_bytes.h"
 
 using reference::StoredPicture;
 using reference::Values;
@@ -14,14 +15,6 @@ using reference::Values;
 static ColourValues given(const Values& v)
 {
     return {v.contrast, v.brightness, v.saturation, v.hue, v.lift};
-}
-
-static std::vector<uint8_t> bytesOf(HGLOBAL block)
-{
-    const uint8_t* start = (const uint8_t*)GlobalLock(block);
-    std::vector<uint8_t> copy(start, start + GlobalSize(block));
-    GlobalUnlock(block);
-    return copy;
 }
 
 static HGLOBAL packed(const StoredPicture& image, WORD bitCount = 24)

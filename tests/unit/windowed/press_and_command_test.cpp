@@ -62,7 +62,7 @@ struct PressOutcome {
     bool captured;
 };
 
-static std::vector<uint8_t> bytesOf(HGLOBAL image)
+static std::vector<uint8_t> bitmapBytes(HGLOBAL image)
 {
     const LockedBitmap bitmap(image);
     if (!bitmap) return {};
@@ -73,7 +73,7 @@ static std::vector<uint8_t> bytesOf(HGLOBAL image)
 static PressOutcome outcome(HGLOBAL image)
 {
     const int steps = session->undoCount;
-    return {bytesOf(image),
+    return {bitmapBytes(image),
             steps,
             session->undoPosition,
             steps > 0 ? session->undoSteps[steps - 1].rect : RECT{},
@@ -134,7 +134,7 @@ TEST_F(PressAndCommand, EveryCommandFindsThePressEnded)
                 if (inMidPress) {
                     const std::vector<uint8_t> before = outcomes[1].image;
                     if (command != BUTTON_COLORS) finishLate();
-                    EXPECT_TRUE(before == bytesOf(image));
+                    EXPECT_TRUE(before == bitmapBytes(image));
                     EXPECT_EQ(outcomes[1].steps, session->undoCount);
                 }
                 close();
@@ -151,9 +151,9 @@ TEST_F(PressAndCommand, ScrollingABarEndsThePress)
     SendMessageA(palette, WM_HSCROLL, SB_LINEDOWN, (LPARAM)GetDlgItem(palette, BAR_WIDTH));
     EXPECT_EQ(0u, session->pressActive);
     EXPECT_EQ(1, session->undoCount);
-    const std::vector<uint8_t> painted = bytesOf(image);
+    const std::vector<uint8_t> painted = bitmapBytes(image);
     finishLate();
-    EXPECT_TRUE(painted == bytesOf(image));
+    EXPECT_TRUE(painted == bitmapBytes(image));
 }
 
 TEST_F(PressAndCommand, LibraryCommandsEndThePress)
@@ -196,11 +196,11 @@ TEST_F(PressAndCommand, SprayTimerPaintsOnlyInAPress)
     click(BUTTON_AEROGRAPHE);
     session->opacity = 40;
     sessionPress(44, 26);
-    const std::vector<uint8_t> before = bytesOf(image);
+    const std::vector<uint8_t> before = bitmapBytes(image);
     sessionTick();
-    EXPECT_FALSE(before == bytesOf(image));
+    EXPECT_FALSE(before == bitmapBytes(image));
     sessionRelease(44, 26);
-    const std::vector<uint8_t> released = bytesOf(image);
+    const std::vector<uint8_t> released = bitmapBytes(image);
     sessionTick();
-    EXPECT_TRUE(released == bytesOf(image));
+    EXPECT_TRUE(released == bitmapBytes(image));
 }

@@ -6,6 +6,7 @@
 #include "canvas/view_change.h"
 #include "session/ground/session_extras.h"
 #include "image/bitmap_block.h"
+#include "tests/unit/windowed/block_bytes.h"
 #include "tests/unit/windowed/client_screen.h"
 #include "tests/unit/windowed/stroke_model.h"
 #include "tools/painting/undo_history.h"
@@ -15,15 +16,6 @@ constexpr int PERCENTS[] = {0, 100, 400};
 constexpr uint32_t PAINTING_TOOLS[] = {TOOL_BRUSH,  TOOL_RUBBER, TOOL_AEROGRAPHE,
                                        TOOL_SMOOTH, TOOL_STAMP,  TOOL_SPOONBILL};
 static const std::vector<POINT> path = {{70, 50}, {95, 70}, {-20, 30}, {160, 120}, {80, 52}};
-
-static std::vector<uint8_t> bytesOf(HGLOBAL block)
-{
-    if (!block) return {};
-    const uint8_t* const bytes = (const uint8_t*)GlobalLock(block);
-    const std::vector<uint8_t> copy(bytes, bytes + GlobalSize(block));
-    GlobalUnlock(block);
-    return copy;
-}
 
 static std::vector<uint8_t> bytesOf(const PixelPoint* points, int count)
 {

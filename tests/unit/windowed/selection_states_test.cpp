@@ -18,6 +18,7 @@
 #include "selection/selection_frame.h"
 #include "selection/selection_operations.h"
 #include "selection/stored_selection.h"
+#include "tests/unit/windowed/block_bytes.h"
 #include "tests/unit/windowed/memory_shortage.h"
 #include "tests/unit/windowed/session_fixture.h"
 
@@ -71,14 +72,6 @@ typedef std::vector<uint8_t> Bytes;
 static void append(Bytes* all, const void* bytes, size_t size)
 {
     all->insert(all->end(), (const uint8_t*)bytes, (const uint8_t*)bytes + size);
-}
-
-static Bytes bytesOf(HGLOBAL block)
-{
-    Bytes bytes;
-    append(&bytes, GlobalLock(block), GlobalSize(block));
-    GlobalUnlock(block);
-    return bytes;
 }
 
 static void appendTable(Bytes* all, const RowHead* table)

@@ -15,17 +15,8 @@
 #include "selection/selection_frame.h"
 #include "selection/selection_state.h"
 #include "selection/stored_selection.h"
+#include "tests/unit/windowed/block_bytes.h"
 #include "tests/unit/windowed/selection_tool_fixture.h"
-
-// The bytes of a block, for comparing whole bitmaps.
-static std::vector<uint8_t> bytesOf(HGLOBAL block)
-{
-    const uint8_t* bytes = (const uint8_t*)GlobalLock(block);
-    if (!bytes) return {};
-    const std::vector<uint8_t> copy(bytes, bytes + GlobalSize(block));
-    GlobalUnlock(block);
-    return copy;
-}
 
 static COLORREF colourAt(HGLOBAL image, int x, int y)
 {

@@ -233,15 +233,14 @@ void release(StrokeModel& model, int x, int y)
     sessionRelease(x, y);
 }
 
+reference::Pixel randomPaint(Dice& dice)
+{
+    return {dice.upTo(255), dice.upTo(255), dice.upTo(255)};
+}
+
 ModelBrush randomBrush(Dice& dice)
 {
-    static const uint32_t tools[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE, TOOL_STAMP, TOOL_SMOOTH, TOOL_SPOONBILL};
     static const int opacities[] = {16, 49, 100};
-    return {tools[dice.upTo(5)],
-            dice.upTo(1),
-            dice.upTo(1) != 0,
-            dice.between(1, 20),
-            dice.between(1, 20),
-            opacities[dice.upTo(2)],
-            {dice.upTo(255), dice.upTo(255), dice.upTo(255)}};
+    return {paintingTools[dice.upTo(5)], dice.upTo(1),     dice.upTo(1) != 0, dice.between(1, 20), dice.between(1, 20),
+            opacities[dice.upTo(2)],     randomPaint(dice)};
 }

@@ -34,14 +34,6 @@ struct StrokeScreen : SessionFixture {
     }
 };
 
-static const uint32_t paintingTools[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE,
-                                         TOOL_STAMP, TOOL_SMOOTH, TOOL_SPOONBILL};
-
-static Pixel randomPaint(Dice& dice)
-{
-    return {dice.upTo(255), dice.upTo(255), dice.upTo(255)};
-}
-
 TEST_F(StrokeScreen, EverySegmentIsOnTheScreenAtOnce)
 {
     ASSERT_TRUE(start(70, 50, true));

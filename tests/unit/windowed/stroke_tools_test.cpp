@@ -22,15 +22,8 @@ struct StrokeTools : SessionFixture {
     bool same() { return showsPicture(image, model.scene.image); }
 };
 
-static const uint32_t paintingTools[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE,
-                                         TOOL_STAMP, TOOL_SMOOTH, TOOL_SPOONBILL};
 static const SIZE brushSizes[] = {{1, 1}, {2, 48}, {3, 3}, {15, 16}, {48, 48}};
 static const int opacities[] = {16, 49, 100};  // what the bar's 40, 70 and 100 store
-
-static Pixel randomPaint(Dice& dice)
-{
-    return {dice.upTo(255), dice.upTo(255), dice.upTo(255)};
-}
 
 // A press and a few moves somewhere around the image, borders included.
 static void drawSomething(StrokeModel& model, Dice& dice)
