@@ -1,7 +1,7 @@
 #include "tests/session/message_log.h"
 
 static SRWLOCK lock = SRWLOCK_INIT;
-static std::vector<SeenMessage>* log;  // on the heap: outlives the thread's last message
+static std::vector<SeenMessage>* seenMessages;  // on the heap: outlives the thread's last message
 static HHOOK retrievedHook, sentHook;
 
 // Sent messages worth keeping; all others would only fill the log.
@@ -11,7 +11,7 @@ static const UINT loggedWhenSent[] = {WM_HSCROLL,      WM_VSCROLL,         WM_CO
 static void append(const SeenMessage& seen)
 {
     AcquireSRWLockExclusive(&lock);
-    log->push_back(seen);
+    seenMessages->push_back(seen);
     ReleaseSRWLockExclusive(&lock);
 }
 
@@ -48,15 +48,15 @@ void unhookMessages()
 void clearLog()
 {
     AcquireSRWLockExclusive(&lock);
-    if (!log) log = new std::vector<SeenMessage>;
-    log->clear();
+    if (!seenMessages) seenMessages = new std::vector<SeenMessage>;
+    seenMessages->clear();
     ReleaseSRWLockExclusive(&lock);
 }
 
 size_t seenCount()
 {
     AcquireSRWLockShared(&lock);
-    const size_t count = log->size();
+    const size_t count = seenMessages->size();
     ReleaseSRWLockShared(&lock);
     return count;
 }
@@ -64,7 +64,7 @@ size_t seenCount()
 std::vector<SeenMessage> seenSince(size_t first)
 {
     AcquireSRWLockShared(&lock);
-    std::vector<SeenMessage> copy(log->begin() + (ptrdiff_t)first, log->end());
+    std::vector<SeenMessage> copy(seenMessages->begin() + (ptrdiff_t)first, seenMessages->end());
     ReleaseSRWLockShared(&lock);
     return copy;
 }
