@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "image/pixels/fetch_ahead.h"
 #include "image/pixels/pixel_rows.h"
 #include "image/pixels/scarce_memory.h"
 
@@ -148,6 +149,12 @@ static void scaleRow(uint8_t* to, const uint8_t* from, const NearestPlan& plan, 
     }
 }
 
+// The row of the source from which row `j` of the result comes, counted from the bottom.
+static const uint8_t* sourceRow(const BitsView& source, const NearestPlan& plan, int j)
+{
+    return rowOf(source, source.height - 1 - (int)plan.rows[j]);
+}
+
 bool scaleNearest(const BitsView& result, const BitsView& source)
 {
     if ((uint32_t)source.width > UINT32_MAX / BYTES_PER_PIXEL) return false;
@@ -156,12 +163,14 @@ bool scaleNearest(const BitsView& result, const BitsView& source)
     const size_t rowBytes = (size_t)result.width * BYTES_PER_PIXEL;
     for (int j = 0; j < result.height; ++j) {
         uint8_t* const to = rowOf(result, result.height - 1 - j);
-        const uint8_t* const from = rowOf(source, source.height - 1 - (int)plan.rows[j]);
+        const uint8_t* const from = sourceRow(source, plan, j);
         if (j > 0 && plan.rows[j] == plan.rows[j - 1]) {
             memcpy(to, to + result.stride, rowBytes);  // the row below: the one written before
         } else if (result.width == source.width) {
             memcpy(to, from, rowBytes);
         } else {
+            if (j + 1 < result.height)
+                fetchPages(sourceRow(source, plan, j + 1), (size_t)source.width * BYTES_PER_PIXEL);
             scaleRow(to, from, plan, result.width);
         }
     }
