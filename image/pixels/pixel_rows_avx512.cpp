@@ -8,22 +8,17 @@
 namespace {
 
 #include "image/pixels/words_avx512.h"
+#include "image/pixels/first_bytes_avx512.h"
 
 #include "image/pixels/past_caches_lanes.h"
 #include "image/pixels/pixel_rows_lanes.h"
-
-// count is 1 to 64.
-LANES_INLINE __mmask64 firstBytes(size_t count)
-{
-    return ~(__mmask64)0 >> (64 - count);
-}
 
 VECTOR_FUNCTION void fill(uint8_t* to, uint8_t value, size_t count)
 {
     const Vector bytes = allBytes(value);
     for (; count > VECTOR_SIZE; count -= VECTOR_SIZE, to += VECTOR_SIZE)
         store(to, bytes);
-    if (count > 0) _mm512_mask_storeu_epi8(to, firstBytes(count), bytes);
+    if (count > 0) _mm512_mask_storeu_epi8(to, firstBytes((int)count), bytes);
 }
 
 VECTOR_FUNCTION void copy(uint8_t* to, const uint8_t* from, size_t count)
@@ -31,7 +26,7 @@ VECTOR_FUNCTION void copy(uint8_t* to, const uint8_t* from, size_t count)
     for (; count > VECTOR_SIZE; count -= VECTOR_SIZE, to += VECTOR_SIZE, from += VECTOR_SIZE)
         store(to, load(from));
     if (count == 0) return;
-    const __mmask64 rest = firstBytes(count);
+    const __mmask64 rest = firstBytes((int)count);
     _mm512_mask_storeu_epi8(to, rest, _mm512_maskz_loadu_epi8(rest, from));
 }
 
@@ -56,7 +51,7 @@ VECTOR_FUNCTION void swapRedAndBlue(uint8_t* to, const uint8_t* from, size_t pix
     const Vector order = load(SWAP_ORDER.at);
     for (; pixels > 21; pixels -= 21, to += 63, from += 63)
         store(to, _mm512_permutexvar_epi8(order, load(from)));
-    const __mmask64 rest = ((__mmask64)1 << (pixels * 3)) - 1;
+    const __mmask64 rest = firstBytes((int)pixels * 3);
     _mm512_mask_storeu_epi8(to, rest, _mm512_permutexvar_epi8(order, _mm512_maskz_loadu_epi8(rest, from)));
 }
 

@@ -28,12 +28,14 @@ LANES_INLINE ByteBits zeroBytes(Vector bytes)
 
 LANES_INLINE bool allZero(Vector bytes)
 {
-    return _mm512_test_epi8_mask(bytes, bytes) == 0;
+    const __mmask64 some = _mm512_test_epi8_mask(bytes, bytes);
+    return _kortestz_mask64_u8(some, some);
 }
 
 LANES_INLINE bool noneZero(Vector bytes)
 {
-    return _mm512_testn_epi8_mask(bytes, bytes) == 0;
+    const __mmask64 some = _mm512_testn_epi8_mask(bytes, bytes);
+    return _kortestz_mask64_u8(some, some);
 }
 
 struct ThreeTimes {
