@@ -15,7 +15,7 @@
 #include "tests/session/host_image.h"
 #include "tests/session/message_log.h"
 
-constexpr DWORD WAIT_LIMIT_MS = 10000;
+constexpr DWORD WAIT_LIMIT_MS = 20000;
 
 constexpr int CANVAS_ID = 12345;
 constexpr UINT POINTER_ENTERED = 1025;
