@@ -1,9 +1,11 @@
 #include "host/photo_file.h"
 #include "host/photo/photo_rows.h"
 #include "tests/host/test_folder.h"
+#include "tests/session/import_patch.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <io.h>
 #include <iterator>
 
 struct ImagingTest : testing::Test {
@@ -203,6 +205,44 @@ TEST_F(HostPhotoFile, AnUntouchedPhotoIsSavedByteForByte)
         GlobalFree(image);
         GlobalFree(shown);
     }
+}
+
+// A disk that does not take what the system has put off until a file is flushed.
+static bool flushWorks;
+static int flushes;
+static ImportPatch flushPatch, commitPatch;
+
+static BOOL WINAPI watchedFlush(HANDLE file)
+{
+    ++flushes;
+    return flushWorks && ((BOOL(WINAPI*)(HANDLE))flushPatch.before)(file);
+}
+
+static int watchedCommit(int file)
+{
+    return watchedFlush((HANDLE)_get_osfhandle(file)) ? 0 : -1;
+}
+
+TEST_F(HostPhotoFile, WhatDoesNotReachTheDiskIsNotWritten)
+{
+    ASSERT_TRUE(patchImport(&flushPatch, GetModuleHandleW(nullptr), "FlushFileBuffers", (void*)watchedFlush));
+    ASSERT_TRUE(patchImport(&commitPatch, GetModuleHandleW(nullptr), "_commit", (void*)watchedCommit));
+    HGLOBAL image = makePhoto({33, 130}, slope, 11811);
+    for (const wchar_t* extension : extensions) {
+        const std::wstring name = folder.path + L"a" + extension;
+        for (bool works : {false, true}) {
+            flushWorks = works;
+            flushes = 0;
+            writeBytes(name, {});
+            EXPECT_EQ(writePhoto(name, formatOfName(name), image, nullptr),
+                      works ? PhotoStatus::Ok : PhotoStatus::CannotWrite)
+                << extension;
+            EXPECT_EQ(flushes, 1) << extension;
+        }
+    }
+    GlobalFree(image);
+    undoPatch(&commitPatch);
+    undoPatch(&flushPatch);
 }
 
 TEST_F(HostPhotoFile, MissingFilesAndFoldersAreToldApart)
