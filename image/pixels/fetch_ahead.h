@@ -24,12 +24,13 @@ inline void fetchAhead(const void* row, size_t count)
 }
 
 // Asks for the beginnings of the pages of memory in which a long row lies that is read next, far from the one before.
-// From there on the processor foresees the rest, to the page's end.
+// From there on the processor foresees the rest, to the page's end. A row within one page is short.
 inline void fetchPages(const void* row, size_t count)
 {
 #ifdef __GNUC__
-    __asm__ volatile("");
+    __asm__ volatile("");  // as above
     constexpr uintptr_t PAGE = 4096, BEGINNING = 1024;
+    if (count < PAGE) return;
     const char* const end = (const char*)row + count;
     for (const char* at = (const char*)row; at < end; at = (const char*)(((uintptr_t)at | (PAGE - 1)) + 1))
         for (uintptr_t k = 0; k < BEGINNING; k += 64)

@@ -34,8 +34,8 @@ LANES_INLINE bool allZero(Vector bytes)
 
 LANES_INLINE bool noneZero(Vector bytes)
 {
-    const __mmask64 some = _mm512_testn_epi8_mask(bytes, bytes);
-    return _kortestz_mask64_u8(some, some);
+    const __mmask64 zero = _mm512_testn_epi8_mask(bytes, bytes);
+    return _kortestz_mask64_u8(zero, zero);
 }
 
 struct ThreeTimes {

@@ -59,5 +59,6 @@ constexpr uint32_t paintingTools[] = {TOOL_BRUSH, TOOL_RUBBER, TOOL_AEROGRAPHE,
                                       TOOL_STAMP, TOOL_SMOOTH, TOOL_SPOONBILL};
 
 reference::Pixel randomPaint(Dice& dice);
+
 // Any painting tool, size, edge and opacity.
 ModelBrush randomBrush(Dice& dice);
