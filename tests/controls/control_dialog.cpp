@@ -2,6 +2,10 @@
 
 #include <cstring>
 
+#include "tests/session/pointer_guard.h"
+
+static const testing::Environment* const guardedPointer = testing::AddGlobalTestEnvironment(new GuardedPointer);
+
 DialogLog dialogLog;
 
 const ControlLibrary& controlLibrary()
@@ -118,7 +122,7 @@ bool waitFor(HWND dialog, const std::function<bool()>& condition)
     for (;;) {
         dispatchAll(dialog);
         if (condition()) return true;
-        if (GetTickCount() - start > 5000) return false;
+        if (GetTickCount() - start > WAIT_LIMIT_MS) return false;
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
     }
 }

@@ -41,7 +41,10 @@ extern DialogLog dialogLog;
 HWND openDialog(const std::vector<ControlSpec>& controls, bool visible = true);
 void closeDialog(HWND dialog);  // as the real dialogs do: releaseDialog() on WM_DESTROY
 
-// Runs the dialog's message loop until the condition holds; false after five seconds.
+// Long enough for the busiest machine: only a failing test waits so long.
+constexpr DWORD WAIT_LIMIT_MS = 20000;
+
+// Runs the dialog's message loop until the condition holds; false after WAIT_LIMIT_MS.
 bool waitFor(HWND dialog, const std::function<bool()>& condition);
 
 // Brings the dialog to the foreground and empties its queue.

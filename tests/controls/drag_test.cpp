@@ -50,7 +50,7 @@ static bool poll(const std::function<bool()>& condition)
 {
     const DWORD start = GetTickCount();
     while (!condition()) {
-        if (GetTickCount() - start > 5000) return false;
+        if (GetTickCount() - start > WAIT_LIMIT_MS) return false;
         Sleep(5);
     }
     return true;
@@ -120,9 +120,8 @@ TEST_F(Drag, PictureFollowsThePointerAndDropsOnRelease)
         seen = picture != nullptr;
         first = originOf(picture);
         GetWindowRect(picture, &size);
+        movePointer({start.x + 300, start.y + 200});  // far outside the dialog
         followed = poll([&] {
-            // Far outside the dialog. Again each time: a late echo of the press may take the pointer back.
-            movePointer({start.x + 300, start.y + 200});
             moved = originOf(picture);
             return moved.x == first.x + 300 && moved.y == first.y + 200;
         });

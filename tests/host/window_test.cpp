@@ -9,14 +9,6 @@
 #include <dlgs.h>
 #include <gtest/gtest.h>
 
-// The display's own pointer goes to where no window opens, and is heard of no more.
-struct GuardedPointer : testing::Environment {
-    void SetUp() override
-    {
-        SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2);
-        guardPointer();
-    }
-};
 static const testing::Environment* const guardedPointer = testing::AddGlobalTestEnvironment(new GuardedPointer);
 
 struct HostWindow : testing::Test {

@@ -139,15 +139,7 @@ static bool paintStroke(const Editor& editor)
     return painted;
 }
 
-// The display's own pointer goes to where no window opens, and is heard of no more.
-struct GuardedHostPointer : testing::Environment {
-    void SetUp() override
-    {
-        SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2);
-        guardPointer();
-    }
-};
-static const testing::Environment* const guardedPointer = testing::AddGlobalTestEnvironment(new GuardedHostPointer);
+static const testing::Environment* const guardedPointer = testing::AddGlobalTestEnvironment(new GuardedPointer);
 
 class WorkedHost : public testing::TestWithParam<const char*> {
 protected:

@@ -62,14 +62,14 @@ static bool isTold(const Host& host, POINT screen)
 
 void restPointer()
 {
-    pointerPlace = {GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2};
+    pointerPlace = pointerRest();
     SetCursorPos(pointerPlace.x, pointerPlace.y);
 }
 
 void takeOverPointer()
 {
     if (pointerIsGuarded()) return;
-    restPointer();
+    pointerPlace = pointerRest();
     guardPointer();
 }
 

@@ -1,7 +1,5 @@
 #include "tests/session/pointer_guard.h"
 
-#include <windows.h>
-
 static HANDLE guardReady;
 
 // Swallows what the display's own pointer does; only injected input passes.
@@ -22,8 +20,16 @@ static DWORD WINAPI guardThread(void*)
     return 0;
 }
 
+POINT pointerRest()
+{
+    return {GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2};
+}
+
 void guardPointer()
 {
+    if (pointerIsGuarded()) return;
+    const POINT rest = pointerRest();
+    SetCursorPos(rest.x, rest.y);
     guardReady = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     CloseHandle(CreateThread(nullptr, 0, guardThread, nullptr, 0, nullptr));
     WaitForSingleObject(guardReady, INFINITE);

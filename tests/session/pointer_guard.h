@@ -1,6 +1,19 @@
-// Keeps the display's own pointer out of a test: from now on, and until the program ends, only injected input passes.
-// Wine would otherwise warp that pointer along with a move and hear of it a little later, at the old place too.
+// Keeps the display's own pointer out of a test. Wine warps that pointer along with a move and hears of it a little
+// later, once at the old and once at the new place: on a busy machine the button then goes down where the pointer was
+// before, or what was left stays hot.
 #pragma once
 
+#include <gtest/gtest.h>
+#include <windows.h>
+
+// At the right border, where no test opens a window.
+POINT pointerRest();
+
+// Sends the display's pointer to its rest. From then on, and until the program ends, only injected input passes.
 void guardPointer();
 bool pointerIsGuarded();
+
+// For all tests of a program: testing::AddGlobalTestEnvironment(new GuardedPointer).
+struct GuardedPointer : testing::Environment {
+    void SetUp() override { guardPointer(); }
+};

@@ -6,6 +6,7 @@
 #include "canvas/view/cursor_outline.h"
 #include "image/bitmap_locks.h"
 #include "image/bitmap_display.h"
+#include "tests/session/pointer_guard.h"
 #include "tests/unit/windowed/client_screen.h"
 #include "tests/unit/windowed/stroke_model.h"
 #include "tools/brush/brush_preview.h"
@@ -21,6 +22,7 @@ struct CursorOutline : SessionFixture {
     // The whole photo on the screen, the outline not yet there.
     bool start(int width, int height, SIZE size)
     {
+        guardPointer();
         client = size;
         const Picture picture = randomPicture(dice, width, height);
         if (!open(picture, size, true)) return false;
@@ -31,12 +33,7 @@ struct CursorOutline : SessionFixture {
     {
         POINT at = {x, y};
         ClientToScreen(host, &at);
-        POINT now = {};
-        // A move that the system reports late may put the pointer back for a moment.
-        for (int k = 0; k < 100 && (now.x != at.x || now.y != at.y); ++k) {
-            SetCursorPos(at.x, at.y);
-            GetCursorPos(&now);
-        }
+        SetCursorPos(at.x, at.y);
     }
     void enter(int x, int y)
     {
@@ -47,10 +44,8 @@ struct CursorOutline : SessionFixture {
     }
     void moveTo(int x, int y)
     {
-        for (int k = 0; k < 100 && (k == 0 || !centredOn(x, y)); ++k) {
-            putPointer(x, y);
-            trackOutline(session->canvasWindow);
-        }
+        putPointer(x, y);
+        trackOutline(session->canvasWindow);
     }
     bool picturesOnePixel() const
     {

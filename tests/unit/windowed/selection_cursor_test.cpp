@@ -4,6 +4,7 @@
 #include "selection/geometry/frame_layout.h"
 #include "selection/selection.h"
 #include "selection/selection_frame.h"
+#include "tests/session/pointer_guard.h"
 #include "tests/unit/windowed/selection_tool_fixture.h"
 
 struct CursorOfHit {
@@ -50,42 +51,18 @@ static POINT pixelOfHit(int hit)
     return {0, 0};
 }
 
-static bool pointerIsAt(POINT wanted)
-{
-    POINT now;
-    return GetCursorPos(&now) && now.x == wanted.x && now.y == wanted.y;
-}
-
-// What the canvas chooses with the pointer at the screen point; false when it was not there all the time.
-static bool choiceAt(POINT wanted, HCURSOR* chosen)
-{
-    if (!pointerIsAt(wanted)) return false;
-    SetCursor(nullptr);
-    *chosen = setSelectionCursor(session->canvasWindow) ? GetCursor() : nullptr;
-    return pointerIsAt(wanted);
-}
-
-// What the canvas chooses with the pointer there; 0 when it leaves the choice to the window class. Late reports of the
-// display carry the pointer to where it was and back again, even between two looks: only a choice that has come
-// several times without a move in between is one.
+// What the canvas chooses with the pointer there; 0 when it leaves the choice to the window class.
 static HCURSOR cursorAt(POINT pixel)
 {
-    constexpr int TIMES = 4;
-    POINT wanted = pixel;
-    ClientToScreen(session->canvasWindow, &wanted);
-    HCURSOR last = nullptr;
-    for (int same = 0; same < TIMES;) {
-        HCURSOR chosen = nullptr;
-        const bool there = choiceAt(wanted, &chosen);
-        if (!there) SetCursorPos(wanted.x, wanted.y);
-        same = !there ? 0 : chosen == last ? same + 1 : 1;
-        last = chosen;
-    }
-    return last;
+    ClientToScreen(session->canvasWindow, &pixel);
+    SetCursorPos(pixel.x, pixel.y);
+    SetCursor(nullptr);
+    return setSelectionCursor(session->canvasWindow) ? GetCursor() : nullptr;
 }
 
 TEST_F(SelectionTool, EveryPartOfTheFrameHasItsCursor)
 {
+    guardPointer();
     ModuleHome home;
     ASSERT_TRUE(moveModuleHome(&home));
     picture = randomPicture(dice, 300, 250);
