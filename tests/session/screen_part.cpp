@@ -1,6 +1,7 @@
 #include "tests/session/screen_part.h"
 
 #include <algorithm>
+#include <string>
 
 reference::StoredPicture screenPartNow(const RECT& part)
 {
@@ -39,7 +40,8 @@ reference::StoredPicture shownBy(HWND window)
     return screenPart(client);
 }
 
-std::string placeOfDifferences(const reference::StoredPicture& one, const reference::StoredPicture& other)
+// Where two pictures of one size differ, in words.
+static std::string placeOfDifferences(const reference::StoredPicture& one, const reference::StoredPicture& other)
 {
     RECT box = {one.width, one.height, -1, -1};
     int count = 0;
@@ -58,13 +60,15 @@ std::string placeOfDifferences(const reference::StoredPicture& one, const refere
            " to " + std::to_string(box.right) + ", " + std::to_string(box.bottom);
 }
 
-bool showsWhatAFullRepaintShows(Host* host)
+testing::AssertionResult showsWhatAFullRepaintShows(Host* host)
 {
-    const std::vector<uint8_t> shown = shownBy(host->canvas).bytes;
+    const reference::StoredPicture shown = shownBy(host->canvas);
     runOnHost(host, [&] {
         InvalidateRect(host->canvas, nullptr, FALSE);
         UpdateWindow(host->canvas);
     });
     settle(host);
-    return shown == shownBy(host->canvas).bytes;
+    const reference::StoredPicture repainted = shownBy(host->canvas);
+    if (shown.bytes == repainted.bytes) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "a repaint changes " << placeOfDifferences(shown, repainted);
 }

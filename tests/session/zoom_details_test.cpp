@@ -5,16 +5,9 @@
 #include "tests/session/zoom_fixture.h"
 
 constexpr int HAND = 15001;
-constexpr POINT OUTSIDE = {1590, 600};
 
 struct ZoomDetails : ZoomSession {
     void openLarge() { openOwnColours(1000, 750, 260, 195); }
-
-    void leaveCanvas()
-    {
-        ASSERT_TRUE(movePointer(&host, OUTSIDE));
-        ASSERT_TRUE(settle(&host));
-    }
 
     HCURSOR cursorOfHost()
     {
@@ -96,7 +89,7 @@ TEST_F(ZoomDetails, TheBrushsOutlineHasItsTrueSize)
         ASSERT_TRUE(zoomTo(percentage));
         leaveCanvas();
         const reference::StoredPicture bare = shownBy(host.canvas);
-        ASSERT_TRUE(movePointerOnCanvas(&host, 130, 70));
+        ASSERT_TRUE(placePointer(&host, onCanvas(host, 130, 70)));
         const int size = 16 * percentage / 100, within = percentage / 100 + 1, rows = clientHeight * 3 / 4 - 7;
         const RECT expected = {std::max(0, 130 - size / 2), std::max(0, 70 - size / 2),
                                std::min(clientWidth, 130 + size / 2), std::min(rows, 70 + size / 2)};

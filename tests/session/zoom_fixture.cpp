@@ -2,6 +2,8 @@
 
 #include <cwchar>
 
+#include "tests/session/pointer_guard.h"
+
 static void paintOwnColours(const HostImage& photo)
 {
     uint8_t* const bits = (uint8_t*)GlobalLock(photo.block) + sizeof(BITMAPINFOHEADER);
@@ -204,16 +206,15 @@ static bool pointerIsOutside(const Host& host)
     return !inside;
 }
 
-// The brush's picture at the pointer is gone when the session has seen the pointer leave.
-void ZoomSession::expectRepaintChangesNothing(const char* when)
+void ZoomSession::leaveCanvas()
 {
-    ASSERT_TRUE(movePointer(&host, {GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2}));
+    ASSERT_TRUE(placePointer(&host, pointerRest()));
     ASSERT_TRUE(waitUntil("the pointer to be outside", [&] { return pointerIsOutside(host); }));
     ASSERT_TRUE(settle(&host));
-    const reference::StoredPicture shown = shownBy(host.canvas);
-    runOnHost(&host, [&] { RedrawWindow(host.canvas, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); });
-    const reference::StoredPicture again = shownBy(host.canvas);
-    for (int y = 0; y < shown.height; ++y)
-        for (int x = 0; x < shown.width; ++x)
-            ASSERT_EQ(0, memcmp(at(shown, x, y), at(again, x, y), 3)) << when << ": at (" << x << ", " << y << ")";
+}
+
+void ZoomSession::expectRepaintChangesNothing(const char* when)
+{
+    ASSERT_NO_FATAL_FAILURE(leaveCanvas());
+    ASSERT_TRUE(showsWhatAFullRepaintShows(&host)) << when;
 }

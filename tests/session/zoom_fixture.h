@@ -37,7 +37,9 @@ struct ZoomSession : SessionTest {
     // All of the canvas but the corners of the map shows the image at `percent`, whole pixels in their order, from
     // where it begins in the upper left on; and what it shows lies inside the image.
     void expectShown(int percent, const char* when) const;
-    void expectRepaintChangesNothing(const char* when);
+    // Takes the pointer away, and with it the brush's picture, which goes when the session has seen it leave.
+    void leaveCanvas();
+    void expectRepaintChangesNothing(const char* when);  // leaves the canvas
 };
 
 ShownPixel pixelOfColour(const uint8_t* bgr);
