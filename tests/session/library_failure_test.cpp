@@ -288,7 +288,7 @@ TEST_F(FailingLibrary, NothingIsLeftBehind)
     ASSERT_TRUE(watchBlocks(library.module));
     for (int i = 0; i < 2; ++i)  // the system fills caches of its own at first
         ASSERT_NO_FATAL_FAILURE(useLibrary(this));
-    expectGivenBack(6, 1, [&] { ASSERT_NO_FATAL_FAILURE(useLibrary(this)); });  // one in every third would be 2
+    expectGivenBack(10, 2, [&] { ASSERT_NO_FATAL_FAILURE(useLibrary(this)); });  // one in every third would be 3
     closeAndCheck(before);
     stopWatchingBlocks();
 }

@@ -14,15 +14,7 @@ bool watchBlocks(HMODULE module);
 void stopWatchingBlocks();
 int blocksInUse();
 
-// One count means nothing, the difference of two does.
-struct ResourcesInUse {
-    int memoryHandles, graphicsHandles;
-    int blocks;  // 0 when no module is watched
-};
-
-ResourcesInUse resourcesInUse();
-
-// Does it twice as often as told, and fails the test when each half left more than `allowed` of one kind behind. A leak
-// does; what the system makes once and keeps (a device context more, when a slow thread still holds the others) is in
-// one of the halves only.
-void expectGivenBack(int timesInHalf, int allowed, const std::function<void()>& deed);
+// Does it some times, and fails the test when more than `allowed` of one kind are left behind. What the system makes
+// once and keeps (a device context more, when a slow thread still holds the others) is no leak: several such spans are
+// tried, and a leak shows in each.
+void expectGivenBack(int times, int allowed, const std::function<void()>& deed);
