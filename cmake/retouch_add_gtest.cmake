@@ -5,17 +5,18 @@ function(join_test_sources target)
   set_target_properties(${target} PROPERTIES UNITY_BUILD ${RETOUCH_JOIN_TESTS} UNITY_BUILD_BATCH_SIZE 8)
 endfunction()
 
-# retouch_add_gtest(TARGET NAME [SESSION] [TIMEOUT seconds])
+# retouch_add_gtest(TARGET NAME [SESSION] [ALONE suite...] [TIMEOUT seconds])
 # Registers the test program TARGET with ctest, one entry for each of its suites: "NAME.Suite". One
 # entry for each case would start the program thousands of times (0.1 s each under Wine); one entry for
 # the whole program would let a hanging case hide all others.
 #   SESSION   the suites drive real windows with the one real pointer, so nothing runs beside them
+#   ALONE     these suites do, the others do not; a name that no suite has fails as "NAME.suite"
 #   TIMEOUT   for one suite, 300 seconds unless given
 # The suites are asked of the program when ctest starts, so a new suite needs no new configuration.
 function(retouch_add_gtest target name)
   target_link_libraries(${target} PRIVATE retouch_test_flags)
   join_test_sources(${target})
-  cmake_parse_arguments(arg "SESSION" "TIMEOUT" "" ${ARGN})
+  cmake_parse_arguments(arg "SESSION" "TIMEOUT" "ALONE" ${ARGN})
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
   endif()
@@ -29,6 +30,7 @@ set(program [==[$<TARGET_FILE:${target}>]==])
 set(emulator [==[${CMAKE_CROSSCOMPILING_EMULATOR}]==])
 set(name [==[${name}]==])
 set(serial ${serial})
+set(alone ${arg_ALONE})
 set(timeout ${arg_TIMEOUT})
 set(directory [==[$<TARGET_FILE_DIR:${target}>]==])
 include([==[${CMAKE_SOURCE_DIR}/cmake/list_suites.cmake]==])

@@ -1,5 +1,8 @@
 #include "tests/session/pointer_guard.h"
 
+#include <cstdlib>
+#include <string>
+
 static HANDLE guardReady;
 
 // Swallows what the display's own pointer does; only injected input passes.
@@ -25,11 +28,18 @@ POINT pointerRest()
     return {GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2};
 }
 
-void guardPointer()
+void sendPointerToRest()
 {
-    if (pointerIsGuarded()) return;
     const POINT rest = pointerRest();
     SetCursorPos(rest.x, rest.y);
+}
+
+void guardPointer()
+{
+    const char* alone = getenv("RETOUCH_ALONE");
+    EXPECT_NE("FALSE", std::string(alone ? alone : "")) << "other tests run beside this one, which moves the pointer";
+    if (pointerIsGuarded()) return;
+    sendPointerToRest();
     guardReady = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     CloseHandle(CreateThread(nullptr, 0, guardThread, nullptr, 0, nullptr));
     WaitForSingleObject(guardReady, INFINITE);

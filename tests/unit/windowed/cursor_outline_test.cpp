@@ -16,13 +16,13 @@ using reference::Picture;
 using Screen = std::vector<uint32_t>;
 
 struct CursorOutline : SessionFixture {
+    PointerOfTest pointer;
     Dice dice = {1};
     SIZE client = {};
 
     // The whole photo on the screen, the outline not yet there.
     bool start(int width, int height, SIZE size)
     {
-        guardPointer();
         client = size;
         const Picture picture = randomPicture(dice, width, height);
         if (!open(picture, size, true)) return false;

@@ -60,9 +60,12 @@ static HCURSOR cursorAt(POINT pixel)
     return setSelectionCursor(session->canvasWindow) ? GetCursor() : nullptr;
 }
 
-TEST_F(SelectionTool, EveryPartOfTheFrameHasItsCursor)
+struct SelectionCursor : SelectionTool {
+    PointerOfTest pointer;
+};
+
+TEST_F(SelectionCursor, EveryPartOfTheFrameHasItsCursor)
 {
-    guardPointer();
     ModuleHome home;
     ASSERT_TRUE(moveModuleHome(&home));
     picture = randomPicture(dice, 300, 250);
