@@ -63,7 +63,7 @@ static bool isTold(const Host& host, POINT screen)
 void restPointer()
 {
     pointerPlace = pointerRest();
-    SetCursorPos(pointerPlace.x, pointerPlace.y);
+    sendPointerToRest();
 }
 
 void takeOverPointer()

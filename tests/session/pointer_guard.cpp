@@ -28,9 +28,11 @@ POINT pointerRest()
     return {GetSystemMetrics(SM_CXSCREEN) - 10, GetSystemMetrics(SM_CYSCREEN) / 2};
 }
 
+// The display's pointer is moved only when the system's place changes, so it may need a step aside first.
 void sendPointerToRest()
 {
     const POINT rest = pointerRest();
+    SetCursorPos(rest.x - 1, rest.y);
     SetCursorPos(rest.x, rest.y);
 }
 
@@ -39,10 +41,10 @@ void guardPointer()
     const char* alone = getenv("RETOUCH_ALONE");
     EXPECT_NE("FALSE", std::string(alone ? alone : "")) << "other tests run beside this one, which moves the pointer";
     if (pointerIsGuarded()) return;
-    sendPointerToRest();
     guardReady = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     CloseHandle(CreateThread(nullptr, 0, guardThread, nullptr, 0, nullptr));
     WaitForSingleObject(guardReady, INFINITE);
+    sendPointerToRest();
 }
 
 bool pointerIsGuarded()

@@ -11,8 +11,8 @@
 POINT pointerRest();
 void sendPointerToRest();
 
-// Sends the display's pointer to its rest. From then on, and until the program ends, only injected input passes. Fails
-// where ctest has been told to run other tests beside this one (RETOUCH_ALONE).
+// From now on, and until the program ends, only injected input passes; and the pointer goes to its rest. Fails where
+// ctest has been told to run other tests beside this one (RETOUCH_ALONE).
 void guardPointer();
 bool pointerIsGuarded();
 
