@@ -5,6 +5,7 @@
 #include "tests/faults/fallible.h"
 #include "tests/faults/fault_counts.h"
 #include "tests/faults/posted_pointer.h"
+#include "tests/session/control_ids.h"
 
 constexpr UINT RUN_CALL = WM_APP + 1, LOOK_AT_QUEUE = WM_APP + 2;
 constexpr DWORD START_LIMIT = 15000, SETTLE_LIMIT = 5000;
@@ -153,7 +154,7 @@ static BOOL CALLBACK sortWindow(HWND window, LPARAM parameter)
         host->canvas = canvas;
     } else if (FindWindowExA(window, nullptr, "ListBox", nullptr)) {
         host->shelf = window;
-    } else if (GetDlgItem(window, 117)) {
+    } else if (GetDlgItem(window, ID_BRUSH)) {
         host->palette = window;
     } else if (GetDlgItem(window, IDYES)) {
         host->question = window;

@@ -1,28 +1,7 @@
 #include "tests/faults/fault_sessions.h"
 
 #include "selection/geometry/frame_layout.h"
-
-enum Control {
-    CONTRAST = 114,
-    SELECTION = 116,
-    BRUSH = 117,
-    RUBBER = 118,
-    AEROGRAPHE = 119,
-    STAMP = 120,
-    SMOOTH = 121,
-    SPOONBILL = 122,
-    TEXT = 123,
-    COLORS = 124,
-    LIBRARY = 154,
-    UNDO = 190,
-    REDO = 191,
-    WIDTH_BAR = 202,
-    LOCK = 206,
-    RECTANGLE = 209,
-    OPACITY_BAR = 212,
-    SOFT = 214,
-};
-constexpr int LIBRARY_SAVE = 8, LIBRARY_DELETE = 9, LIBRARY_LIST = 10;
+#include "tests/session/control_ids.h"
 
 static const std::vector<POINT> stroke = {{30, 40}, {80, 60}, {150, 50}, {239, 120}, {200, 170}};
 
@@ -30,73 +9,73 @@ static void strokeUndoRedo(FaultHost* host)
 {
     drag(host, stroke);
     drag(host, {{5, 5}, {100, 100}});
-    clickTool(host, UNDO);
-    clickTool(host, UNDO);
-    clickTool(host, REDO);
+    clickTool(host, ID_UNDO);
+    clickTool(host, ID_UNDO);
+    clickTool(host, ID_REDO);
     drag(host, {{120, 20}, {20, 120}});
 }
 
 static void playBrush(FaultHost* host)
 {
-    clickTool(host, BRUSH);
+    clickTool(host, ID_BRUSH);
     strokeUndoRedo(host);
 }
 
 static void playSoftBrush(FaultHost* host)
 {
-    clickTool(host, BRUSH);
-    clickTool(host, SOFT);
+    clickTool(host, ID_BRUSH);
+    clickTool(host, ID_SOFT);
     strokeUndoRedo(host);
 }
 
 static void playRubber(FaultHost* host)
 {
-    clickTool(host, BRUSH);
+    clickTool(host, ID_BRUSH);
     drag(host, stroke);
-    clickTool(host, RUBBER);
+    clickTool(host, ID_RUBBER);
     strokeUndoRedo(host);
 }
 
 static void playSmooth(FaultHost* host)
 {
-    clickTool(host, SMOOTH);
+    clickTool(host, ID_SMOOTH);
     strokeUndoRedo(host);
 }
 
 static void playAerographe(FaultHost* host)
 {
-    clickTool(host, AEROGRAPHE);
+    clickTool(host, ID_AEROGRAPHE);
     strokeUndoRedo(host);
 }
 
 static void playStamp(FaultHost* host)
 {
-    clickTool(host, STAMP);
+    clickTool(host, ID_STAMP);
     for (const POINT at : {POINT{40, 40}, POINT{100, 90}, POINT{5, 5}, POINT{238, 178}})
         drag(host, {at});
-    clickTool(host, UNDO);
-    clickTool(host, UNDO);
-    clickTool(host, REDO);
+    clickTool(host, ID_UNDO);
+    clickTool(host, ID_UNDO);
+    clickTool(host, ID_REDO);
 }
 
 static void playSpoonbill(FaultHost* host)
 {
-    clickTool(host, SPOONBILL);
+    clickTool(host, ID_SPOONBILL);
     strokeUndoRedo(host);
 }
 
 static void playColors(FaultHost* host)
 {
-    clickTool(host, BRUSH);
-    clickTool(host, COLORS);
+    clickTool(host, ID_BRUSH);
+    clickTool(host, ID_COLORS);
     drag(host, {{40, 40}, {60, 60}, {300, 300}});
-    clickTool(host, BRUSH);
+    clickTool(host, ID_BRUSH);
     drag(host, stroke);
 }
 
 static void playText(FaultHost* host)
 {
-    clickTool(host, TEXT);
+    clickTool(host, ID_TEXT);
     drag(host, {{30, 30}});
     type(host, "Retouch");
     PostMessageA(host->canvas, WM_KEYDOWN, VK_LEFT, 1);
@@ -105,15 +84,15 @@ static void playText(FaultHost* host)
     drag(host, {{100, 100}});
     type(host, "thrown away");
     type(host, "\x1b");
-    clickTool(host, UNDO);
-    clickTool(host, BRUSH);
+    clickTool(host, ID_UNDO);
+    clickTool(host, ID_BRUSH);
 }
 
 static void playContrast(FaultHost* host)
 {
-    clickTool(host, BRUSH);
+    clickTool(host, ID_BRUSH);
     drag(host, stroke);
-    clickTool(host, CONTRAST);
+    clickTool(host, ID_CONTRAST);
     if (!waitForWindow(host, &FaultHost::contrast, true)) return;
     for (const int bar : {101, 102, 103, 104})
         click(host, GetDlgItem(host->contrast, bar));
@@ -126,7 +105,7 @@ static const PixelRect drawn = {70, 60, 171, 131};  // of the outline below
 
 static void drawSelection(FaultHost* host)
 {
-    clickTool(host, SELECTION);
+    clickTool(host, ID_SELECTION);
     drag(host, {{70, 60}, {120, 75}, {170, 62}, {150, 95}, {168, 130}, {110, 112}, {72, 128}, {84, 90}});
 }
 
@@ -145,8 +124,8 @@ static void playMove(FaultHost* host)
     drag(host, {{110, 90}, {130, 100}, {90, 80}});
     drag(host, {{90, 80}, {110, 90}});
     drag(host, {middleOf(FRAME_BUTTON_APPLY)});
-    clickTool(host, UNDO);
-    clickTool(host, REDO);
+    clickTool(host, ID_UNDO);
+    clickTool(host, ID_REDO);
 }
 
 static void playOperations(FaultHost* host)
@@ -167,28 +146,28 @@ static void playOperations(FaultHost* host)
 static void playLibrary(FaultHost* host)
 {
     drawSelection(host);
-    clickTool(host, LIBRARY);
+    clickTool(host, ID_LIBRARY);
     if (!waitForWindow(host, &FaultHost::shelf, true)) return;
-    click(host, GetDlgItem(host->shelf, LIBRARY_SAVE));
+    click(host, GetDlgItem(host->shelf, ID_LIBRARY_SAVE));
     RECT list = {};
-    GetWindowRect(GetDlgItem(host->shelf, LIBRARY_LIST), &list);
-    movePointer(host, GetDlgItem(host->shelf, LIBRARY_LIST), {list.left + 30, list.top + 25});
+    GetWindowRect(GetDlgItem(host->shelf, ID_LIBRARY_LIST), &list);
+    movePointer(host, GetDlgItem(host->shelf, ID_LIBRARY_LIST), {list.left + 30, list.top + 25});
     press(host);
     movePointer(host, host->canvas, onScreen(*host, 100, 90));
     movePointer(host, host->canvas, onScreen(*host, 120, 100));
     release(host);
     findWindows(host);
     if (!host->shelf) return;
-    SendMessageA(GetDlgItem(host->shelf, LIBRARY_LIST), LB_SETCURSEL, 1, 0);
-    click(host, GetDlgItem(host->shelf, LIBRARY_DELETE));
+    SendMessageA(GetDlgItem(host->shelf, ID_LIBRARY_LIST), LB_SETCURSEL, 1, 0);
+    click(host, GetDlgItem(host->shelf, ID_LIBRARY_DELETE));
     if (waitForWindow(host, &FaultHost::question, true)) click(host, GetDlgItem(host->question, IDYES));
     waitForWindow(host, &FaultHost::question, false);
 }
 
 static void playSettings(FaultHost* host)
 {
-    clickTool(host, BRUSH);
-    for (const int id : {WIDTH_BAR, LOCK, WIDTH_BAR, OPACITY_BAR, RECTANGLE, SOFT})
+    clickTool(host, ID_BRUSH);
+    for (const int id : {ID_WIDTH, ID_LOCK, ID_WIDTH, ID_OPACITY, ID_RECTANGLE, ID_SOFT})
         clickTool(host, id);
     drag(host, stroke);
     RECT box = {};

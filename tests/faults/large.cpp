@@ -13,22 +13,8 @@
 #include "selection/geometry/frame_layout.h"
 #include "tests/faults/fault_counts.h"
 #include "tests/faults/fault_host.h"
+#include "tests/session/control_ids.h"
 #include "tests/session/host_image.h"
-
-enum LargeCommand {
-    CONTRAST = 114,
-    SELECTION = 116,
-    BRUSH = 117,
-    RUBBER = 118,
-    AEROGRAPHE = 119,
-    STAMP = 120,
-    SMOOTH = 121,
-    SPOONBILL = 122,
-    TEXT = 123,
-    UNDO = 190,
-    REDO = 191,
-    SOFT = 214,
-};
 
 static FaultHost host;
 static HostImage photo;
@@ -54,11 +40,11 @@ static void found(const char* what)
 
 static void paintWithEveryTool()
 {
-    for (const int tool : {BRUSH, SOFT, RUBBER, AEROGRAPHE, STAMP, SMOOTH, SPOONBILL}) {
+    for (const int tool : {ID_BRUSH, ID_SOFT, ID_RUBBER, ID_AEROGRAPHE, ID_STAMP, ID_SMOOTH, ID_SPOONBILL}) {
         clickTool(&host, tool);
         drag(&host, {{30, 40}, {80, 60}, {150, 50}, {239, 120}, {200, 170}});
         drag(&host, {{5, 5}, {239, 179}});
-        for (const int command : {UNDO, UNDO, REDO})
+        for (const int command : {ID_UNDO, ID_UNDO, ID_REDO})
             clickTool(&host, command);
     }
 }
@@ -83,13 +69,13 @@ static void changeSelection()
 
 static void selectMuch()
 {
-    clickTool(&host, SELECTION);
+    clickTool(&host, ID_SELECTION);
     drag(&host, manyPoints());
     changeSelection();
     drag(&host, manyPoints());
-    clickTool(&host, BRUSH);
-    clickTool(&host, UNDO);
-    clickTool(&host, SELECTION);
+    clickTool(&host, ID_BRUSH);
+    clickTool(&host, ID_UNDO);
+    clickTool(&host, ID_SELECTION);
     drag(&host, {{70, 60}, {170, 62}, {168, 130}, {72, 128}});
     drag(&host, {{110, 90}, {130, 100}, {90, 80}});
     for (int x = 62; x < 190; x += 8)
@@ -98,15 +84,15 @@ static void selectMuch()
 
 static void writeText()
 {
-    clickTool(&host, TEXT);
+    clickTool(&host, ID_TEXT);
     drag(&host, {{30, 30}});
     type(&host, "Retouch\r");
-    clickTool(&host, UNDO);
+    clickTool(&host, ID_UNDO);
 }
 
 static void adjust()
 {
-    clickTool(&host, CONTRAST);
+    clickTool(&host, ID_CONTRAST);
     if (!waitForWindow(&host, &FaultHost::contrast, true)) return;
     for (const int bar : {101, 102, 103, 104})
         click(&host, GetDlgItem(host.contrast, bar));

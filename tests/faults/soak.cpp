@@ -16,17 +16,8 @@
 #include "tests/faults/fault_counts.h"
 #include "tests/faults/fault_host.h"
 #include "tests/faults/posted_pointer.h"
+#include "tests/session/control_ids.h"
 #include "tests/session/host_image.h"
-
-enum SoakCommand {
-    CONTRAST = 114,
-    SELECTION = 116,
-    BRUSH = 117,
-    SMOOTH = 121,
-    SPOONBILL = 122,
-    UNDO = 190,
-    SOFT = 214
-};
 
 static FaultHost host;
 static HostImage photo;
@@ -140,13 +131,13 @@ static void command(int id)
 
 static void strokeAndUndo(int number)
 {
-    static const int tools[] = {BRUSH, SOFT, SMOOTH, SPOONBILL};
+    static const int tools[] = {ID_BRUSH, ID_SOFT, ID_SMOOTH, ID_SPOONBILL};
     if (number % 5 == 0) command(tools[number / 5 % 4]);
     const int strokes = number % 5 + 1;
     for (int i = 0; i < strokes; ++i)
         postDrag({{(number * 37 + i * 11) % PHOTO_WIDTH, 40}, {80, (number * 53) % PHOTO_HEIGHT}, {150, 50 + i}});
     for (int i = 0; i < strokes; ++i)
-        command(UNDO);
+        command(ID_UNDO);
     settle(&host);
 }
 
@@ -160,7 +151,7 @@ static POINT middleOf(FrameButton button)
 
 static void selectAndChange(int number)
 {
-    command(SELECTION);
+    command(ID_SELECTION);
     postDrag({{70, 60}, {120, 75}, {170, 62}, {150, 95}, {168, 130}, {110, 112}, {72, 128}, {84, 90}});
     settle(&host);
     const POINT grip = middleOf(FRAME_BUTTON_ROTATE), corner = middleOf(FRAME_HANDLE_BOTTOM_RIGHT);
@@ -172,14 +163,14 @@ static void selectAndChange(int number)
     default: postDrag({middleOf(FRAME_BUTTON_APPLY)});
     }
     if (number % 3 == 0) postDrag({middleOf(FRAME_BUTTON_APPLY)});
-    command(BRUSH);  // clears it
-    if (number % 3 == 0) command(UNDO);
+    command(ID_BRUSH);  // clears it
+    if (number % 3 == 0) command(ID_UNDO);
     settle(&host);
 }
 
 static void runContrast(int number)
 {
-    command(CONTRAST);
+    command(ID_CONTRAST);
     if (!waitForWindow(&host, &FaultHost::contrast, true)) return found("contrast", "the dialog does not open");
     for (const int bar : {101, 102, 103, 104}) {
         const HWND control = GetDlgItem(host.contrast, bar);
@@ -200,10 +191,10 @@ static void wholeSession(int number)
 {
     restoreImage();
     if (!openSession(&host)) return found("sessions", "one does not open");
-    command(number & 1 ? BRUSH : SMOOTH);
+    command(number & 1 ? ID_BRUSH : ID_SMOOTH);
     for (int i = 0; i < 3; ++i)
         postDrag({{20 + i, 30}, {90, 70 + i}});
-    command(number & 2 ? 123 : SELECTION);  // left with a line of text, or with a selection
+    command(number & 2 ? ID_TEXT : ID_SELECTION);  // left with a line of text, or with a selection
     postDrag({{100, 100}, {140, 100}, {140, 140}, {100, 140}});
     settle(&host);
     leaveSession(&host, number & 4 ? 8 : 2);

@@ -177,7 +177,7 @@ TEST_F(DeleteQuestion, DeletesTheFileThatWasAskedAboutAndNoOtherRow)
     ASSERT_EQ(3, storedCount(host));
     ASSERT_TRUE(clickStored(&host, 1));
     ASSERT_TRUE(askToDelete(&host));
-    const HWND list = GetDlgItem(libraryWindow(host), 10);
+    const HWND list = GetDlgItem(libraryWindow(host), ID_LIBRARY_LIST);
     runOnHost(&host, [&] {
         SendMessageA(list, LB_DELETESTRING, 1, 0);
         SendMessageA(list, LB_SETCURSEL, 0, 0);

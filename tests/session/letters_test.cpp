@@ -223,22 +223,22 @@ struct Letters : LibrarySession {
 
     void expectContrastDialog()
     {
-        PostMessageW(host.palette, WM_COMMAND, 114, 0);
+        PostMessageW(host.palette, WM_COMMAND, ID_CONTRAST, 0);
         ASSERT_TRUE(waitUntil("the contrast dialog", [&] { return contrastDialog() != nullptr; }));
         expectTexts(contrastDialog(), contrastKeys);
-        PostMessageW(contrastDialog(), WM_COMMAND, 2, 0);
+        PostMessageW(contrastDialog(), WM_COMMAND, ID_CONTRAST_CANCEL, 0);
         ASSERT_TRUE(waitUntil("it to close", [&] { return !contrastDialog(); }));
     }
 
     void expectLibrary()
     {
-        CheckDlgButton(host.palette, 154, BST_CHECKED);
-        PostMessageW(host.palette, WM_COMMAND, 154, 0);
+        CheckDlgButton(host.palette, ID_LIBRARY, BST_CHECKED);
+        PostMessageW(host.palette, WM_COMMAND, ID_LIBRARY, 0);
         ASSERT_TRUE(waitUntil("the library", [&] { return libraryWindow(host) != nullptr; }));
         ASSERT_TRUE(settle(&host));
         expectTexts(libraryWindow(host), libraryKeys);
         SendMessageW(libraryList(host), LB_SETCURSEL, 0, 0);
-        PostMessageW(libraryWindow(host), WM_COMMAND, 9, 0);
+        PostMessageW(libraryWindow(host), WM_COMMAND, ID_LIBRARY_DELETE, 0);
         ASSERT_TRUE(waitUntil("the question", [&] { return deleteQuestion(host) != nullptr; }));
         EXPECT_EQ(escaped(captions["confirm.delete"]), escaped(questionText(host)));
         PostMessageW(deleteQuestion(host), WM_COMMAND, IDNO, 0);
