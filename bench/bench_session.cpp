@@ -5,8 +5,10 @@
 
 #include "bench/synthetic.h"
 #include "canvas/canvas.h"
+#include "canvas/view_change.h"
 #include "image/packed_bitmap.h"
 #include "session/ground/module_state.h"
+#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "tools/painting/undo_history.h"
@@ -73,4 +75,18 @@ void closeBenchSession()
     photo = nullptr;
     unregisterCanvasClass(moduleInstance);
     UnregisterClassA(HOST_CLASS, moduleInstance);
+}
+
+bool zoomBenchSession()
+{
+    CanvasView view = fullSizeView(sessionExtras.canvas.view);
+    view = steppedAboutCentre(steppedAboutCentre(view, 1), 1);
+    showView(session->canvasWindow, view);
+    return viewPercent(view) == 200;
+}
+
+void panThereAndBack()
+{
+    for (int step : {37, -37})
+        showView(session->canvasWindow, pannedView(sessionExtras.canvas.view, step, step));
 }

@@ -9,3 +9,8 @@ HGLOBAL makeLargePhoto();
 // A visible canvas of 900 x 600 pixels over that photo. False when it cannot be opened; close it anyway.
 bool openBenchSession();
 void closeBenchSession();
+
+// At 200 %, in the middle of the photo. False when it could not be zoomed so far.
+bool zoomBenchSession();
+// A step of 37 pixels there and one back: each the whole step, up to the screen.
+void panThereAndBack();

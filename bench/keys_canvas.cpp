@@ -1,14 +1,10 @@
 // What a hand does on the canvas of a large photo: moving a brush, and bringing a part into view.
-#include <initializer_list>
-
 #include "bench/bench_session.h"
 #include "bench/keys.h"
 #include "bench/synthetic.h"
 #include "canvas/pointer_input.h"
 #include "canvas/view/cursor_outline.h"
-#include "canvas/view_change.h"
 #include "image/bitmap_locks.h"
-#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 #include "session/ground/window_props.h"
 #include "tools/painting/undo_history.h"
@@ -65,20 +61,14 @@ static bool repaintQuarter(int)
     return UpdateWindow(session->canvasWindow) != FALSE;
 }
 
-// Zoomed to 200 %, and there and back again: the whole step, up to the screen.
-static bool preparePanStep(int)
+static bool prepareZoomed(int)
 {
-    if (!openBenchSession()) return false;
-    CanvasView view = fullSizeView(sessionExtras.canvas.view);
-    view = steppedAboutCentre(steppedAboutCentre(view, 1), 1);
-    showView(session->canvasWindow, view);
-    return viewPercent(view) == 200;
+    return openBenchSession() && zoomBenchSession();
 }
 
-static bool panThereAndBack(int)
+static bool pan(int)
 {
-    for (int step : {37, -37})
-        showView(session->canvasWindow, pannedView(sessionExtras.canvas.view, step, step));
+    panThereAndBack();
     return true;
 }
 
@@ -92,7 +82,7 @@ static const BenchKey keys[] = {
     {"moves_24mp_smooth", "moves/s", MOVES, EDGE_SMOOTH, prepareMoves, undoLastStroke, moveOver, crcOfEdited,
      closeSession},
     {"repaint_quarter_24mp", "repaints/s", 1, 0, prepareRepaint, nullptr, repaintQuarter, nullptr, closeSession},
-    {"pan_step_24mp", "steps/s", 2, 0, preparePanStep, nullptr, panThereAndBack, nullptr, closeSession},
+    {"pan_step_24mp", "steps/s", 2, 0, prepareZoomed, nullptr, pan, nullptr, closeSession},
 };
 
 const BenchGroup canvasKeys = {keys, sizeof keys / sizeof keys[0]};

@@ -1,14 +1,11 @@
 // What is done with a floating selection in a session, for outlines of 1,000 to 200,000 points and for long thin ones,
 // and what they cost what is drawn beside them: a move of the pointer while an outline of so many points is being
 // drawn, and a small part of the canvas painted anew.
-#include <initializer_list>
-
 #include "bench/bench_session.h"
 #include "bench/keys.h"
 #include "bench/outline_shapes.h"
 #include "bench/synthetic.h"
 #include "canvas/view/canvas_coordinates.h"
-#include "canvas/view_change.h"
 #include "image/bitmap_locks.h"
 #include "selection/clear_selection.h"
 #include "selection/geometry/frame_layout.h"
@@ -17,7 +14,6 @@
 #include "selection/selection_drawing.h"
 #include "selection/selection_operations.h"
 #include "selection/working_outline.h"
-#include "session/ground/session_extras.h"
 #include "session/ground/session_record.h"
 
 static int runs;
@@ -140,20 +136,15 @@ static bool repaintDab(int size)
     return UpdateWindow(session->canvasWindow) != FALSE;
 }
 
-// Zoomed to 200 %, in the middle of the photo, where the selection is; there and back again.
-static bool preparePan(int size)
+// Where the selection is.
+static bool prepareZoomed(int size)
 {
-    if (!prepareFloating(size)) return false;
-    CanvasView view = fullSizeView(sessionExtras.canvas.view);
-    view = steppedAboutCentre(steppedAboutCentre(view, 1), 1);
-    showView(session->canvasWindow, view);
-    return viewPercent(view) == 200;
+    return prepareFloating(size) && zoomBenchSession();
 }
 
-static bool panThereAndBack(int)
+static bool pan(int)
 {
-    for (int step : {37, -37})
-        showView(session->canvasWindow, pannedView(sessionExtras.canvas.view, step, step));
+    panThereAndBack();
     return true;
 }
 
@@ -193,8 +184,8 @@ static const BenchKey keys[] = {
     {"repaint_dab_floating_20k", "repaints/s", 1, OUTLINE_20K, prepareFloating, nullptr, repaintDab, nullptr, release},
     {"repaint_dab_floating_200k", "repaints/s", 1, OUTLINE_200K, prepareFloating, nullptr, repaintDab, nullptr,
      release},
-    {"pan_step_floating_20k", "steps/s", 2, OUTLINE_20K, preparePan, nullptr, panThereAndBack, nullptr, release},
-    {"pan_step_floating_200k", "steps/s", 2, OUTLINE_200K, preparePan, nullptr, panThereAndBack, nullptr, release},
+    {"pan_step_floating_20k", "steps/s", 2, OUTLINE_20K, prepareZoomed, nullptr, pan, nullptr, release},
+    {"pan_step_floating_200k", "steps/s", 2, OUTLINE_200K, prepareZoomed, nullptr, pan, nullptr, release},
     {"repaint_dab_plain", "repaints/s", 1, OUTLINE_20K, prepareDrawing, nullptr, repaintDab, nullptr, release},
 };
 
