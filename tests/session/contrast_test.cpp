@@ -99,21 +99,33 @@ TEST_F(Contrast, DraggedThumbs)
     }
 }
 
-// A click between thumb and arrow moves the thumb under the pointer; the press must not stay drawn on it.
+static int pagesDown(size_t first)
+{
+    int pages = 0;
+    for (const SeenMessage& seen : seenSince(first))
+        pages += seen.message == WM_VSCROLL && LOWORD(seen.wParam) == SB_PAGEDOWN;
+    return pages;
+}
+
+// A click between thumb and arrow moves the thumb under the pointer; the press must not stay drawn on it. A button held
+// for long, as on a busy machine, moves it further. The caret that blinks on the bar with the focus is no part of it.
 TEST_F(Contrast, BarsLookReleasedAfterAClickBetweenThumbAndArrow)
 {
     openDialog();
     for (const int bar : {ID_CONTRAST_BAR, ID_BRIGHTNESS_BAR, ID_SATURATION_BAR, ID_HUE_BAR}) {
         const int start = position(bar);
         const RECT rect = controlRect(bar);
-        ASSERT_TRUE(movePointer(&host, {(rect.left + rect.right) / 2, (rect.top + 2 * rect.bottom) / 3}));
+        ASSERT_TRUE(placePointer(&host, {(rect.left + rect.right) / 2, (rect.top + 2 * rect.bottom) / 3}));
+        const size_t first = seenCount();
         ASSERT_TRUE(pressButton(&host));
         ASSERT_TRUE(releaseButton(&host));
-        EXPECT_EQ(start + 10, position(bar));
-        ASSERT_TRUE(movePointer(&host, {(rect.left + rect.right) / 2, rect.bottom + 2}));
-        ASSERT_TRUE(settle(&host));
+        const int pages = pagesDown(first);
+        EXPECT_GE(pages, 1);
+        EXPECT_EQ(start + 10 * pages, position(bar));
+        const HWND control = GetDlgItem(dialog, bar);
+        runOnHost(&host, [&] { HideCaret(control); });
         const reference::StoredPicture shown = screenPart(rect);
-        RedrawWindow(GetDlgItem(dialog, bar), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        RedrawWindow(control, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
         ASSERT_TRUE(settle(&host));
         if (shown.bytes == screenPart(rect).bytes) continue;
         ADD_FAILURE() << "bar " << bar << " is not drawn as it is";
