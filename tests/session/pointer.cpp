@@ -178,14 +178,24 @@ static POINT scrollBarPoint(const RECT& rect, int step)
     return {(rect.left + rect.right) / 2, rect.top + along};
 }
 
+// At once: a bar that is held for long steps again.
+static void sendClick()
+{
+    INPUT inputs[2] = {};
+    for (INPUT& input : inputs)
+        input.type = INPUT_MOUSE;
+    inputs[0].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+    inputs[1].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    SendInput(2, inputs, sizeof *inputs);
+}
+
 bool clickScrollBar(Host* host, int id, int step)
 {
     if (!movePointer(host, scrollBarPoint(controlRect(*host, id), step))) return false;
     const size_t first = seenCount();
     const UINT scroll = (GetWindowLongA(GetDlgItem(host->palette, id), GWL_STYLE) & SBS_VERT) ? WM_VSCROLL : WM_HSCROLL;
-    const bool pressed = pressButton(host);
-    return releaseButton(host) && pressed &&
-           waitUntil("the scroll bar's end message",
+    sendClick();
+    return waitUntil("the scroll bar's end message",
                      [&] {
                          for (const SeenMessage& seen : seenSince(first))
                              if (seen.message == scroll && LOWORD(seen.wParam) == SB_ENDSCROLL) return true;
