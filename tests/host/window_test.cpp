@@ -59,6 +59,16 @@ static void enterFileName(HWND dialog, const std::wstring& path)
     PostMessageW(dialog, WM_COMMAND, IDOK, 0);
 }
 
+static bool saveAs(const HostProgram& program, HostWindows* windows, const std::wstring& path)
+{
+    if (!pressKeyUntil(windows->host, 'S', true, [&] { return findsFileDialog(program, windows); })) return false;
+    enterFileName(windows->box, path);
+    return true;
+}
+
+// The bar is there for part of a second. Where the machine lets nobody look in that time, it is tried again.
+constexpr int ATTEMPTS = 10;
+
 // Whether the bar was seen on its way before `end`.
 static bool sawProgress(HWND bar, const std::function<bool()>& end)
 {
@@ -174,6 +184,25 @@ TEST_F(HostWindow, StaysForMorePhotosWhenItWasOpenedEmpty)
     EXPECT_EQ(program.exitCode(), exitNothingSaved);
 }
 
+TEST_F(HostWindow, ShowsHowFarOpeningIs)
+{
+    writeBytes(folder.path + L"large.jpg", readBytes(L"Z:" SAMPLES L"/seeding.jpg"));
+    program.startRetouch(L"", folder);
+    ASSERT_TRUE(waitForHost(program, &windows));
+    const HWND bar = FindWindowExW(windows.host, nullptr, PROGRESS_CLASSW, nullptr);
+    bool seen = false;
+    for (int attempt = 0; attempt < ATTEMPTS && !seen; ++attempt) {
+        dropOn(program, windows.host, {folder.path + L"large.jpg"});
+        seen = sawProgress(bar, [&] { return windowsOf(program).editor != nullptr; });
+        ASSERT_TRUE(waitForEditor(program, &windows));
+        ASSERT_TRUE(endSession(program, CLOSE_BUTTON));
+        ASSERT_TRUE(waitUntil("the window", [&] { return IsWindowEnabled(windows.host) != FALSE; }));
+    }
+    EXPECT_TRUE(seen);
+    PostMessageW(windows.host, WM_CLOSE, 0, 0);
+    EXPECT_EQ(program.exitCode(), exitNothingSaved);
+}
+
 // A photo that takes its time, from Open by way of the save dialog to Save as.
 TEST_F(HostWindow, ShowsHowFarItIsAndSavesTheResultAgain)
 {
@@ -187,7 +216,6 @@ TEST_F(HostWindow, ShowsHowFarItIsAndSavesTheResultAgain)
 
     ASSERT_TRUE(pressKeyUntil(windows.host, 'O', true, [&] { return findsFileDialog(program, &windows); }));
     enterFileName(windows.box, folder.path + L"large.jpg");
-    EXPECT_TRUE(sawProgress(bar, [&] { return windowsOf(program).editor != nullptr; }));
     ASSERT_TRUE(waitForEditor(program, &windows));
     ASSERT_TRUE(endSession(program, SAVE_BUTTON));
     ASSERT_TRUE(waitForFileDialog(program, &windows));
@@ -199,10 +227,15 @@ TEST_F(HostWindow, ShowsHowFarItIsAndSavesTheResultAgain)
     ASSERT_TRUE(pressKeyUntil(question, VK_RETURN, false, [&] { return !IsWindow(question); }));
     ASSERT_TRUE(waitForFileDialog(program, &windows));
     PostMessageW(windows.box, WM_COMMAND, IDOK, 0);
-    EXPECT_TRUE(sawProgress(bar, [&] { return titleOf(windows.host) == L"large-retouched.jpg - Retouch"; }));
+    bool seen = sawProgress(bar, [&] { return titleOf(windows.host) == L"large-retouched.jpg - Retouch"; });
+    for (int attempt = 0; attempt < ATTEMPTS && !seen; ++attempt) {
+        const std::wstring name = L"copy" + std::to_wstring(attempt) + L".jpg";
+        ASSERT_TRUE(saveAs(program, &windows, folder.path + name));
+        seen = sawProgress(bar, [&] { return titleOf(windows.host) == name + L" - Retouch"; });
+    }
+    EXPECT_TRUE(seen);
 
-    ASSERT_TRUE(pressKeyUntil(windows.host, 'S', true, [&] { return findsFileDialog(program, &windows); }));
-    enterFileName(windows.box, folder.path + L"again.bmp");
+    ASSERT_TRUE(saveAs(program, &windows, folder.path + L"again.bmp"));
     ASSERT_TRUE(waitUntil("the second file", [&] { return titleOf(windows.host) == L"again.bmp - Retouch"; }));
     PostMessageW(windows.host, WM_CLOSE, 0, 0);
     EXPECT_EQ(program.exitCode(), exitSaved);
@@ -219,7 +252,7 @@ TEST_F(HostWindow, GivesUpOpeningWhenItIsClosed)
     const HWND bar = FindWindowExW(windows.host, nullptr, PROGRESS_CLASSW, nullptr);
     // Whoever comes too late finds the editor, closes it and tries again.
     bool gaveUp = false;
-    for (int attempt = 0; attempt < 10 && !gaveUp; ++attempt) {
+    for (int attempt = 0; attempt < ATTEMPTS && !gaveUp; ++attempt) {
         dropOn(program, windows.host, {folder.path + L"large.jpg"});
         ASSERT_TRUE(waitUntil("the bar", [&] { return IsWindowVisible(bar) || windowsOf(program).canvas; }));
         PostMessageW(windows.host, WM_CLOSE, 0, 0);
