@@ -17,6 +17,13 @@ struct HostWindow : testing::Test {
     HostWindows windows = {};
 
     void SetUp() override { writeBytes(folder.path + L"photo.bmp", smallPhoto()); }
+
+    // The next photo may come.
+    bool closesEditor()
+    {
+        return waitForEditor(program, &windows) && endSession(program, CLOSE_BUTTON) &&
+               waitUntil("the window", [&] { return IsWindowEnabled(windows.host) != FALSE; });
+    }
 };
 
 // What follows the headers of a bitmap file.
@@ -194,9 +201,7 @@ TEST_F(HostWindow, ShowsHowFarOpeningIs)
     for (int attempt = 0; attempt < ATTEMPTS && !seen; ++attempt) {
         dropOn(program, windows.host, {folder.path + L"large.jpg"});
         seen = sawProgress(bar, [&] { return windowsOf(program).editor != nullptr; });
-        ASSERT_TRUE(waitForEditor(program, &windows));
-        ASSERT_TRUE(endSession(program, CLOSE_BUTTON));
-        ASSERT_TRUE(waitUntil("the window", [&] { return IsWindowEnabled(windows.host) != FALSE; }));
+        ASSERT_TRUE(closesEditor());
     }
     EXPECT_TRUE(seen);
     PostMessageW(windows.host, WM_CLOSE, 0, 0);
@@ -260,9 +265,7 @@ TEST_F(HostWindow, GivesUpOpeningWhenItIsClosed)
         SendMessageW(windows.host, WM_NULL, 0, 0);  // answered when it waits again, or the editor has the photo
         gaveUp = titleOf(windows.host) == L"Retouch" && IsWindowEnabled(windows.host) && program.runs();
         if (gaveUp) break;
-        ASSERT_TRUE(waitForEditor(program, &windows));
-        ASSERT_TRUE(endSession(program, CLOSE_BUTTON));
-        ASSERT_TRUE(waitUntil("the window", [&] { return IsWindowEnabled(windows.host) != FALSE; }));
+        ASSERT_TRUE(closesEditor());
     }
     EXPECT_TRUE(gaveUp);
     PostMessageW(windows.host, WM_CLOSE, 0, 0);
