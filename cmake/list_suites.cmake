@@ -1,5 +1,5 @@
 # Run by ctest: registers one test for each suite of a GoogleTest program (see retouch_add_gtest.cmake).
-# A program that cannot be asked becomes a test that fails, so that it is not lost.
+# A program that cannot be asked, and a suite to run alone that is not there, become tests that fail, so that none is lost.
 set(listing "")
 set(status "not built")
 if(EXISTS "${program}")

@@ -10,7 +10,8 @@ endfunction()
 # entry for each case would start the program thousands of times (0.1 s each under Wine); one entry for
 # the whole program would let a hanging case hide all others.
 #   SESSION   the suites drive real windows with the one real pointer, so nothing runs beside them
-#   ALONE     these suites do, the others do not; a name that no suite has fails as "NAME.suite"
+#   ALONE     these suites of the program run alone as well, the others do not; a name that no suite has is a test that
+#             fails, "NAME.suite"
 #   TIMEOUT   for one suite, 300 seconds unless given
 # The suites are asked of the program when ctest starts, so a new suite needs no new configuration.
 function(retouch_add_gtest target name)
